@@ -1,0 +1,13 @@
+# Screens of every area, including the core's (login, main panel, registers and editors).
+set(SCREEN_GLOBS)
+foreach(area core sales expenses payments books output tools)
+  list(APPEND SCREEN_GLOBS ${PROJECT_SOURCE_DIR}/${area}/screens/*.cpp ${PROJECT_SOURCE_DIR}/${area}/screens/*.h)
+endforeach()
+file(GLOB SCREEN_SOURCES CONFIGURE_DEPENDS ${SCREEN_GLOBS})
+if(SCREEN_SOURCES)
+  add_library(brevano_screens STATIC ${SCREEN_SOURCES})
+  target_link_libraries(brevano_screens PUBLIC brevano_ui)
+  if(TARGET brevano_logic)
+    target_link_libraries(brevano_screens PUBLIC brevano_logic)
+  endif()
+endif()

@@ -1,0 +1,180 @@
+// DAO-style objects over SQLite files: the operations and semantics the program relies on.
+// Names follow the platform's objects so that the program reads as its logic is told.
+// Every failure is a JetError with the platform's number.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/errors.h"
+#include "store/value.h"
+
+namespace store {
+
+class Database;
+class Recordset;
+
+struct FieldDef {
+    std::string Name;
+    FieldType Type = FieldType::Text;
+    int Size = 0;                 // Text: maximum length
+    bool AllowZeroLength = true;
+    bool Required = false;
+    std::string DefaultValue;     // as the platform keeps it: an expression text ("0", "'x'", "")
+    std::string ValidationRule;
+    std::string ValidationText;
+    long Attributes = 0;          // 16 = auto-increment
+    int OrdinalPosition = 0;
+};
+
+struct IndexDef {
+    std::string Name;
+    std::vector<std::string> Fields;
+    bool Unique = false;
+    bool Primary = false;
+};
+
+struct TableDef {
+    std::string Name;
+    std::vector<FieldDef> Fields;
+    std::vector<IndexDef> Indexes;
+    // CreateField: a field ready for Fields (Size 0 takes the type's default, Text 50).
+    static FieldDef CreateField(std::string name, FieldType type, int size = 0);
+    static IndexDef CreateIndex(std::string name, std::vector<std::string> fields, bool unique = false,
+                                bool primary = false);
+};
+
+struct QueryDef {
+    std::string Name;
+    std::string SQL;
+};
+
+// One column of the current row of a recordset.
+class Field {
+public:
+    const std::string& Name() const { return name_; }
+    FieldType Type() const { return type_; }
+    int Size() const { return size_; }
+    Value value() const;                 // Null reads as Null
+    void setValue(const Value& v);       // only in Edit/AddNew mode
+    Field& operator=(const Value& v) { setValue(v); return *this; }
+
+private:
+    friend class Recordset;
+    Recordset* rs_ = nullptr;
+    int index_ = 0;
+    std::string name_;
+    FieldType type_ = FieldType::Text;
+    int size_ = 0;
+};
+
+using Bookmark = std::int64_t;
+
+class Recordset {
+public:
+    enum class EditMode { None, Edit, AddNew };
+    ~Recordset();
+
+    bool Eof() const;
+    bool Bof() const;
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrevious();
+    long RecordCount() const;          // after opening: 0 when empty, above 0 otherwise; true count after MoveLast
+    long AbsolutePosition() const;     // 0-based; -1 with no current record
+    void setAbsolutePosition(long pos);
+    double PercentPosition() const;
+    Bookmark getBookmark() const;
+    void setBookmark(Bookmark b);
+    Bookmark LastModified() const;     // row last added or changed through this recordset
+    void Requery();
+    void AddNew();
+    void Edit();
+    void Update();
+    void CancelUpdate();
+    void Delete();
+    void Close();
+    EditMode editMode() const;
+    bool updatable() const;
+
+    int FieldCount() const;
+    Field& Fields(int index);
+    Field& Fields(std::string_view name);          // without case; error 3265 when absent
+    bool HasField(std::string_view name) const;
+    Value operator[](std::string_view name) { return Fields(name).value(); }
+    Value get(std::string_view name) { return Fields(name).value(); }
+    void set(std::string_view name, const Value& v) { Fields(name).setValue(v); }
+
+    const std::string& Name() const;   // the text or the name it was opened on
+
+    struct Impl;
+    explicit Recordset(std::unique_ptr<Impl> impl);
+
+private:
+    friend class Field;
+    std::unique_ptr<Impl> impl_;
+};
+
+class Database : public std::enable_shared_from_this<Database> {
+public:
+    ~Database();
+
+    const std::string& Name() const;   // the file's path (":memory:" for a database in memory)
+
+    void Execute(std::string_view sql);
+    long RecordsAffected() const;
+    std::unique_ptr<Recordset> OpenRecordset(std::string_view sqlOrName);
+
+    // Schema.
+    std::vector<std::string> TableNames() const;            // user tables, in creation order
+    std::optional<TableDef> GetTableDef(std::string_view name) const;
+    void AppendTableDef(const TableDef& def);               // TableDefs.Append
+    void DeleteTableDef(std::string_view name);             // TableDefs.Delete
+    void AppendField(std::string_view table, const FieldDef& field);
+    void DeleteField(std::string_view table, std::string_view field);
+    void SetFieldProperties(std::string_view table, const FieldDef& field);  // by field.Name
+    void AppendIndex(std::string_view table, const IndexDef& index);
+    void DeleteIndex(std::string_view table, std::string_view index);
+    std::vector<QueryDef> QueryDefs() const;
+    std::optional<QueryDef> GetQueryDef(std::string_view name) const;
+    void CreateQueryDef(const QueryDef& def);               // CreateQueryDef + Append
+    void DeleteQueryDef(std::string_view name);
+    bool TableExists(std::string_view name) const;
+    bool QueryExists(std::string_view name) const;
+
+    void Close();
+    bool isOpen() const;
+
+    struct Impl;
+    explicit Database(std::unique_ptr<Impl> impl);
+    Impl& impl() { return *impl_; }
+
+private:
+    std::unique_ptr<Impl> impl_;
+};
+
+using DatabasePtr = std::shared_ptr<Database>;
+
+// The one workspace, user "admin" with an empty password.
+class Workspace {
+public:
+    static Workspace& Default();
+    const std::string& UserName() const { return user_; }
+
+    // Opens an existing file; error 3024 when it is missing, 3049 when it is no database of ours,
+    // 3045/3051 when another holds it exclusively.
+    DatabasePtr OpenDatabase(const std::string& path, bool exclusive = false, bool readOnly = false);
+    DatabasePtr CreateDatabase(const std::string& path);   // error 3204 when the file exists
+    DatabasePtr OpenMemory();                              // a database in memory
+    void CompactDatabase(const std::string& from, const std::string& to);  // 'to' must not exist
+
+private:
+    std::string user_ = "admin";
+};
+
+}  // namespace store
