@@ -9,7 +9,7 @@ PACKAGES=(
   libsqlite3-dev libxlsxwriter-dev libpq-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
-  xvfb xauth fonts-dejavu-core
+  xvfb xauth fonts-dejavu-core tango-icon-theme
 )
 
 missing=()
