@@ -1,0 +1,365 @@
+// Conversions under the program's Italian locale. Every expected serial below is counted by hand
+// from 01/01/2024 = 45292 (and 01/01/2000 = 36526).
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "store/clock.h"
+#include "store/convert.h"
+#include "store/errors.h"
+
+using namespace store;
+
+namespace {
+
+constexpr double k1430 = 14.5 / 24;  // 14:30 as a day fraction
+
+int errorOf(const auto& call) {
+    try {
+        call();
+    } catch (const JetError& e) {
+        return e.number();
+    }
+    return 0;
+}
+
+void expectSerial(std::optional<double> got, std::optional<double> expected, const char* text) {
+    ASSERT_EQ(got.has_value(), expected.has_value()) << text;
+    if (got) {
+        EXPECT_NEAR(*got, *expected, 1e-9) << text;
+    }
+}
+
+class FixedClock : public ::testing::Test {
+protected:
+    void SetUp() override { fissaOrologio(45453.0); }  // 10/06/2024
+    void TearDown() override { fissaOrologio(std::nullopt); }
+};
+
+}  // namespace
+
+// ---- calendar ----------------------------------------------------------------------------------
+
+TEST(DateSerialTest, CountsDaysFromTheZeroDateBothWays) {
+    struct Case { int y, m, d; double serial; };
+    const Case cases[] = {
+        {1899, 12, 30, 0},    {1900, 1, 1, 2},          {2000, 1, 1, 36526},  {2024, 3, 5, 45356},
+        {1899, 12, 1, -29},   {1800, 1, 1, -36522},     {100, 1, 1, -657434}, {9999, 12, 31, 2958465},
+        {2024, 13, 1, 45658}, {2024, 3, 0, 45351},      {2024, 0, 1, 45261},  {2023, 2, 29, 44986},
+    };
+    for (const auto& c : cases) EXPECT_EQ(DateSerial(c.y, c.m, c.d), c.serial) << c.y << "-" << c.m << "-" << c.d;
+}
+
+TEST(DateSerialTest, SplitsNegativeSerialsWithTheTimeCountedForward) {
+    const DateParts p = SplitDate(-1.25);
+    EXPECT_EQ((std::array{p.year, p.month, p.day, p.hour, p.minute, p.second}), (std::array{1899, 12, 29, 6, 0, 0}));
+    const DateParts q = SplitDate(45356 + k1430);
+    EXPECT_EQ((std::array{q.year, q.month, q.day, q.hour, q.minute, q.second}), (std::array{2024, 3, 5, 14, 30, 0}));
+    const DateParts r = SplitDate(45356.99999999);  // under half a second before midnight
+    EXPECT_EQ((std::array{r.month, r.day, r.hour}), (std::array{3, 6, 0}));
+}
+
+TEST(DateSerialTest, WeekdayStartsOnSunday) {
+    EXPECT_EQ(Weekday(0), 7);      // 30/12/1899, a Saturday
+    EXPECT_EQ(Weekday(1), 1);      // Sunday
+    EXPECT_EQ(Weekday(45356), 3);  // 05/03/2024, a Tuesday
+    EXPECT_EQ(Weekday(-2), 5);     // 28/12/1899, a Thursday
+}
+
+TEST(DateSerialTest, ValidDateKnowsLeapYearsAndTheRange) {
+    EXPECT_TRUE(ValidDate(2024, 2, 29));
+    EXPECT_FALSE(ValidDate(2023, 2, 29));
+    EXPECT_FALSE(ValidDate(1900, 2, 29));
+    EXPECT_TRUE(ValidDate(2000, 2, 29));
+    EXPECT_FALSE(ValidDate(99, 12, 31));
+    EXPECT_FALSE(ValidDate(10000, 1, 1));
+    EXPECT_FALSE(ValidDate(2024, 4, 31));
+}
+
+TEST(DateSerialTest, OutOfRangeSerialsAreAnOverflow) {
+    EXPECT_EQ(errorOf([] { SplitDate(NAN); }), 6);
+    EXPECT_EQ(errorOf([] { DateText(1e300); }), 6);
+}
+
+// ---- date texts --------------------------------------------------------------------------------
+
+TEST(DateTextTest, ShowsDateTimeOrBoth) {
+    struct Case { double serial; const char* text; const char* iso; };
+    const Case cases[] = {
+        {0, "00.00.00", "1899-12-30"},
+        {45356, "05/03/2024", "2024-03-05"},
+        {k1430, "14.30.00", "1899-12-30 14:30:00"},
+        {45356 + k1430, "05/03/2024 14.30.00", "2024-03-05 14:30:00"},
+        {-1.25, "29/12/1899 06.00.00", "1899-12-29 06:00:00"},
+        {-657434, "01/01/0100", "0100-01-01"},
+        {2958465 + 86399.0 / 86400, "31/12/9999 23.59.59", "9999-12-31 23:59:59"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(DateText(c.serial), c.text) << c.serial;
+        EXPECT_EQ(DateToIso(c.serial), c.iso) << c.serial;
+        auto back = DateFromIso(c.iso);
+        ASSERT_TRUE(back.has_value()) << c.iso;
+        EXPECT_NEAR(*back, c.serial, 1e-9) << c.iso;
+    }
+}
+
+TEST(DateTextTest, IsoReaderRefusesWhatItDoesNotWrite) {
+    for (const char* bad : {"", "2024-3-5", "2024-02-30", "05/03/2024", "2024-03-05 25:00:00", "2024-03-05x",
+                            "2024-03-05 14.30.00", "20240305"})
+        EXPECT_FALSE(DateFromIso(bad).has_value()) << bad;
+}
+
+TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDate) {
+    struct Case { const char* text; std::optional<double> serial; };
+    const Case cases[] = {
+        {"31/12/2024", 45657},
+        {"31-12-24", 45657},
+        {" 5/3/2024 ", 45356},
+        {"5/3", 45356},                      // this year, from the clock
+        {"05/03/2024 14.30.00", 45356 + k1430},
+        {"05/03/2024 14:30", 45356 + k1430},
+        {"0.00.00", 0},
+        {"14.30", k1430},
+        {"2.30 PM", k1430},
+        {"12/25/2024", 45651},               // no 25th month: read the other way round
+        {"2024-03-05", 45356},
+        {"1/1/29", 47119},                   // 2029
+        {"1/1/30", 10959},                   // 1930
+        {"30/12/1899", 0},
+        {"29/12/1899 06.00", -1.25},
+        {"29/02/2023", std::nullopt},
+        {"31/04/2024", std::nullopt},
+        {"", std::nullopt},
+        {"abc", std::nullopt},
+        {"25.00", std::nullopt},
+        {"14.60", std::nullopt},
+        {"1/1/99999", std::nullopt},
+        {"31/12/2024 14.30 15.00", std::nullopt},
+        {"14.30 31/12/2024", std::nullopt},
+        {"5", std::nullopt},
+        {"1/2/3/4", std::nullopt},
+        {"1/2-2024", std::nullopt},
+    };
+    for (const auto& c : cases) expectSerial(ParseDateText(c.text), c.serial, c.text);
+}
+
+TEST_F(FixedClock, ParseDateLiteralReadsMonthFirst) {
+    struct Case { const char* body; std::optional<double> serial; };
+    const Case cases[] = {
+        {"05/03/2024", 45415},  // 3 May
+        {"25/03/2024", 45376},  // no 25th month: 25 March
+        {"2024-03-05", 45356},
+        {"2024/3/5", 45356},
+        {"14:30", k1430},
+        {"12/31/2024 2:30 PM", 45657 + k1430},
+        {"12/31/2024 14:30:00", 45657 + k1430},
+        {"12/31/2024 12:00 AM", 45657},
+        {"31/31/2024", std::nullopt},
+        {"13:30 PM", std::nullopt},
+        {"", std::nullopt},
+    };
+    for (const auto& c : cases) expectSerial(ParseDateLiteral(c.body), c.serial, c.body);
+}
+
+TEST(DateTextTest, LongAndBrokenTextsAreNoDate) {
+    const std::string longText(10000, '1');
+    EXPECT_FALSE(ParseDateText(longText).has_value());
+    EXPECT_FALSE(ParseDateText(std::string(10000, '/')).has_value());
+    EXPECT_FALSE(ParseDateText("\xFF\xFE/\xC3").has_value());
+    EXPECT_FALSE(ParseDateLiteral(std::string(5000, ' ') + "x").has_value());
+}
+
+// ---- numbers -----------------------------------------------------------------------------------
+
+TEST(NumberTest, ParseNumberTextUsesTheDecimalComma) {
+    struct Case { const char* text; std::optional<double> value; };
+    const Case cases[] = {
+        {"1.5", 15},          {"1.234,5", 1234.5}, {"2,5", 2.5},     {" -3 ", -3},      {"+7", 7},
+        {"&H10", 16},         {"&hff", 255},       {"&HFFFF", -1},   {"&H10000", 65536}, {"&O17", 15},
+        {"1e3", 1000},        {"2,5E-1", 0.25},    {",5", 0.5},      {"1.", 1},
+        {"", std::nullopt},   {"  ", std::nullopt}, {"abc", std::nullopt}, {"1,2,3", std::nullopt},
+        {",", std::nullopt},  {"1e", std::nullopt}, {"12a", std::nullopt}, {"&H", std::nullopt},
+        {"&HG", std::nullopt}, {"1 2", std::nullopt}, {"--1", std::nullopt}, {"1e999", std::nullopt},
+    };
+    for (const auto& c : cases) {
+        auto got = ParseNumberText(c.text);
+        ASSERT_EQ(got.has_value(), c.value.has_value()) << c.text;
+        if (got) {
+            EXPECT_DOUBLE_EQ(*got, *c.value) << c.text;
+        }
+    }
+    EXPECT_FALSE(ParseNumberText(std::string(10000, 'x')).has_value());
+    EXPECT_EQ(ParseNumberText(std::string(300, '1')).has_value(), true);
+}
+
+TEST(NumberTest, NumberTextShowsFifteenSignificantDigits) {
+    struct Case { double value; const char* text; };
+    const Case cases[] = {
+        {2.5, "2,5"},           {-3, "-3"},        {0.1 + 0.2, "0,3"},       {1.0 / 3, "0,333333333333333"},
+        {1e15, "1E+15"},        {123456789012345, "123456789012345"},    {0.0001, "0,0001"},
+        {0.00001, "1E-05"},     {-0.0, "0"},       {1234.5, "1234,5"},       {1.5e20, "1,5E+20"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(NumberText(c.value), c.text) << c.value;
+}
+
+TEST(NumberTest, RoundGoesHalfToEvenOnTheScaledDouble) {
+    struct Case { double x; int digits; double expected; };
+    const Case cases[] = {
+        {2.5, 0, 2},       {3.5, 0, 4},         {-2.5, 0, -2},         {0.5, 0, 0},
+        {2.675, 2, 2.68},  {1.005, 2, 1},       {0.125, 2, 0.12},      {-0.125, 2, -0.12},
+        {1234.5678, 2, 1234.57}, {0.135, 2, 0.14}, {1e300, 2, 1e300}, {-0.4, 0, 0},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Round(c.x, c.digits), c.expected) << c.x << " to " << c.digits;
+    EXPECT_FALSE(std::signbit(Round(-0.4)));
+    EXPECT_EQ(errorOf([] { Round(1, -1); }), 5);
+}
+
+TEST(NumberTest, ValReadsOnlyThePoint) {
+    struct Case { const char* text; double value; };
+    const Case cases[] = {
+        {"1,5", 1}, {" 1 2 ", 12}, {"", 0}, {"3.7abc", 3.7}, {"-1.5e2", -150}, {"&H10", 16},
+        {"1.2.3", 1.2}, {"abc", 0}, {"2e", 2}, {"  -  4", -4}, {"1D2", 100},
+    };
+    for (const auto& c : cases) EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
+}
+
+// ---- value conversions -------------------------------------------------------------------------
+
+TEST(ValueConversionTest, IntegersRoundHalfToEvenAndOverflow) {
+    struct Case { Value v; int expected; };
+    const Case cases[] = {
+        {Value::Double(2.5), 2}, {Value::Double(3.5), 4}, {Value::Double(-2.5), -2}, {Value::Text("2,5"), 2},
+        {Value::Text("1.5"), 15}, {Value::Bool(true), -1}, {Value::Date(45356.75), 45357},
+    };
+    for (const auto& c : cases) EXPECT_EQ(CLng(c.v), c.expected) << kindName(c.v.kind());
+    EXPECT_EQ(CInt(Value::Double(32767.4)), 32767);
+    EXPECT_EQ(errorOf([] { CInt(Value::Double(32767.5)); }), 6);
+    EXPECT_EQ(errorOf([] { CLng(Value::Double(2147483647.5)); }), 6);
+    EXPECT_EQ(CLng(Value::Double(-2147483648.0)), INT32_MIN);
+}
+
+TEST(ValueConversionTest, NullAndEmptyTextAreErrors) {
+    EXPECT_EQ(errorOf([] { CDbl(Value::Null()); }), 94);
+    EXPECT_EQ(errorOf([] { CLng(Value::Null()); }), 94);
+    EXPECT_EQ(errorOf([] { CStr(Value::Null()); }), 94);
+    EXPECT_EQ(errorOf([] { CDate(Value::Null()); }), 94);
+    EXPECT_EQ(errorOf([] { CDbl(Value::Text("")); }), 13);
+    EXPECT_EQ(errorOf([] { CDate(Value::Text("")); }), 13);
+    EXPECT_EQ(errorOf([] { CDbl(Value::Text("31/12/2024")); }), 13);
+    EXPECT_EQ(errorOf([] { CBool(Value::Text("forse")); }), 13);
+    EXPECT_EQ(errorOf([] { CDate(Value::Double(1e7)); }), 6);
+}
+
+TEST(ValueConversionTest, TextOfValues) {
+    struct Case { Value v; const char* text; };
+    const Case cases[] = {
+        {Value::Bool(true), "Vero"},   {Value::Bool(false), "Falso"},   {Value::Double(2.5), "2,5"},
+        {Value::Int(-3), "-3"},        {Value::Date(45356), "05/03/2024"}, {Value::Date(0), "00.00.00"},
+        {Value::Text("x"), "x"},       {Value::Long(123456), "123456"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(CStr(c.v), c.text);
+        EXPECT_EQ(ConcatText(c.v), c.text);
+    }
+    EXPECT_EQ(ConcatText(Value::Null()), "");
+}
+
+TEST(ValueConversionTest, IsNumericAndIsDateAgreeWithTheConversions) {
+    struct Case { Value v; bool numeric, date; };
+    const Case cases[] = {
+        {Value::Text("1.5"), true, true},       // also a time, 01.05
+        {Value::Text("1,5"), true, false},
+        {Value::Text("31/12/2024"), false, true},
+        {Value::Text("0.00.00"), true, true},      // points are skipped: 0
+        {Value::Text(""), false, false},
+        {Value::Text("abc"), false, false},
+        {Value::Null(), false, false},
+        {Value::Long(3), true, false},
+        {Value::Bool(false), true, false},
+        {Value::Date(45356), false, true},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(IsNumeric(c.v), c.numeric) << CStr(c.v.isNull() ? Value::Text("Null") : c.v);
+        EXPECT_EQ(IsDate(c.v), c.date) << CStr(c.v.isNull() ? Value::Text("Null") : c.v);
+        if (c.v.kind() == Value::Kind::Text) {
+            EXPECT_EQ(errorOf([&] { CDbl(c.v); }) == 0, c.numeric);
+            EXPECT_EQ(errorOf([&] { CDate(c.v); }) == 0, c.date);
+        }
+    }
+}
+
+TEST(ValueConversionTest, CBoolReadsWordsAndNumbers) {
+    EXPECT_TRUE(CBool(Value::Text("Vero")));
+    EXPECT_TRUE(CBool(Value::Text("true")));
+    EXPECT_FALSE(CBool(Value::Text("FALSO")));
+    EXPECT_TRUE(CBool(Value::Text("0,5")));
+    EXPECT_FALSE(CBool(Value::Long(0)));
+}
+
+TEST(ValueConversionTest, DateValueDropsTheTime) {
+    EXPECT_EQ(DateValue(Value::Text("31/12/2024 14.30")), 45657);
+    EXPECT_EQ(DateValue(Value::Date(45356 + k1430)), 45356);
+    EXPECT_EQ(DateValue(Value::Date(-1.25)), -1);
+    EXPECT_EQ(DateValue(Value::Text("14.30")), 0);
+    EXPECT_EQ(CDate(Value::Text("31/12/2024")), 45657);
+}
+
+// ---- text --------------------------------------------------------------------------------------
+
+TEST(CompareTextTest, IgnoresCaseAndTrailingBlanksButNotAccents) {
+    struct Case { const char* a; const char* b; int sign; };
+    const Case cases[] = {
+        {"abc", "ABC", 0},      {"è", "È", 0},            {"perché", "PERCHÉ  ", 0}, {"abc", "abc   ", 0},
+        {"a", "à", -1},         {"abc", " abc", 1},       {"a", "b", -1},           {"Zeta", "alfa", 1},
+        {"ab", "abc", -1},      {"àncora", "banca", -1},  {"ancora", "àncora", -1}, {"àb", "ac", -1},
+        {"", "", 0},            {"", " ", 0},             {"1", "a", -1},           {"Œuvre", "œuvre", 0},
+        {"\xFF", "\xFF", 0},    {"\xFF", "z", 1},
+    };
+    for (const auto& c : cases) {
+        const int got = CompareText(c.a, c.b);
+        EXPECT_EQ((got > 0) - (got < 0), c.sign) << c.a << " vs " << c.b;
+        const int back = CompareText(c.b, c.a);
+        EXPECT_EQ((back > 0) - (back < 0), -c.sign) << c.b << " vs " << c.a;
+    }
+}
+
+TEST(LikeTest, Wildcards) {
+    struct Case { const char* text; const char* pattern; bool match; };
+    const Case cases[] = {
+        {"Rossi", "r*", true},      {"Rossi", "*SS*", true},     {"Rossi", "R?ssi", true},  {"Rossi", "R?si", false},
+        {"", "*", true},            {"", "**", true},            {"", "?", false},          {"abc", "a*c*", true},
+        {"A12", "A##", true},       {"A1x", "A##", false},       {"b", "[abc]", true},      {"d", "[abc]", false},
+        {"M", "[a-z]", true},       {"5", "[a-z]", false},       {"d", "[!abc]", true},     {"a", "[!abc]", false},
+        {"a*b", "a[*]b", true},     {"axb", "a[*]b", false},     {"a?b", "a[?]b", true},    {"a#b", "a[#]b", true},
+        {"a[b", "a[[]b", true},     {"100%", "100%", true},      {"1000", "100%", false},   {"a_c", "a_c", true},
+        {"abc", "a_c", false},      {"x ", "x", false},          {"x ", "x ", true},        {"è", "È", true},
+        {"a", "à", false},          {"città", "citt?", true},    {"città", "*à", true},     {"-", "[a-]", true},
+        {"ab", "[]ab", true},       {"aXbXc", "*x*x*", true},    {"aaa", "*a*a*a*a*", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(LikeMatch(c.text, c.pattern), c.match) << c.text << " Like " << c.pattern;
+}
+
+TEST(LikeTest, BrokenPatternsAreAnErrorAndLongTextsAreFine) {
+    EXPECT_EQ(errorOf([] { LikeMatch("a", "[abc"); }), 93);
+    EXPECT_EQ(errorOf([] { LikeMatch("a", "[z-a]"); }), 93);
+    const std::string longText(10000, 'a');
+    EXPECT_TRUE(LikeMatch(longText, "*a*a*a*"));
+    EXPECT_FALSE(LikeMatch(longText, "*a*b*"));
+    EXPECT_TRUE(LikeMatch("\xFF\xC3", "??"));
+}
+
+TEST(Cp1252Test, ConvertsBothWays) {
+    EXPECT_EQ(Utf8ToCp1252("città €"), "citt\xE0 \x80");
+    EXPECT_EQ(Utf8ToCp1252("Œ—…"), "\x8C\x97\x85");
+    EXPECT_EQ(Utf8ToCp1252("漢x"), "?x");
+    EXPECT_EQ(Utf8ToCp1252("a\xFF\xC3"), "a??");
+    EXPECT_EQ(Utf8ToCp1252("\xED\xA0\x80"), "???");  // a UTF-16 surrogate is no character
+    EXPECT_EQ(Cp1252ToUtf8("Perch\xE9 \x80"), "Perché €");
+    std::string everyByte;
+    for (int b = 1; b < 256; ++b) everyByte += static_cast<char>(b);
+    EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(everyByte)), everyByte);
+}
