@@ -1,0 +1,48 @@
+#include "core/file.h"
+
+#include <filesystem>
+
+#include "core/session.h"
+#include "store/dao.h"
+#include "store/errors.h"
+
+namespace core {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void EliminaFile(const std::string& percorso) {
+    std::error_code ec;
+    if (!fs::remove(percorso, ec) || ec) store::raise(53, "Impossibile eliminare il file '" + percorso + "'.");
+}
+
+}  // namespace
+
+void CompattaDatabase(const std::string& percorso) {
+    const fs::path originale(percorso);
+    const std::string nome = originale.filename().string();
+    const std::string provvisorio = (originale.parent_path() / ("~tmp" + nome)).string();
+    store::Workspace::Default().CompactDatabase(percorso, provvisorio);
+    EliminaFile(percorso);
+    RinominaFile(provvisorio, nome);
+}
+
+void RinominaFile(const std::string& percorso, const std::string& nuovoNome) {
+    const fs::path da(percorso);
+    const fs::path a = da.parent_path() / nuovoNome;
+    std::error_code ec;
+    if (!fs::exists(da, ec)) store::raise(53, "Impossibile trovare il file '" + percorso + "'.");
+    if (fs::exists(a, ec)) store::raise(58, "Il file '" + a.string() + "' esiste già.");
+    fs::rename(da, a, ec);
+    if (ec) store::raise(75, "Impossibile rinominare '" + percorso + "': " + ec.message());
+}
+
+std::string CartellaReport() {
+    const auto& s = session();
+    if (!s.dbAziende) store::raise(91, "Database delle aziende non aperto.");
+    const std::string cartellaDati = fs::path(s.dbAziende->Name()).parent_path().string();
+    return cartellaDati + "/Report/" + std::to_string(s.IDAzienda);
+}
+
+}  // namespace core

@@ -1,0 +1,16 @@
+// Small helpers of the spreadsheet export and of the screens.
+#pragma once
+
+#include <string>
+
+namespace core {
+
+// Column letters of a spreadsheet column: the first letter of colonna (A=1 ... Z=26) moved on by
+// scarto. Above 26 two letters, where a remainder of 0 is Z with one less in the first letter.
+// Only the first letter of colonna is read. Error 5 when there is no letter or it leads nowhere.
+std::string ColonnaFoglio(const std::string& colonna, int scarto);
+
+double MassimoDi(double a, double b);
+double MinimoDi(double a, double b);
+
+}  // namespace core
