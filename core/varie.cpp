@@ -31,4 +31,19 @@ std::string ColonnaFoglio(const std::string& colonna, int scarto) {
 double MassimoDi(double a, double b) { return a > b ? a : b; }
 double MinimoDi(double a, double b) { return a < b ? a : b; }
 
+std::string Trim(const std::string& testo) {
+    const auto inizio = testo.find_first_not_of(' ');
+    if (inizio == std::string::npos) return {};
+    return testo.substr(inizio, testo.find_last_not_of(' ') - inizio + 1);
+}
+
+std::string Apici(const std::string& testo) {
+    std::string out;
+    for (char c : testo) {
+        out += c;
+        if (c == '\'') out += '\'';
+    }
+    return out;
+}
+
 }  // namespace core

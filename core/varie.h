@@ -13,4 +13,9 @@ std::string ColonnaFoglio(const std::string& colonna, int scarto);
 double MassimoDi(double a, double b);
 double MinimoDi(double a, double b);
 
+// The text without the blanks at both ends, as the platform's Trim.
+std::string Trim(const std::string& testo);
+// A user text ready to stand between apostrophes in SQL: each ' doubled.
+std::string Apici(const std::string& testo);
+
 }  // namespace core
