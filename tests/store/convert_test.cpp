@@ -11,21 +11,13 @@
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/errors.h"
+#include "convert_support.h"
 
 using namespace store;
 
 namespace {
 
 constexpr double k1430 = 14.5 / 24;  // 14:30 as a day fraction
-
-int errorOf(const auto& call) {
-    try {
-        call();
-    } catch (const JetError& e) {
-        return e.number();
-    }
-    return 0;
-}
 
 void expectSerial(std::optional<double> got, std::optional<double> expected, const char* text) {
     ASSERT_EQ(got.has_value(), expected.has_value()) << text;
