@@ -20,12 +20,15 @@ void EliminaFile(const std::string& percorso) {
 }  // namespace
 
 void CompattaDatabase(const std::string& percorso) {
+    CompattaTramite(percorso, "~tmp" + fs::path(percorso).filename().string());
+}
+
+void CompattaTramite(const std::string& percorso, const std::string& nomeCopia) {
     const fs::path originale(percorso);
-    const std::string nome = originale.filename().string();
-    const std::string provvisorio = (originale.parent_path() / ("~tmp" + nome)).string();
-    store::Workspace::Default().CompactDatabase(percorso, provvisorio);
+    const std::string copia = (originale.parent_path() / nomeCopia).string();
+    store::Workspace::Default().CompactDatabase(percorso, copia);
     EliminaFile(percorso);
-    RinominaFile(provvisorio, nome);
+    RinominaFile(copia, originale.filename().string());
 }
 
 void RinominaFile(const std::string& percorso, const std::string& nuovoNome) {
