@@ -173,8 +173,13 @@ public:
     DatabasePtr OpenMemory();                              // a database in memory
     void CompactDatabase(const std::string& from, const std::string& to);  // 'to' must not exist
 
+    // How long a statement waits for another user's lock before it fails with 3218 (milliseconds).
+    void setLockWait(int milliseconds) { lockWait_ = milliseconds; }
+    int lockWait() const { return lockWait_; }
+
 private:
     std::string user_ = "admin";
+    int lockWait_ = 4000;
 };
 
 }  // namespace store

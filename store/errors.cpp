@@ -10,6 +10,7 @@ const std::map<int, const char*>& texts() {
     static const std::map<int, const char*> t = {
         {5, "Chiamata di routine o argomento non validi."},
         {6, "Overflow."},
+        {7, "Memoria esaurita."},
         {11, "Divisione per zero."},
         {13, "Tipo non corrispondente."},
         {94, "Utilizzo non valido di Null."},
@@ -21,6 +22,8 @@ const std::map<int, const char*>& texts() {
         {3022, "Le modifiche richieste alla tabella non sono state apportate perché creerebbero valori duplicati "
                "nell'indice, nella chiave primaria o nella relazione."},
         {3024, "Impossibile trovare il file '%s'."},
+        {3043, "Errore del disco o della rete."},
+        {3065, "Impossibile eseguire una query di selezione."},
         {3027, "Impossibile aggiornare. Il database o l'oggetto è di sola lettura."},
         {3044, "'%s' non è un percorso valido."},
         {3045, "Impossibile utilizzare '%s'. File già in uso."},
@@ -39,13 +42,19 @@ const std::map<int, const char*>& texts() {
         {3141, "L'istruzione SELECT include una parola riservata o un nome di argomento non digitato "
                "correttamente o mancante, oppure la punteggiatura non è corretta."},
         {3144, "Errore di sintassi nell'istruzione UPDATE."},
+        {3159, "Segnalibro non valido."},
         {3163, "Il campo è troppo piccolo per accettare la quantità di dati che si è tentato di aggiungere."},
+        {3164, "Impossibile aggiornare il campo '%s'."},
+        {3167, "Il record è stato eliminato."},
         {3191, "Impossibile definire un campo più di una volta."},
         {3197, "Il motore di database ha interrotto l'operazione perché un altro utente sta modificando "
                "gli stessi dati."},
+        {3204, "Il database '%s' esiste già."},
         {3211, "Impossibile bloccare la tabella '%s'. È attualmente utilizzata da un altro utente."},
         {3218, "Impossibile aggiornare. Attualmente bloccato."},
+        {3219, "Operazione non valida."},
         {3260, "Impossibile aggiornare. Attualmente bloccato dall'utente su un altro computer."},
+        {3264, "Nessun campo definito. Impossibile aggiungere l'oggetto TableDef o Index."},
         {3265, "Elemento non trovato nell'insieme."},
         {3290, "Errore di sintassi nell'istruzione CREATE TABLE."},
         {3292, "Errore di sintassi nella definizione del campo."},

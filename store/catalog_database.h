@@ -1,0 +1,90 @@
+// Inside the database object: the connection, its catalogue and translator, the conversions between
+// program values and what SQLite stores. Shared by the dao_*.cpp files only.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "store/catalog.h"
+#include "store/dao.h"
+#include "store/sql/translator.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace store {
+
+namespace detail {
+
+// One value as SQLite stores it.
+struct Cell {
+    enum class Kind : std::uint8_t { Null, Int, Real, Text };
+    Kind kind = Kind::Null;
+    std::int64_t i = 0;
+    double d = 0;
+    std::string s;
+};
+
+Cell cellFromColumn(sqlite3_stmt* s, int column);
+void bindCell(sqlite3_stmt* s, int index, const Cell& c);
+
+// A stored value read as the program sees it: ISO text -> Date, integers -> Long (Integer for the
+// Integer and Byte types), Yes/No -> Boolean. A value that does not fit the type keeps its own kind.
+Value readCell(FieldType type, const Cell& c);
+
+// A program value converted to the storage of a field. Strict (a recordset's write): a text longer
+// than `size` is error 3163 and a value that does not convert raises. Lenient (a change of a field's
+// type or size): a longer text is cut and a value that does not convert becomes Null.
+enum class Conversion { Strict, Lenient };
+Cell storeValue(FieldType type, int size, const Value& v, Conversion mode = Conversion::Strict);
+
+// The connection's own functions: "__jet_conv(value, fromType, toType, size)" for field changes.
+void registerEngineFunctions(sqlite3* db);
+
+}  // namespace detail
+
+struct Database::Impl final : sql::Catalog {
+    sqlite3* db = nullptr;
+    std::string path;
+    bool readOnly = false;
+    detail::Catalogue catalogue;
+    std::unique_ptr<sql::Translator> translator;
+    std::uint64_t version = 1;
+    long recordsAffected = 0;
+    std::int64_t seenDataVersion = -1;
+    std::int64_t seenUserVersion = -1;
+    std::set<Recordset::Impl*> recordsets;  // closed with the database
+    std::unordered_map<std::string, detail::Stmt> actionCache;
+
+    ~Impl() override;
+
+    const sql::RelationInfo* findRelation(std::string_view name) const override;
+    std::uint64_t schemaVersion() const override { return version; }
+
+    sqlite3* handle() const;      // error 3420 once closed
+    void checkWritable() const;   // error 3027 on a read-only database
+    void close();
+    void reload();                // reads the catalogue again; the translator sees a new version
+    void noticeOtherWriters();    // reloads when another connection changed the catalogue
+    sql::Translation translate(std::string_view text, bool inlineLiterals = false);
+    void runAction(const sql::Translation& t);
+
+    // Schema changes (dao_schema.cpp).
+    void createTable(const TableDef& def);
+    void replaceTable(const TableDef& before, const TableDef& after);
+    void recreateDependents(std::string_view name);
+    bool recreateView(const QueryDef& q);
+};
+
+// dao_schema.cpp: a schema statement of the dialect, through the schema API.
+void runDdl(Database& db, const sql::DdlCommand& c);
+
+// dao_recordset.cpp: opens a recordset on a statement or a table or query name.
+std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& db, std::string_view sqlOrName);
+void closeRecordset(Recordset::Impl* rs);
+
+}  // namespace store

@@ -1,0 +1,262 @@
+// The workspace and the database object: files, connections, locks, action statements.
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "store/catalog_database.h"
+
+namespace store {
+
+using detail::Stmt;
+
+namespace {
+
+// Written into every file the engine makes, at the place SQLite keeps for an application's mark.
+constexpr std::int64_t kApplicationId = 0x42524556;  // "BREV"
+
+bool fileExists(const std::string& path) {
+    struct stat st{};
+    return ::stat(path.c_str(), &st) == 0;
+}
+
+bool isRegularFile(const std::string& path) {
+    struct stat st{};
+    return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+std::string parentFolder(const std::string& path) {
+    auto slash = path.find_last_of('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// Reads the file's header before SQLite sees it: an SQLite 3 file whose application mark is ours or
+// not set. Anything else is refused with 3049 rather than handed to SQLite.
+void checkHeader(const std::string& path) {
+    if (!fileExists(path)) raise(3024, path);
+    if (!isRegularFile(path)) raise(3049, path);
+    std::ifstream in(path, std::ios::binary);
+    unsigned char header[100] = {};
+    in.read(reinterpret_cast<char*>(header), sizeof header);
+    if (in.gcount() < static_cast<std::streamsize>(sizeof header)) raise(3049, path);
+    if (std::memcmp(header, "SQLite format 3", 16) != 0) raise(3049, path);
+    std::int64_t appId = (std::int64_t{header[68]} << 24) | (header[69] << 16) | (header[70] << 8) | header[71];
+    if (appId != 0 && appId != kApplicationId) raise(3049, path);
+}
+
+struct ConnectionCloser {
+    void operator()(sqlite3* db) const { sqlite3_close_v2(db); }
+};
+using Connection = std::unique_ptr<sqlite3, ConnectionCloser>;
+
+Connection openConnection(const std::string& path, int flags, int missingError) {
+    sqlite3* raw = nullptr;
+    int rc = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
+    Connection db(raw);
+    if (rc != SQLITE_OK) raise(missingError, path);
+    sqlite3_extended_result_codes(raw, 1);
+    return db;
+}
+
+// Every connection: the engine's functions, a wait for others' locks, a rollback journal written
+// through to the disk, and table renames that leave the views' text alone (views are rebuilt from
+// the saved queries' own text instead).
+void configure(sqlite3* db, int lockWaitMs) {
+    sqlite3_busy_timeout(db, lockWaitMs);
+    sql::registerFunctions(db);
+    detail::registerEngineFunctions(db);
+    detail::exec(db, "PRAGMA legacy_alter_table = ON; PRAGMA foreign_keys = OFF; PRAGMA synchronous = FULL;");
+}
+
+// Exclusive use holds SQLite's exclusive lock from now until the connection closes, so that it
+// also keeps other processes out.
+void takeExclusiveLock(sqlite3* db, const std::string& path) {
+    try {
+        detail::exec(db, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;");
+    } catch (const JetError& e) {
+        if (e.number() == 3218) raise(3045, path);
+        throw;
+    }
+}
+
+// The first read: a file held exclusively by another answers busy; a damaged one, not a database.
+void checkReadable(sqlite3* db, const std::string& path) {
+    try {
+        detail::queryInt(db, "SELECT count(*) FROM sqlite_master");
+    } catch (const JetError& e) {
+        if (e.number() == 3218) raise(3051, path);
+        if (e.number() == 3049) raise(3049, path);
+        throw;
+    }
+}
+
+void adoptFile(sqlite3* db) {
+    if (detail::queryInt(db, "PRAGMA application_id") != kApplicationId) {
+        detail::exec(db, "PRAGMA application_id = " + std::to_string(kApplicationId));
+    }
+    detail::exec(db, "PRAGMA journal_mode = DELETE");
+    detail::Catalogue::ensureTables(db);
+}
+
+bool catalogueMissing(sqlite3* db) {
+    return detail::queryInt(db,
+                            "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name IN "
+                            "('__jet_objects', '__jet_fields', '__jet_indexes')") < 3 ||
+           detail::queryInt(db, "PRAGMA application_id") != kApplicationId;
+}
+
+DatabasePtr makeDatabase(Connection db, const std::string& path, bool readOnly) {
+    auto impl = std::make_unique<Database::Impl>();
+    impl->db = db.release();
+    impl->path = path;
+    impl->readOnly = readOnly;
+    impl->translator = std::make_unique<sql::Translator>(*impl);
+    auto database = std::make_shared<Database>(std::move(impl));
+    database->impl().reload();
+    return database;
+}
+
+}  // namespace
+
+// ---- Workspace -----------------------------------------------------------------------------------
+
+Workspace& Workspace::Default() {
+    static Workspace ws;
+    return ws;
+}
+
+DatabasePtr Workspace::OpenDatabase(const std::string& path, bool exclusive, bool readOnly) {
+    checkHeader(path);
+    int flags = readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+    Connection db = openConnection(path, flags, 3024);
+    configure(db.get(), lockWait_);
+    if (exclusive) takeExclusiveLock(db.get(), path);
+    checkReadable(db.get(), path);
+    if (!readOnly && catalogueMissing(db.get())) adoptFile(db.get());
+    return makeDatabase(std::move(db), path, readOnly);
+}
+
+DatabasePtr Workspace::CreateDatabase(const std::string& path) {
+    if (fileExists(path)) raise(3204, path);
+    if (!fileExists(parentFolder(path))) raise(3044, parentFolder(path));
+    Connection db = openConnection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, 3044);
+    configure(db.get(), lockWait_);
+    adoptFile(db.get());
+    return makeDatabase(std::move(db), path, false);
+}
+
+DatabasePtr Workspace::OpenMemory() {
+    Connection db = openConnection(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, 3044);
+    configure(db.get(), lockWait_);
+    adoptFile(db.get());
+    return makeDatabase(std::move(db), ":memory:", false);
+}
+
+void Workspace::CompactDatabase(const std::string& from, const std::string& to) {
+    if (fileExists(to)) raise(3204, to);
+    if (!fileExists(parentFolder(to))) raise(3044, parentFolder(to));
+    DatabasePtr source = OpenDatabase(from, false, true);
+    detail::Stmt vacuum(source->impl().handle(), "VACUUM INTO ?1");
+    vacuum.bindText(1, to);
+    vacuum.step();
+    source->Close();
+}
+
+// ---- Database ------------------------------------------------------------------------------------
+
+Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+Database::~Database() = default;
+
+const std::string& Database::Name() const { return impl_->path; }
+bool Database::isOpen() const { return impl_->db != nullptr; }
+void Database::Close() { impl_->close(); }
+long Database::RecordsAffected() const { return impl_->recordsAffected; }
+
+void Database::Execute(std::string_view sqlText) {
+    impl_->handle();
+    impl_->noticeOtherWriters();
+    sql::Translation t = impl_->translate(sqlText);
+    impl_->recordsAffected = 0;
+    switch (t.kind) {
+        case sql::StatementKind::Select: raise(3065);
+        case sql::StatementKind::Ddl:
+            if (!t.ddl) raise(3001);
+            runDdl(*this, *t.ddl);
+            return;
+        default: impl_->runAction(t);
+    }
+}
+
+std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view sqlOrName) {
+    impl_->handle();
+    impl_->noticeOtherWriters();
+    return openRecordset(shared_from_this(), sqlOrName);
+}
+
+Database::Impl::~Impl() { close(); }
+
+sqlite3* Database::Impl::handle() const {
+    if (!db) raise(3420);
+    return db;
+}
+
+void Database::Impl::checkWritable() const {
+    handle();
+    if (readOnly) raise(3027);
+}
+
+void Database::Impl::close() {
+    if (!db) return;
+    auto open = recordsets;
+    for (Recordset::Impl* rs : open) closeRecordset(rs);
+    recordsets.clear();
+    actionCache.clear();
+    sqlite3_close_v2(db);
+    db = nullptr;
+}
+
+void Database::Impl::reload() {
+    catalogue.load(handle());
+    ++version;
+    actionCache.clear();
+    seenDataVersion = detail::queryInt(db, "PRAGMA data_version");
+    seenUserVersion = detail::queryInt(db, "PRAGMA user_version");
+}
+
+// Another connection, in this process or another, may have changed tables or queries. SQLite tells
+// whether anyone else wrote since the last look; only then is the catalogue's counter read.
+void Database::Impl::noticeOtherWriters() {
+    std::int64_t data = detail::queryInt(handle(), "PRAGMA data_version");
+    if (data == seenDataVersion) return;
+    seenDataVersion = data;
+    if (detail::queryInt(db, "PRAGMA user_version") != seenUserVersion) reload();
+}
+
+const sql::RelationInfo* Database::Impl::findRelation(std::string_view name) const {
+    if (const auto* t = catalogue.table(name)) return &t->rel;
+    const auto* q = catalogue.query(name);
+    return q && q->hasView ? &q->rel : nullptr;
+}
+
+sql::Translation Database::Impl::translate(std::string_view text, bool inlineLiterals) {
+    handle();
+    sql::Options options;
+    options.inlineLiterals = inlineLiterals;
+    return translator->translate(text, options);
+}
+
+void Database::Impl::runAction(const sql::Translation& t) {
+    auto it = actionCache.find(t.sql);
+    if (it == actionCache.end()) it = actionCache.emplace(t.sql, Stmt(handle(), t.sql)).first;
+    Stmt& s = it->second;
+    s.reset();
+    for (std::size_t i = 0; i < t.params.size(); ++i) s.bind(static_cast<int>(i + 1), t.params[i]);
+    while (s.step()) {
+    }
+    recordsAffected = sqlite3_changes(db);
+    s.reset();
+}
+
+}  // namespace store

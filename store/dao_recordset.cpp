@@ -1,0 +1,611 @@
+// The recordset: rows come from the SQLite statement as the program moves through them and are kept
+// once fetched, packed in one buffer, so a register of many rows opens at once and stays light.
+// Writes go to the base table of the statement (or of the saved query it reads) by the row's rowid.
+#include <sqlite3.h>
+
+#include <cstring>
+
+#include "store/catalog_database.h"
+
+namespace store {
+
+using detail::Cell;
+
+namespace {
+
+constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+// ---- packed rows ---------------------------------------------------------------------------------
+
+void pack(std::string& arena, const Cell& c) {
+    arena += static_cast<char>(c.kind);
+    switch (c.kind) {
+        case Cell::Kind::Null: break;
+        case Cell::Kind::Int: arena.append(reinterpret_cast<const char*>(&c.i), sizeof c.i); break;
+        case Cell::Kind::Real: arena.append(reinterpret_cast<const char*>(&c.d), sizeof c.d); break;
+        case Cell::Kind::Text: {
+            auto n = static_cast<std::uint32_t>(c.s.size());
+            arena.append(reinterpret_cast<const char*>(&n), sizeof n);
+            arena += c.s;
+            break;
+        }
+    }
+}
+
+Cell unpack(const char*& p) {
+    Cell c;
+    c.kind = static_cast<Cell::Kind>(*p++);
+    switch (c.kind) {
+        case Cell::Kind::Null: break;
+        case Cell::Kind::Int: std::memcpy(&c.i, p, sizeof c.i); p += sizeof c.i; break;
+        case Cell::Kind::Real: std::memcpy(&c.d, p, sizeof c.d); p += sizeof c.d; break;
+        case Cell::Kind::Text: {
+            std::uint32_t n = 0;
+            std::memcpy(&n, p, sizeof n);
+            p += sizeof n;
+            c.s.assign(p, n);
+            p += n;
+            break;
+        }
+    }
+    return c;
+}
+
+std::string trimmed(std::string_view s) {
+    auto b = s.find_first_not_of(" \t\r\n");
+    if (b == std::string_view::npos) return {};
+    auto e = s.find_last_not_of(" \t\r\n");
+    return std::string(s.substr(b, e - b + 1));
+}
+
+}  // namespace
+
+struct Recordset::Impl {
+    struct Column {
+        sql::ResultColumn result;
+        FieldType writeType = FieldType::Text;  // the base field's type and size, for writes
+        int writeSize = 0;
+        bool writable = false;
+    };
+    struct Row {
+        std::size_t offset = 0;
+        std::int64_t rowid = 0;
+        bool deleted = false;
+    };
+    enum class Pos { Bof, On, Eof };
+
+    std::shared_ptr<Database> owner;
+    Database::Impl* db = nullptr;
+    std::string name;
+    sql::Translation tr;
+    std::optional<detail::Stmt> stmt;
+    std::vector<Column> cols;
+    std::vector<Field> fields;
+    bool fetchedAll = false;
+    bool closed = false;
+
+    std::string arena;
+    std::vector<Row> rows;
+    long deleted = 0;
+
+    Pos pos = Pos::Eof;
+    std::size_t cur = 0;
+    std::vector<Value> current;
+    std::size_t decoded = kNone;
+
+    EditMode mode = EditMode::None;
+    std::vector<Value> pending;
+    std::vector<Cell> pendingCells;
+    std::vector<bool> dirty;
+    Pos savedPos = Pos::Eof;
+    std::size_t savedCur = 0;
+    std::size_t lastModified = kNone;
+
+    ~Impl() { close(); }
+
+    // ---- state checks
+    void checkOpen() const {
+        if (closed) raise(3420);
+    }
+    bool updatable() const { return !tr.baseTable.empty() && tr.hasRowid && !db->readOnly; }
+    void checkUpdatable() const {
+        checkOpen();
+        if (db->readOnly) raise(3027);
+        if (!updatable()) raise(3326);
+    }
+    bool onRow() const { return pos == Pos::On && cur < rows.size() && !rows[cur].deleted; }
+    void checkCurrent() const {
+        checkOpen();
+        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted) raise(3167);
+        if (!onRow()) raise(3021);
+    }
+    long liveCount() const { return static_cast<long>(rows.size()) - deleted; }
+
+    void close() {
+        if (closed) return;
+        closed = true;
+        stmt.reset();
+        rows.clear();
+        arena.clear();
+        if (db) db->recordsets.erase(this);
+    }
+
+    // ---- fetching
+    void bindParams() {
+        for (std::size_t i = 0; i < tr.params.size(); ++i) stmt->bind(static_cast<int>(i + 1), tr.params[i]);
+    }
+
+    bool fetchOne() {
+        if (fetchedAll) return false;
+        if (!stmt->step()) {
+            fetchedAll = true;
+            sqlite3_reset(stmt->get());  // gives back the read lock
+            return false;
+        }
+        Row r;
+        r.offset = arena.size();
+        for (std::size_t i = 0; i < cols.size(); ++i) pack(arena, detail::cellFromColumn(stmt->get(), static_cast<int>(i)));
+        if (tr.hasRowid) r.rowid = sqlite3_column_int64(stmt->get(), static_cast<int>(cols.size()));
+        rows.push_back(r);
+        return true;
+    }
+
+    void fetchAll() {
+        while (fetchOne()) {
+        }
+    }
+
+    std::size_t nextLive(std::size_t from) {
+        for (std::size_t i = from;; ++i) {
+            if (i >= rows.size() && !fetchOne()) return kNone;
+            if (!rows[i].deleted) return i;
+        }
+    }
+
+    std::size_t previousLive(std::size_t before) const {
+        for (std::size_t i = std::min(before, rows.size()); i-- > 0;)
+            if (!rows[i].deleted) return i;
+        return kNone;
+    }
+
+    void placeOn(std::size_t i, Pos ifNone) {
+        if (i == kNone) {
+            pos = ifNone;
+        } else {
+            pos = Pos::On;
+            cur = i;
+        }
+    }
+
+    void start() {
+        fetchedAll = false;
+        rows.clear();
+        arena.clear();
+        deleted = 0;
+        decoded = kNone;
+        placeOn(nextLive(0), Pos::Eof);
+    }
+
+    // ---- values
+    std::vector<Cell> rowCells(std::size_t i) const {
+        std::vector<Cell> cells;
+        const char* p = arena.data() + rows[i].offset;
+        for (std::size_t c = 0; c < cols.size(); ++c) cells.push_back(unpack(p));
+        return cells;
+    }
+
+    const std::vector<Value>& currentValues() {
+        checkCurrent();
+        if (decoded != cur) {
+            auto cells = rowCells(cur);
+            current.clear();
+            for (std::size_t c = 0; c < cols.size(); ++c) current.push_back(detail::readCell(cols[c].result.type, cells[c]));
+            decoded = cur;
+        }
+        return current;
+    }
+
+    Value value(int index) {
+        checkOpen();
+        if (mode != EditMode::None) return pending[static_cast<std::size_t>(index)];
+        return currentValues()[static_cast<std::size_t>(index)];
+    }
+
+    void setValue(int index, const Value& v) {
+        checkOpen();
+        if (mode == EditMode::None) raise(3020);
+        const Column& c = cols[static_cast<std::size_t>(index)];
+        if (!c.writable) raise(3164, c.result.name);
+        Cell cell = detail::storeValue(c.writeType, c.writeSize, v);
+        auto i = static_cast<std::size_t>(index);
+        pending[i] = detail::readCell(c.writeType, cell);
+        pendingCells[i] = std::move(cell);
+        dirty[i] = true;
+    }
+
+    // ---- editing
+    void cancelEdit() {
+        if (mode == EditMode::AddNew) {
+            pos = savedPos;
+            cur = savedCur;
+        }
+        mode = EditMode::None;
+    }
+
+    void beginEdit(EditMode m) {
+        pending.assign(cols.size(), Value::Null());
+        pendingCells.assign(cols.size(), Cell{});
+        dirty.assign(cols.size(), false);
+        mode = m;
+    }
+
+    void addNew() {
+        checkUpdatable();
+        cancelEdit();
+        savedPos = pos;
+        savedCur = cur;
+        beginEdit(EditMode::AddNew);
+    }
+
+    void edit() {
+        checkUpdatable();
+        cancelEdit();
+        checkCurrent();
+        std::vector<Value> values = currentValues();
+        beginEdit(EditMode::Edit);
+        pending = std::move(values);
+    }
+
+    std::string dirtyList(const char* separator, bool withPlaceholders) const {
+        std::string out;
+        for (std::size_t i = 0; i < cols.size(); ++i) {
+            if (!dirty[i]) continue;
+            if (!out.empty()) out += separator;
+            out += detail::quoteIdent(cols[i].result.baseColumn);
+            if (withPlaceholders) out += " = ?";
+        }
+        return out;
+    }
+
+    int bindDirty(detail::Stmt& s) const {
+        int n = 0;
+        for (std::size_t i = 0; i < cols.size(); ++i)
+            if (dirty[i]) detail::bindCell(s.get(), ++n, pendingCells[i]);
+        return n;
+    }
+
+    std::int64_t insertRow() {
+        std::string list = dirtyList(", ", false);
+        std::string sql = "INSERT INTO " + detail::quoteIdent(tr.baseTable);
+        if (list.empty()) {
+            sql += " DEFAULT VALUES";
+        } else {
+            std::string marks;
+            for (std::size_t i = 0; i < cols.size(); ++i)
+                if (dirty[i]) marks += marks.empty() ? "?" : ", ?";
+            sql += " (" + list + ") VALUES (" + marks + ")";
+        }
+        detail::Stmt s(db->handle(), sql);
+        bindDirty(s);
+        s.step();
+        return sqlite3_last_insert_rowid(db->db);
+    }
+
+    void updateRow(std::int64_t rowid) {
+        std::string list = dirtyList(", ", true);
+        if (list.empty()) return;
+        detail::Stmt s(db->handle(), "UPDATE " + detail::quoteIdent(tr.baseTable) + " SET " + list + " WHERE rowid = ?");
+        s.bindInt(bindDirty(s) + 1, rowid);
+        s.step();
+        if (sqlite3_changes(db->db) == 0) raise(3167);
+    }
+
+    // The row as the statement now shows it (defaults, values of joined tables), or, when the
+    // statement no longer selects it, what was written over what was there.
+    void storeRow(std::size_t index, std::int64_t rowid, const std::vector<Cell>* before) {
+        std::vector<Cell> cells = refetch(rowid);
+        if (cells.empty()) {
+            cells = before ? *before : std::vector<Cell>(cols.size());
+            for (std::size_t i = 0; i < cols.size(); ++i)
+                if (dirty[i]) cells[i] = pendingCells[i];
+        }
+        Row r;
+        r.offset = arena.size();
+        r.rowid = rowid;
+        for (const Cell& c : cells) pack(arena, c);
+        if (index == rows.size()) rows.push_back(r);
+        else rows[index] = r;
+        decoded = kNone;
+    }
+
+    std::vector<Cell> refetch(std::int64_t rowid) {
+        std::vector<Cell> cells;
+        try {
+            const char* rowidName = sqlite3_column_name(stmt->get(), static_cast<int>(cols.size()));
+            detail::Stmt s(db->handle(), "SELECT * FROM (" + tr.sql + ") AS __jet_row WHERE __jet_row." +
+                                             detail::quoteIdent(rowidName ? rowidName : "__rowid") + " = ?");
+            for (std::size_t i = 0; i < tr.params.size(); ++i) s.bind(static_cast<int>(i + 1), tr.params[i]);
+            s.bindInt(static_cast<int>(tr.params.size() + 1), rowid);
+            if (s.step())
+                for (std::size_t i = 0; i < cols.size(); ++i) cells.push_back(detail::cellFromColumn(s.get(), static_cast<int>(i)));
+        } catch (const JetError&) {
+            cells.clear();
+        }
+        return cells;
+    }
+
+    void update() {
+        checkOpen();
+        if (mode == EditMode::None) raise(3020);
+        fetchAll();  // a write must not meet the statement half way through the table
+        if (mode == EditMode::AddNew) {
+            std::int64_t rowid = insertRow();
+            storeRow(rows.size(), rowid, nullptr);
+            lastModified = rows.size() - 1;
+            pos = savedPos;
+            cur = savedCur;
+        } else {
+            checkCurrent();
+            updateRow(rows[cur].rowid);
+            auto before = rowCells(cur);
+            storeRow(cur, rows[cur].rowid, &before);
+            lastModified = cur;
+        }
+        mode = EditMode::None;
+    }
+
+    void remove() {
+        checkUpdatable();
+        cancelEdit();
+        checkCurrent();
+        fetchAll();
+        detail::Stmt s(db->handle(), "DELETE FROM " + detail::quoteIdent(tr.baseTable) + " WHERE rowid = ?");
+        s.bindInt(1, rows[cur].rowid);
+        s.step();
+        rows[cur].deleted = true;
+        ++deleted;
+        decoded = kNone;
+    }
+
+    // ---- moves
+    void moveNext() {
+        checkOpen();
+        cancelEdit();
+        if (pos == Pos::Eof || (fetchedAll && liveCount() == 0)) raise(3021);
+        placeOn(nextLive(pos == Pos::Bof ? 0 : cur + 1), Pos::Eof);
+    }
+
+    void movePrevious() {
+        checkOpen();
+        cancelEdit();
+        if (pos == Pos::Bof || (fetchedAll && liveCount() == 0)) raise(3021);
+        placeOn(previousLive(pos == Pos::Eof ? rows.size() : cur), Pos::Bof);
+    }
+
+    void moveFirst() {
+        checkOpen();
+        cancelEdit();
+        std::size_t i = nextLive(0);
+        if (i == kNone) raise(3021);
+        placeOn(i, Pos::Eof);
+    }
+
+    void moveLast() {
+        checkOpen();
+        cancelEdit();
+        fetchAll();
+        std::size_t i = previousLive(rows.size());
+        if (i == kNone) raise(3021);
+        placeOn(i, Pos::Eof);
+    }
+
+    long absolutePosition() const {
+        checkOpen();
+        if (!onRow()) return -1;
+        if (deleted == 0) return static_cast<long>(cur);
+        long n = 0;
+        for (std::size_t i = 0; i < cur; ++i) n += rows[i].deleted ? 0 : 1;
+        return n;
+    }
+
+    void setAbsolutePosition(long target) {
+        checkOpen();
+        cancelEdit();
+        if (target < 0) raise(3001);
+        std::size_t i = nextLive(0);
+        for (long n = 0; n < target && i != kNone; ++n) i = nextLive(i + 1);
+        if (i == kNone) raise(3001);
+        placeOn(i, Pos::Eof);
+    }
+
+    void setBookmark(Bookmark b) {
+        checkOpen();
+        cancelEdit();
+        if (b < 1 || static_cast<std::size_t>(b) > rows.size() || rows[static_cast<std::size_t>(b - 1)].deleted)
+            raise(3159);
+        placeOn(static_cast<std::size_t>(b - 1), Pos::Eof);
+    }
+};
+
+namespace {
+
+// "Clienti", "[Clienti]" or a statement: a bare name of a table or query reads all of it.
+std::string statementFor(Database::Impl& db, std::string_view sqlOrName) {
+    std::string t = trimmed(sqlOrName);
+    std::string bare = t.size() > 2 && t.front() == '[' && t.back() == ']' ? t.substr(1, t.size() - 2) : t;
+    bool oneWord = bare.find_first_of(" \t\r\n") == std::string::npos || (t.front() == '[' && bare.find(']') == std::string::npos);
+    if (!bare.empty() && oneWord && db.findRelation(bare)) return "SELECT * FROM [" + bare + "]";
+    return std::string(sqlOrName);
+}
+
+const FieldDef* baseField(const TableDef& def, const std::string& column) {
+    if (column.empty()) return nullptr;
+    for (const FieldDef& f : def.Fields)
+        if (detail::sameName(f.Name, column)) return &f;
+    return nullptr;
+}
+
+// The columns the recordset shows, with what a write to each of them needs.
+std::vector<Recordset::Impl::Column> columnsOf(Database::Impl& db, const sql::Translation& tr, sqlite3_stmt* s) {
+    std::vector<Recordset::Impl::Column> cols;
+    const detail::TableEntry* base = tr.baseTable.empty() ? nullptr : db.catalogue.table(tr.baseTable);
+    int visible = sqlite3_column_count(s) - (tr.hasRowid ? 1 : 0);
+    for (int i = 0; i < visible; ++i) {
+        Recordset::Impl::Column c;
+        if (static_cast<std::size_t>(i) < tr.columns.size()) c.result = tr.columns[static_cast<std::size_t>(i)];
+        else c.result.name = sqlite3_column_name(s, i);
+        c.writeType = c.result.type;
+        c.writeSize = c.result.size;
+        if (const FieldDef* f = base ? baseField(base->def, c.result.baseColumn) : nullptr) {
+            c.writeType = f->Type;
+            c.writeSize = f->Size;
+            c.writable = true;
+        }
+        cols.push_back(std::move(c));
+    }
+    return cols;
+}
+
+}  // namespace
+
+std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner, std::string_view sqlOrName) {
+    Database::Impl& db = owner->impl();
+    auto impl = std::make_unique<Recordset::Impl>();
+    impl->owner = owner;
+    impl->db = &db;
+    impl->name = std::string(sqlOrName);
+    impl->tr = db.translate(statementFor(db, sqlOrName));
+    if (impl->tr.kind != sql::StatementKind::Select) raise(3219);
+    impl->stmt.emplace(db.handle(), impl->tr.sql);
+    impl->bindParams();
+    impl->cols = columnsOf(db, impl->tr, impl->stmt->get());
+    impl->start();
+    db.recordsets.insert(impl.get());
+    return std::make_unique<Recordset>(std::move(impl));
+}
+
+void closeRecordset(Recordset::Impl* rs) { rs->close(); }
+
+// ---- Recordset -----------------------------------------------------------------------------------
+
+Recordset::Recordset(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
+    impl_->fields.resize(impl_->cols.size());
+    for (std::size_t i = 0; i < impl_->cols.size(); ++i) {
+        Field& f = impl_->fields[i];
+        f.rs_ = this;
+        f.index_ = static_cast<int>(i);
+        f.name_ = impl_->cols[i].result.name;
+        f.type_ = impl_->cols[i].result.type;
+        f.size_ = impl_->cols[i].result.size;
+    }
+}
+
+Recordset::~Recordset() = default;
+
+bool Recordset::Eof() const {
+    impl_->checkOpen();
+    return impl_->pos == Impl::Pos::Eof || (impl_->fetchedAll && impl_->liveCount() == 0);
+}
+
+bool Recordset::Bof() const {
+    impl_->checkOpen();
+    return impl_->pos == Impl::Pos::Bof || (impl_->fetchedAll && impl_->liveCount() == 0);
+}
+
+void Recordset::MoveFirst() { impl_->moveFirst(); }
+void Recordset::MoveLast() { impl_->moveLast(); }
+void Recordset::MoveNext() { impl_->moveNext(); }
+void Recordset::MovePrevious() { impl_->movePrevious(); }
+
+long Recordset::RecordCount() const {
+    impl_->checkOpen();
+    return impl_->liveCount();
+}
+
+long Recordset::AbsolutePosition() const { return impl_->absolutePosition(); }
+void Recordset::setAbsolutePosition(long pos) { impl_->setAbsolutePosition(pos); }
+
+// Where the current row stands in the rows known so far: 100 on the last of them.
+double Recordset::PercentPosition() const {
+    long pos = impl_->absolutePosition();
+    long count = impl_->liveCount();
+    return pos < 0 || count == 0 ? 0.0 : (pos + 1) * 100.0 / count;
+}
+
+Bookmark Recordset::getBookmark() const {
+    impl_->checkCurrent();
+    return static_cast<Bookmark>(impl_->cur + 1);
+}
+
+void Recordset::setBookmark(Bookmark b) { impl_->setBookmark(b); }
+
+Bookmark Recordset::LastModified() const {
+    impl_->checkOpen();
+    if (impl_->lastModified == kNone) raise(3021);
+    return static_cast<Bookmark>(impl_->lastModified + 1);
+}
+
+void Recordset::Requery() {
+    impl_->checkOpen();
+    impl_->cancelEdit();
+    impl_->stmt->reset();
+    impl_->bindParams();
+    impl_->lastModified = kNone;
+    impl_->start();
+}
+
+void Recordset::AddNew() { impl_->addNew(); }
+void Recordset::Edit() { impl_->edit(); }
+void Recordset::Update() { impl_->update(); }
+
+void Recordset::CancelUpdate() {
+    impl_->checkOpen();
+    impl_->cancelEdit();
+}
+
+void Recordset::Delete() { impl_->remove(); }
+void Recordset::Close() { impl_->close(); }
+
+Recordset::EditMode Recordset::editMode() const {
+    impl_->checkOpen();
+    return impl_->mode;
+}
+
+bool Recordset::updatable() const {
+    impl_->checkOpen();
+    return impl_->updatable();
+}
+
+int Recordset::FieldCount() const {
+    impl_->checkOpen();
+    return static_cast<int>(impl_->fields.size());
+}
+
+Field& Recordset::Fields(int index) {
+    impl_->checkOpen();
+    if (index < 0 || static_cast<std::size_t>(index) >= impl_->fields.size()) raise(3265);
+    return impl_->fields[static_cast<std::size_t>(index)];
+}
+
+Field& Recordset::Fields(std::string_view name) {
+    impl_->checkOpen();
+    for (Field& f : impl_->fields)
+        if (detail::sameName(f.Name(), name)) return f;
+    raise(3265, std::string(name));
+}
+
+bool Recordset::HasField(std::string_view name) const {
+    impl_->checkOpen();
+    for (const Field& f : impl_->fields)
+        if (detail::sameName(f.Name(), name)) return true;
+    return false;
+}
+
+const std::string& Recordset::Name() const { return impl_->name; }
+
+// ---- Field ---------------------------------------------------------------------------------------
+
+Value Field::value() const { return rs_->impl_->value(index_); }
+void Field::setValue(const Value& v) { rs_->impl_->setValue(index_, v); }
+
+}  // namespace store

@@ -1,0 +1,438 @@
+// Tables, fields, indexes and saved queries. A change to a table's structure builds the table anew
+// (SQLite cannot change a column's type, size or default in place), carrying the rows over with their
+// values converted, and then builds again the views of the saved queries that depend on it.
+#include <sqlite3.h>
+
+#include <algorithm>
+
+#include "store/catalog_database.h"
+
+namespace store {
+
+using detail::Catalogue;
+using detail::exec;
+using detail::foldCase;
+using detail::quoteIdent;
+using detail::sameName;
+
+namespace {
+
+// Groups the statements of one schema change, so that a failure half way leaves the file as it was.
+class SchemaChange {
+public:
+    explicit SchemaChange(sqlite3* db) : db_(db) { exec(db_, "SAVEPOINT jet_schema"); }
+    ~SchemaChange() {
+        if (!done_) sqlite3_exec(db_, "ROLLBACK TO jet_schema; RELEASE jet_schema", nullptr, nullptr, nullptr);
+    }
+    void commit() {
+        Catalogue::bumpVersion(db_);
+        exec(db_, "RELEASE jet_schema");
+        done_ = true;
+    }
+
+private:
+    sqlite3* db_;
+    bool done_ = false;
+};
+
+const FieldDef* findField(const TableDef& def, std::string_view name) {
+    for (const FieldDef& f : def.Fields)
+        if (sameName(f.Name, name)) return &f;
+    return nullptr;
+}
+
+const IndexDef* findIndex(const TableDef& def, std::string_view name) {
+    for (const IndexDef& ix : def.Indexes)
+        if (sameName(ix.Name, name)) return &ix;
+    return nullptr;
+}
+
+void checkName(std::string_view name) {
+    if (name.empty() || detail::isInternalName(name) || name.find_first_of("[]\x1e\x1f") != std::string_view::npos)
+        raise(3125, std::string(name));
+}
+
+// A field as it is kept: its size by type, its counter attribute, its place.
+FieldDef normalizedField(FieldDef f, int position) {
+    checkName(f.Name);
+    if (!detail::isValidFieldType(static_cast<int>(f.Type))) raise(3001, f.Name);
+    if (f.Type != FieldType::Text || f.Size <= 0) f.Size = detail::defaultSize(f.Type);
+    if (f.Size > 255 && f.Type == FieldType::Text) f.Size = 255;
+    if (!detail::isTextType(f.Type)) f.AllowZeroLength = false;
+    if (f.OrdinalPosition == 0) f.OrdinalPosition = position;
+    return f;
+}
+
+void checkIndexFields(const TableDef& def, const IndexDef& ix) {
+    checkName(ix.Name);
+    if (ix.Fields.empty()) raise(3001, ix.Name);
+    for (const std::string& f : ix.Fields)
+        if (!findField(def, f)) raise(3265, f);
+}
+
+TableDef normalizedTable(const TableDef& def) {
+    checkName(def.Name);
+    if (def.Fields.empty()) raise(3264);
+    TableDef out;
+    out.Name = def.Name;
+    for (std::size_t i = 0; i < def.Fields.size(); ++i) {
+        if (findField(out, def.Fields[i].Name)) raise(3191);
+        out.Fields.push_back(normalizedField(def.Fields[i], static_cast<int>(i)));
+    }
+    for (const IndexDef& ix : def.Indexes) {
+        if (findIndex(out, ix.Name)) raise(3012, ix.Name);
+        checkIndexFields(out, ix);
+        out.Indexes.push_back(ix);
+    }
+    return out;
+}
+
+std::string createIndexSql(std::string_view table, const IndexDef& ix) {
+    std::string cols;
+    for (std::size_t i = 0; i < ix.Fields.size(); ++i) cols += (i ? ", " : "") + quoteIdent(ix.Fields[i]);
+    return std::string("CREATE ") + (ix.Unique || ix.Primary ? "UNIQUE " : "") + "INDEX " +
+           quoteIdent(Catalogue::sqliteIndexName(table, ix.Name)) + " ON " + quoteIdent(table) + " (" + cols + ")";
+}
+
+void createIndexesAndTriggers(sqlite3* db, const TableDef& def) {
+    for (const IndexDef& ix : def.Indexes) exec(db, createIndexSql(def.Name, ix));
+    for (const std::string& t : detail::booleanTriggersSql(def)) exec(db, t);
+}
+
+// What each column of the new table is filled from: the old column, converted when its type or
+// size changed; nothing for a new column, which starts Null.
+std::string carryOverSql(const TableDef& before, const TableDef& after, std::string_view from, std::string_view to) {
+    std::string cols, exprs;
+    for (const FieldDef& f : after.Fields) {
+        const FieldDef* old = findField(before, f.Name);
+        if (!old) continue;
+        std::string col = quoteIdent(old->Name);
+        bool changed = old->Type != f.Type || (f.Type == FieldType::Text && f.Size < old->Size);
+        std::string expr = changed ? "__jet_conv(" + col + ", " + std::to_string(static_cast<int>(old->Type)) + ", " +
+                                         std::to_string(static_cast<int>(f.Type)) + ", " + std::to_string(f.Size) + ")"
+                                   : col;
+        cols += (cols.empty() ? "" : ", ") + quoteIdent(f.Name);
+        exprs += (exprs.empty() ? "" : ", ") + expr;
+    }
+    if (cols.empty()) return "";
+    return "INSERT INTO " + quoteIdent(to) + " (" + cols + ") SELECT " + exprs + " FROM " + quoteIdent(from);
+}
+
+// Indexes that still have all their fields after a field is dropped.
+std::vector<IndexDef> indexesWithFields(const TableDef& def) {
+    std::vector<IndexDef> out;
+    for (const IndexDef& ix : def.Indexes) {
+        bool complete = std::all_of(ix.Fields.begin(), ix.Fields.end(),
+                                    [&](const std::string& f) { return findField(def, f) != nullptr; });
+        if (complete) out.push_back(ix);
+    }
+    return out;
+}
+
+TableDef& existing(std::optional<TableDef>& def, std::string_view name) {
+    if (!def) raise(3265, std::string(name));
+    return *def;
+}
+
+FieldDef fieldFromSpec(const sql::FieldSpec& spec) {
+    FieldDef f = TableDef::CreateField(spec.name, spec.type, spec.size);
+    f.Required = spec.notNull || spec.primaryKey;
+    if (spec.counter) f.Attributes = 17;
+    return f;
+}
+
+// ALTER COLUMN: a new type or size, the field's other properties kept.
+void alterColumn(Database& db, std::string_view table, const sql::FieldSpec& spec) {
+    auto def = db.GetTableDef(table);
+    const FieldDef* old = findField(existing(def, table), spec.name);
+    if (!old) raise(3265, spec.name);
+    FieldDef f = *old;
+    f.Type = spec.type;
+    f.Size = spec.size;
+    if (spec.notNull) f.Required = true;
+    db.SetFieldProperties(table, f);
+}
+
+TableDef tableFromDdl(const sql::DdlCommand& c) {
+    TableDef def;
+    def.Name = c.table;
+    std::vector<std::string> primary;
+    for (const sql::FieldSpec& spec : c.fields) {
+        def.Fields.push_back(fieldFromSpec(spec));
+        if (spec.primaryKey) primary.push_back(spec.name);
+        if (spec.unique) def.Indexes.push_back(TableDef::CreateIndex(spec.name, {spec.name}, true));
+    }
+    if (!primary.empty()) def.Indexes.push_back(TableDef::CreateIndex("PrimaryKey", primary, true, true));
+    return def;
+}
+
+}  // namespace
+
+// ---- TableDef helpers ----------------------------------------------------------------------------
+
+FieldDef TableDef::CreateField(std::string name, FieldType type, int size) {
+    FieldDef f;
+    f.Name = std::move(name);
+    f.Type = type;
+    f.Size = type == FieldType::Text && size > 0 ? size : detail::defaultSize(type);
+    return f;
+}
+
+IndexDef TableDef::CreateIndex(std::string name, std::vector<std::string> fields, bool unique, bool primary) {
+    IndexDef ix;
+    ix.Name = std::move(name);
+    ix.Fields = std::move(fields);
+    ix.Unique = unique || primary;
+    ix.Primary = primary;
+    return ix;
+}
+
+// ---- Impl: building and rebuilding ---------------------------------------------------------------
+
+void Database::Impl::createTable(const TableDef& def) {
+    checkWritable();
+    if (catalogue.table(def.Name)) raise(3010, def.Name);
+    if (catalogue.query(def.Name)) raise(3012, def.Name);
+    TableDef norm = normalizedTable(def);
+    {
+        SchemaChange change(db);
+        exec(db, detail::createTableSql(norm, norm.Name));
+        createIndexesAndTriggers(db, norm);
+        Catalogue::saveTable(db, norm);
+        change.commit();
+    }
+    reload();
+    recreateDependents(norm.Name);
+}
+
+void Database::Impl::replaceTable(const TableDef& before, const TableDef& after) {
+    checkWritable();
+    static constexpr std::string_view kScratch = "__jet_rebuild";
+    {
+        SchemaChange change(db);
+        exec(db, "DROP TABLE IF EXISTS " + quoteIdent(kScratch));
+        exec(db, detail::createTableSql(after, kScratch));
+        std::string copy = carryOverSql(before, after, before.Name, kScratch);
+        if (!copy.empty()) exec(db, copy);
+        exec(db, "DROP TABLE " + quoteIdent(before.Name));
+        exec(db, "ALTER TABLE " + quoteIdent(kScratch) + " RENAME TO " + quoteIdent(after.Name));
+        createIndexesAndTriggers(db, after);
+        Catalogue::saveTable(db, after);
+        change.commit();
+    }
+    reload();
+    recreateDependents(after.Name);
+}
+
+// Saved queries whose text names `name`, directly or through another query, get their views built
+// again from their own text; one that no longer translates keeps its text and loses its view until
+// a later change makes it valid again.
+void Database::Impl::recreateDependents(std::string_view name) {
+    std::vector<std::string> affected{std::string(name)};
+    for (bool grew = true; grew;) {
+        grew = false;
+        for (const std::string& q : catalogue.queryOrder()) {
+            bool listed = std::any_of(affected.begin(), affected.end(), [&](const auto& a) { return sameName(a, q); });
+            if (listed) continue;
+            const std::string& text = catalogue.query(q)->def.SQL;
+            if (std::any_of(affected.begin(), affected.end(), [&](const auto& a) { return detail::mentionsName(text, a); })) {
+                affected.push_back(q);
+                grew = true;
+            }
+        }
+    }
+    std::vector<QueryDef> pending;
+    for (const std::string& a : affected)
+        if (const auto* q = catalogue.query(a); q && !sameName(a, name)) pending.push_back(q->def);
+    if (pending.empty()) return;
+    for (const QueryDef& q : pending) exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
+    reload();
+    while (!pending.empty()) {
+        auto built = std::remove_if(pending.begin(), pending.end(), [&](const QueryDef& q) { return recreateView(q); });
+        if (built == pending.end()) break;
+        pending.erase(built, pending.end());
+    }
+}
+
+// Builds a saved query's view from its text; false when the text does not translate now.
+bool Database::Impl::recreateView(const QueryDef& q) {
+    sql::Translation t;
+    try {
+        t = translate(q.SQL, true);
+    } catch (const JetError&) {
+        return false;
+    }
+    if (t.kind != sql::StatementKind::Select) return false;
+    std::string cols;
+    for (const auto& c : t.columns) cols += (cols.empty() ? "" : ", ") + quoteIdent(c.name);
+    if (t.hasRowid) cols += ", \"__rowid\"";
+    sql::RelationInfo shape;
+    shape.baseTable = t.hasRowid ? t.baseTable : "";
+    for (const auto& c : t.columns) shape.columns.push_back({c.name, c.type, c.size, t.hasRowid ? c.baseColumn : ""});
+    {
+        SchemaChange change(db);
+        exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
+        exec(db, "CREATE VIEW " + quoteIdent(q.Name) + " (" + cols + ") AS " + t.sql);
+        Catalogue::saveQuery(db, q, &shape);
+        change.commit();
+    }
+    reload();
+    return true;
+}
+
+void runDdl(Database& db, const sql::DdlCommand& c) {
+    using Op = sql::DdlCommand::Op;
+    switch (c.op) {
+        case Op::CreateTable: db.AppendTableDef(tableFromDdl(c)); return;
+        case Op::DropTable: db.DeleteTableDef(c.table); return;
+        case Op::CreateIndex:
+            db.AppendIndex(c.table, TableDef::CreateIndex(c.index, c.indexFields, c.unique, c.primary));
+            return;
+        case Op::DropIndex: db.DeleteIndex(c.table, c.index); return;
+        default: break;
+    }
+    if (c.fields.size() != 1) raise(3293);
+    const sql::FieldSpec& spec = c.fields.front();
+    if (c.op == Op::AddColumn) return db.AppendField(c.table, fieldFromSpec(spec));
+    if (c.op == Op::DropColumn) return db.DeleteField(c.table, spec.name);
+    alterColumn(db, c.table, spec);
+}
+
+// ---- Database: the schema API ---------------------------------------------------------------------
+
+std::vector<std::string> Database::TableNames() const {
+    impl_->handle();
+    impl_->noticeOtherWriters();
+    return impl_->catalogue.tableOrder();
+}
+
+std::optional<TableDef> Database::GetTableDef(std::string_view name) const {
+    impl_->handle();
+    impl_->noticeOtherWriters();
+    const auto* t = impl_->catalogue.table(name);
+    return t ? std::optional<TableDef>(t->def) : std::nullopt;
+}
+
+bool Database::TableExists(std::string_view name) const { return GetTableDef(name).has_value(); }
+
+void Database::AppendTableDef(const TableDef& def) { impl_->createTable(def); }
+
+void Database::DeleteTableDef(std::string_view name) {
+    impl_->checkWritable();
+    auto def = GetTableDef(name);
+    const TableDef& t = existing(def, name);
+    {
+        SchemaChange change(impl_->db);
+        exec(impl_->db, "DROP TABLE " + quoteIdent(t.Name));
+        Catalogue::removeTable(impl_->db, t.Name);
+        change.commit();
+    }
+    impl_->reload();
+    impl_->recreateDependents(t.Name);
+}
+
+void Database::AppendField(std::string_view table, const FieldDef& field) {
+    auto def = GetTableDef(table);
+    TableDef before = existing(def, table);
+    if (findField(before, field.Name)) raise(3191);
+    TableDef after = before;
+    after.Fields.push_back(normalizedField(field, static_cast<int>(before.Fields.size())));
+    impl_->replaceTable(before, after);
+}
+
+void Database::DeleteField(std::string_view table, std::string_view field) {
+    auto def = GetTableDef(table);
+    TableDef before = existing(def, table);
+    if (!findField(before, field)) raise(3265, std::string(field));
+    if (before.Fields.size() == 1) raise(3264);
+    TableDef after = before;
+    std::erase_if(after.Fields, [&](const FieldDef& f) { return sameName(f.Name, field); });
+    after.Indexes = indexesWithFields(after);
+    impl_->replaceTable(before, after);
+}
+
+void Database::SetFieldProperties(std::string_view table, const FieldDef& field) {
+    auto def = GetTableDef(table);
+    TableDef before = existing(def, table);
+    const FieldDef* old = findField(before, field.Name);
+    if (!old) raise(3265, field.Name);
+    TableDef after = before;
+    for (FieldDef& f : after.Fields)
+        if (sameName(f.Name, field.Name)) f = normalizedField(field, old->OrdinalPosition);
+    impl_->replaceTable(before, after);
+}
+
+void Database::AppendIndex(std::string_view table, const IndexDef& index) {
+    impl_->checkWritable();
+    auto def = GetTableDef(table);
+    TableDef t = existing(def, table);
+    if (findIndex(t, index.Name)) raise(3012, index.Name);
+    checkIndexFields(t, index);
+    IndexDef ix = TableDef::CreateIndex(index.Name, index.Fields, index.Unique, index.Primary);
+    t.Indexes.push_back(ix);
+    {
+        SchemaChange change(impl_->db);
+        exec(impl_->db, createIndexSql(t.Name, ix));
+        Catalogue::saveTable(impl_->db, t);
+        change.commit();
+    }
+    impl_->reload();
+}
+
+void Database::DeleteIndex(std::string_view table, std::string_view index) {
+    impl_->checkWritable();
+    auto def = GetTableDef(table);
+    TableDef t = existing(def, table);
+    if (!findIndex(t, index)) raise(3265, std::string(index));
+    std::erase_if(t.Indexes, [&](const IndexDef& ix) { return sameName(ix.Name, index); });
+    {
+        SchemaChange change(impl_->db);
+        exec(impl_->db, "DROP INDEX " + quoteIdent(Catalogue::sqliteIndexName(t.Name, index)));
+        Catalogue::saveTable(impl_->db, t);
+        change.commit();
+    }
+    impl_->reload();
+}
+
+std::vector<QueryDef> Database::QueryDefs() const {
+    impl_->handle();
+    impl_->noticeOtherWriters();
+    std::vector<QueryDef> out;
+    for (const std::string& q : impl_->catalogue.queryOrder()) out.push_back(impl_->catalogue.query(q)->def);
+    return out;
+}
+
+std::optional<QueryDef> Database::GetQueryDef(std::string_view name) const {
+    impl_->handle();
+    impl_->noticeOtherWriters();
+    const auto* q = impl_->catalogue.query(name);
+    return q ? std::optional<QueryDef>(q->def) : std::nullopt;
+}
+
+bool Database::QueryExists(std::string_view name) const { return GetQueryDef(name).has_value(); }
+
+void Database::CreateQueryDef(const QueryDef& def) {
+    impl_->checkWritable();
+    checkName(def.Name);
+    if (impl_->catalogue.table(def.Name) || impl_->catalogue.query(def.Name)) raise(3012, def.Name);
+    sql::Translation t = impl_->translate(def.SQL, true);
+    if (t.kind != sql::StatementKind::Select) raise(3001, def.Name);
+    if (!impl_->recreateView(def)) raise(3001, def.Name);
+    impl_->recreateDependents(def.Name);
+}
+
+void Database::DeleteQueryDef(std::string_view name) {
+    impl_->checkWritable();
+    auto q = GetQueryDef(name);
+    if (!q) raise(3265, std::string(name));
+    {
+        SchemaChange change(impl_->db);
+        exec(impl_->db, "DROP VIEW IF EXISTS " + quoteIdent(q->Name));
+        Catalogue::removeQuery(impl_->db, q->Name);
+        change.commit();
+    }
+    impl_->reload();
+    impl_->recreateDependents(q->Name);
+}
+
+}  // namespace store

@@ -1,0 +1,167 @@
+// Program values <-> what SQLite stores, by the platform's field types.
+#include <sqlite3.h>
+
+#include <cmath>
+#include <limits>
+
+#include "store/catalog_database.h"
+#include "store/convert.h"
+
+namespace store::detail {
+
+Cell cellFromColumn(sqlite3_stmt* s, int column) {
+    Cell c;
+    switch (sqlite3_column_type(s, column)) {
+        case SQLITE_INTEGER: c.kind = Cell::Kind::Int; c.i = sqlite3_column_int64(s, column); break;
+        case SQLITE_FLOAT: c.kind = Cell::Kind::Real; c.d = sqlite3_column_double(s, column); break;
+        case SQLITE_NULL: break;
+        default: {
+            c.kind = Cell::Kind::Text;
+            const unsigned char* t = sqlite3_column_text(s, column);
+            if (t) c.s.assign(reinterpret_cast<const char*>(t), static_cast<std::size_t>(sqlite3_column_bytes(s, column)));
+        }
+    }
+    return c;
+}
+
+void bindCell(sqlite3_stmt* s, int index, const Cell& c) {
+    switch (c.kind) {
+        case Cell::Kind::Null: sqlite3_bind_null(s, index); break;
+        case Cell::Kind::Int: sqlite3_bind_int64(s, index, c.i); break;
+        case Cell::Kind::Real: sqlite3_bind_double(s, index, c.d); break;
+        case Cell::Kind::Text:
+            sqlite3_bind_text(s, index, c.s.data(), static_cast<int>(c.s.size()), SQLITE_TRANSIENT);
+            break;
+    }
+}
+
+namespace {
+
+Value integerValue(FieldType type, std::int64_t i) {
+    if (type == FieldType::Boolean) return Value::Bool(i != 0);
+    if ((type == FieldType::Integer || type == FieldType::Byte) && i >= INT16_MIN && i <= INT16_MAX)
+        return Value::Int(static_cast<std::int16_t>(i));
+    if (i >= INT32_MIN && i <= INT32_MAX) return Value::Long(static_cast<std::int32_t>(i));
+    return Value::Double(static_cast<double>(i));
+}
+
+Value realValue(FieldType type, double d) {
+    if (type == FieldType::Date) return Value::Date(d);
+    if (type == FieldType::Boolean) return Value::Bool(d != 0);
+    if (isIntegerType(type) && std::floor(d) == d && std::fabs(d) < 2147483648.0)
+        return integerValue(type, static_cast<std::int64_t>(d));
+    return Value::Double(d);
+}
+
+Value textValue(FieldType type, const std::string& s) {
+    if (type == FieldType::Date) {
+        if (auto d = DateFromIso(s)) return Value::Date(*d);
+    }
+    return Value::Text(s);
+}
+
+Cell intCell(std::int64_t i) { Cell c; c.kind = Cell::Kind::Int; c.i = i; return c; }
+Cell realCell(double d) { Cell c; c.kind = Cell::Kind::Real; c.d = d; return c; }
+Cell textCell(std::string s) { Cell c; c.kind = Cell::Kind::Text; c.s = std::move(s); return c; }
+
+std::int64_t checkedRange(std::int64_t v, std::int64_t lo, std::int64_t hi) {
+    if (v < lo || v > hi) raise(6);
+    return v;
+}
+
+Cell textStorage(FieldType type, int size, const Value& v, Conversion mode) {
+    std::string s = v.kind() == Value::Kind::Text ? v.text() : CStr(v);
+    if (type == FieldType::Text && size > 0 && utf8Length(s) > static_cast<std::size_t>(size)) {
+        if (mode == Conversion::Strict) raise(3163);
+        s = utf8Prefix(s, static_cast<std::size_t>(size));
+    }
+    return textCell(std::move(s));
+}
+
+Cell convertedStorage(FieldType type, int size, const Value& v, Conversion mode) {
+    switch (type) {
+        case FieldType::Boolean: return intCell(CBool(v) ? -1 : 0);
+        case FieldType::Byte: return intCell(checkedRange(CInt(v), 0, 255));
+        case FieldType::Integer: return intCell(CInt(v));
+        case FieldType::Long: return intCell(CLng(v));
+        case FieldType::Single: return realCell(static_cast<double>(static_cast<float>(CDbl(v))));
+        case FieldType::Currency: return realCell(Round(CDbl(v), 4));
+        case FieldType::Double: return realCell(CDbl(v));
+        case FieldType::Date: return textCell(DateToIso(CDate(v)));
+        case FieldType::Text:
+        case FieldType::Memo: return textStorage(type, size, v, mode);
+    }
+    return Cell{};
+}
+
+}  // namespace
+
+Value readCell(FieldType type, const Cell& c) {
+    switch (c.kind) {
+        case Cell::Kind::Null: return Value::Null();
+        case Cell::Kind::Int: return type == FieldType::Date ? Value::Date(static_cast<double>(c.i))
+                                     : isRealType(type)    ? Value::Double(static_cast<double>(c.i))
+                                                           : integerValue(type, c.i);
+        case Cell::Kind::Real: return realValue(type, c.d);
+        case Cell::Kind::Text: return textValue(type, c.s);
+    }
+    return Value::Null();
+}
+
+Cell storeValue(FieldType type, int size, const Value& v, Conversion mode) {
+    if (v.isNull()) return Cell{};
+    if (mode == Conversion::Strict) return convertedStorage(type, size, v, mode);
+    try {
+        return convertedStorage(type, size, v, mode);
+    } catch (const JetError&) {
+        return Cell{};
+    }
+}
+
+namespace {
+
+void setResult(sqlite3_context* ctx, const Cell& c) {
+    switch (c.kind) {
+        case Cell::Kind::Null: sqlite3_result_null(ctx); break;
+        case Cell::Kind::Int: sqlite3_result_int64(ctx, c.i); break;
+        case Cell::Kind::Real: sqlite3_result_double(ctx, c.d); break;
+        case Cell::Kind::Text:
+            sqlite3_result_text(ctx, c.s.data(), static_cast<int>(c.s.size()), SQLITE_TRANSIENT);
+            break;
+    }
+}
+
+Cell cellFromArgument(sqlite3_value* v) {
+    Cell c;
+    switch (sqlite3_value_type(v)) {
+        case SQLITE_INTEGER: c.kind = Cell::Kind::Int; c.i = sqlite3_value_int64(v); break;
+        case SQLITE_FLOAT: c.kind = Cell::Kind::Real; c.d = sqlite3_value_double(v); break;
+        case SQLITE_NULL: break;
+        default: {
+            c.kind = Cell::Kind::Text;
+            const unsigned char* t = sqlite3_value_text(v);
+            if (t) c.s.assign(reinterpret_cast<const char*>(t), static_cast<std::size_t>(sqlite3_value_bytes(v)));
+        }
+    }
+    return c;
+}
+
+FieldType typeArgument(sqlite3_value* v) {
+    int code = sqlite3_value_int(v);
+    return isValidFieldType(code) ? static_cast<FieldType>(code) : FieldType::Memo;
+}
+
+// __jet_conv(value, fromType, toType, size): a stored value carried over to a field's new type.
+void convertFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    Value v = readCell(typeArgument(argv[1]), cellFromArgument(argv[0]));
+    setResult(ctx, storeValue(typeArgument(argv[2]), sqlite3_value_int(argv[3]), v, Conversion::Lenient));
+}
+
+}  // namespace
+
+void registerEngineFunctions(sqlite3* db) {
+    sqlite3_create_function_v2(db, "__jet_conv", 4, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, convertFunction,
+                               nullptr, nullptr, nullptr);
+}
+
+}  // namespace store::detail
