@@ -13,6 +13,7 @@
 #include "store/value.h"
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace store::sql {
 
@@ -20,6 +21,11 @@ struct ColumnInfo {
     std::string name;
     FieldType type = FieldType::Text;
     int size = 0;  // Text: maximum length; 0 for other types
+    // A saved query's column: the column of RelationInfo::baseTable it shows unchanged (what an
+    // Update through the query writes), "" for a computed one. Fill it from the query's own
+    // Translation (ResultColumn::baseColumn). When no column of a writable query has it, a column
+    // named like one of the base table's is taken as that one.
+    std::string baseColumn;
 };
 
 // A table or a saved query as the binder sees it.
@@ -72,8 +78,12 @@ struct DdlCommand {
 
 struct Translation {
     StatementKind kind = StatementKind::Select;
-    std::string sql;               // SQLite text; '?' placeholders unless inlineLiterals
-    std::vector<Value> params;     // bound to the placeholders in order
+    // SQLite text; numbered placeholders "?N" unless inlineLiterals. params[i] binds to ?(i+1)
+    // (sqlite3_bind_*(stmt, i + 1, ...)); a placeholder may appear more than once in the text.
+    std::string sql;
+    // In storage form already: texts, Longs, Doubles; a date literal is its ISO-8601 text.
+    // bindParams() below binds them.
+    std::vector<Value> params;
     // Select only:
     std::vector<ResultColumn> columns;  // visible columns, in order
     std::string baseTable;              // the table rows are written to, "" when not updatable
@@ -105,6 +115,16 @@ private:
 
 // Registers the engine's collation "JET" and its functions (jet_*) on a connection.
 void registerFunctions(sqlite3* db);
+
+// Binds Translation::params to a prepared statement (param i to placeholder i+1), in storage form
+// (a Date value as ISO text, a Boolean as -1/0).
+void bindParams(sqlite3_stmt* stmt, const std::vector<Value>& params);
+
+// A value converted to a field's type in storage form, as INSERT and UPDATE write it: text by the
+// locale to a number or a date, any non-zero number to -1 for Yes/No, half-even rounding to the
+// integer types. Errors: 3163 text longer than size (size > 0), 6 overflow, 13 type mismatch.
+// A Date comes back as Value::Date (the caller writes DateToIso).
+Value storeValue(const Value& v, FieldType type, int size);
 
 // A SQLite failure as the engine's error: a function that raised a JetError passes its number and
 // text through the SQLite message; constraint failures become 3022, busy/locked 3218/3260, and so on.

@@ -1,0 +1,233 @@
+// Expressions of the dialect, evaluated for real on SQLite: operators and precedence, Null rules,
+// text comparison, Like, dates, functions. Answers worked out by hand from jet-dialect.md.
+#include <gtest/gtest.h>
+
+#include "sql_support.h"
+#include "store/clock.h"
+
+using sqltest::TestDb;
+
+namespace {
+
+struct Case {
+    const char* expr;
+    const char* expected;  // as sqltest::show() writes the one value
+};
+
+class SqlExpr : public ::testing::Test {
+protected:
+    void SetUp() override { store::fissaOrologio(store::DateSerial(2024, 3, 5) + 0.5); }
+    void TearDown() override { store::fissaOrologio(std::nullopt); }
+    void check(const std::vector<Case>& cases) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(c.expr);
+            try {
+                EXPECT_EQ(db.one(c.expr), c.expected);
+            } catch (const std::exception& e) {
+                ADD_FAILURE() << e.what();
+            }
+        }
+    }
+    TestDb db;
+};
+
+TEST_F(SqlExpr, OperatorsAndPrecedence) {
+    check({
+        {"'a' & 1 + 2", "a3"},
+        {"2 + 3 * 4", "14"},
+        {"2 ^ 3 ^ 2", "64"},
+        {"-2 ^ 2", "-4"},
+        {"10 \\ 3", "3"},
+        {"10 Mod 3", "1"},
+        {"-7 Mod 3", "-1"},
+        {"7 Mod -3", "1"},
+        {"2.5 \\ 1", "2"},
+        {"3.5 \\ 1", "4"},
+        {"5.5 Mod 3", "0"},
+        {"7 / 2", "3.5"},
+        {"1 + 2 & 3", "33"},
+        {"10 - 2 - 3", "5"},
+        {"8 / 2 / 2", "2"},
+        {"2 * 3 Mod 4", "2"},
+        {"7 \\ 2 * 2", "1"},
+        {"1 < 2", "True"},
+        {"1 = 2", "False"},
+        {"1 < 2 = True", "True"},
+        {"Not 1 = 2", "True"},
+        {"Not 0", "-1"},
+        {"Not -1", "0"},
+        {"True And False", "False"},
+        {"True Or False", "True"},
+        {"True Xor True", "False"},
+        {"5 And 3", "1"},
+        {"5 Or 3", "7"},
+        {"True", "True"},
+        {"-True", "1"},
+        {"1 + True", "0"},
+    });
+}
+
+TEST_F(SqlExpr, NullRules) {
+    check({
+        {"Null & 'a'", "a"},
+        {"'a' & Null", "a"},
+        {"Null & Null", "Null"},
+        {"Null + 1", "Null"},
+        {"1 - Null", "Null"},
+        {"Null * 2", "Null"},
+        {"Null = Null", "Null"},
+        {"Null < 1", "Null"},
+        {"Not Null", "Null"},
+        {"IsNull(Null)", "True"},
+        {"IsNull(1)", "False"},
+        {"Null Is Null", "True"},
+        {"1 Is Not Null", "True"},
+        {"Null And False", "False"},
+        {"Null Or True", "True"},
+        {"Null And True", "Null"},
+        {"IIf(Null, 'y', 'n')", "n"},
+        {"IIf(1 = 1, 'y', 'n')", "y"},
+        {"IIf(True, 1, 1 / 0)", "1"},
+        {"Year(Null)", "Null"},
+        {"Month(Null)", "Null"},
+        {"Len(Null)", "Null"},
+        {"Null Like 'a'", "Null"},
+    });
+}
+
+TEST_F(SqlExpr, TextJoinAndPlus) {
+    check({
+        {"'a' + 'b'", "ab"},
+        {"'1' + 2", "3"},
+        {"'1,5' + 1", "2.5"},
+        {"2.5 & ''", "2,5"},
+        {"#03/05/2024# & ''", "05/03/2024"},
+        {"'x' & 1 / 4", "x0,25"},
+        {"\"say \"\"hi\"\"\"", "say \"hi\""},
+        {"'it''s'", "it's"},
+    });
+}
+
+TEST_F(SqlExpr, TextComparison) {
+    check({
+        {"'abc' = 'ABC'", "True"},
+        {"'è' = 'È'", "True"},
+        {"'a' = 'à'", "False"},
+        {"'abc' = 'abc   '", "True"},
+        {"'a' < 'B'", "True"},
+        {"'B' > 'a'", "True"},
+        {"'10' < '9'", "True"},
+    });
+}
+
+TEST_F(SqlExpr, Like) {
+    check({
+        {"'Rossi' Like '*oss*'", "True"},
+        {"'Rossi' Like '*OSS*'", "True"},
+        {"'Rossi' Like 'R?ssi'", "True"},
+        {"'Rossi' Like 'R#ssi'", "False"},
+        {"'R1ssi' Like 'R#ssi'", "True"},
+        {"'b' Like '[abc]'", "True"},
+        {"'d' Like '[!abc]'", "True"},
+        {"'m' Like '[a-z]'", "True"},
+        {"'a*b' Like 'a[*]b'", "True"},
+        {"'axb' Like 'a[*]b'", "False"},
+        {"'50%' Like '50%'", "True"},
+        {"'500' Like '50%'", "False"},
+        {"'a_b' Like 'a_b'", "True"},
+        {"'' Like '**'", "True"},
+        {"'abc ' Like 'abc'", "False"},
+        {"'x' Not Like 'y'", "True"},
+    });
+}
+
+TEST_F(SqlExpr, DatesAndLiterals) {
+    check({
+        {"#05/03/2024#", "d:2024-05-03"},
+        {"#25/03/2024#", "d:2024-03-25"},
+        {"#2024-03-05#", "d:2024-03-05"},
+        {"#14:30#", "d:1899-12-30 14:30:00"},
+        {"DateValue('31/12/2024')", "d:2024-12-31"},
+        {"DateValue(#12/31/2024 10:30#)", "d:2024-12-31"},
+        {"Year(#12/31/2024#)", "2024"},
+        {"Month(#12/31/2024#)", "12"},
+        {"Day(#12/31/2024#)", "31"},
+        {"DatePart('m', #12/31/2024#)", "12"},
+        {"DatePart('yyyy', #12/31/2024#)", "2024"},
+        {"DatePart('ww', #01/01/2024#)", "1"},
+        {"DatePart('ww', #01/06/2024#)", "1"},
+        {"DatePart('ww', #01/07/2024#)", "2"},
+        {"DatePart('q', #05/15/2024#)", "2"},
+        {"DatePart('w', #03/05/2024#)", "3"},
+        {"DateDiff('d', #01/01/2024#, #03/01/2024#)", "60"},
+        {"DateDiff('d', '01/01/2024', #01/02/2024 23:00#)", "1"},
+        {"DateAdd('m', 1, #01/31/2024#)", "d:2024-02-29"},
+        {"DateAdd('d', 1, #12/31/2024#)", "d:2025-01-01"},
+        {"#01/02/2024# - #01/01/2024#", "1"},
+        {"#01/01/2024# + 1", "d:2024-01-02"},
+        {"Now()", "d:2024-03-05 12:00:00"},
+        {"Now", "d:2024-03-05 12:00:00"},
+        {"Date()", "d:2024-03-05"},
+        {"DateValue(Now)", "d:2024-03-05"},
+        {"DateValue('31/12')", "d:2024-12-31"},
+        {"#03/05/2024# = '05/03/2024'", "True"},
+        {"#03/05/2024# < '06/03/2024'", "True"},
+        {"DateValue('05/03/2024') = #03/05/2024#", "True"},
+    });
+}
+
+TEST_F(SqlExpr, Functions) {
+    check({
+        {"Round(2.5)", "2"},
+        {"Round(3.5)", "4"},
+        {"Round(0.125, 2)", "0.12"},
+        {"Round(2.675, 2)", "2.68"},
+        {"Round(1.005, 2)", "1"},
+        {"Round(-2.5)", "-2"},
+        {"CDbl('1.234,5')", "1234.5"},
+        {"CDbl('1.5')", "15"},
+        {"CLng(2.5)", "2"},
+        {"CInt(3.5)", "4"},
+        {"CStr(2.5)", "2,5"},
+        {"Val('1,5')", "1"},
+        {"Val(' 1 2 ')", "12"},
+        {"IsNumeric('12,5')", "True"},
+        {"IsNumeric('abc')", "False"},
+        {"IsNumeric('')", "False"},
+        {"IsNumeric(Null)", "False"},
+        {"IsDate('31/12/2024')", "True"},
+        {"IsDate('x')", "False"},
+        {"LCase('AbC')", "abc"},
+        {"UCase('àbc')", "ÀBC"},
+        {"Trim('  a  ')", "a"},
+        {"LTrim('  a ')", "a "},
+        {"RTrim(' a  ')", " a"},
+        {"Left('abcdef', 2)", "ab"},
+        {"Right('abcdef', 2)", "ef"},
+        {"Mid('abcdef', 2, 3)", "bcd"},
+        {"Mid('abcdef', 4)", "def"},
+        {"Len('città')", "5"},
+        {"InStr('abcabc', 'ca')", "3"},
+        {"InStr(4, 'abcabc', 'b')", "5"},
+        {"InStr('abc', 'x')", "0"},
+        {"Int(-2.5)", "-3"},
+        {"Fix(-2.5)", "-2"},
+        {"Abs(-3)", "3"},
+        {"Format(4.5, '00')", "05"},
+        {"Format(1234.5, '#,0.00')", "1.234,50"},
+        {"CDate('31/12/2024')", "d:2024-12-31"},
+        {"IIf(1 > 2, 'a', 3)", "3"},
+    });
+}
+
+TEST_F(SqlExpr, RuntimeErrors) {
+    EXPECT_EQ(db.error("SELECT 1 / 0"), 11);
+    EXPECT_EQ(db.error("SELECT 1 \\ 0"), 11);
+    EXPECT_EQ(db.error("SELECT 5 Mod 0"), 11);
+    EXPECT_EQ(db.error("SELECT CDbl('abc')"), 13);
+    EXPECT_EQ(db.error("SELECT CDbl(Null)"), 94);
+    EXPECT_EQ(db.error("SELECT CLng(3000000000)"), 6);
+    EXPECT_EQ(db.error("SELECT DatePart('zz', #01/01/2024#)"), 5);
+}
+
+}  // namespace

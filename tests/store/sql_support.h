@@ -1,0 +1,248 @@
+// Test support for the translator: a catalogue in memory, tables made on a real SQLite connection
+// with the engine's storage rules, and statements run through translate() + registerFunctions().
+#pragma once
+
+#include <sqlite3.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "store/convert.h"
+#include "store/errors.h"
+#include "store/sql/translator.h"
+
+namespace sqltest {
+
+using store::FieldType;
+using store::Value;
+using store::sql::ColumnInfo;
+using store::sql::RelationInfo;
+using store::sql::Translation;
+
+inline std::string foldName(std::string_view s) {
+    std::string r(s);
+    for (auto& c : r) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return r;
+}
+
+class MemCatalog : public store::sql::Catalog {
+public:
+    const RelationInfo* findRelation(std::string_view name) const override {
+        auto it = rel_.find(foldName(name));
+        return it == rel_.end() ? nullptr : &it->second;
+    }
+    std::uint64_t schemaVersion() const override { return version_; }
+    void put(RelationInfo r) {
+        rel_[foldName(r.name)] = std::move(r);
+        ++version_;
+    }
+
+private:
+    std::map<std::string, RelationInfo> rel_;
+    std::uint64_t version_ = 1;
+};
+
+// Column spec shorthand: "Name:L" Long, ":I" Integer, ":B" Yes/No, ":D" Double, ":T" Date,
+// ":S50" Text(50), ":M" Memo, ":Y" Byte, ":C" Currency.
+inline ColumnInfo col(const std::string& spec) {
+    ColumnInfo c;
+    auto p = spec.find(':');
+    c.name = spec.substr(0, p);
+    std::string t = p == std::string::npos ? "S" : spec.substr(p + 1);
+    switch (t[0]) {
+        case 'L': c.type = FieldType::Long; break;
+        case 'I': c.type = FieldType::Integer; break;
+        case 'Y': c.type = FieldType::Byte; break;
+        case 'B': c.type = FieldType::Boolean; break;
+        case 'D': c.type = FieldType::Double; break;
+        case 'C': c.type = FieldType::Currency; break;
+        case 'T': c.type = FieldType::Date; break;
+        case 'M': c.type = FieldType::Memo; break;
+        default:
+            c.type = FieldType::Text;
+            c.size = t.size() > 1 ? std::stoi(t.substr(1)) : 50;
+    }
+    return c;
+}
+
+inline const char* storageType(FieldType t) {
+    switch (t) {
+        case FieldType::Boolean: case FieldType::Byte: case FieldType::Integer: case FieldType::Long: return "INTEGER";
+        case FieldType::Currency: case FieldType::Single: case FieldType::Double: return "REAL";
+        default: return "TEXT";
+    }
+}
+
+// A value read back from SQLite by the column's type.
+inline Value readValue(sqlite3_stmt* st, int i, FieldType t) {
+    int k = sqlite3_column_type(st, i);
+    if (k == SQLITE_NULL) return Value();
+    switch (t) {
+        case FieldType::Boolean: return Value::Bool(sqlite3_column_int64(st, i) != 0);
+        case FieldType::Byte: case FieldType::Integer: case FieldType::Long:
+            if (k == SQLITE_INTEGER) return Value::Long(static_cast<std::int32_t>(sqlite3_column_int64(st, i)));
+            return Value::Double(sqlite3_column_double(st, i));
+        case FieldType::Currency: case FieldType::Single: case FieldType::Double:
+            return Value::Double(sqlite3_column_double(st, i));
+        case FieldType::Date: {
+            if (k == SQLITE_TEXT) {
+                auto d = store::DateFromIso(reinterpret_cast<const char*>(sqlite3_column_text(st, i)));
+                if (d) return Value::Date(*d);
+                return Value::Text(reinterpret_cast<const char*>(sqlite3_column_text(st, i)));
+            }
+            return Value::Date(sqlite3_column_double(st, i));
+        }
+        default:
+            if (k == SQLITE_INTEGER) return Value::Long(static_cast<std::int32_t>(sqlite3_column_int64(st, i)));
+            if (k == SQLITE_FLOAT) return Value::Double(sqlite3_column_double(st, i));
+            return Value::Text(std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, i)),
+                                           static_cast<std::size_t>(sqlite3_column_bytes(st, i))));
+    }
+}
+
+// A short text of a value for comparisons in tests: Null "Null", dates "d:2024-03-05", booleans
+// "True"/"False", numbers as %g, texts as they are.
+inline std::string show(const Value& v) {
+    switch (v.kind()) {
+        case Value::Kind::Null: return "Null";
+        case Value::Kind::Boolean: return v.number() != 0 ? "True" : "False";
+        case Value::Kind::Date: return "d:" + store::DateToIso(v.number());
+        case Value::Kind::Text: return v.text();
+        default: {
+            char b[64];
+            std::snprintf(b, sizeof b, "%.15g", v.number());
+            return b;
+        }
+    }
+}
+
+struct Result {
+    Translation t;
+    std::vector<std::vector<Value>> rows;
+    // rows as "a|b|c" lines joined by ";"
+    std::string text() const {
+        std::string s;
+        for (std::size_t r = 0; r < rows.size(); ++r) {
+            if (r) s += ";";
+            for (std::size_t c = 0; c < rows[r].size(); ++c) {
+                if (c) s += "|";
+                s += show(rows[r][c]);
+            }
+        }
+        return s;
+    }
+    std::string names() const {
+        std::string s;
+        for (std::size_t c = 0; c < t.columns.size(); ++c) s += (c ? "," : "") + t.columns[c].name;
+        return s;
+    }
+};
+
+class TestDb {
+public:
+    TestDb() : tr_(cat_) {
+        sqlite3_open(":memory:", &db_);
+        store::sql::registerFunctions(db_);
+    }
+    ~TestDb() { sqlite3_close(db_); }
+    TestDb(const TestDb&) = delete;
+    TestDb& operator=(const TestDb&) = delete;
+
+    sqlite3* db() const { return db_; }
+    MemCatalog& catalog() { return cat_; }
+    store::sql::Translator& translator() { return tr_; }
+
+    // Creates a table by the storage rules; text columns take the engine's collation.
+    void table(const std::string& name, const std::vector<std::string>& specs,
+               const std::vector<std::string>& indexes = {}) {
+        RelationInfo r;
+        r.name = name;
+        std::string sql = "CREATE TABLE \"" + name + "\" (";
+        for (std::size_t i = 0; i < specs.size(); ++i) {
+            ColumnInfo c = col(specs[i]);
+            sql += (i ? ", \"" : "\"") + c.name + "\" " + storageType(c.type);
+            if (c.type == FieldType::Text || c.type == FieldType::Memo) sql += " COLLATE JET";
+            r.columns.push_back(c);
+        }
+        sql += ")";
+        raw(sql);
+        for (auto& ix : indexes) raw("CREATE INDEX \"" + name + "_" + ix + "\" ON \"" + name + "\" (\"" + ix + "\")");
+        cat_.put(std::move(r));
+    }
+
+    // A saved query: translated with literals inline, made a view, entered in the catalogue.
+    Translation query(const std::string& name, const std::string& jet) {
+        store::sql::Options o;
+        o.inlineLiterals = true;
+        Translation t = tr_.translate(jet, o);
+        raw("CREATE VIEW \"" + name + "\" AS " + t.sql);
+        RelationInfo r;
+        r.name = name;
+        r.isQuery = true;
+        r.baseTable = t.baseTable;
+        for (auto& c : t.columns) r.columns.push_back({c.name, c.type, c.size, c.baseColumn});
+        cat_.put(std::move(r));
+        return t;
+    }
+
+    void raw(const std::string& sql) {
+        char* err = nullptr;
+        int rc = sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &err);
+        if (rc != SQLITE_OK) {
+            std::string m = err ? err : "";
+            sqlite3_free(err);
+            throw std::runtime_error("SQLite: " + m + " in " + sql);
+        }
+    }
+
+    // Translates and runs a statement; rows for a SELECT (without the hidden rowid).
+    Result run(const std::string& jet) {
+        Result r;
+        r.t = tr_.translate(jet);
+        if (r.t.kind == store::sql::StatementKind::Ddl) return r;
+        sqlite3_stmt* st = nullptr;
+        int rc = sqlite3_prepare_v2(db_, r.t.sql.c_str(), -1, &st, nullptr);
+        if (rc != SQLITE_OK) {
+            std::string m = sqlite3_errmsg(db_);
+            throw std::runtime_error("prepare: " + m + " in " + r.t.sql);
+        }
+        store::sql::bindParams(st, r.t.params);
+        for (;;) {
+            rc = sqlite3_step(st);
+            if (rc == SQLITE_ROW) {
+                std::vector<Value> row;
+                for (std::size_t c = 0; c < r.t.columns.size(); ++c)
+                    row.push_back(readValue(st, static_cast<int>(c), r.t.columns[c].type));
+                r.rows.push_back(std::move(row));
+                continue;
+            }
+            if (rc == SQLITE_DONE) break;
+            sqlite3_finalize(st);
+            store::sql::raiseFromSqlite(db_, rc);
+        }
+        sqlite3_finalize(st);
+        return r;
+    }
+
+    std::string rows(const std::string& jet) { return run(jet).text(); }
+    std::string one(const std::string& expr) { return run("SELECT " + expr).text(); }
+
+    // The error number a statement gives (translation or execution), 0 when none.
+    int error(const std::string& jet) {
+        try {
+            run(jet);
+        } catch (const store::JetError& e) {
+            return e.number();
+        }
+        return 0;
+    }
+
+private:
+    MemCatalog cat_;
+    sqlite3* db_ = nullptr;
+    store::sql::Translator tr_;
+};
+
+}  // namespace sqltest
