@@ -1,0 +1,73 @@
+// For tests: a core::Dialogs that answers from queues instead of showing anything, and records
+// every message, input and screen it was asked for.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/dialogs.h"
+
+class QApplication;
+class QWidget;
+
+namespace ui {
+
+class ScriptedDialogs : public core::Dialogs {
+public:
+    struct Messaggio {
+        std::string testo;
+        int stile = 0;
+        std::string titolo;
+    };
+    // What a scripted screen does when shown: it gets the screen (null when none was found under
+    // that name) and returns what the screen reports (true = confirmed).
+    using Copione = std::function<bool(QWidget* schermo)>;
+
+    // Answers to the next message boxes, in order; with none queued a box answers OK, or No to a question.
+    void rispondi(int risposta);
+    void rispondiSi() { rispondi(core::vbYes); }
+    void rispondiNo() { rispondi(core::vbNo); }
+    // Answer to the next file or folder choice (nullopt = cancelled).
+    void percorso(std::optional<std::string> p);
+    // Answer to the next input box (nullopt = cancelled).
+    void testo(std::optional<std::string> t);
+    // Behaviour of the next showing of the named screen; unscripted screens are not shown and report false.
+    void schermo(const std::string& nome, Copione c);
+
+    const std::vector<Messaggio>& messaggi() const { return messaggi_; }
+    const std::vector<std::string>& schermiMostrati() const { return schermi_; }
+    const std::vector<std::string>& domande() const { return domande_; }  // input box prompts
+    bool occupato() const { return occupato_ > 0; }
+    void dimentica();   // clears what was recorded (answers still queued stay)
+
+    int msgBox(const std::string& text, int style, const std::string& title) override;
+    bool runModal(const std::string& screen, const std::function<bool()>& show) override;
+    std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& initial) override;
+    std::optional<std::string> chooseFile(const std::string& title, const std::string& filter,
+                                          bool save, const std::string& initial) override;
+    std::optional<std::string> chooseFolder(const std::string& title, const std::string& initial) override;
+    void setBusy(bool busy) override;
+
+private:
+    std::deque<int> risposte_;
+    std::deque<std::optional<std::string>> percorsi_;
+    std::deque<std::optional<std::string>> testi_;
+    std::map<std::string, std::deque<Copione>> copioni_;
+    std::vector<Messaggio> messaggi_;
+    std::vector<std::string> schermi_;
+    std::vector<std::string> domande_;
+    int occupato_ = 0;
+};
+
+// Installs a fresh script as the dialogs service and returns it.
+std::shared_ptr<ScriptedDialogs> installaScript();
+
+// The application object of a test program, made once (offscreen unless a platform is set).
+QApplication& applicazioneDiProva();
+
+}  // namespace ui

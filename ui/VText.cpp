@@ -1,0 +1,85 @@
+#include "ui/VText.h"
+
+#include <QValidator>
+
+#include "store/convert.h"
+#include "ui/Legami.h"
+#include "store/format.h"
+
+namespace ui {
+
+namespace {
+
+// Refuses any text holding a character outside the allowed set, typed or pasted alike.
+class ValidatoreCaratteri : public QValidator {
+public:
+    ValidatoreCaratteri(QString ammessi, QObject* parent) : QValidator(parent), ammessi_(std::move(ammessi)) {}
+    State validate(QString& input, int&) const override {
+        for (QChar c : input)
+            if (!ammessi_.contains(c)) return Invalid;
+        return Acceptable;
+    }
+
+private:
+    QString ammessi_;
+};
+
+constexpr const char* CaratteriNumerici = "0123456789,.";
+
+}  // namespace
+
+VText::VText(QWidget* parent) : QLineEdit(parent) {}
+
+void VText::setNumerico(bool numerico) {
+    numerico_ = numerico;
+    setAlignment(numerico ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignLeft | Qt::AlignVCenter);
+    aggiornaValidatore();
+}
+
+void VText::setCaratteriAmmessi(const std::string& caratteri) {
+    ammessi_ = caratteri;
+    aggiornaValidatore();
+}
+
+void VText::setMaschera(const std::string& maschera) {
+    maschera_ = maschera;
+    applicaMaschera();
+}
+
+void VText::setPredefinito(const std::string& testo) {
+    predefinito_ = testo;
+    setTesto(testo);
+}
+
+void VText::aggiornaValidatore() {
+    std::string ammessi = !ammessi_.empty() ? ammessi_ : numerico_ ? CaratteriNumerici : "";
+    delete validator();
+    setValidator(ammessi.empty() ? nullptr : new ValidatoreCaratteri(QString::fromStdString(ammessi), this));
+}
+
+std::string VText::testo() const { return text().toStdString(); }
+
+void VText::setTesto(const std::string& t) {
+    setText(QString::fromStdString(t));
+    applicaMaschera();
+}
+
+double VText::numero() const {
+    auto n = store::ParseNumberText(testo());
+    return n ? *n : 0;
+}
+
+store::Value VText::valorePer(store::FieldType tipo) const { return valoreDaTesto(testo(), tipo); }
+
+void VText::focusOutEvent(QFocusEvent* e) {
+    applicaMaschera();
+    QLineEdit::focusOutEvent(e);
+}
+
+void VText::applicaMaschera() {
+    if (maschera_.empty() || text().isEmpty()) return;
+    auto n = store::ParseNumberText(testo());
+    if (n) setText(QString::fromStdString(store::Format(store::Value::Double(*n), maschera_)));
+}
+
+}  // namespace ui

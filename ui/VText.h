@@ -1,0 +1,56 @@
+// The text box of every editor: plain or numeric, with the characters it accepts, a display mask
+// applied when the box is left, a default for new records, and its field binding.
+#pragma once
+
+#include <QLineEdit>
+
+#include <string>
+
+#include "store/value.h"
+
+namespace ui {
+
+class VText : public QLineEdit {
+    Q_OBJECT
+    Q_PROPERTY(QString DataField READ dataFieldQ WRITE setDataFieldQ)
+public:
+    explicit VText(QWidget* parent = nullptr);
+
+    void setDataField(const std::string& campo) { dataField_ = campo; }
+    const std::string& dataField() const { return dataField_; }
+
+    // Numeric: digits and the decimal comma (and the thousands point); no sign unless the allowed
+    // characters say so. Setting allowed characters restricts typing and pasting to them.
+    void setNumerico(bool numerico);
+    bool numerico() const { return numerico_; }
+    void setCaratteriAmmessi(const std::string& caratteri);
+    const std::string& caratteriAmmessi() const { return ammessi_; }
+    void setMaschera(const std::string& maschera);      // "#,0.00", ...
+    const std::string& maschera() const { return maschera_; }
+    void setPredefinito(const std::string& testo);      // text of a new record
+    const std::string& predefinito() const { return predefinito_; }
+
+    std::string testo() const;
+    void setTesto(const std::string& t);                // formatted by the mask in numeric mode
+    double numero() const;                              // a blank or unreadable numeric box is 0
+    // What the box writes to a field of that type: a number for numbers (0 when blank), a date or
+    // Null for dates, the text for text.
+    store::Value valorePer(store::FieldType tipo) const;
+
+protected:
+    void focusOutEvent(QFocusEvent* e) override;
+
+private:
+    QString dataFieldQ() const { return QString::fromStdString(dataField_); }
+    void setDataFieldQ(const QString& s) { dataField_ = s.toStdString(); }
+    void aggiornaValidatore();
+    void applicaMaschera();
+
+    std::string dataField_;
+    bool numerico_ = false;
+    std::string ammessi_;
+    std::string maschera_;
+    std::string predefinito_;
+};
+
+}  // namespace ui

@@ -1,0 +1,538 @@
+#include "ui/VetraGrid.h"
+
+#include <QFont>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QTimer>
+
+#include <algorithm>
+#include <cctype>
+
+#include "core/dialogs.h"
+#include "core/record.h"
+#include "core/session.h"
+#include "core/varie.h"
+#include "store/convert.h"
+#include "ui/Dialoghi.h"
+#include "ui/Legami.h"
+#include "store/format.h"
+#include "ui/VBars.h"
+
+namespace ui {
+
+int TwipsInPixel(int twips) { return (twips + 7) / 15; }
+
+namespace {
+
+std::string minuscolo(std::string s) {
+    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return s;
+}
+
+// Where the statement's own closing Order By starts (outside quotes and brackets), or npos.
+size_t inizioOrderBy(const std::string& sql) {
+    std::string basso = minuscolo(sql);
+    size_t trovato = std::string::npos;
+    int profondita = 0;
+    char virgolette = 0;
+    for (size_t i = 0; i < basso.size(); ++i) {
+        char c = basso[i];
+        if (virgolette) {
+            if (c == virgolette) virgolette = 0;
+            continue;
+        }
+        if (c == '\'' || c == '"') virgolette = c;
+        else if (c == '[') virgolette = ']';
+        else if (c == '(') profondita++;
+        else if (c == ')') profondita--;
+        else if (profondita == 0 && basso.compare(i, 5, "order") == 0 && (i == 0 || std::isspace(static_cast<unsigned char>(basso[i - 1])))) {
+            size_t j = i + 5;
+            while (j < basso.size() && std::isspace(static_cast<unsigned char>(basso[j]))) j++;
+            if (basso.compare(j, 2, "by") == 0) trovato = i;
+        }
+    }
+    return trovato;
+}
+
+std::vector<std::string> campiOrdinamento(const std::string& campi) {
+    std::vector<std::string> out;
+    size_t inizio = 0;
+    while (inizio <= campi.size()) {
+        size_t fine = campi.find(',', inizio);
+        std::string c = core::Trim(campi.substr(inizio, fine == std::string::npos ? std::string::npos : fine - inizio));
+        if (!c.empty()) out.push_back(c);
+        if (fine == std::string::npos) break;
+        inizio = fine + 1;
+    }
+    return out;
+}
+
+}  // namespace
+
+// ---- the model ---------------------------------------------------------------------------------
+
+struct VetraGridModel::Riga {
+    int livello = -1;   // a group caption's level; -1 for a record
+    QString titolo;
+    store::Bookmark segnalibro = 0;
+    std::vector<store::Value> valori;
+};
+
+VetraGridModel::VetraGridModel(QObject* parent) : QAbstractTableModel(parent) {}
+VetraGridModel::~VetraGridModel() = default;
+
+void VetraGridModel::impostaRecordset(std::unique_ptr<store::Recordset> rs, std::vector<Colonna> colonne,
+                                      std::vector<std::string> gruppi, std::vector<RegolaColore> regole) {
+    beginResetModel();
+    rs_ = std::move(rs);
+    colonne_ = std::move(colonne);
+    gruppi_ = std::move(gruppi);
+    regole_ = std::move(regole);
+    campi_.clear();
+    righe_.clear();
+    ultimiGruppi_.clear();
+    ultimoLetto_.reset();
+    dati_ = 0;
+    auto aggiungiCampo = [this](const std::string& c) {
+        if (rs_ && rs_->HasField(c) && indiceCampo(c) < 0) campi_.push_back(c);
+    };
+    aggiungiCampo("ID");
+    for (const auto& c : colonne_) aggiungiCampo(c.campo);
+    for (const auto& g : gruppi_) aggiungiCampo(g);
+    for (const auto& r : regole_) aggiungiCampo(r.campo);
+    finito_ = !rs_ || rs_->Eof();
+    endResetModel();
+    if (!finito_) fetchMore({});
+}
+
+int VetraGridModel::indiceCampo(const std::string& campo) const {
+    for (size_t i = 0; i < campi_.size(); ++i)
+        if (store::CompareText(campi_[i], campo) == 0) return static_cast<int>(i);
+    return -1;
+}
+
+int VetraGridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(righe_.size());
+}
+
+int VetraGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(colonne_.size());
+}
+
+bool VetraGridModel::canFetchMore(const QModelIndex& parent) const {
+    return !parent.isValid() && !finito_ && rs_ && rs_->editMode() == store::Recordset::EditMode::None;
+}
+
+std::vector<store::Value> VetraGridModel::valoriCorrenti() {
+    std::vector<store::Value> v;
+    v.reserve(campi_.size());
+    for (const auto& c : campi_) v.push_back(rs_->get(c));
+    return v;
+}
+
+void VetraGridModel::fetchMore(const QModelIndex& parent) {
+    if (!canFetchMore(parent)) return;
+    try {
+        leggiBlocco(RighePerBlocco);
+    } catch (const std::exception& e) {
+        // Called from inside the view's layout: the error box comes once the view is done.
+        finito_ = true;
+        std::string testo = e.what();
+        QTimer::singleShot(0, [testo] { protetto([&] { throw std::runtime_error(testo); }); });
+    }
+}
+
+void VetraGridModel::leggiBlocco(int quante) {
+    std::vector<Riga> nuove;
+    if (ultimoLetto_) {
+        rs_->setBookmark(*ultimoLetto_);
+        rs_->MoveNext();
+    } else if (rs_->RecordCount() > 0) {
+        rs_->MoveFirst();
+    }
+    for (int n = 0; n < quante && !rs_->Eof(); ++n) {
+        Riga r;
+        r.segnalibro = rs_->getBookmark();
+        r.valori = valoriCorrenti();
+        // A change of a grouping field opens a caption for it and for every level inside it.
+        for (size_t l = 0; l < gruppi_.size(); ++l) {
+            const store::Value& v = r.valori[static_cast<size_t>(indiceCampo(gruppi_[l]))];
+            if (l < ultimiGruppi_.size() && ultimiGruppi_[l] == v) continue;
+            ultimiGruppi_.resize(l);
+            for (size_t k = l; k < gruppi_.size(); ++k) {
+                const store::Value& vk = r.valori[static_cast<size_t>(indiceCampo(gruppi_[k]))];
+                ultimiGruppi_.push_back(vk);
+                std::string t = vk.isNull() ? "(vuoto)" : store::Format(vk);
+                nuove.push_back({static_cast<int>(k), QString::fromStdString(t), 0, {}});
+            }
+            break;
+        }
+        ultimoLetto_ = r.segnalibro;
+        nuove.push_back(std::move(r));
+        rs_->MoveNext();
+    }
+    finito_ = rs_->Eof();
+    if (nuove.empty()) return;
+    int primo = static_cast<int>(righe_.size());
+    beginInsertRows({}, primo, primo + static_cast<int>(nuove.size()) - 1);
+    for (auto& r : nuove) {
+        if (r.livello < 0) dati_++;
+        righe_.push_back(std::move(r));
+    }
+    endInsertRows();
+}
+
+bool VetraGridModel::rigaDiGruppo(int riga) const {
+    return riga >= 0 && riga < rowCount() && righe_[static_cast<size_t>(riga)].livello >= 0;
+}
+
+int VetraGridModel::livelloGruppo(int riga) const {
+    return riga >= 0 && riga < rowCount() ? righe_[static_cast<size_t>(riga)].livello : -1;
+}
+
+long VetraGridModel::righeLette() const { return dati_; }
+
+bool VetraGridModel::posiziona(int riga) {
+    if (!rs_ || riga < 0 || riga >= rowCount() || rigaDiGruppo(riga)) return false;
+    rs_->setBookmark(righe_[static_cast<size_t>(riga)].segnalibro);
+    return true;
+}
+
+int VetraGridModel::rigaDelSegnalibro(store::Bookmark b) const {
+    for (size_t i = 0; i < righe_.size(); ++i)
+        if (righe_[i].livello < 0 && righe_[i].segnalibro == b) return static_cast<int>(i);
+    return -1;
+}
+
+int VetraGridModel::rigaConId(long id) {
+    int campo = indiceCampo("ID");
+    if (campo < 0) return -1;
+    for (size_t i = 0;; ++i) {
+        if (i == righe_.size()) {
+            if (!canFetchMore({})) return -1;
+            fetchMore({});
+            if (i == righe_.size()) return -1;
+        }
+        const Riga& r = righe_[i];
+        if (r.livello < 0 && !r.valori[static_cast<size_t>(campo)].isNull() &&
+            store::CLng(r.valori[static_cast<size_t>(campo)]) == id)
+            return static_cast<int>(i);
+    }
+}
+
+void VetraGridModel::rileggiRiga(int riga) {
+    if (!posiziona(riga)) return;
+    righe_[static_cast<size_t>(riga)].valori = valoriCorrenti();
+    emit dataChanged(index(riga, 0), index(riga, columnCount() - 1));
+}
+
+void VetraGridModel::rimuoviRiga(int riga) {
+    if (riga < 0 || riga >= rowCount()) return;
+    if (ultimoLetto_ && righe_[static_cast<size_t>(riga)].segnalibro == *ultimoLetto_ && !rigaDiGruppo(riga)) {
+        // The next page starts after the record before the deleted one, or from the top.
+        ultimoLetto_.reset();
+        for (int i = riga - 1; i >= 0; --i)
+            if (!rigaDiGruppo(i)) {
+                ultimoLetto_ = righe_[static_cast<size_t>(i)].segnalibro;
+                break;
+            }
+    }
+    beginRemoveRows({}, riga, riga);
+    if (!rigaDiGruppo(riga)) dati_--;
+    righe_.erase(righe_.begin() + riga);
+    endRemoveRows();
+}
+
+store::Value VetraGridModel::valore(int riga, const std::string& campo) const {
+    int c = indiceCampo(campo);
+    if (c < 0 || riga < 0 || riga >= rowCount() || rigaDiGruppo(riga)) return store::Value::Null();
+    return righe_[static_cast<size_t>(riga)].valori[static_cast<size_t>(c)];
+}
+
+std::string VetraGridModel::testoCella(const Riga& r, int colonna) const {
+    const Colonna& c = colonne_[static_cast<size_t>(colonna)];
+    int i = indiceCampo(c.campo);
+    if (i < 0) return {};
+    const store::Value& v = r.valori[static_cast<size_t>(i)];
+    if (v.kind() == store::Value::Kind::Boolean) return {};
+    return store::Format(v, c.maschera);
+}
+
+const RegolaColore* VetraGridModel::regolaPer(const Riga& r) const {
+    for (const auto& regola : regole_) {
+        int i = indiceCampo(regola.campo);
+        if (i >= 0 && regola.condizione && regola.condizione(r.valori[static_cast<size_t>(i)])) return &regola;
+    }
+    return nullptr;
+}
+
+QVariant VetraGridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount()) return {};
+    const Riga& r = righe_[static_cast<size_t>(index.row())];
+    if (r.livello >= 0) {
+        if (role == Qt::DisplayRole && index.column() == 0) return QString(r.livello * 4, ' ') + r.titolo;
+        if (role == Qt::FontRole) {
+            QFont f;
+            f.setBold(true);
+            return f;
+        }
+        return {};
+    }
+    const Colonna& c = colonne_[static_cast<size_t>(index.column())];
+    switch (role) {
+        case Qt::DisplayRole:
+            return QString::fromStdString(testoCella(r, index.column()));
+        case Qt::CheckStateRole: {
+            int i = indiceCampo(c.campo);
+            if (i < 0 || r.valori[static_cast<size_t>(i)].kind() != store::Value::Kind::Boolean) return {};
+            return r.valori[static_cast<size_t>(i)].number() != 0 ? Qt::Checked : Qt::Unchecked;
+        }
+        case Qt::TextAlignmentRole:
+            return static_cast<int>(c.allineamento);
+        case Qt::ForegroundRole:
+            if (const RegolaColore* g = regolaPer(r); g && g->testo.isValid()) return g->testo;
+            return {};
+        case Qt::BackgroundRole:
+            if (const RegolaColore* g = regolaPer(r); g && g->sfondo.isValid()) return g->sfondo;
+            return {};
+        default:
+            return {};
+    }
+}
+
+QVariant VetraGridModel::headerData(int section, Qt::Orientation o, int role) const {
+    if (o != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+    const Colonna& c = colonne_[static_cast<size_t>(section)];
+    if (role == Qt::DisplayRole) return QString::fromStdString(c.titolo.empty() ? c.campo : c.titolo);
+    if (role == Qt::TextAlignmentRole) return static_cast<int>((c.allineamento & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter);
+    return {};
+}
+
+// ---- the grid ----------------------------------------------------------------------------------
+
+VetraGrid::VetraGrid(QWidget* parent) : QTableView(parent), model_(new VetraGridModel(this)) {
+    setModel(model_);
+    setAlternatingRowColors(true);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setShowGrid(false);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(true);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &VetraGrid::ordinaPerColonna);
+    connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& i) {
+        if (haRecordset() && !model_->rigaDiGruppo(i.row())) emit modificaRichiesta();
+    });
+    connect(model_, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int primo, int ultimo) {
+        for (int r = primo; r <= ultimo; ++r)
+            if (model_->rigaDiGruppo(r) && model_->columnCount() > 1) setSpan(r, 0, 1, model_->columnCount());
+    });
+}
+
+VetraGrid::~VetraGrid() = default;
+
+void VetraGrid::setDatabase(store::DatabasePtr db) { db_ = std::move(db); }
+store::DatabasePtr VetraGrid::database() const { return db_ ? db_ : core::session().dbArchivio; }
+void VetraGrid::setSorgente(const std::string& sql) { sorgente_ = sql; }
+
+void VetraGrid::setOrdinamento(const std::string& campi, Direzione direzione) {
+    ordinamento_ = campi;
+    direzione_ = direzione;
+}
+
+void VetraGrid::aggiungiColonna(Colonna c) { colonne_.push_back(std::move(c)); }
+void VetraGrid::pulisciColonne() { colonne_.clear(); }
+void VetraGrid::aggiungiGruppo(const std::string& campo) { gruppi_.push_back(campo); }
+void VetraGrid::pulisciGruppi() { gruppi_.clear(); }
+void VetraGrid::aggiungiRegolaColore(RegolaColore r) { regole_.push_back(std::move(r)); }
+void VetraGrid::aggiungiSeguace(QWidget* w) { seguaci_.push_back(w); }
+
+std::string VetraGrid::istruzione() const {
+    std::vector<std::string> ordine = gruppi_;
+    for (const auto& c : campiOrdinamento(ordinamento_))
+        ordine.push_back(direzione_ == Direzione::Decrescente ? c + " DESC" : c);
+    if (ordine.empty()) return sorgente_;
+    std::string base = sorgente_;
+    size_t proprio = inizioOrderBy(base);
+    if (proprio != std::string::npos) base = core::Trim(base.substr(0, proprio));
+    std::string sql = base + " ORDER BY ";
+    for (size_t i = 0; i < ordine.size(); ++i) sql += (i ? ", " : "") + ordine[i];
+    return sql;
+}
+
+void VetraGrid::Aggiorna() {
+    store::DatabasePtr db = database();
+    if (!db) throw store::JetError(3420, "Nessun archivio aperto");
+    long prima = haRigaCorrente() ? idCorrente() : 0;
+    auto rs = db->OpenRecordset(istruzione());
+    clearSpans();
+    model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_);
+    applicaLarghezze();
+    int riga = -1;
+    for (int r = 0; r < model_->rowCount() && prima > 0; ++r)
+        if (!model_->rigaDiGruppo(r) && store::CLng(model_->valore(r, "ID")) == prima) riga = r;
+    for (int r = 0; r < model_->rowCount() && riga < 0; ++r)
+        if (!model_->rigaDiGruppo(r)) riga = r;
+    selezionaRiga(riga);
+}
+
+void VetraGrid::AggiornaRiga() {
+    if (!haRigaCorrente()) return;
+    model_->rileggiRiga(currentIndex().row());
+    aggiornaSeguaci();
+}
+
+void VetraGrid::applicaLarghezze() {
+    for (size_t i = 0; i < colonne_.size(); ++i) {
+        int larghezza = colonne_[i].larghezza > 0 ? TwipsInPixel(colonne_[i].larghezza)
+                                                  : horizontalHeader()->sectionSizeHint(static_cast<int>(i)) + 24;
+        setColumnWidth(static_cast<int>(i), larghezza);
+    }
+    int c = 0;
+    for (; c < static_cast<int>(colonne_.size()); ++c)
+        if (store::CompareText(colonne_[static_cast<size_t>(c)].campo, ordinamento_) == 0) break;
+    horizontalHeader()->setSortIndicatorShown(c < static_cast<int>(colonne_.size()));
+    horizontalHeader()->setSortIndicator(c, direzione_ == Direzione::Decrescente ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+void VetraGrid::selezionaRiga(int riga) {
+    if (riga < 0) {
+        setCurrentIndex({});
+        aggiornaSeguaci();
+        emit rigaCambiata();
+        return;
+    }
+    QModelIndex i = model_->index(riga, 0);
+    if (i == currentIndex()) {
+        model_->posiziona(riga);
+        aggiornaSeguaci();
+        emit rigaCambiata();
+    } else {
+        setCurrentIndex(i);   // currentChanged tells the followers
+    }
+    scrollTo(i);
+}
+
+void VetraGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    if (current.isValid()) model_->posiziona(current.row());
+    aggiornaSeguaci();
+    emit rigaCambiata();
+}
+
+void VetraGrid::aggiornaSeguaci() {
+    protetto([this] {
+        bool riga = haRigaCorrente();
+        store::Recordset* rs = riga ? Recordset() : nullptr;
+        for (QWidget* w : seguaci_) {
+            if (auto* b = qobject_cast<VBars*>(w)) b->mostra(rs);
+            else if (rs) caricaControllo(w, *rs);
+            else svuotaControllo(w);
+        }
+    });
+}
+
+bool VetraGrid::haRecordset() const { return model_->recordset() != nullptr; }
+
+bool VetraGrid::haRigaCorrente() const {
+    QModelIndex i = currentIndex();
+    return haRecordset() && i.isValid() && !model_->rigaDiGruppo(i.row());
+}
+
+store::Recordset* VetraGrid::Recordset() {
+    store::Recordset* rs = model_->recordset();
+    if (rs && rs->editMode() == store::Recordset::EditMode::None && haRigaCorrente())
+        model_->posiziona(currentIndex().row());
+    return rs;
+}
+
+store::Value VetraGrid::valore(const std::string& campo) {
+    if (!haRigaCorrente()) return store::Value::Null();
+    store::Value v = model_->valore(currentIndex().row(), campo);
+    if (v.isNull() && Recordset()->HasField(campo)) v = Recordset()->get(campo);
+    return v;
+}
+
+long VetraGrid::idCorrente() {
+    store::Value v = valore("ID");
+    return v.isNull() ? 0 : store::CLng(v);
+}
+
+bool VetraGrid::vaiAId(long id) {
+    int r = model_->rigaConId(id);
+    if (r >= 0) selezionaRiga(r);
+    return r >= 0;
+}
+
+int VetraGrid::righeMostrate() const { return model_->rowCount(); }
+
+void VetraGrid::NuovaRiga() {
+    if (!haRecordset()) throw store::JetError(3021, "Nessun record corrente.");
+    model_->recordset()->AddNew();
+}
+
+void VetraGrid::ModificaRiga() {
+    if (!haRigaCorrente()) throw store::JetError(3021, "Nessun record corrente.");
+    Recordset()->Edit();
+}
+
+void VetraGrid::SalvaRiga() {
+    store::Recordset* rs = model_->recordset();
+    if (!rs) return;
+    bool nuovo = rs->editMode() == store::Recordset::EditMode::AddNew;
+    if (nuovo) core::NuovoID(*rs, database());
+    rs->Update();
+    rs->setBookmark(rs->LastModified());
+    if (nuovo) {
+        long id = rs->HasField("ID") ? store::CLng(rs->get("ID")) : 0;
+        Aggiorna();
+        if (id > 0) vaiAId(id);
+        return;
+    }
+    int r = model_->rigaDelSegnalibro(rs->LastModified());
+    model_->rileggiRiga(r);
+    aggiornaSeguaci();
+    emit rigaCambiata();
+}
+
+void VetraGrid::AnnullaRiga() {
+    store::Recordset* rs = model_->recordset();
+    if (rs && rs->editMode() != store::Recordset::EditMode::None) rs->CancelUpdate();
+}
+
+bool VetraGrid::EliminaRiga() {
+    if (!haRigaCorrente()) return false;
+    int riga = currentIndex().row();
+    Recordset()->Delete();
+    model_->rimuoviRiga(riga);
+    int prossima = std::min(riga, model_->rowCount() - 1);
+    while (prossima >= 0 && model_->rigaDiGruppo(prossima)) prossima--;
+    selezionaRiga(prossima);
+    return true;
+}
+
+void VetraGrid::ordinaPerColonna(int colonna) {
+    if (colonna < 0 || colonna >= static_cast<int>(colonne_.size())) return;
+    const std::string& campo = colonne_[static_cast<size_t>(colonna)].campo;
+    bool stesso = store::CompareText(campo, ordinamento_) == 0;
+    setOrdinamento(campo, stesso && direzione_ == Direzione::Crescente ? Direzione::Decrescente : Direzione::Crescente);
+    protetto([this] { Aggiorna(); });
+}
+
+void VetraGrid::keyPressEvent(QKeyEvent* e) {
+    bool invio = e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
+    if ((invio || e->key() == Qt::Key_Delete) && haRecordset()) {
+        if (invio) emit modificaRichiesta();
+        else emit eliminaRichiesta();
+        e->accept();
+        return;
+    }
+    QTableView::keyPressEvent(e);
+}
+
+}  // namespace ui

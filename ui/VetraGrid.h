@@ -1,0 +1,176 @@
+// The list of every register: one statement over one database, shown a page at a time.
+// The grid owns the recordset of its statement; its current row is the recordset's current record,
+// so a caller edits "the current row" through Recordset() and the grid's row operations.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QColor>
+#include <QTableView>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "store/dao.h"
+
+class QWidget;
+
+namespace ui {
+
+enum class Direzione { Crescente = 1, Decrescente = 2 };
+
+struct Colonna {
+    std::string campo;        // field of the statement
+    std::string titolo;       // caption as shown (a language text, already looked up)
+    int larghezza = 0;        // twips; 0 fits the column to its caption
+    std::string maschera;     // "#,0.00", "#,0.000", "0000", "dd/mm/yyyy"; "" shows the value's own text
+    Qt::Alignment allineamento = Qt::AlignLeft | Qt::AlignVCenter;
+};
+
+// Rows whose field satisfies the test are drawn in these colours (an invalid colour keeps the default).
+struct RegolaColore {
+    std::string campo;
+    std::function<bool(const store::Value&)> condizione;
+    QColor testo;
+    QColor sfondo;
+};
+
+// Twips to pixels at the screen's 96 dpi: 15 twips a pixel.
+int TwipsInPixel(int twips);
+
+// The rows of the grid's recordset, fetched as the view scrolls to them. Rows of group captions
+// are interleaved where the value of a grouping field changes.
+class VetraGridModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    explicit VetraGridModel(QObject* parent = nullptr);
+    ~VetraGridModel() override;
+
+    // Takes a recordset positioned on its first record; null empties the model.
+    void impostaRecordset(std::unique_ptr<store::Recordset> rs, std::vector<Colonna> colonne,
+                          std::vector<std::string> gruppi, std::vector<RegolaColore> regole);
+    store::Recordset* recordset() const { return rs_.get(); }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation o, int role) const override;
+    bool canFetchMore(const QModelIndex& parent) const override;
+    void fetchMore(const QModelIndex& parent) override;
+
+    static constexpr int RighePerBlocco = 200;
+
+    bool rigaDiGruppo(int riga) const;
+    int livelloGruppo(int riga) const;              // 0 outermost; -1 for a data row
+    long righeLette() const;                        // data rows fetched so far
+    // Puts the recordset on the record of a shown row (false for a group caption or no row).
+    bool posiziona(int riga);
+    int rigaDelSegnalibro(store::Bookmark b) const; // -1 when not fetched
+    int rigaConId(long id);                         // fetches on until found; -1 when absent
+    void rileggiRiga(int riga);                     // refreshes the cached values from the record
+    void rimuoviRiga(int riga);
+    store::Value valore(int riga, const std::string& campo) const;
+
+private:
+    struct Riga;
+    void leggiBlocco(int quante);
+    void aggiungiRiga();
+    std::vector<store::Value> valoriCorrenti();
+    std::string testoCella(const Riga& r, int colonna) const;
+    const RegolaColore* regolaPer(const Riga& r) const;
+    int indiceCampo(const std::string& campo) const;
+
+    std::unique_ptr<store::Recordset> rs_;
+    std::vector<Colonna> colonne_;
+    std::vector<std::string> gruppi_;
+    std::vector<RegolaColore> regole_;
+    std::vector<std::string> campi_;          // fields kept per row: columns, groups, rules, ID
+    std::vector<Riga> righe_;
+    std::vector<store::Value> ultimiGruppi_;
+    std::optional<store::Bookmark> ultimoLetto_;
+    bool finito_ = true;
+    long dati_ = 0;
+};
+
+class VetraGrid : public QTableView {
+    Q_OBJECT
+public:
+    explicit VetraGrid(QWidget* parent = nullptr);
+    ~VetraGrid() override;
+
+    // The database of the statement; unset, the grid reads the session's archive.
+    void setDatabase(store::DatabasePtr db);
+    store::DatabasePtr database() const;
+
+    void setSorgente(const std::string& sql);
+    const std::string& sorgente() const { return sorgente_; }
+    void setOrdinamento(const std::string& campi, Direzione direzione = Direzione::Crescente);
+    const std::string& ordinamento() const { return ordinamento_; }
+    Direzione direzione() const { return direzione_; }
+    void aggiungiColonna(Colonna c);
+    void pulisciColonne();
+    const std::vector<Colonna>& colonne() const { return colonne_; }
+    void aggiungiGruppo(const std::string& campo);  // one grouping level, outermost first
+    void pulisciGruppi();
+    void aggiungiRegolaColore(RegolaColore r);
+    // Controls kept in step with the current row: bound controls (DataField) take the row's value,
+    // field panels (VBars) show the row.
+    void aggiungiSeguace(QWidget* w);
+
+    // The statement run: the source with its own Order By replaced by the groups and the sort.
+    std::string istruzione() const;
+
+    // Runs the statement again and shows its first rows; the current row returns to the record
+    // it was on when that record is still among the first rows shown. Errors reach the caller.
+    void Aggiorna();
+    // Rereads the current row's values from the database after a change made elsewhere.
+    void AggiornaRiga();
+
+    bool haRecordset() const;
+    bool haRigaCorrente() const;
+    // The recordset positioned on the current row (null with no statement run).
+    store::Recordset* Recordset();
+    store::Value valore(const std::string& campo);   // the current row's field; Null with no row
+    long idCorrente();                                // the current row's ID; 0 with no row
+    bool vaiAId(long id);                             // makes the row of that ID current
+    int righeMostrate() const;                        // rows the view holds, group captions included
+    VetraGridModel* modello() const { return model_; }
+
+    // Row operations on the current record. NuovaRiga/ModificaRiga put the recordset in AddNew/Edit;
+    // SalvaRiga gives a new record its ID as the id service does, writes it and shows it current.
+    void NuovaRiga();
+    void ModificaRiga();
+    void SalvaRiga();
+    void AnnullaRiga();
+    bool EliminaRiga();   // false when there was no row to delete
+
+signals:
+    void rigaCambiata();
+    void modificaRichiesta();   // Enter or a double click on a row
+    void eliminaRichiesta();    // the Delete key on a row
+
+protected:
+    void keyPressEvent(QKeyEvent* e) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    void applicaLarghezze();
+    void aggiornaSeguaci();
+    void selezionaRiga(int riga);
+    void ordinaPerColonna(int colonna);
+
+    VetraGridModel* model_;
+    store::DatabasePtr db_;
+    std::string sorgente_;
+    std::string ordinamento_;
+    Direzione direzione_ = Direzione::Crescente;
+    std::vector<Colonna> colonne_;
+    std::vector<std::string> gruppi_;
+    std::vector<RegolaColore> regole_;
+    std::vector<QWidget*> seguaci_;
+    std::optional<store::Bookmark> daRipristinare_;
+};
+
+}  // namespace ui
