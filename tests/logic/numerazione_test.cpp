@@ -1,0 +1,157 @@
+// Numbering per period and sequence, and its duplicate and chronological tests, on a real archive.
+#include "archivio_prova.h"
+#include "sales/numerazione.h"
+
+namespace {
+
+using namespace sales;
+
+class Numerazione : public prova::ArchivioProva {
+protected:
+    void Doc(long id, long numero, const std::string& data, const std::string& prefisso = "''",
+             const std::string& suffisso = "''", long tipo = 5) {
+        Testata t;
+        t.tipo = tipo;
+        t.numero = numero;
+        t.data = data;
+        t.prefisso = prefisso;
+        t.suffisso = suffisso;
+        Documento(id, t);
+    }
+};
+
+TEST_F(Numerazione, ProssimoNumeroPerPeriodoESequenza) {
+    EXPECT_EQ(ProssimoNumeroDocumento(5, "", ""), 1);
+    Doc(1, 40, "20/12/2025");  // last period: the sequence restarts on 1 January
+    EXPECT_EQ(ProssimoNumeroDocumento(5, "", ""), 1);
+    Doc(2, 1, "10/01/2026");
+    Doc(3, 5, "10/02/2026");
+    Doc(4, 2, "11/02/2026");
+    Doc(5, 3, "10/02/2026", "'A'");
+    Doc(6, 9, "10/02/2026", "Null");        // a Null prefix is no sequence typed as ""
+    Doc(7, 7, "10/02/2026", "''", "'B'");
+    Doc(8, 30, "10/02/2026", "''", "''", 6);  // another kind
+    struct Caso {
+        long tipo;
+        const char *prefisso, *suffisso;
+        long atteso;
+    } const casi[] = {
+        {5, "", "", 6}, {5, "A", "", 4}, {5, "", "B", 8}, {5, "A", "B", 1}, {6, "", "", 31}, {7, "", "", 1},
+        {5, "a", "", 4},  // text compares without case
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(testing::Message() << c.tipo << " '" << c.prefisso << "' '" << c.suffisso << "'");
+        EXPECT_EQ(ProssimoNumeroDocumento(c.tipo, c.prefisso, c.suffisso), c.atteso);
+    }
+}
+
+TEST_F(Numerazione, ApiceNelPrefissoEErroreDelMotore) {
+    EXPECT_THROW(ProssimoNumeroDocumento(5, "L'A", ""), store::JetError);
+}
+
+TEST_F(Numerazione, NumeroDuplicato) {
+    Doc(1, 5, "10/02/2026");
+    Doc(2, 40, "20/12/2025");
+    Doc(3, 5, "10/02/2026", "''", "'B'");
+    struct Caso {
+        const char* nome;
+        long numero;
+        const char* suffisso;
+        long attuale;
+        bool duplicato;
+    } const casi[] = {
+        {"nuovo con un numero preso", 5, "", 0, true},
+        {"lo stesso numero che aveva", 5, "", 5, false},
+        {"cambiato in un numero preso", 5, "", 6, true},
+        {"nuovo numero zero", 0, "", 0, false},
+        {"altro suffisso", 6, "B", 0, false},
+        {"nessun limite di data", 40, "", 0, true},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        EXPECT_EQ(NumeroDuplicato(5, c.numero, "", c.suffisso, c.attuale), c.duplicato);
+    }
+}
+
+TEST_F(Numerazione, SequenzaCronologica) {
+    Doc(1, 11, "10/03/2026 15.30.00");
+    Doc(2, 13, "20/03/2026");
+    Doc(3, 50, "31/12/2025");  // before the period: never compared
+    using store::DateSerial;
+    struct Caso {
+        const char* nome;
+        long numero;
+        double data;
+        const char* prefisso;
+        bool valida;
+    } const casi[] = {
+        {"stessa data del precedente", 12, DateSerial(2026, 3, 10), "", true},
+        {"prima del precedente", 12, DateSerial(2026, 3, 9), "", false},
+        {"dopo il successivo", 12, DateSerial(2026, 3, 21), "", false},
+        {"stessa data del successivo", 12, DateSerial(2026, 3, 20), "", true},
+        {"un numero non si confronta con se stesso", 11, DateSerial(2026, 3, 19), "", true},
+        {"data cambiata oltre il vicino", 11, DateSerial(2026, 3, 21), "", false},
+        {"altra sequenza", 12, DateSerial(2026, 1, 1), "A", true},
+        {"l'ora non conta", 10, DateSerial(2026, 3, 10) + 0.9, "", true},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        EXPECT_EQ(SequenzaCronologicaValida(5, c.numero, c.data, c.prefisso, ""), c.valida);
+    }
+}
+
+TEST_F(Numerazione, ProssimoNumeroSpesa) {
+    EXPECT_EQ(ProssimoNumeroSpesa(), 1);
+    Esegui("Insert Into Spese (ID,Numero,Data) VALUES (1,'3','10/01/2026')");
+    Esegui("Insert Into Spese (ID,Numero,Data) VALUES (2,'A7','10/01/2026')");
+    Esegui("Insert Into Spese (ID,Numero,Data) VALUES (3,'900','10/12/2025')");
+    EXPECT_EQ(ProssimoNumeroSpesa(), 4);
+    // 12,5 + 1 = 13,5: to a whole number, the half goes to the even 14.
+    Esegui("Insert Into Spese (ID,Numero,Data) VALUES (4,'12,5','10/01/2026')");
+    EXPECT_EQ(ProssimoNumeroSpesa(), 14);
+    Esegui("Insert Into Spese (ID,Numero,Data) VALUES (5,'32767','10/01/2026')");
+    EXPECT_EQ(ProssimoNumeroSpesa(), 0);
+}
+
+TEST_F(Numerazione, PrefissiESuffissiUsati) {
+    Doc(1, 1, "10/01/2026", "'B'");
+    Doc(2, 2, "10/01/2026", "'A'", "'/26'");
+    Doc(3, 3, "10/01/2026", "'A'");
+    Doc(4, 4, "10/12/2025", "'C'");  // old prefixes stay offered
+    Doc(5, 5, "10/01/2026", "'Z'", "''", 6);
+    const std::vector<std::string> prefissi{"A", "B", "C"};
+    EXPECT_EQ(CaricaPrefissi(5), prefissi);
+    const std::vector<std::string> suffissi{"", "/26"};
+    EXPECT_EQ(CaricaSuffissi(5), suffissi);
+    EXPECT_TRUE(CaricaPrefissi(7).empty());
+}
+
+TEST_F(Numerazione, TitoliEPredicati) {
+    struct Caso {
+        long tipo;
+        const char *registro, *stampa;
+        bool attivo, cliente;
+    } const casi[] = {
+        {5, "Fatture", "FATTURA", true, true},
+        {6, "Note di Credito Emesse", "Nota di Credito", false, true},
+        {7, "Preventivi", "PREVENTIVO", false, true},
+        {9, "Note di Credito Ricevute", "Nota di Credito", true, false},
+        {8, "", "", false, false},
+        {0, "", "", false, false},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.tipo);
+        EXPECT_EQ(TitoloTipoDocumento(c.tipo), c.registro);
+        EXPECT_EQ(TitoloStampaDocumento(c.tipo), c.stampa);
+        EXPECT_EQ(TipoAttivo(c.tipo), c.attivo);
+        EXPECT_EQ(TipoVersoCliente(c.tipo), c.cliente);
+    }
+}
+
+TEST_F(Numerazione, TipoDocumento) {
+    Doc(1, 1, "10/01/2026", "''", "''", 9);
+    EXPECT_EQ(TipoDocumento(1), 9);
+    EXPECT_EQ(TipoDocumento(2), 0);
+}
+
+}  // namespace

@@ -1,0 +1,194 @@
+// Settlement flags from the saved queries, and the journal kept in step with the payments.
+#include "archivio_prova.h"
+#include "payments/primanota.h"
+#include "payments/saldo.h"
+
+namespace {
+
+using namespace payments;
+
+class SaldoArchivio : public prova::ArchivioProva {
+protected:
+    double Flag(const std::string& tabella, const std::string& campo, long id) {
+        return store::CDbl(Valore("Select " + campo + " from " + tabella + " where ID=" + std::to_string(id), campo));
+    }
+    void Fattura(long id, double totale, long tipo = 5) {
+        Testata t;
+        t.tipo = tipo;
+        t.importoTotale = totale;
+        Documento(id, t);
+    }
+};
+
+TEST_F(SaldoArchivio, PagatoDelDocumentoDaiPagamenti) {
+    Fattura(1, 100);
+    struct Passo {
+        const char* nome;
+        std::string istruzione;
+        double pagato;
+    } const passi[] = {
+        {"nessun pagamento", "", 0},
+        {"acconto di 60", "Insert Into Pagamenti (ID,Documento,Cliente,ImportoPagamento) VALUES (1,1,1,60)", 0},
+        {"saldo di 40", "Insert Into Pagamenti (ID,Documento,Cliente,ImportoPagamento) VALUES (2,1,1,40)", -1},
+        {"tolto il saldo", "Delete from Pagamenti where ID=2", 0},
+        {"acconto portato a 150", "Update Pagamenti set ImportoPagamento=150 where ID=1", -1},
+    };
+    for (const auto& p : passi) {
+        SCOPED_TRACE(p.nome);
+        if (!p.istruzione.empty()) Esegui(p.istruzione);
+        AggiornaPagatoDocumento(1);
+        EXPECT_EQ(Flag("Documenti", "Pagato", 1), p.pagato);
+    }
+}
+
+TEST_F(SaldoArchivio, PagatoPerOgniTipo) {
+    struct Caso {
+        const char* nome;
+        long tipo;
+        double totale;
+        double pagamenti;
+        double pagato;
+    } const casi[] = {
+        {"fattura a zero", 5, 0, 0, -1},
+        {"nota di credito emessa pagata", 6, 50, 50, -1},
+        {"nota di credito ricevuta incassata in parte", 9, 50, 20, 0},
+        {"preventivo mai saldato", 7, 0, 0, 0},
+        {"totale negativo", 6, -10, 0, -1},
+    };
+    long id = 0;
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        ++id;
+        Fattura(id, c.totale, c.tipo);
+        if (c.pagamenti != 0) Pagamento(id, "Documento", id, c.pagamenti);
+        AggiornaPagatoDocumento(id);
+        EXPECT_EQ(Flag("Documenti", "Pagato", id), c.pagato);
+    }
+    EXPECT_NO_THROW(AggiornaPagatoDocumento(99));
+}
+
+TEST_F(SaldoArchivio, ScadenzeESpese) {
+    Esegui("Insert Into Scadenze (ID,Documento,ImportoScadenza,Pagata) VALUES (1,1,50,0)");
+    Esegui("Insert Into Spese (ID,Numero,Data,ImportoSpesa,Pagata) VALUES (1,'1','10/03/2026',80,0)");
+    EXPECT_EQ(ScadenzaSenzaPagamenti(1), Vero);
+    Pagamento(1, "Scadenza", 1, 50);
+    Pagamento(2, "Spesa", 1, 79.99, 0);
+    AggiornaPagataScadenza(1);
+    AggiornaPagataSpesa(1);
+    EXPECT_EQ(ScadenzaSenzaPagamenti(1), Falso);
+    EXPECT_EQ(Flag("Scadenze", "Pagata", 1), -1);
+    EXPECT_EQ(Flag("Spese", "Pagata", 1), 0);  // one cent still due
+    Esegui("Update Pagamenti set ImportoPagamento=80 where ID=2");
+    AggiornaPagataSpesa(1);
+    EXPECT_EQ(Flag("Spese", "Pagata", 1), -1);
+}
+
+TEST_F(SaldoArchivio, DomandeRispondonoMenoUno) {
+    Fattura(1, 100);
+    Esegui("Insert Into Scadenze (ID,Documento,ImportoScadenza) VALUES (1,1,100)");
+    Esegui("Insert Into Spese (ID,Numero,Data,ImportoSpesa) VALUES (1,'1','10/03/2026',80)");
+    EXPECT_EQ(DocumentoConScadenzeAperte(1), -1);
+    // The register's generation guard compares with "greater than zero" and is never stopped.
+    EXPECT_FALSE(DocumentoConScadenzeAperte(1) > 0);
+    EXPECT_EQ(DocumentoConPagamenti(1), 0);
+    EXPECT_EQ(MotivoBloccoDocumento(1), "Scadenze aperte");
+    Pagamento(1, "Scadenza", 1, 100);
+    Esegui("Update Pagamenti set Documento=1 where ID=1");
+    EXPECT_EQ(DocumentoConScadenzeAperte(1), 0);
+    EXPECT_EQ(MotivoBloccoDocumento(1), "Pagamenti presenti");
+    EXPECT_EQ(MotivoBloccoDocumento(2), "");
+
+    EXPECT_EQ(SpesaLibera(1), -1);
+    Esegui("Insert Into Scadenze (ID,Spesa,ImportoScadenza) VALUES (2,1,80)");
+    EXPECT_EQ(SpesaConScadenzeAperte(1), -1);
+    EXPECT_EQ(SpesaLibera(1), 0);
+    Esegui("Delete from Scadenze where ID=2");
+    Pagamento(2, "Spesa", 1, 10, 0);
+    EXPECT_EQ(SpesaConPagamenti(1), -1);
+    EXPECT_EQ(SpesaLibera(1), 0);
+}
+
+VocePrimaNota Voce(long pagamento, long modo, double importo, const std::string& descrizione) {
+    VocePrimaNota v;
+    v.data = store::DateSerial(2026, 3, 20);
+    v.descrizione = descrizione;
+    v.importo = importo;
+    v.tipo = store::Value::Long(modo);
+    v.destinazione = store::Value::Long(0);
+    v.pagamento = store::Value::Long(pagamento);
+    v.tipoPagamento = store::Value::Text("Bonifico");
+    v.cc = "IT60X";
+    return v;
+}
+
+class PrimaNotaArchivio : public prova::ArchivioProva {};
+
+TEST_F(PrimaNotaArchivio, InserimentoEAggiornamento) {
+    Esegui("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento) "
+           "VALUES (4,'01/01/2026','Apertura',0,0,1,0)");
+    ScriviPrimaNota(true, Voce(7, 1, 1234.5, "Incasso dell'acconto"));
+    ScriviPrimaNota(true, Voce(8, 2, 10, "Pagamento spesa"));
+    auto rs = db().OpenRecordset("Select * from PrimaNota where Pagamento=7");
+    ASSERT_FALSE(rs->Eof());
+    EXPECT_EQ(store::CLng(rs->get("ID")), 5);
+    EXPECT_EQ(rs->get("Descrizione").text(), "Incasso dell'acconto");
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Importo")), 1234.5);
+    EXPECT_EQ(store::CLng(rs->get("Tipo")), 0);
+    EXPECT_EQ(store::ShortDate(store::CDate(rs->get("Data"))), "20/03/2026");
+    EXPECT_EQ(store::CLng(Valore("Select Tipo from PrimaNota where Pagamento=8", "Tipo")), 1);
+
+    auto cambiata = Voce(7, 2, 99.99, "Rettifica");
+    cambiata.destinazione = store::Value::Long(2);
+    cambiata.data = store::DateSerial(2026, 3, 21);
+    ScriviPrimaNota(false, cambiata);
+    rs = db().OpenRecordset("Select * from PrimaNota where Pagamento=7");
+    EXPECT_EQ(rs->get("Descrizione").text(), "Rettifica");
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Importo")), 99.99);
+    EXPECT_EQ(store::ShortDate(store::CDate(rs->get("Data"))), "21/03/2026");
+    EXPECT_EQ(store::CLng(rs->get("Tipo")), 0);          // kept
+    EXPECT_EQ(store::CLng(rs->get("Destinazione")), 0);  // kept
+
+    // A payment older than the journal: nothing changes, nothing is created.
+    ScriviPrimaNota(false, Voce(9, 1, 5, "Vecchio"));
+    EXPECT_EQ(Conta("PrimaNota"), 3);
+
+    auto apice = Voce(7, 1, 5, "x");
+    apice.cc = "IT'60";
+    EXPECT_THROW(ScriviPrimaNota(false, apice), store::JetError);
+    EXPECT_NO_THROW(ScriviPrimaNota(true, apice));
+}
+
+TEST_F(PrimaNotaArchivio, PuliziaDegliOrfani) {
+    Pagamento(1, "Documento", 1, 10);
+    for (const auto& [id, pagamento] : {std::pair{1, 1}, {2, 2}, {3, 0}})
+        Esegui("Insert Into PrimaNota (ID,Data,Importo,Tipo,Destinazione,Pagamento) VALUES (" + std::to_string(id) +
+               ",'01/03/2026',1,0,0," + std::to_string(pagamento) + ")");
+    PulisciPrimaNota();
+    EXPECT_EQ(Conta("PrimaNota"), 2);
+    EXPECT_EQ(Conta("PrimaNota", "ID=2"), 0);
+}
+
+TEST_F(PrimaNotaArchivio, SaldoPrecedente) {
+    EXPECT_EQ(SaldoPrecedente(store::DateSerial(2026, 1, 1), 0), 0);
+    struct Riga {
+        const char* data;
+        double importo;
+        int tipo, destinazione;
+    } const righe[] = {
+        {"31/12/2025", 1000, 0, 0},  // outside the period
+        {"01/01/2026", 100.006, 0, 0}, {"15/02/2026", 30, 1, 0}, {"01/03/2026", 500, 0, 0},
+        {"10/02/2026", 70, 0, 1},  // another destination
+    };
+    long id = 0;
+    for (const auto& r : righe)
+        Esegui("Insert Into PrimaNota (ID,Data,Importo,Tipo,Destinazione,Pagamento) VALUES (" + std::to_string(++id) +
+               ",'" + r.data + "'," + Sql(r.importo) + "," + std::to_string(r.tipo) + "," +
+               std::to_string(r.destinazione) + ",0)");
+    EXPECT_EQ(SaldoPrecedente(store::DateSerial(2026, 1, 1), 0), 0);
+    // 100.006 - 30 = 70.006, shown and read back as 70,01.
+    EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 1), 0), 70.01);
+    EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 2), 0), 570.01);
+    EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 2), 1), 70);
+}
+
+}  // namespace

@@ -1,0 +1,182 @@
+// The instalment rule: equal shares with the difference on the last, month ends, holidays with
+// today's Easter, reminder dates. The clock is fixed in every test that touches holidays.
+#include <gtest/gtest.h>
+
+#include "payments/generazione_scadenze.h"
+#include "store/clock.h"
+#include "store/convert.h"
+#include "store/errors.h"
+
+namespace {
+
+using payments::PianoScadenze;
+using payments::RegolaScadenze;
+using payments::VersoAvviso;
+using store::DateSerial;
+
+class OrologioFisso : public ::testing::Test {
+protected:
+    void SetUp() override { store::fissaOrologio(DateSerial(2026, 6, 15)); }
+    void TearDown() override { store::fissaOrologio(std::nullopt); }
+};
+
+struct CasoImporti {
+    double totale;
+    int rate;
+    double quota, ultima;
+};
+
+TEST(ImportiRate, QuoteUgualiEDifferenzaSullUltima) {
+    const CasoImporti casi[] = {
+        {100, 3, 33.33, 33.34},
+        // 16.67 * 6 = 100.02: the last one gives back the two cents and is the smallest.
+        {100, 6, 16.67, 16.65},
+        // 8.33 * 12 = 99.96.
+        {100, 12, 8.33, 8.37},
+        {100, 1, 100, 100},
+        // No term: no share, the single instalment carries the total rounded.
+        {123.456, 0, 0, 123.46},
+        {-100, 3, -33.33, -33.34},
+        // 0.125 is an exact half: its share rounds to the even cent.
+        {0.25, 2, 0.12, 0.13},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(testing::Message() << c.totale << " in " << c.rate);
+        EXPECT_DOUBLE_EQ(payments::ImportoRata(c.totale, c.rate), c.quota);
+        EXPECT_DOUBLE_EQ(payments::ImportoUltimaRata(c.totale, c.rate), c.ultima);
+    }
+}
+
+RegolaScadenze Regola(double dal, int rate, std::initializer_list<long> giorni, double totale = 100) {
+    RegolaScadenze r;
+    r.totale = totale;
+    r.rate = rate;
+    r.dataConteggio = dal;
+    int i = 0;
+    for (long g : giorni) r.giorni[i++] = g;
+    return r;
+}
+
+TEST_F(OrologioFisso, PianoConNumeroDiRate) {
+    // Counting from Monday 2 March 2026.
+    const double dal = DateSerial(2026, 3, 2);
+    {
+        SCOPED_TRACE("nessuna condizione: una rata alla data di conteggio");
+        const auto piano = PianoScadenze(Regola(dal, 0, {}), false);
+        ASSERT_EQ(piano.size(), 1u);
+        EXPECT_EQ(piano[0].rata, 1);
+        EXPECT_EQ(piano[0].rate, 1);
+        EXPECT_EQ(piano[0].dataScadenza, dal);
+        EXPECT_DOUBLE_EQ(piano[0].importo, 100);
+    }
+    {
+        SCOPED_TRACE("tre rate a 30, 60, 90 giorni");
+        const auto piano = PianoScadenze(Regola(dal, 3, {30, 60, 90}), false);
+        ASSERT_EQ(piano.size(), 3u);
+        // 1 April (Wed), 1 May is a holiday -> 2 May (Sat, a working day), 31 May is a Sunday -> 1 June.
+        EXPECT_EQ(piano[0].dataScadenza, DateSerial(2026, 4, 1));
+        EXPECT_EQ(piano[1].dataScadenza, DateSerial(2026, 5, 2));
+        EXPECT_EQ(piano[2].dataScadenza, DateSerial(2026, 6, 1));
+        EXPECT_EQ(piano[2].rata, 3);
+        EXPECT_EQ(piano[2].rate, 3);
+        EXPECT_DOUBLE_EQ(piano[0].importo + piano[1].importo, 66.66);
+        EXPECT_DOUBLE_EQ(piano[2].importo, 33.34);
+    }
+    {
+        SCOPED_TRACE("dodici rate mensili a fine mese");
+        auto regola = Regola(dal, 12, {30, 60, 90, 120, 150, 180, 210, 240, 270, 300, 330, 360}, 1200);
+        regola.fineMese = true;
+        const auto piano = PianoScadenze(regola, false);
+        ASSERT_EQ(piano.size(), 12u);
+        // 2 March + 30 = 1 April -> 30 April (Thu); +360 = 25 Feb 2027 -> 28 Feb 2027, a Sunday -> 1 March 2027.
+        EXPECT_EQ(piano[0].dataScadenza, DateSerial(2026, 4, 30));
+        EXPECT_EQ(piano[11].dataScadenza, DateSerial(2027, 3, 1));
+        for (const auto& r : piano) EXPECT_DOUBLE_EQ(r.importo, 100);
+    }
+    EXPECT_THROW(PianoScadenze(Regola(dal, 13, {}), false), store::JetError);
+}
+
+TEST_F(OrologioFisso, FineMeseEFestivi) {
+    struct Caso {
+        const char* nome;
+        double dal;
+        long giorni;
+        bool fineMese;
+        double attesa;
+    } const casi[] = {
+        // 31 Jan 2025 + 30 = 2 March, + 60 = 1 April; to the month's end: 31 March and 30 April.
+        {"30 giorni fine mese", DateSerial(2025, 1, 31), 30, true, DateSerial(2025, 3, 31)},
+        {"60 giorni fine mese", DateSerial(2025, 1, 31), 60, true, DateSerial(2025, 4, 30)},
+        {"febbraio bisestile", DateSerial(2024, 2, 10), 0, true, DateSerial(2024, 2, 29)},
+        // 31 May 2026 is a Sunday: the month end moves into June.
+        {"fine mese di domenica", DateSerial(2026, 5, 3), 0, true, DateSerial(2026, 6, 1)},
+        {"domenica", DateSerial(2026, 3, 1), 0, false, DateSerial(2026, 3, 2)},
+        // 25 and 26 December, then Sunday 27: Monday 28 December 2026.
+        {"natale e santo stefano e domenica", DateSerial(2026, 12, 24), 1, false, DateSerial(2026, 12, 28)},
+        // Easter 2026 is 5 April: Easter Monday the 6th is skipped with the clock in 2026.
+        {"pasquetta", DateSerial(2026, 4, 6), 0, false, DateSerial(2026, 4, 7)},
+        // Easter 2025 is 20 April, but today is in 2026: the 21st is an ordinary Monday.
+        {"pasquetta di un altro anno", DateSerial(2025, 4, 21), 0, false, DateSerial(2025, 4, 21)},
+        {"sabato lavorativo", DateSerial(2026, 3, 7), 0, false, DateSerial(2026, 3, 7)},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        auto regola = Regola(c.dal, 1, {c.giorni});
+        regola.fineMese = c.fineMese;
+        EXPECT_EQ(store::ShortDate(PianoScadenze(regola, false)[0].dataScadenza), store::ShortDate(c.attesa));
+    }
+}
+
+TEST_F(OrologioFisso, DateDiAvviso) {
+    struct Caso {
+        const char* nome;
+        double scadenza;
+        const char* giorni;
+        VersoAvviso verso;
+        double avviso;
+    } const casi[] = {
+        {"cinque giorni prima di lunedi 10", DateSerial(2026, 8, 10), "5", VersoAvviso::GiorniPrima,
+         DateSerial(2026, 8, 5)},
+        // Friday 10 July - 5 = Sunday 5: the reminder moves forward to Monday 6.
+        {"indietro su una domenica va avanti", DateSerial(2026, 7, 10), "5", VersoAvviso::GiorniPrima,
+         DateSerial(2026, 7, 6)},
+        // Friday 10 April - 5 = Easter Sunday, then Easter Monday: Tuesday 7.
+        {"indietro su pasqua", DateSerial(2026, 4, 10), "5", VersoAvviso::GiorniPrima, DateSerial(2026, 4, 7)},
+        {"zero giorni", DateSerial(2026, 8, 10), "0", VersoAvviso::GiorniPrima, DateSerial(2026, 8, 10)},
+        {"tre giorni dopo in anteprima", DateSerial(2026, 8, 10), "3", VersoAvviso::GiorniDopo,
+         DateSerial(2026, 8, 13)},
+        // Thursday 13 August + 3 = Sunday 16 -> Monday 17 (15 August is passed over).
+        {"dopo su una domenica", DateSerial(2026, 8, 13), "3", VersoAvviso::GiorniDopo, DateSerial(2026, 8, 17)},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        auto regola = Regola(c.scadenza, 0, {});
+        regola.giorniAvviso = c.giorni;
+        regola.verso = c.verso;
+        const auto rata = PianoScadenze(regola, false)[0];
+        EXPECT_EQ(rata.dataScadenza, c.scadenza);
+        EXPECT_EQ(store::ShortDate(rata.dataAvviso), store::ShortDate(c.avviso));
+    }
+}
+
+TEST_F(OrologioFisso, GiorniDopoInScritturaLettiComeData) {
+    auto regola = Regola(DateSerial(2026, 8, 10), 0, {});
+    regola.verso = VersoAvviso::GiorniDopo;
+    regola.giorniAvviso = "3";
+    try {
+        PianoScadenze(regola, true);
+        FAIL() << "a bare number is no date";
+    } catch (const store::JetError& e) {
+        EXPECT_EQ(e.number(), 13);
+    }
+    // "Giorni Prima" reads a number in writing as well.
+    regola.verso = VersoAvviso::GiorniPrima;
+    EXPECT_EQ(PianoScadenze(regola, true)[0].dataAvviso, DateSerial(2026, 8, 7));
+}
+
+TEST(DidascaliaScadenze, TitoloNumeroEData) {
+    EXPECT_EQ(payments::DidascaliaDocumento(7, "12/A", DateSerial(2026, 3, 5)), "PREVENTIVO N.12/A del 05/03/2026");
+    EXPECT_EQ(payments::DidascaliaDocumento(8, "3", DateSerial(2026, 3, 5)), " N.3 del 05/03/2026");
+}
+
+}  // namespace

@@ -1,0 +1,199 @@
+// Totals through the engine: the per-line cascade and rounding run in SQL, the rest in the program.
+#include "archivio_prova.h"
+#include "expenses/totali_spesa.h"
+#include "sales/totali.h"
+
+namespace {
+
+using sales::CalcolaTotaliDocumento;
+
+class TotaliArchivio : public prova::ArchivioProva {
+protected:
+    void SetUp() override {
+        ArchivioProva::SetUp();
+        CodiceIva(1, 22);
+        CodiceIva(2, 4);
+        CodiceIva(3, 20);
+        CodiceIva(4, 0);
+    }
+
+    struct Attesi {
+        double imponibile, totIva, totNetto, totSpese, ritenuta, totale;
+    };
+
+    void ControllaTotali(long id, const Attesi& a) {
+        auto rs = db().OpenRecordset("Select * from Documenti where ID=" + std::to_string(id));
+        ASSERT_FALSE(rs->Eof());
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imponibile")), a.imponibile);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("TotIva")), a.totIva);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("TotNetto")), a.totNetto);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("TotSpese")), a.totSpese);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("TotRitenutaAcconto")), a.ritenuta);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("ImportoTotale")), a.totale);
+    }
+};
+
+TEST_F(TotaliArchivio, DocumentiCalcolatiDalleRighe) {
+    Testata sconti;
+    sconti.s1 = 10;
+    sconti.s2 = 10;
+    Documento(1, sconti);
+    Riga(1, 1, 100, 1);
+
+    Testata maggiorato;
+    maggiorato.ritenuta = 20;
+    maggiorato.maggiorazione = 10;
+    Documento(2, maggiorato);
+    Riga(2, 2, 60, 1);
+    Riga(3, 2, 40, 2);
+    Onere(1, 2, 50, 3);
+
+    Documento(3, {});
+    Riga(4, 3, 11.3449, 1);
+    Riga(5, 3, 50, 99);  // a VAT code that does not exist
+
+    Documento(4, {});
+    Riga(6, 4, 0.125, 4);
+    Riga(7, 4, 0.125, 4);
+
+    Documento(5, {});  // no lines, no charges
+
+    for (long id = 1; id <= 5; ++id) CalcolaTotaliDocumento(id);
+
+    {
+        SCOPED_TRACE("sconti in cascata: 100 -> 81, iva 17,82");
+        ControllaTotali(1, {100, 17.82, 81, 0, 0, 98.82});
+    }
+    {
+        // Lines 60 @22 (13.20) and 40 @4 (1.60); surcharge 10 with 2 of VAT; withholding 20 of 100;
+        // charge 50 @20 = 60.  16.8 + 110 + 60 - 20 = 166.8.
+        SCOPED_TRACE("maggiorazione, ritenuta e spese");
+        ControllaTotali(2, {110, 16.8, 110, 60, 20, 166.8});
+    }
+    {
+        // 11.3449 -> 11.34 with VAT 2.50 from the unrounded net; 50 without a code adds no VAT.
+        SCOPED_TRACE("iva dal netto non arrotondato e codice sconosciuto");
+        ControllaTotali(3, {61.34, 2.5, 61.34, 0, 0, 63.84});
+    }
+    {
+        SCOPED_TRACE("due righe da 0,125 fanno 0,24");
+        ControllaTotali(4, {0.24, 0, 0.24, 0, 0, 0.24});
+    }
+    {
+        SCOPED_TRACE("documento vuoto");
+        ControllaTotali(5, {0, 0, 0, 0, 0, 0});
+        // A zero total is settled at the first refresh.
+        EXPECT_EQ(store::CDbl(Valore("Select Pagato from Documenti where ID=5", "Pagato")), -1);
+        EXPECT_EQ(store::CDbl(Valore("Select Pagato from Documenti where ID=2", "Pagato")), 0);
+    }
+}
+
+TEST_F(TotaliArchivio, RicalcoloSostituisceINonSomma) {
+    Documento(1, {});
+    Riga(1, 1, 100, 1);
+    CalcolaTotaliDocumento(1);
+    Esegui("Update Movimenti set Importo=200 where ID=1");
+    CalcolaTotaliDocumento(1);
+    ControllaTotali(1, {200, 44, 200, 0, 0, 244});
+}
+
+TEST_F(TotaliArchivio, AttraversoLaGrigliaLaRigaCambiaSubito) {
+    Documento(1, {});
+    Riga(1, 1, 100, 1);
+    auto griglia = db().OpenRecordset("Select * from qrDocumenti where ID=1");
+    CalcolaTotaliDocumento(1, griglia.get());
+    EXPECT_DOUBLE_EQ(store::CDbl(griglia->get("ImportoTotale")), 122);
+    ControllaTotali(1, {100, 22, 100, 0, 0, 122});
+}
+
+TEST_F(TotaliArchivio, DocumentoAssenteNonScriveNulla) {
+    EXPECT_NO_THROW(CalcolaTotaliDocumento(42));
+    EXPECT_EQ(Conta("Documenti"), 0);
+}
+
+TEST_F(TotaliArchivio, SpeseDelDocumento) {
+    Documento(1, {});
+    Onere(1, 1, 50, 3);
+    Onere(2, 1, 10.125, 4);  // an exact half: 10.12
+    Onere(3, 1, 5, 99);      // unknown code: taxable only
+    EXPECT_DOUBLE_EQ(sales::TotaleSpeseDocumento(1), 50 + 10 + 10.12 + 5);
+    EXPECT_DOUBLE_EQ(sales::TotaleSpeseDocumento(2), 0);
+}
+
+TEST_F(TotaliArchivio, RiepilogoIvaUnisceLeRigheUguali) {
+    Testata t;
+    Documento(1, t);
+    Riga(1, 1, 60, 1);
+    Riga(2, 1, 40, 2);
+    Riga(3, 1, 50, 3);
+    Onere(1, 1, 50, 3);  // same figures as the line at 20: the Union keeps one of the two
+    Onere(2, 1, 30, 1);
+    auto rs = db().OpenRecordset(sales::SqlRiepilogoIvaDocumento(1));
+    struct Atteso {
+        long iva;
+        double netto, imposta, imponibile;
+    };
+    // Code 22: line 60 (13.20) and charge 30 (6.60) are two different rows and add up.
+    const Atteso attesi[] = {{1, 90, 19.8, 90}, {2, 40, 1.6, 40}, {3, 50, 10, 50}};
+    int trovati = 0;
+    for (; !rs->Eof(); rs->MoveNext(), ++trovati) {
+        const long iva = store::CLng(rs->get("ID"));
+        const Atteso* a = nullptr;
+        for (const auto& x : attesi)
+            if (x.iva == iva) a = &x;
+        ASSERT_NE(a, nullptr) << "codice " << iva;
+        SCOPED_TRACE(iva);
+        EXPECT_EQ(store::CLng(rs->get("Doc")), 1);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Netto")), a->netto);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imposta")), a->imposta);
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imponibile")), a->imponibile);
+    }
+    EXPECT_EQ(trovati, 3);
+}
+
+TEST_F(TotaliArchivio, IvaDelPeriodo) {
+    Testata marzo;
+    Documento(1, marzo);
+    Riga(1, 1, 100, 1);
+    Onere(1, 1, 100, 1);  // lines and charges give the same row: folded into one
+    Testata aprile;
+    aprile.data = "10/04/2026";
+    Documento(2, aprile);
+    Riga(2, 2, 10, 1);
+    Testata nota;
+    nota.tipo = 6;
+    Documento(3, nota);
+    Riga(3, 3, 1000, 1);
+
+    const double marzo1 = store::DateSerial(2026, 3, 1), marzo31 = store::DateSerial(2026, 3, 31);
+    auto rs = db().OpenRecordset(sales::SqlIvaPeriodo(5, marzo1, marzo31));
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imponibile")), 100);
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imposta")), 22);
+
+    rs = db().OpenRecordset(sales::SqlIvaPeriodo(5, marzo1, store::DateSerial(2026, 4, 30)));
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imponibile")), 210);
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imposta")), 46.2);
+}
+
+TEST_F(TotaliArchivio, TotaliDellaSpesa) {
+    Esegui("Insert Into Spese (ID,Numero,Data,RitenutaAcconto) VALUES (1,'1','10/03/2026',0)");
+    Esegui("Insert Into Spese (ID,Numero,Data,RitenutaAcconto) VALUES (2,'2','10/03/2026',20)");
+    Esegui("Insert Into Spese (ID,Numero,Data,RitenutaAcconto) VALUES (3,'3','10/03/2026',0)");
+    Esegui("Insert Into MovimentiSpese (ID,Spesa,Importo,Iva) VALUES (1,1,100,1)");
+    Esegui("Insert Into MovimentiSpese (ID,Spesa,Importo,Iva) VALUES (2,1,50,1)");
+    Esegui("Insert Into MovimentiSpese (ID,Spesa,Importo,Iva) VALUES (3,2,1000,1)");
+    for (long id = 1; id <= 3; ++id) expenses::CalcolaTotaliSpesa(id);
+    struct Caso {
+        long id;
+        double imponibile, iva, importo;
+    } const casi[] = {{1, 150, 33, 183}, {2, 1000, 220, 1020}, {3, 0, 0, 0}};
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.id);
+        const std::string sql = "Select * from Spese where ID=" + std::to_string(c.id);
+        EXPECT_DOUBLE_EQ(Numero(sql, "Imponibile"), c.imponibile);
+        EXPECT_DOUBLE_EQ(Numero(sql, "TotIva"), c.iva);
+        EXPECT_DOUBLE_EQ(Numero(sql, "ImportoSpesa"), c.importo);
+    }
+}
+
+}  // namespace
