@@ -1,5 +1,6 @@
 #include "store/convert.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <charconv>
@@ -208,9 +209,72 @@ bool looksLikeTime(std::string_view token) {
     return token.find(':') != std::string_view::npos || token.find('.') != std::string_view::npos;
 }
 
+bool isWordByte(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+}
+
+// Italian names and their three-letter forms, as Format writes them, and the English ones of literals.
+int monthOfWord(const std::string& word) {
+    static constexpr std::array<std::array<const char*, 2>, 12> kNames = {{
+        {"gennaio", "january"}, {"febbraio", "february"}, {"marzo", "march"},  {"aprile", "april"},
+        {"maggio", "may"},      {"giugno", "june"},       {"luglio", "july"},  {"agosto", "august"},
+        {"settembre", "september"}, {"ottobre", "october"}, {"novembre", "november"}, {"dicembre", "december"}}};
+    for (std::size_t m = 0; m < kNames.size(); ++m)
+        for (const std::string_view name : kNames[m])
+            if (word == name || (word.size() == 3 && name.substr(0, 3) == word)) return static_cast<int>(m) + 1;
+    return 0;
+}
+
+bool isWeekdayWord(const std::string& word) {
+    for (const char* day : {"domenica", "lunedì", "martedì", "mercoledì", "giovedì", "venerdì", "sabato", "lunedi",
+                            "martedi", "mercoledi", "giovedi", "venerdi"})
+        if (word == day) return true;
+    return false;
+}
+
+std::string lowerWord(std::string_view w) {
+    std::string out(w);
+    for (char& c : out) c = asciiLower(c);
+    return out;
+}
+
+struct NamedMonthText {
+    std::string text;
+    std::optional<DateOrder> order;  // a named month fixes which number is the day
+};
+
+// "martedì 5 marzo 2024" and "05-mar-24" become "5/3/2024" and "05/3/24": the weekday goes, the
+// month name becomes its number between date separators. Other words stay for the parser to refuse.
+NamedMonthText monthNamesToNumbers(std::string_view s) {
+    NamedMonthText out;
+    for (std::size_t i = 0; i < s.size();) {
+        if (!isWordByte(s[i])) { out.text += s[i++]; continue; }
+        const std::size_t start = i;
+        while (i < s.size() && isWordByte(s[i])) ++i;
+        const std::string word = lowerWord(s.substr(start, i - start));
+        const int month = monthOfWord(word);
+        if (isWeekdayWord(word)) continue;
+        if (month == 0) { out.text += s.substr(start, i - start); continue; }
+        std::string& t = out.text;
+        while (!t.empty() && (isBlank(t.back()) || t.back() == '-')) t.pop_back();
+        out.order = t.find_first_of("0123456789") == std::string::npos ? DateOrder::MonthFirst : DateOrder::DayFirst;
+        if (!t.empty()) t += '/';
+        t += std::to_string(month);
+        while (i < s.size() && (isBlank(s[i]) || s[i] == '-')) ++i;
+        std::size_t next = i;
+        while (next < s.size() && !isBlank(s[next])) ++next;
+        const bool yearFollows = i < s.size() && isDigit(s[i]) && !looksLikeTime(s.substr(i, next - i));
+        t += yearFollows ? '/' : ' ';
+    }
+    if (out.order) std::replace(out.text.begin(), out.text.end(), '-', '/');  // "Mar-5-2024"
+    return out;
+}
+
 // A date, a time or both, in that order, separated by blanks; the time may end in AM or PM.
 std::optional<double> parseDateTime(std::string_view text, DateOrder order) {
-    const auto tokens = splitOnBlanks(text);
+    const NamedMonthText named = monthNamesToNumbers(text);
+    const auto tokens = splitOnBlanks(named.text);
+    order = named.order.value_or(order);
     if (tokens.empty() || tokens.size() > 3) return std::nullopt;
     std::optional<double> day;
     std::optional<TimeOfDay> time;
@@ -278,6 +342,21 @@ std::optional<std::string> canonicalLocaleNumber(std::string_view s) {
     }
     if (i != s.size()) return std::nullopt;
     return out;
+}
+
+// The locale's currency sign may stand before the number (after any sign) or after it: "€ 12,50",
+// "-€ 12,50", "12,50 €".
+std::string withoutCurrencySign(std::string_view s) {
+    constexpr std::string_view kEuro = "\xE2\x82\xAC";
+    std::string sign;
+    if (!s.empty() && (s[0] == '-' || s[0] == '+') && s.substr(1, kEuro.size()) == kEuro) {
+        sign = s.substr(0, 1);
+        s.remove_prefix(1);
+    }
+    if (s.substr(0, kEuro.size()) == kEuro) return sign + std::string(trimBlanks(s.substr(kEuro.size())));
+    if (s.size() >= kEuro.size() && s.substr(s.size() - kEuro.size()) == kEuro)
+        return std::string(trimBlanks(s.substr(0, s.size() - kEuro.size())));
+    return std::string(s);
 }
 
 std::optional<double> readDouble(const std::string& canonical) {
@@ -374,14 +453,16 @@ std::string_view withoutTrailingSpaces(std::string_view s) {
     return s;
 }
 
-int compareFolded(const std::u32string& a, const std::u32string& b, bool accentsToo) {
-    const std::size_t n = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < n; ++i) {
-        char32_t x = foldCase(a[i]), y = foldCase(b[i]);
+// Walks both texts character by character, without copies: the collation runs for every
+// comparison of a sort.
+int compareFolded(std::string_view a, std::string_view b, bool accentsToo) {
+    std::size_t i = 0, j = 0;
+    while (i < a.size() && j < b.size()) {
+        char32_t x = foldCase(decodeUtf8(a, i)), y = foldCase(decodeUtf8(b, j));
         if (!accentsToo) { x = baseLetter(x); y = baseLetter(y); }
         if (x != y) return x < y ? -1 : 1;
     }
-    return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+    return (i < a.size()) - (j < b.size());
 }
 
 // ================================================================================================
@@ -582,7 +663,8 @@ std::optional<double> ParseDateLiteral(std::string_view body) {
 // ================================================================================================
 
 std::optional<double> ParseNumberText(std::string_view text) {
-    const std::string_view s = trimBlanks(text);
+    const std::string plain = withoutCurrencySign(trimBlanks(text));
+    const std::string_view s = plain;
     if (s.empty()) return std::nullopt;
     if (s[0] == '&') return prefixedNumber(s);
     auto canonical = canonicalLocaleNumber(s);
@@ -728,8 +810,7 @@ std::string ConcatText(const Value& v) {
 // ================================================================================================
 
 int CompareText(std::string_view a, std::string_view b) {
-    const std::u32string x = decodeAll(withoutTrailingSpaces(a));
-    const std::u32string y = decodeAll(withoutTrailingSpaces(b));
+    const std::string_view x = withoutTrailingSpaces(a), y = withoutTrailingSpaces(b);
     const int primary = compareFolded(x, y, false);
     return primary != 0 ? primary : compareFolded(x, y, true);
 }

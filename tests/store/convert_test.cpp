@@ -123,6 +123,14 @@ TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDate) {
         {"1/1/30", 10959},                   // 1930
         {"30/12/1899", 0},
         {"29/12/1899 06.00", -1.25},
+        {"martedì 5 marzo 2024", 45356},
+        {"05-mar-24", 45356},
+        {"5 Marzo", 45356},
+        {"marzo 2024", 45352},
+        {"5 marzo 2024 14.30", 45356 + k1430},
+        {"5 marzo 14.30", 45356 + k1430},
+        {"5 foo 2024", std::nullopt},
+        {"marzo", std::nullopt},
         {"29/02/2023", std::nullopt},
         {"31/04/2024", std::nullopt},
         {"", std::nullopt},
@@ -146,6 +154,8 @@ TEST_F(FixedClock, ParseDateLiteralReadsMonthFirst) {
         {"25/03/2024", 45376},  // no 25th month: 25 March
         {"2024-03-05", 45356},
         {"2024/3/5", 45356},
+        {"5-Mar-2024", 45356},  // a named month is the month whatever the order
+        {"Mar-5-2024", 45356},
         {"14:30", k1430},
         {"12/31/2024 2:30 PM", 45657 + k1430},
         {"12/31/2024 14:30:00", 45657 + k1430},
@@ -172,6 +182,7 @@ TEST(NumberTest, ParseNumberTextUsesTheDecimalComma) {
     const Case cases[] = {
         {"1.5", 15},          {"1.234,5", 1234.5}, {"2,5", 2.5},     {" -3 ", -3},      {"+7", 7},
         {"&H10", 16},         {"&hff", 255},       {"&HFFFF", -1},   {"&H10000", 65536}, {"&O17", 15},
+        {"€ 12,50", 12.5},     {"-€ 1.234,50", -1234.5}, {"12,50 €", 12.5}, {"€", std::nullopt},
         {"1e3", 1000},        {"2,5E-1", 0.25},    {",5", 0.5},      {"1.", 1},
         {"", std::nullopt},   {"  ", std::nullopt}, {"abc", std::nullopt}, {"1,2,3", std::nullopt},
         {",", std::nullopt},  {"1e", std::nullopt}, {"12a", std::nullopt}, {"&H", std::nullopt},

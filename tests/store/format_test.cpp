@@ -5,6 +5,7 @@
 #include <string>
 
 #include "convert_support.h"
+#include "store/convert.h"
 #include "store/format.h"
 
 using namespace store;
@@ -65,6 +66,19 @@ TEST(FormatTest, ValuesOfEveryKind) {
         {Value::Long(1), "0000", "0001"},           {Value::Int(-7), "00", "-07"},
     };
     for (const auto& c : cases) EXPECT_EQ(Format(c.v, c.mask), c.text) << c.mask;
+}
+
+TEST(FormatTest, WhatFormatWritesReadsBack) {
+    for (const char* mask : {"Long Date", "Medium Date", "Short Date", "dd/mm/yyyy", "d mmmm yyyy"}) {
+        const auto back = ParseDateText(Format(Value::Date(45356), mask));
+        ASSERT_TRUE(back.has_value()) << mask;
+        EXPECT_EQ(*back, 45356) << mask;
+    }
+    for (const char* mask : {"#,0.00", "Currency", "0.000", "Standard"}) {
+        const auto back = ParseNumberText(Format(Value::Double(-1234.5), mask));
+        ASSERT_TRUE(back.has_value()) << mask;
+        EXPECT_EQ(*back, -1234.5) << mask;
+    }
 }
 
 TEST(FormatTest, FormatNumberRoundsHalfAwayAndGroups) {
