@@ -93,6 +93,7 @@ struct SelItem {
     std::string alias;
     std::string starQual;  // 'T.*': T; '*': ""
     bool star = false;
+    bool aliasLiteral = false;  // AS 'text': the name comes from a literal
 };
 
 struct SelectCore {

@@ -374,7 +374,10 @@ private:
                 it.e = expr(3075);
                 if (acceptKw("as")) {
                     if (!isName() && peek().kind != Tok::String) fail(3141);
-                    if (peek().kind == Tok::String) it.alias = stringValue(s_, t_[p_++]);
+                    if (peek().kind == Tok::String) {
+                        it.alias = stringValue(s_, t_[p_++]);
+                        it.aliasLiteral = true;
+                    }
                     else it.alias = name(3141);
                 } else if (isName()) {
                     fail(3141);  // missing operator or comma

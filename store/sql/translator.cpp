@@ -873,6 +873,7 @@ private:
                 continue;
             }
             R r = expr(*it.e, cx);
+            if (it.aliasLiteral) cacheable_ = false;
             OutCol oc;
             oc.ty = r.logical ? Ty::Bool : r.ty;
             oc.size = r.size;
@@ -897,8 +898,9 @@ private:
             for (std::size_t j = 0; j < out.cols.size(); ++j)
                 if (i != j && out.cols[j].fromColumn && iequals(out.cols[i].name, out.cols[j].name) &&
                     !iequals(out.cols[i].srcAlias, out.cols[j].srcAlias)) {
+                    const std::string clash = out.cols[i].name;
                     for (std::size_t k = 0; k < out.cols.size(); ++k)
-                        if (out.cols[k].fromColumn && iequals(out.cols[k].name, out.cols[i].name) &&
+                        if (out.cols[k].fromColumn && iequals(out.cols[k].name, clash) &&
                             out.cols[k].name.find('.') == std::string::npos)
                             out.cols[k].name = out.cols[k].srcAlias + "." + out.cols[k].name;
                     break;

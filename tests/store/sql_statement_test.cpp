@@ -1,0 +1,363 @@
+// Statements of the dialect run for real on SQLite: selects over joins and saved queries, TOP with
+// ties, UNION, derived tables, aggregates, multi-table DELETE, INSERT/UPDATE conversions, HAVING
+// moved to WHERE, column names and types, updatable results, error numbers, the cache.
+#include <gtest/gtest.h>
+
+#include "sql_support.h"
+#include "store/clock.h"
+
+using sqltest::TestDb;
+using store::FieldType;
+using store::sql::StatementKind;
+
+namespace {
+
+class SqlStmt : public ::testing::Test {
+protected:
+    void SetUp() override {
+        store::fissaOrologio(store::DateSerial(2024, 3, 5) + 0.5);
+        db.table("Clienti", {"ID:L", "DescCliente:S50", "DescCliente2:S50", "Sconto1:D", "Note:M"});
+        db.table("Fornitori", {"ID:L", "DescFornitore:S50", "DescFornitore2:S50"});
+        db.table("CodiciIva", {"ID:L", "DescIva:S30", "AliquotaIva:D"});
+        db.table("Documenti", {"ID:L", "Tipo:L", "Numero:L", "Prefisso:S10", "Suffisso:S10", "Data:T",
+                               "Cliente:L", "Fornitore:L", "Pagato:B", "ImportoTotale:D"});
+        db.table("Movimenti", {"ID:L", "Documento:L", "DescMovimento:S100", "Importo:D", "Iva:L"}, {"Documento"});
+        db.table("Pagamenti", {"ID:L", "Documento:L", "Cliente:L", "ImportoPagamento:D", "DataPagamento:T"});
+        db.table("PrimaNota", {"ID:L", "Data:T", "Descrizione:S100", "Importo:D", "Tipo:L", "Pagamento:L"});
+        db.table("Spese", {"ID:L", "Numero:S20", "Data:T", "Fornitore:L", "Pagata:B", "ImportoSpesa:D"});
+        db.table("Note", {"ID:L", "Descrizione:S50", "Predefinita:B"});
+        db.raw("INSERT INTO Clienti VALUES (1,'Rossi','Mario',10,NULL),(2,'bianchi',NULL,0,'x'),(3,'Àlfa',' srl',0,NULL)");
+        db.raw("INSERT INTO Fornitori VALUES (1,'Verdi','Spa')");
+        db.raw("INSERT INTO CodiciIva VALUES (1,'Iva 22',22),(2,'Iva 10',10)");
+        db.raw("INSERT INTO Documenti VALUES "
+               "(1,5,1,'A',NULL,'2024-01-10',1,0,-1,122),"
+               "(2,5,2,'A','',  '2024-02-10',2,0,0,110),"
+               "(3,9,3,NULL,NULL,'2024-03-01',0,1,0,50),"
+               "(4,7,4,'B',NULL,'2024-03-05 10:30:00',3,0,0,0)");
+        db.raw("INSERT INTO Movimenti VALUES (1,1,'Uno',100,1),(2,2,'Due',60,2),(3,2,'Tre',40,2),(4,3,'Quattro',50,9),"
+               "(5,99,'Orfano',5,1)");
+        db.raw("INSERT INTO Pagamenti VALUES (1,1,1,100,'2024-01-20'),(2,1,1,22,'2024-01-25'),(3,2,2,10,'2024-02-20')");
+        db.raw("INSERT INTO PrimaNota VALUES (1,'2024-01-01','Saldo',5,0,0),(2,'2024-01-20','Inc',100,0,1),"
+               "(3,'2024-01-21','Orfana',3,1,77)");
+        db.raw("INSERT INTO Spese VALUES (1,'12','2024-01-05',1,-1,10),(2,'x3','2024-01-06',1,0,20),(3,'7','2024-02-01',1,0,30)");
+    }
+    void TearDown() override { store::fissaOrologio(std::nullopt); }
+    TestDb db;
+};
+
+TEST_F(SqlStmt, SelectWhereOrderAndCollation) {
+    EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente='ROSSI'"), "1");
+    EXPECT_EQ(db.rows("Select ID from Clienti order by DescCliente"), "3;2;1");
+    EXPECT_EQ(db.rows("Select ID from Clienti order by DescCliente desc"), "1;2;3");
+    EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente Like '*oss*'"), "1");
+    EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente Like '**' order by ID"), "1;2;3");
+    EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente2 Like '**' order by ID"), "1;3");
+    EXPECT_EQ(db.rows("Select [ID] from [Clienti] where [DescCliente] = \"bianchi  \""), "2");
+    EXPECT_EQ(db.rows("SELECT id FROM clienti WHERE descCLIENTE='àlfa'"), "3");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Pagato=True"), "1");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Pagato=False order by ID"), "2;3;4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Pagato order by ID"), "1");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Not Pagato order by ID"), "2;3;4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Pagato > 0"), "");
+    EXPECT_EQ(db.rows("Select ID from Documenti where (Prefisso='A' or IsNull(Prefisso)) and Tipo=5 order by ID"), "1;2");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Tipo In (7, 9) order by ID"), "3;4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Numero Between 2 And 3 order by ID"), "2;3");
+    EXPECT_EQ(db.rows("Select ID from [Note]"), "");
+}
+
+TEST_F(SqlStmt, DatesInConditions) {
+    EXPECT_EQ(db.rows("Select ID from Documenti where DateValue(Data)>=DateValue('10/02/2024') order by ID"), "2;3;4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where DateValue(Data)=DateValue('05/03/2024')"), "4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where DateValue(Data)=DateValue(Now)"), "4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Data < #02/01/2024#"), "1");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Data = '10/01/2024'"), "1");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Month(Data)=3 order by ID"), "3;4");
+    EXPECT_EQ(db.rows("Select ID, Data from Documenti where ID=4"), "4|d:2024-03-05 10:30:00");
+    EXPECT_EQ(db.rows("Select DatePart('m',Data) as M, Count(*) as N from Documenti Group By DatePart('m',Data)"),
+              "1|1;2|1;3|2");
+}
+
+TEST_F(SqlStmt, JoinsAndConcatenation) {
+    EXPECT_EQ(db.rows("Select Documenti.ID, Fornitori.DescFornitore & ' ' & Fornitori.DescFornitore2 & "
+                      "Clienti.DescCliente & ' ' & Clienti.DescCliente2 as Nome "
+                      "from (Documenti LEFT JOIN Clienti ON Documenti.Cliente = Clienti.ID) "
+                      "LEFT JOIN Fornitori ON Documenti.Fornitore = Fornitori.ID order by Documenti.ID"),
+              "1| Rossi Mario;2| bianchi ;3|Verdi Spa ;4| Àlfa  srl");
+    EXPECT_EQ(db.rows("Select Movimenti.ID, CodiciIva.AliquotaIva from Movimenti INNER JOIN CodiciIva "
+                      "ON Movimenti.Iva = CodiciIva.ID order by Movimenti.ID"),
+              "1|22;2|10;3|10;5|22");
+    EXPECT_EQ(db.rows("Select Top 1 AliquotaIva,DescIva From Movimenti Left Join CodiciIva on "
+                      "Movimenti.Iva=CodiciIva.ID where movimenti.documento=2"),
+              "10|Iva 10");
+    EXPECT_EQ(db.rows("Select m.ID from Movimenti m, Documenti d where m.Documento = d.ID and d.Tipo = 9"), "4");
+    EXPECT_EQ(db.rows("Select DescCliente & DescCliente2 from Clienti where ID=1"), "RossiMario");
+}
+
+TEST_F(SqlStmt, ColumnNamesAndTypes) {
+    auto r = db.run("Select ID, ID*2, DescCliente as Nome, Sconto1+1, 'a' & 1, Sconto1 > 1 from Clienti where ID=1");
+    EXPECT_EQ(r.names(), "ID,Expr1000,Nome,Expr1001,Expr1002,Expr1003");
+    EXPECT_EQ(r.t.columns[1].type, FieldType::Long);
+    EXPECT_EQ(r.t.columns[2].type, FieldType::Text);
+    EXPECT_EQ(r.t.columns[2].size, 50);
+    EXPECT_EQ(r.t.columns[3].type, FieldType::Double);
+    EXPECT_EQ(r.t.columns[4].type, FieldType::Text);
+    EXPECT_EQ(r.t.columns[5].type, FieldType::Boolean);
+    EXPECT_EQ(r.text(), "1|2|Rossi|11|a1|True");
+
+    auto j = db.run("Select * from Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID where Movimenti.ID=1");
+    EXPECT_EQ(j.t.columns[0].name, "Movimenti.ID");
+    EXPECT_EQ(j.t.columns[1].name, "Documento");
+    EXPECT_EQ(j.t.columns[5].name, "Documenti.ID");
+
+    auto a = db.run("Select Sum(ImportoTotale) as S, Sum(Numero) as N, Count(*) as C, Max(Data) as D, "
+                    "DateValue('01/01/2024') as V, Avg(Numero) from Documenti");
+    EXPECT_EQ(a.t.columns[0].type, FieldType::Double);
+    EXPECT_EQ(a.t.columns[1].type, FieldType::Long);
+    EXPECT_EQ(a.t.columns[2].type, FieldType::Long);
+    EXPECT_EQ(a.t.columns[3].type, FieldType::Date);
+    EXPECT_EQ(a.t.columns[4].type, FieldType::Date);
+    EXPECT_EQ(a.t.columns[5].name, "Expr1000");
+    EXPECT_EQ(a.text(), "282|10|4|d:2024-03-05 10:30:00|d:2024-01-01|2.5");
+}
+
+TEST_F(SqlStmt, AggregatesAndNulls) {
+    EXPECT_EQ(db.rows("Select Sum(Importo) from Movimenti where Documento=-1"), "Null");
+    EXPECT_EQ(db.rows("Select Count(*) from Movimenti where Documento=-1"), "0");
+    EXPECT_EQ(db.rows("Select Documento, Sum(Importo) from Movimenti where Documento=-1 Group By Documento"), "");
+    EXPECT_EQ(db.rows("Select Count(Prefisso), Count(*) from Documenti"), "3|4");
+    EXPECT_EQ(db.rows("Select Min(DescCliente), Max(DescCliente) from Clienti"), "Àlfa|Rossi");
+    EXPECT_EQ(db.rows("Select Max(cdbl(Numero)) as dNum from Spese where IsNumeric(Numero) and "
+                      "DateValue(Data)>=DateValue('01/01/2024')"),
+              "12");
+    EXPECT_EQ(db.rows("Select Prefisso From Documenti where Tipo=5 Group By Prefisso"), "A");
+    EXPECT_EQ(db.rows("Select Suffisso From Documenti where Tipo=5 Group By Suffisso"), "Null;");
+    EXPECT_EQ(db.rows("SELECT Sum(IIf(IsNull([ImportoPagamento]),0,[ImportoPagamento])) AS ImportoPagato FROM "
+                      "Documenti LEFT JOIN Pagamenti ON Documenti.ID = Pagamenti.Documento Where (Documenti.Tipo = 5)"),
+              "132");
+    EXPECT_EQ(db.rows("Select Distinct DescCliente from Clienti where ID < 3 order by DescCliente"), "bianchi;Rossi");
+}
+
+TEST_F(SqlStmt, TopWithTies) {
+    db.raw("INSERT INTO Movimenti VALUES (6,2,'Sei',60,2)");
+    EXPECT_EQ(db.rows("Select Top 1 ID from Movimenti"), "1");
+    EXPECT_EQ(db.rows("Select Top 2 ID from Movimenti order by Importo desc, ID"), "1;2");
+    auto r = db.run("Select Top 2 ID, Importo from Movimenti order by Importo desc");
+    EXPECT_EQ(r.rows.size(), 3u);  // 100, then 60 and 60 tied with the 2nd
+    EXPECT_EQ(r.names(), "ID,Importo");
+    EXPECT_EQ(db.rows("Select Top 1 * from Pagamenti order by ID desc"), "3|2|2|10|d:2024-02-20");
+    EXPECT_EQ(db.rows("Select Top 50 Percent ID from Movimenti order by ID"), "1;2;3");
+}
+
+TEST_F(SqlStmt, UnionAndDerivedTables) {
+    EXPECT_EQ(db.rows("Select ID, DescCliente as Nome from Clienti where ID=1 UNION "
+                      "Select ID, DescFornitore from Fornitori order by Nome"),
+              "1|Rossi;1|Verdi");
+    EXPECT_EQ(db.rows("Select 1 as X from Clienti UNION Select 1 from Fornitori"), "1");
+    EXPECT_EQ(db.rows("Select 1 as X from Clienti where ID=1 UNION ALL Select 1 from Fornitori"), "1;1");
+    EXPECT_EQ(db.run("Select 'ROSSI' as N from Fornitori UNION Select DescCliente from Clienti where ID=1").rows.size(), 1u);
+    EXPECT_EQ(db.rows("SELECT Sum(Netto1) AS Netto FROM (SELECT Documenti.ID, Sum(Round([Importo],2)) AS Netto1 "
+                      "FROM Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID "
+                      "GROUP BY Documenti.ID Having (((Documenti.ID) = 2)))"),
+              "100");
+    EXPECT_EQ(db.rows("Select Sum(Entrate) as E from (Select Importo as Entrate, Descrizione from PrimaNota) "
+                      "where lcase(Descrizione)<>'saldo precedente'"),
+              "108");
+    EXPECT_EQ(db.rows("Select * from (Select ID from Clienti) as x where x.ID = 2"), "2");
+    EXPECT_EQ(db.rows("Select Round(Sum(Netto1),2) as Imponibile from (SELECT Sum(Importo) AS Netto1 FROM Movimenti "
+                      "Where Documento=2 Union SELECT Sum(Importo) AS Netto1 FROM Movimenti Where Documento=2)"),
+              "100");
+}
+
+TEST_F(SqlStmt, HavingOnGroupedColumnsMovesToWhere) {
+    const char* q = "SELECT Documenti.ID, Sum(Round([Importo],2)) AS Imponibile1, "
+                    "Sum(Round([Importo]/100*[AliquotaIva],2)) AS Imposta1 "
+                    "FROM (Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID) "
+                    "LEFT JOIN CodiciIva ON Movimenti.Iva = CodiciIva.ID "
+                    "GROUP BY Documenti.ID HAVING (((Documenti.ID)=2))";
+    auto r = db.run(q);
+    EXPECT_EQ(r.text(), "2|100|10");
+    auto where = r.t.sql.find(" WHERE ");
+    ASSERT_NE(where, std::string::npos) << r.t.sql;
+    EXPECT_EQ(r.t.sql.find(" HAVING "), std::string::npos) << r.t.sql;
+    // an aggregate condition stays in HAVING
+    auto h = db.run("SELECT Documento, Sum(Importo) as S FROM Movimenti GROUP BY Documento HAVING Sum(Importo)>60");
+    EXPECT_EQ(h.text(), "1|100;2|100");
+    EXPECT_NE(h.t.sql.find(" HAVING "), std::string::npos);
+}
+
+TEST_F(SqlStmt, DeleteMultiTable) {
+    db.run("Delete Movimenti.* from Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID "
+           "WHERE (((Documenti.Pagato)=True)) And DateValue(Documenti.Data)<=DateValue('31/12/2024')");
+    EXPECT_EQ(db.rows("Select ID from Movimenti order by ID"), "2;3;4;5");
+    db.run("Delete PrimaNota.* from PrimaNota LEFT JOIN Pagamenti ON PrimaNota.Pagamento = Pagamenti.ID "
+           "WHERE IsNull(Pagamenti.ID) AND PrimaNota.Pagamento<>0");
+    EXPECT_EQ(db.rows("Select ID from PrimaNota order by ID"), "1;2");
+    db.run("Delete from Movimenti where Documento=2");
+    EXPECT_EQ(db.rows("Select ID from Movimenti order by ID"), "4;5");
+    db.run("Delete * from PrimaNota");
+    EXPECT_EQ(db.rows("Select Count(*) from PrimaNota"), "0");
+    db.run("Delete Documenti.* from Documenti Where Pagato=False And DateValue(Documenti.Data)<=DateValue('01/03/2024')");
+    EXPECT_EQ(db.rows("Select ID from Documenti order by ID"), "1;4");
+}
+
+TEST_F(SqlStmt, InsertAndUpdateConvert) {
+    db.run("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Pagamento) VALUES "
+           "(10,'31/12/2024','Saldo esercizio precedente',12.5,0,0)");
+    EXPECT_EQ(db.rows("Select Data, Importo from PrimaNota where ID=10"), "d:2024-12-31|12.5");
+    db.run("Insert into [Note] (ID,Descrizione,Predefinita) Values (1,'x',1)");
+    EXPECT_EQ(db.rows("Select Predefinita from [Note] where Predefinita=True"), "True");
+    db.run("Update [Note] set Predefinita=False");
+    EXPECT_EQ(db.rows("Select Predefinita from [Note]"), "False");
+    db.run("Update Documenti set Pagato=True where ID=2");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Pagato=True order by ID"), "1;2");
+    db.run("Update Documenti set Data='01/04/2024', Numero='12' where ID=3");
+    EXPECT_EQ(db.rows("Select Data, Numero from Documenti where ID=3"), "d:2024-04-01|12");
+    db.run("UPDATE Documenti SET [Prefisso]=0 WHERE IsNull([Prefisso])");
+    EXPECT_EQ(db.rows("Select Count(*) from Documenti where Prefisso='0'"), "1");
+    EXPECT_EQ(db.error("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (3,'"
+                       "1234567890123456789012345678901',4)"),
+              3163);
+    EXPECT_EQ(db.error("Update CodiciIva set DescIva='1234567890123456789012345678901' where ID=1"), 3163);
+    EXPECT_EQ(db.error("Insert Into Documenti (ID, Numero) VALUES (9, 3000000000)"), 6);
+    EXPECT_EQ(db.error("Insert Into Documenti (ID, Numero) VALUES (9)"), 3346);
+    EXPECT_EQ(db.error("Insert Into Documenti (ID, Nope) VALUES (9, 1)"), 3127);
+    db.run("Insert Into CodiciIva Select ID+10, DescIva, AliquotaIva from CodiciIva");
+    EXPECT_EQ(db.rows("Select Count(*) from CodiciIva"), "4");
+    db.run("Update PrimaNota set Importo=Importo*2, Descrizione=Descrizione & '!' where Pagamento=0");
+    EXPECT_EQ(db.rows("Select Importo, Descrizione from PrimaNota where ID=1"), "10|Saldo!");
+    db.run("Update Documenti LEFT JOIN Clienti ON Documenti.Cliente = Clienti.ID set Documenti.ImportoTotale = "
+           "Clienti.Sconto1 where Clienti.DescCliente='Rossi'");
+    EXPECT_EQ(db.rows("Select ImportoTotale from Documenti where ID=1"), "10");
+}
+
+TEST_F(SqlStmt, SavedQueriesAndUpdatability) {
+    auto q = db.query("qrClienti", "SELECT Clienti.*, Clienti.DescCliente & ' ' & Clienti.DescCliente2 AS Denominazione, "
+                                   "CodiciIva.DescIva FROM Clienti LEFT JOIN CodiciIva ON Clienti.Sconto1 = CodiciIva.ID");
+    EXPECT_EQ(q.baseTable, "Clienti");
+    EXPECT_TRUE(q.hasRowid);
+    EXPECT_EQ(db.rows("Select Denominazione from qrClienti where ID=1"), "Rossi Mario");
+    EXPECT_EQ(db.rows("Select ID from qrClienti where Denominazione Like '*àlfa*'"), "3");
+    auto r = db.run("Select * from qrClienti where ID=2");
+    EXPECT_EQ(r.t.baseTable, "Clienti");
+    EXPECT_TRUE(r.t.hasRowid);
+    EXPECT_EQ(r.t.columns[1].baseColumn, "DescCliente");
+    EXPECT_EQ(r.names(), "ID,DescCliente,DescCliente2,Sconto1,Note,Denominazione,DescIva");
+    EXPECT_EQ(r.t.columns[5].baseColumn, "");
+    auto s = db.run("Select qrClienti.* from qrClienti where ID<0");
+    EXPECT_EQ(s.rows.size(), 0u);
+    EXPECT_EQ(s.t.columns.size(), 7u);
+    EXPECT_TRUE(s.t.hasRowid);
+    auto g = db.run("Select Count(*) from qrClienti");
+    EXPECT_FALSE(g.t.hasRowid);
+    EXPECT_EQ(g.t.baseTable, "");
+    // joined to a table
+    EXPECT_EQ(db.rows("Select Documenti.ID, qrClienti.Denominazione from Documenti LEFT JOIN qrClienti ON "
+                      "Documenti.Cliente = qrClienti.ID where Documenti.ID=1"),
+              "1|Rossi Mario");
+    // an aggregate query is not writable
+    auto a = db.query("qrTot", "Select Documento, Sum(Importo) as Tot from Movimenti group by Documento");
+    EXPECT_EQ(a.baseTable, "");
+    EXPECT_EQ(db.rows("Select Tot from qrTot where Documento=2"), "100");
+    // delete through a writable query reaches its base table
+    db.run("Delete from qrClienti where ID=3");
+    EXPECT_EQ(db.rows("Select Count(*) from Clienti"), "2");
+    // the hidden rowid is the base row's
+    auto t = db.run("Select * from Documenti where ID=2");
+    EXPECT_TRUE(t.t.hasRowid);
+    EXPECT_EQ(t.t.columns.size(), 10u);
+}
+
+TEST_F(SqlStmt, SyntaxAndNameErrors) {
+    EXPECT_EQ(db.error("SELECT * from Spese Numero>0"), 3131);
+    EXPECT_EQ(db.error("SELECT * from Documenti where Cliente<>0 Tipo=6"), 3075);
+    EXPECT_EQ(db.error("Select * from Nessuna"), 3078);
+    EXPECT_EQ(db.error("Select Nope from Clienti"), 3061);
+    EXPECT_EQ(db.error("Select * from Clienti where Nz(Sconto1)=0"), 3085);
+    EXPECT_EQ(db.error("Select Foo(1) from Clienti"), 3085);
+    EXPECT_EQ(db.error("Select IsNull(1, 2) from Clienti"), 3075);
+    EXPECT_EQ(db.error("Select * from Clienti order by"), 3138);
+    EXPECT_EQ(db.error("Insert Into Clienti VALUES"), 3134);
+    EXPECT_EQ(db.error("Update Clienti Sconto1=0"), 3144);
+    EXPECT_EQ(db.error("Selec * from Clienti"), 3129);
+    EXPECT_EQ(db.error("Select * from Clienti where (ID=1"), 3075);
+    EXPECT_EQ(db.error("Select * from Clienti where ID=#99/99/2024#"), 3075);
+    EXPECT_EQ(db.error("Select * from Clienti where DescCliente='abc"), 3075);
+    EXPECT_EQ(db.error("Select * from"), 3131);
+    EXPECT_EQ(db.error("Select ID from Clienti, Documenti"), 3079);
+    EXPECT_EQ(db.error("Select Sum(ID) from Clienti where Sum(ID)>1"), 3096);
+    EXPECT_EQ(db.error("Select ID from Clienti UNION Select ID, DescCliente from Clienti"), 3307);
+    try {
+        db.run("Select A, B, A, Clienti.C from Clienti");
+        FAIL();
+    } catch (const store::JetError& e) {
+        EXPECT_EQ(e.number(), 3061);
+        EXPECT_NE(std::string(e.what()).find("Previsto 3"), std::string::npos) << e.what();
+    }
+    std::string deep(300, '(');
+    EXPECT_EQ(db.error("Select " + deep + "1" + std::string(300, ')')), 3075);
+}
+
+TEST_F(SqlStmt, Ddl) {
+    auto t = db.translator().translate(
+        "CREATE TABLE Prova (ID COUNTER CONSTRAINT pk PRIMARY KEY, Nome TEXT(40) NOT NULL, Memo1 MEMO, "
+        "Importo CURRENCY, Quando DATETIME, Fatto YESNO, N SHORT, B BYTE, S SINGLE, D DOUBLE, L LONG)");
+    ASSERT_EQ(t.kind, StatementKind::Ddl);
+    ASSERT_TRUE(t.ddl);
+    EXPECT_EQ(t.ddl->op, store::sql::DdlCommand::Op::CreateTable);
+    ASSERT_EQ(t.ddl->fields.size(), 11u);
+    EXPECT_TRUE(t.ddl->fields[0].counter);
+    EXPECT_TRUE(t.ddl->fields[0].primaryKey);
+    EXPECT_EQ(t.ddl->fields[1].size, 40);
+    EXPECT_TRUE(t.ddl->fields[1].notNull);
+    EXPECT_EQ(t.ddl->fields[2].type, FieldType::Memo);
+    EXPECT_EQ(t.ddl->fields[3].type, FieldType::Currency);
+    EXPECT_EQ(t.ddl->fields[4].type, FieldType::Date);
+    EXPECT_EQ(t.ddl->fields[5].type, FieldType::Boolean);
+    EXPECT_EQ(t.ddl->fields[6].type, FieldType::Integer);
+    EXPECT_EQ(t.ddl->fields[7].type, FieldType::Byte);
+    EXPECT_EQ(t.ddl->fields[8].type, FieldType::Single);
+    auto ix = db.translator().translate("CREATE UNIQUE INDEX ixNome ON Prova (Nome DESC, ID) WITH PRIMARY");
+    EXPECT_EQ(ix.ddl->op, store::sql::DdlCommand::Op::CreateIndex);
+    EXPECT_TRUE(ix.ddl->unique && ix.ddl->primary);
+    EXPECT_EQ(ix.ddl->indexFields.size(), 2u);
+    auto al = db.translator().translate("ALTER TABLE Clienti ALTER COLUMN DescCliente TEXT(80)");
+    EXPECT_EQ(al.ddl->op, store::sql::DdlCommand::Op::AlterColumn);
+    EXPECT_EQ(al.ddl->fields[0].size, 80);
+    auto ad = db.translator().translate("ALTER TABLE Aziende ADD COLUMN CodiceFiscale TEXT(16)");
+    EXPECT_EQ(ad.ddl->op, store::sql::DdlCommand::Op::AddColumn);
+    auto dc = db.translator().translate("ALTER TABLE Aziende DROP COLUMN CodiceFiscale");
+    EXPECT_EQ(dc.ddl->op, store::sql::DdlCommand::Op::DropColumn);
+    EXPECT_EQ(db.translator().translate("DROP TABLE Prova").ddl->op, store::sql::DdlCommand::Op::DropTable);
+    auto di = db.translator().translate("DROP INDEX ixNome ON Prova");
+    EXPECT_EQ(di.ddl->index, "ixNome");
+    EXPECT_EQ(db.error("CREATE TABLE X (ID LONG, ID TEXT)"), 3191);
+    EXPECT_EQ(db.error("CREATE TABLE X (ID NOTYPE)"), 3290);
+    EXPECT_EQ(db.error("ALTER TABLE X FROB"), 3293);
+    EXPECT_EQ(db.error("DROP VIEW X"), 3295);
+}
+
+TEST_F(SqlStmt, CacheReusesTranslationWithNewLiterals) {
+    auto& tr = db.translator();
+    std::size_t before = tr.cacheSize();
+    EXPECT_EQ(db.rows("Select * from Clienti where ID=1 and DescCliente='Rossi'").substr(0, 7), "1|Rossi");
+    std::size_t after = tr.cacheSize();
+    EXPECT_EQ(after, before + 1);
+    EXPECT_EQ(db.rows("Select * from Clienti where ID=2 and DescCliente='bianchi'").substr(0, 9), "2|bianchi");
+    EXPECT_EQ(tr.cacheSize(), after);
+    // a literal of another kind is another statement
+    EXPECT_EQ(db.rows("Select ID from Clienti where ID=1.0"), "1");
+    EXPECT_EQ(tr.cacheSize(), after + 1);
+    auto t1 = tr.translate("Select * from Documenti where Data=#01/10/2024#");
+    auto t2 = tr.translate("Select * from Documenti where Data=#02/10/2024#");
+    EXPECT_EQ(t1.sql, t2.sql);
+    ASSERT_EQ(t2.params.size(), 1u);
+    EXPECT_EQ(t2.params[0].text(), "2024-02-10");
+    // an invalid date in a cached shape is still refused
+    EXPECT_EQ(db.error("Select * from Documenti where Data=#13/45/2024#"), 3075);
+    // a schema change drops the cache
+    db.table("Nuova", {"ID:L"});
+    EXPECT_EQ(db.rows("Select * from Nuova"), "");
+    EXPECT_EQ(tr.cacheSize(), 1u);
+}
+
+}  // namespace
