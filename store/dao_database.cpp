@@ -70,23 +70,11 @@ void configure(sqlite3* db, int lockWaitMs) {
     detail::exec(db, "PRAGMA legacy_alter_table = ON; PRAGMA foreign_keys = OFF; PRAGMA synchronous = FULL;");
 }
 
-// Exclusive use holds SQLite's exclusive lock from now until the connection closes, so that it
-// also keeps other processes out.
-void takeExclusiveLock(sqlite3* db, const std::string& path) {
-    try {
-        detail::exec(db, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;");
-    } catch (const JetError& e) {
-        if (e.number() == 3218) raise(3045, path);
-        throw;
-    }
-}
-
-// The first read: a file held exclusively by another answers busy; a damaged one, not a database.
+// The first read: a damaged file answers that it is not a database.
 void checkReadable(sqlite3* db, const std::string& path) {
     try {
         detail::queryInt(db, "SELECT count(*) FROM sqlite_master");
     } catch (const JetError& e) {
-        if (e.number() == 3218) raise(3051, path);
         if (e.number() == 3049) raise(3049, path);
         throw;
     }
@@ -129,12 +117,20 @@ Workspace& Workspace::Default() {
 
 DatabasePtr Workspace::OpenDatabase(const std::string& path, bool exclusive, bool readOnly) {
     checkHeader(path);
-    int flags = readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
-    Connection db = openConnection(path, flags, 3024);
-    configure(db.get(), lockWait_);
-    if (exclusive) takeExclusiveLock(db.get(), path);
-    checkReadable(db.get(), path);
-    if (!readOnly && catalogueMissing(db.get())) adoptFile(db.get());
+    Connection db = openConnection(path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, 3024);
+    try {
+        configure(db.get(), lockWait_);
+        // Exclusive use keeps SQLite's exclusive lock until the connection closes: other processes
+        // are kept out as well.
+        if (exclusive) detail::exec(db.get(), "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;");
+        checkReadable(db.get(), path);
+        if (!readOnly && catalogueMissing(db.get())) adoptFile(db.get());
+    } catch (const JetError& e) {
+        // Still locked after the wait: another user holds the file for himself, or is using it
+        // while this one asks for exclusive use.
+        if (e.number() == 3218) raise(exclusive ? 3045 : 3051, path);
+        throw;
+    }
     return makeDatabase(std::move(db), path, readOnly);
 }
 

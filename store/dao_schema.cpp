@@ -35,6 +35,18 @@ private:
     bool done_ = false;
 };
 
+// A table that an open recordset is still reading cannot be dropped or rebuilt: error 3211 with
+// the table's name.
+template <class Change>
+void changeTable(std::string_view table, Change&& change) {
+    try {
+        change();
+    } catch (const JetError& e) {
+        if (e.number() == 3211) raise(3211, std::string(table));
+        throw;
+    }
+}
+
 const FieldDef* findField(const TableDef& def, std::string_view name) {
     for (const FieldDef& f : def.Fields)
         if (sameName(f.Name, name)) return &f;
@@ -100,12 +112,17 @@ void createIndexesAndTriggers(sqlite3* db, const TableDef& def) {
 }
 
 // What each column of the new table is filled from: the old column, converted when its type or
-// size changed; nothing for a new column, which starts Null.
+// size changed; Null for a new column (rows already there do not take its default).
 std::string carryOverSql(const TableDef& before, const TableDef& after, std::string_view from, std::string_view to) {
     std::string cols, exprs;
     for (const FieldDef& f : after.Fields) {
         const FieldDef* old = findField(before, f.Name);
-        if (!old) continue;
+        if (!old && f.Required) continue;  // takes its default: a Null would break the rule
+        if (!old) {
+            cols += (cols.empty() ? "" : ", ") + quoteIdent(f.Name);
+            exprs += (exprs.empty() ? "" : ", ") + std::string("NULL");
+            continue;
+        }
         std::string col = quoteIdent(old->Name);
         bool changed = old->Type != f.Type || (f.Type == FieldType::Text && f.Size < old->Size);
         std::string expr = changed ? "__jet_conv(" + col + ", " + std::to_string(static_cast<int>(old->Type)) + ", " +
@@ -208,7 +225,7 @@ void Database::Impl::createTable(const TableDef& def) {
 void Database::Impl::replaceTable(const TableDef& before, const TableDef& after) {
     checkWritable();
     static constexpr std::string_view kScratch = "__jet_rebuild";
-    {
+    changeTable(before.Name, [&] {
         SchemaChange change(db);
         exec(db, "DROP TABLE IF EXISTS " + quoteIdent(kScratch));
         exec(db, detail::createTableSql(after, kScratch));
@@ -219,7 +236,7 @@ void Database::Impl::replaceTable(const TableDef& before, const TableDef& after)
         createIndexesAndTriggers(db, after);
         Catalogue::saveTable(db, after);
         change.commit();
-    }
+    });
     reload();
     recreateDependents(after.Name);
 }
@@ -321,12 +338,12 @@ void Database::DeleteTableDef(std::string_view name) {
     impl_->checkWritable();
     auto def = GetTableDef(name);
     const TableDef& t = existing(def, name);
-    {
+    changeTable(t.Name, [&] {
         SchemaChange change(impl_->db);
         exec(impl_->db, "DROP TABLE " + quoteIdent(t.Name));
         Catalogue::removeTable(impl_->db, t.Name);
         change.commit();
-    }
+    });
     impl_->reload();
     impl_->recreateDependents(t.Name);
 }

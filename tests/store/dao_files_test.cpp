@@ -1,0 +1,150 @@
+// Files: opening, refusing what is not ours, exclusive use, locks between connections, compacting.
+#include <sqlite3.h>
+
+#include <chrono>
+#include <fstream>
+#include <thread>
+
+#include "dao_support.h"
+
+namespace daotest {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A second user on the same file through SQLite directly, as another process would be.
+class OtherUser {
+public:
+    explicit OtherUser(const std::string& path) { sqlite3_open(path.c_str(), &db_); }
+    ~OtherUser() { sqlite3_close(db_); }
+    int run(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
+class FilesTest : public DaoTest {};
+
+TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
+    const std::string text = path("Testo.mdb"), empty = path("Vuoto.mdb"), foreign = path("Altro.mdb");
+    std::ofstream(text) << "Questo non è un database, ma un testo abbastanza lungo da avere un'intestazione: "
+                           "righe e righe di parole che nessun motore sa leggere come pagine.";
+    std::ofstream(empty).flush();
+    sqlite3* raw = nullptr;
+    sqlite3_open(foreign.c_str(), &raw);
+    sqlite3_exec(raw, "PRAGMA application_id = 1234; CREATE TABLE t (x)", nullptr, nullptr, nullptr);
+    sqlite3_close(raw);
+
+    struct Case {
+        std::string file;
+        int error;
+    };
+    const Case cases[] = {{path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {dir_, 3049}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file);
+        try {
+            Workspace::Default().OpenDatabase(c.file);
+            ADD_FAILURE() << "opened";
+        } catch (const JetError& e) {
+            EXPECT_EQ(e.number(), c.error);
+            EXPECT_NE(std::string(e.what()).find(c.file), std::string::npos) << e.what();
+        }
+    }
+    create("Nuovo.mdb");
+    EXPECT_EQ(errorOf([&] { create("Nuovo.mdb"); }), 3204);
+    EXPECT_EQ(errorOf([&] { Workspace::Default().CreateDatabase(path("manca/Nuovo.mdb")); }), 3044);
+}
+
+// A plain SQLite file made by another tool is taken as it is, its types read from its declarations.
+TEST_F(FilesTest, PlainSqliteFileIsAdopted) {
+    sqlite3* raw = nullptr;
+    sqlite3_open(path("Esterno.db").c_str(), &raw);
+    sqlite3_exec(raw, "CREATE TABLE Voci (ID INTEGER, Descrizione VARCHAR(30), Prezzo REAL); "
+                      "INSERT INTO Voci VALUES (1, 'Penna', 1.5)", nullptr, nullptr, nullptr);
+    sqlite3_close(raw);
+    auto db = open("Esterno.db");
+    auto def = db->GetTableDef("Voci");
+    ASSERT_TRUE(def);
+    EXPECT_EQ(def->Fields[0].Type, FieldType::Long);
+    EXPECT_EQ(def->Fields[1].Type, FieldType::Text);
+    EXPECT_EQ(def->Fields[1].Size, 30);
+    EXPECT_EQ(def->Fields[2].Type, FieldType::Double);
+    EXPECT_EQ(db->OpenRecordset("Select Descrizione from Voci where Prezzo > 1")->get("Descrizione"), Value::Text("Penna"));
+}
+
+TEST_F(FilesTest, ExclusiveUseKeepsOthersOut) {
+    create()->Close();
+    {
+        auto mine = open("Archivio.mdb", true);
+        EXPECT_EQ(errorOf([&] { open(); }), 3051);
+        EXPECT_EQ(errorOf([&] { open("Archivio.mdb", true); }), 3045);
+        mine->Execute("CREATE TABLE T (ID LONG)");  // the holder itself works as usual
+    }
+    EXPECT_EQ(errorOf([&] { open()->Execute("INSERT INTO T (ID) VALUES (1)"); }), 0);
+
+    OtherUser other(path("Archivio.mdb"));
+    other.run("BEGIN EXCLUSIVE");
+    EXPECT_EQ(errorOf([&] { open("Archivio.mdb", true); }), 3045);
+    other.run("COMMIT");
+}
+
+TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
+    auto db = create();
+    db->Execute("CREATE TABLE T (ID LONG)");
+    OtherUser other(path("Archivio.mdb"));
+    other.run("BEGIN EXCLUSIVE");
+    auto start = Clock::now();
+    EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (1)"); }), 3218);
+    EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(300));
+    other.run("COMMIT");
+
+    // A lock given back within the wait lets the write through.
+    other.run("BEGIN EXCLUSIVE");
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        other.run("COMMIT");
+    });
+    Workspace::Default().setLockWait(3000);
+    EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (2)"); }), 0);
+    release.join();
+    EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T")->get("N"), Value::Long(1));
+}
+
+TEST_F(FilesTest, SecondConnectionSeesSchemaChangesOfTheFirst) {
+    auto a = create();
+    auto b = open();
+    a->Execute("CREATE TABLE Note (ID LONG, Testo TEXT(5))");
+    b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (1, 'ciao')");
+    EXPECT_EQ(errorOf([&] { b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (2, 'troppo')"); }), 3163);
+    EXPECT_EQ(a->OpenRecordset("[Note]")->get("Testo"), Value::Text("ciao"));
+}
+
+TEST_F(FilesTest, ReadOnlyDatabaseRefusesWrites) {
+    auto db = create();
+    fillClienti(*db);
+    db->Close();
+    auto ro = open("Archivio.mdb", false, true);
+    EXPECT_EQ(errorOf([&] { ro->Execute("DELETE FROM Clienti"); }), 3027);
+    auto rs = ro->OpenRecordset("Clienti");
+    EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3027);
+    EXPECT_EQ(errorOf([&] { ro->AppendField("Clienti", TableDef::CreateField("X", FieldType::Long)); }), 3027);
+}
+
+TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {
+    auto db = create();
+    fillClienti(*db);
+    db->CreateQueryDef({"qrAttivi", "SELECT * FROM Clienti WHERE Attivo = True"});
+    db->Execute("DELETE FROM Clienti WHERE ID = 2");
+    db->Close();
+    Workspace::Default().CompactDatabase(path("Archivio.mdb"), path("Compatto.mdb"));
+    auto copy = open("Compatto.mdb");
+    EXPECT_EQ(copy->GetTableDef("Clienti")->Fields[1].Size, 20);
+    auto rs = copy->OpenRecordset("qrAttivi");
+    rs->MoveLast();
+    EXPECT_EQ(rs->RecordCount(), 2);
+    EXPECT_EQ(errorOf([&] { Workspace::Default().CompactDatabase(path("Archivio.mdb"), path("Compatto.mdb")); }), 3204);
+    EXPECT_EQ(errorOf([&] { Workspace::Default().CompactDatabase(path("Manca.mdb"), path("Altro.mdb")); }), 3024);
+}
+
+}  // namespace
+}  // namespace daotest

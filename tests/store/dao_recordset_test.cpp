@@ -1,0 +1,248 @@
+// Recordset semantics the program relies on: counts, positions, bookmarks, writes through tables
+// and saved queries, typed values.
+#include <sqlite3.h>
+
+#include "dao_support.h"
+#include "store/convert.h"
+
+namespace daotest {
+namespace {
+
+class RecordsetTest : public DaoTest {
+protected:
+    void SetUp() override {
+        DaoTest::SetUp();
+        db_ = create();
+        fillClienti(*db_);
+    }
+    std::vector<long> ids(const std::string& sql) {
+        std::vector<long> out;
+        for (auto rs = db_->OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) out.push_back(static_cast<long>(rs->get("ID").number()));
+        return out;
+    }
+    DatabasePtr db_;
+};
+
+TEST_F(RecordsetTest, CountsAndEndsRightAfterOpeningAndAfterMoveLast) {
+    struct Case {
+        const char* sql;
+        bool empty;
+        long countAtOpen, countAfterLast;
+    };
+    const Case cases[] = {
+        {"Select * from Clienti where ID<0", true, 0, 0},
+        {"Select * from Clienti where ID=2", false, 1, 1},
+        {"Select * from Clienti order by ID", false, 1, 3},
+        {"Clienti", false, 1, 3},
+        {"[Clienti]", false, 1, 3},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sql);
+        auto rs = db_->OpenRecordset(c.sql);
+        EXPECT_EQ(rs->RecordCount(), c.countAtOpen);
+        EXPECT_EQ(rs->Eof(), c.empty);
+        EXPECT_EQ(rs->Bof(), c.empty);
+        if (c.empty) {
+            EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3021);
+            EXPECT_EQ(errorOf([&] { rs->MoveFirst(); }), 3021);
+            EXPECT_EQ(errorOf([&] { rs->MoveLast(); }), 3021);
+            EXPECT_EQ(errorOf([&] { rs->get("ID"); }), 3021);
+            EXPECT_EQ(rs->AbsolutePosition(), -1);
+            continue;
+        }
+        rs->MoveLast();
+        EXPECT_EQ(rs->RecordCount(), c.countAfterLast);
+        EXPECT_EQ(rs->AbsolutePosition(), c.countAfterLast - 1);
+        EXPECT_DOUBLE_EQ(rs->PercentPosition(), 100.0);
+        rs->MoveNext();
+        EXPECT_TRUE(rs->Eof());
+        EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3021);
+        rs->MovePrevious();
+        EXPECT_FALSE(rs->Eof());
+        rs->MoveFirst();
+        rs->MovePrevious();
+        EXPECT_TRUE(rs->Bof());
+        EXPECT_EQ(errorOf([&] { rs->MovePrevious(); }), 3021);
+    }
+}
+
+TEST_F(RecordsetTest, WalksInOrderAndReturnsByBookmark) {
+    EXPECT_EQ(ids("Select * from Clienti order by Nome"), (std::vector<long>{2, 1, 3}));
+    auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
+    rs->MoveNext();
+    store::Bookmark second = rs->getBookmark();
+    rs->MoveLast();
+    rs->setBookmark(second);
+    EXPECT_EQ(rs->get("ID"), Value::Long(2));
+    rs->setAbsolutePosition(2);
+    EXPECT_EQ(rs->get("id"), Value::Long(3));
+    EXPECT_EQ(errorOf([&] { rs->setBookmark(99); }), 3159);
+    EXPECT_EQ(errorOf([&] { rs->setAbsolutePosition(3); }), 3001);
+}
+
+TEST_F(RecordsetTest, ReadsValuesTypedByField) {
+    auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
+    struct Expect {
+        const char* field;
+        FieldType type;
+        int size;
+        Value first;
+    };
+    const Expect fields[] = {
+        {"ID", FieldType::Long, 0, Value::Long(1)},
+        {"nome", FieldType::Text, 20, Value::Text("Rossi")},
+        {"ATTIVO", FieldType::Boolean, 0, Value::Bool(true)},
+        {"Saldo", FieldType::Double, 0, Value::Double(2.5)},
+        {"Dal", FieldType::Date, 0, Value::Date(45356)},  // 5 March 2024
+    };
+    for (const Expect& e : fields) {
+        SCOPED_TRACE(e.field);
+        store::Field& f = rs->Fields(e.field);
+        EXPECT_EQ(f.Type(), e.type);
+        if (e.size) EXPECT_EQ(f.Size(), e.size);
+        EXPECT_EQ(f.value(), e.first);
+    }
+    rs->MoveLast();
+    EXPECT_TRUE(rs->get("Dal").isNull());
+    EXPECT_EQ(errorOf([&] { rs->Fields("Indirizzo"); }), 3265);
+    EXPECT_FALSE(rs->HasField("Indirizzo"));
+}
+
+// NuovoID: AddNew, the id, Update, back to the new row by LastModified, Edit, the other fields, Update.
+TEST_F(RecordsetTest, NewRecordReachedByLastModifiedAndEditedAgain) {
+    auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
+    rs->AddNew();
+    rs->set("ID", Value::Long(4));
+    rs->Update();
+    EXPECT_EQ(rs->get("ID"), Value::Long(1));  // the record current before AddNew
+    rs->setBookmark(rs->LastModified());
+    EXPECT_EQ(rs->get("ID"), Value::Long(4));
+    EXPECT_EQ(rs->get("Attivo"), Value::Bool(false));  // a Yes/No never holds Null
+    EXPECT_TRUE(rs->get("Nome").isNull());
+    rs->Edit();
+    rs->set("Nome", Value::Text("Neri"));
+    rs->set("Saldo", Value::Text("1.234,5"));
+    rs->set("Dal", Value::Text("31/12/2024"));
+    rs->Update();
+    EXPECT_EQ(rs->RecordCount(), 4);
+
+    auto check = db_->OpenRecordset("Select * from Clienti where ID=4");
+    EXPECT_EQ(check->get("Nome"), Value::Text("Neri"));
+    EXPECT_EQ(check->get("Saldo"), Value::Double(1234.5));
+    EXPECT_EQ(check->get("Dal"), Value::Date(45657));
+}
+
+TEST_F(RecordsetTest, WritesAreConvertedAndCheckedAgainstTheField) {
+    auto rs = db_->OpenRecordset("Select * from Clienti where ID=1");
+    rs->Edit();
+    struct Case {
+        const char* field;
+        Value written;
+        int error;
+        Value readBack;
+    };
+    const Case cases[] = {
+        {"Attivo", Value::Long(5), 0, Value::Bool(true)},
+        {"ID", Value::Text("12"), 0, Value::Long(12)},
+        {"ID", Value::Text("abc"), 13, Value()},
+        {"Nome", Value::Text(std::string(21, 'x')), 3163, Value()},
+        {"Nome", Value::Text(std::string(20, 'x')), 0, Value::Text(std::string(20, 'x'))},
+        {"Nome", Value::Text("àèìòùàèìòùàèìòùàèìòù"), 0, Value::Text("àèìòùàèìòùàèìòùàèìòù")},  // 20 letters
+        {"Saldo", Value::Null(), 0, Value::Null()},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.field);
+        EXPECT_EQ(errorOf([&] { rs->set(c.field, c.written); }), c.error);
+        if (!c.error) EXPECT_EQ(rs->get(c.field), c.readBack);
+    }
+    rs->Update();
+    auto check = db_->OpenRecordset("Select * from Clienti where ID=12");
+    EXPECT_EQ(check->get("Nome"), Value::Text("àèìòùàèìòùàèìòùàèìòù"));
+    EXPECT_TRUE(check->get("Saldo").isNull());
+}
+
+TEST_F(RecordsetTest, EditsThroughASavedQueryReachTheBaseTable) {
+    db_->CreateQueryDef({"qrClienti", "SELECT Clienti.*, Nome & ' (' & ID & ')' AS Etichetta FROM Clienti"});
+    auto rs = db_->OpenRecordset("Select * from qrClienti where ID=2");
+    ASSERT_TRUE(rs->updatable());
+    EXPECT_EQ(rs->get("Etichetta"), Value::Text("Bianchi (2)"));
+    rs->Edit();
+    rs->set("Nome", Value::Text("Gialli"));
+    rs->set("Saldo", Value::Double(10.25));
+    EXPECT_EQ(errorOf([&] { rs->set("Etichetta", Value::Text("x")); }), 3164);
+    rs->Update();
+    EXPECT_EQ(rs->get("Etichetta"), Value::Text("Gialli (2)"));  // the row is read again after the write
+
+    auto base = db_->OpenRecordset("Select Nome, Saldo from Clienti where ID=2");
+    EXPECT_EQ(base->get("Nome"), Value::Text("Gialli"));
+    EXPECT_EQ(base->get("Saldo"), Value::Double(10.25));
+}
+
+TEST_F(RecordsetTest, DeleteLeavesNoCurrentRecordUntilAMove) {
+    auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
+    rs->MoveNext();
+    rs->Delete();
+    EXPECT_EQ(errorOf([&] { rs->get("ID"); }), 3167);
+    rs->MoveNext();
+    EXPECT_EQ(rs->get("ID"), Value::Long(3));
+    rs->MovePrevious();
+    EXPECT_EQ(rs->get("ID"), Value::Long(1));
+    EXPECT_EQ(rs->RecordCount(), 2);
+    EXPECT_EQ(ids("Select * from Clienti order by ID"), (std::vector<long>{1, 3}));
+}
+
+TEST_F(RecordsetTest, RequerySeesRowsWrittenMeanwhile) {
+    auto rs = db_->OpenRecordset("Select * from Clienti where Attivo=True order by ID");
+    db_->Execute("UPDATE Clienti SET Attivo=1 WHERE ID=2");
+    EXPECT_EQ(db_->RecordsAffected(), 1);
+    rs->Requery();
+    rs->MoveLast();
+    EXPECT_EQ(rs->RecordCount(), 3);
+}
+
+TEST_F(RecordsetTest, ReadOnlyResultsRefuseWrites) {
+    auto totals = db_->OpenRecordset("Select Count(*) AS N, Sum(Saldo) AS Totale from Clienti");
+    EXPECT_EQ(totals->get("N"), Value::Long(3));
+    EXPECT_DOUBLE_EQ(totals->get("Totale").number(), -4.4);
+    EXPECT_FALSE(totals->updatable());
+    EXPECT_EQ(errorOf([&] { totals->Edit(); }), 3326);
+    EXPECT_EQ(errorOf([&] { totals->AddNew(); }), 3326);
+    EXPECT_EQ(errorOf([&] { totals->Update(); }), 3020);
+    EXPECT_EQ(errorOf([&] { totals->set("N", Value::Long(1)); }), 3020);
+}
+
+TEST_F(RecordsetTest, ClosedObjectsAnswer3420) {
+    auto rs = db_->OpenRecordset("Clienti");
+    auto other = db_->OpenRecordset("Clienti");
+    rs->Close();
+    EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3420);
+    EXPECT_EQ(errorOf([&] { rs->get("ID"); }), 3420);
+    db_->Close();
+    EXPECT_EQ(errorOf([&] { other->MoveNext(); }), 3420);
+    EXPECT_EQ(errorOf([&] { db_->Execute("DELETE FROM Clienti"); }), 3420);
+    EXPECT_EQ(errorOf([&] { db_->OpenRecordset("Clienti"); }), 3420);
+    EXPECT_EQ(errorOf([&] { db_->TableNames(); }), 3420);
+}
+
+// A long register opens with one row fetched; the rest come as the program moves.
+TEST_F(RecordsetTest, LargeResultIsFetchedAsNeeded) {
+    db_->Close();
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open(path("Archivio.mdb").c_str(), &raw), SQLITE_OK);
+    sqlite3_exec(raw,
+                 "BEGIN; WITH RECURSIVE n(i) AS (SELECT 4 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
+                 "INSERT INTO Clienti (ID, Nome, Attivo) SELECT i, 'Cliente ' || i, 0 FROM n; COMMIT;",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(raw);
+    db_ = open();
+    auto rs = db_->OpenRecordset("Select * from Clienti");
+    EXPECT_EQ(rs->RecordCount(), 1);
+    rs->setAbsolutePosition(99);
+    EXPECT_EQ(rs->RecordCount(), 100);
+    rs->MoveLast();
+    EXPECT_EQ(rs->RecordCount(), 5000);
+    EXPECT_EQ(rs->get("Nome"), Value::Text("Cliente 5000"));
+}
+
+}  // namespace
+}  // namespace daotest

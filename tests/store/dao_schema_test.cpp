@@ -1,0 +1,211 @@
+// Tables, fields, indexes and saved queries kept in the file, as the structure update uses them.
+#include "dao_support.h"
+
+namespace daotest {
+namespace {
+
+using store::IndexDef;
+using store::QueryDef;
+
+FieldDef field(const char* name, FieldType type, int size = 0) { return TableDef::CreateField(name, type, size); }
+
+TableDef spese() {
+    TableDef t;
+    t.Name = "Spese";
+    t.Fields.push_back(field("ID", FieldType::Long));
+    FieldDef numero = field("Numero", FieldType::Text, 10);
+    numero.Required = true;
+    numero.AllowZeroLength = false;
+    numero.ValidationRule = "Is Not Null";
+    numero.ValidationText = "Manca il numero";
+    t.Fields.push_back(numero);
+    FieldDef importo = field("Importo", FieldType::Double);
+    importo.DefaultValue = "0";
+    t.Fields.push_back(importo);
+    FieldDef pagata = field("Pagata", FieldType::Boolean);
+    pagata.DefaultValue = "False";
+    t.Fields.push_back(pagata);
+    FieldDef desc = field("Descrizione", FieldType::Text);
+    desc.DefaultValue = "'nessuna'";
+    t.Fields.push_back(desc);
+    t.Fields.push_back(field("Note", FieldType::Memo));
+    t.Fields.push_back(field("Data", FieldType::Date));
+    t.Indexes.push_back(TableDef::CreateIndex("PrimaryKey", {"ID"}, true, true));
+    t.Indexes.push_back(TableDef::CreateIndex("NumeroData", {"Numero", "Data"}));
+    return t;
+}
+
+class SchemaTest : public DaoTest {
+protected:
+    void SetUp() override {
+        DaoTest::SetUp();
+        db_ = create();
+        db_->AppendTableDef(spese());
+    }
+    Value first(const std::string& sql, const char* field) { return db_->OpenRecordset(sql)->get(field); }
+    DatabasePtr db_;
+};
+
+TEST_F(SchemaTest, FieldPropertiesAndIndexesSurviveCloseAndReopen) {
+    db_->Close();
+    db_ = open();
+    auto def = db_->GetTableDef("spese");
+    ASSERT_TRUE(def);
+    EXPECT_EQ(def->Name, "Spese");
+    const TableDef want = spese();
+    ASSERT_EQ(def->Fields.size(), want.Fields.size());
+    const int sizes[] = {4, 10, 8, 1, 50, 0, 8};  // Text without a size takes 50
+    for (std::size_t i = 0; i < want.Fields.size(); ++i) {
+        const FieldDef &got = def->Fields[i], &w = want.Fields[i];
+        SCOPED_TRACE(w.Name);
+        EXPECT_EQ(got.Name, w.Name);
+        EXPECT_EQ(got.Type, w.Type);
+        EXPECT_EQ(got.Size, sizes[i]);
+        EXPECT_EQ(got.Required, w.Required);
+        EXPECT_EQ(got.DefaultValue, w.DefaultValue);
+        EXPECT_EQ(got.ValidationRule, w.ValidationRule);
+        EXPECT_EQ(got.ValidationText, w.ValidationText);
+        EXPECT_EQ(got.OrdinalPosition, static_cast<int>(i));
+        if (w.Type == FieldType::Text) EXPECT_EQ(got.AllowZeroLength, w.AllowZeroLength);
+    }
+    ASSERT_EQ(def->Indexes.size(), 2u);
+    for (const IndexDef& ix : def->Indexes) {
+        if (ix.Name == "PrimaryKey") {
+            EXPECT_TRUE(ix.Primary && ix.Unique);
+            EXPECT_EQ(ix.Fields, std::vector<std::string>{"ID"});
+        } else {
+            EXPECT_EQ(ix.Name, "NumeroData");
+            EXPECT_FALSE(ix.Primary || ix.Unique);
+            EXPECT_EQ(ix.Fields, (std::vector<std::string>{"Numero", "Data"}));
+        }
+    }
+    EXPECT_EQ(db_->TableNames(), std::vector<std::string>{"Spese"});
+}
+
+TEST_F(SchemaTest, DefaultsApplyToRowsInsertedWithoutTheField) {
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (1, 'A1')");
+    auto rs = db_->OpenRecordset("Select * from Spese where ID=1");
+    EXPECT_EQ(rs->get("Importo"), Value::Double(0));
+    EXPECT_EQ(rs->get("Pagata"), Value::Bool(false));
+    EXPECT_EQ(rs->get("Descrizione"), Value::Text("nessuna"));
+    EXPECT_TRUE(rs->get("Note").isNull());
+}
+
+TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (1, 'A1')");
+    struct Case {
+        std::string sql;
+        int error;
+    };
+    const Case cases[] = {
+        {"INSERT INTO Spese (ID, Numero) VALUES (2, '12345678901')", 3163},
+        {"INSERT INTO Spese (ID, Numero) VALUES (1, 'B1')", 3022},
+        {"INSERT INTO Spese (ID) VALUES (3)", 3314},
+        {"INSERT INTO Spese (ID, Numero) VALUES (4, '')", 3315},
+        {"UPDATE Spese SET Numero = 'abcdefghijk'", 3163},
+        {"INSERT INTO Spese (ID, Numero, Note) VALUES (5, 'C', '" + std::string(10000, 'n') + "')", 0},
+        {"INSERT INTO Spese (ID, Numero, Descrizione) VALUES (6, 'D', '" + std::string(10000, 'n') + "')", 3163},
+        {"SELEC * FROM Spese", -1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sql);
+        int error = errorOf([&] { db_->Execute(c.sql); });
+        if (c.error < 0) EXPECT_GT(error, 0);
+        else EXPECT_EQ(error, c.error);
+    }
+    EXPECT_EQ(first("Select Count(*) AS N from Spese", "N"), Value::Long(2));
+}
+
+// The structure update: a new numeric field gets no value in the rows already there (the update
+// then sets them to 0 itself); a memo narrowed to a text of 3 cuts its values; a retyped field keeps
+// the text form of its numbers.
+TEST_F(SchemaTest, FieldChangesCarryTheRowsOver) {
+    db_->Execute("INSERT INTO Spese (ID, Numero, [Note], Importo) VALUES (1, 'A1', 'Cancelleria', 2.5)");
+    FieldDef quota = field("Quota", FieldType::Long);
+    quota.DefaultValue = "0";
+    db_->AppendField("Spese", quota);
+    db_->Execute("ALTER TABLE Spese ALTER COLUMN [Note] TEXT(3)");
+    db_->Execute("ALTER TABLE Spese ALTER COLUMN Importo TEXT");
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (2, 'A2')");
+
+    auto rs = db_->OpenRecordset("Select * from Spese order by ID");
+    EXPECT_TRUE(rs->get("Quota").isNull());
+    EXPECT_EQ(rs->get("Note"), Value::Text("Can"));
+    EXPECT_EQ(rs->get("Importo"), Value::Text("2,5"));
+    EXPECT_EQ(rs->Fields("Note").Type(), FieldType::Text);
+    EXPECT_EQ(rs->Fields("Note").Size(), 3);
+    rs->MoveNext();
+    EXPECT_EQ(rs->get("Quota"), Value::Long(0));
+
+    EXPECT_EQ(errorOf([&] { db_->DeleteField("Spese", "Numero"); }), 3211);  // still being read
+    rs->Close();
+    db_->DeleteField("Spese", "Numero");  // part of an index: the index goes with it
+    auto def = db_->GetTableDef("Spese");
+    EXPECT_EQ(def->Fields.size(), 7u);
+    EXPECT_EQ(def->Indexes.size(), 1u);
+    EXPECT_EQ(errorOf([&] { db_->DeleteField("Spese", "Numero"); }), 3265);
+}
+
+TEST_F(SchemaTest, SavedQueriesFollowTheTablesTheyRead) {
+    db_->Execute("INSERT INTO Spese (ID, Numero, Importo) VALUES (1, 'A1', 4)");
+    db_->CreateQueryDef({"qrSpese", "SELECT * FROM Spese WHERE Importo > 0"});
+    db_->CreateQueryDef({"qrSpeseTotali", "SELECT Sum(Importo) AS Totale FROM qrSpese"});
+    db_->AppendField("Spese", field("Fornitore", FieldType::Long));
+    EXPECT_TRUE(db_->OpenRecordset("Select * from qrSpese")->HasField("Fornitore"));
+
+    db_->DeleteTableDef("Spese");
+    EXPECT_TRUE(db_->QueryExists("qrSpese"));  // its text is kept; it fails when opened
+    EXPECT_GT(errorOf([&] { db_->OpenRecordset("qrSpeseTotali"); }), 0);
+    db_->AppendTableDef(spese());
+    db_->Execute("INSERT INTO Spese (ID, Numero, Importo) VALUES (1, 'A1', 6.5)");
+    EXPECT_EQ(first("qrSpeseTotali", "Totale"), Value::Double(6.5));
+
+    db_->Close();
+    db_ = open();
+    auto queries = db_->QueryDefs();
+    ASSERT_EQ(queries.size(), 2u);
+    EXPECT_EQ(queries[0].Name, "qrSpese");
+    EXPECT_EQ(queries[0].SQL, "SELECT * FROM Spese WHERE Importo > 0");
+    db_->DeleteQueryDef("qrSpese");
+    EXPECT_FALSE(db_->QueryExists("qrSpese"));
+    EXPECT_GT(errorOf([&] { db_->OpenRecordset("qrSpeseTotali"); }), 0);
+}
+
+TEST_F(SchemaTest, SchemaCallsOnMissingOrDuplicateObjectsFail) {
+    struct Case {
+        const char* what;
+        std::function<void()> call;
+        int error;
+    };
+    const Case cases[] = {
+        {"table again", [&] { db_->AppendTableDef(spese()); }, 3010},
+        {"query named as a table", [&] { db_->CreateQueryDef({"Spese", "SELECT * FROM Spese"}); }, 3012},
+        {"field again", [&] { db_->AppendField("Spese", field("importo", FieldType::Long)); }, 3191},
+        {"field of a missing table", [&] { db_->AppendField("Nessuna", field("X", FieldType::Long)); }, 3265},
+        {"missing table", [&] { db_->DeleteTableDef("Nessuna"); }, 3265},
+        {"missing index", [&] { db_->DeleteIndex("Spese", "Nessuno"); }, 3265},
+        {"index on a missing field", [&] { db_->AppendIndex("Spese", TableDef::CreateIndex("X", {"Manca"})); }, 3265},
+        {"missing query", [&] { db_->DeleteQueryDef("qrNessuna"); }, 3265},
+        {"table with no fields", [&] { db_->AppendTableDef(TableDef{"Vuota", {}, {}}); }, 3264},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(errorOf(c.call), c.error);
+    }
+    EXPECT_FALSE(db_->GetTableDef("Nessuna"));
+}
+
+TEST_F(SchemaTest, UniqueIndexAddedLaterRefusesDuplicates) {
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (1, 'A1')");
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (2, 'A1')");
+    EXPECT_EQ(errorOf([&] { db_->AppendIndex("Spese", TableDef::CreateIndex("Numero", {"Numero"}, true)); }), 3022);
+    db_->Execute("DELETE FROM Spese WHERE ID = 2");
+    db_->AppendIndex("Spese", TableDef::CreateIndex("Numero", {"Numero"}, true));
+    // Texts compare without case, in an index too.
+    EXPECT_EQ(errorOf([&] { db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (3, 'a1')"); }), 3022);
+    db_->DeleteIndex("Spese", "numero");
+    EXPECT_EQ(db_->GetTableDef("Spese")->Indexes.size(), 2u);
+}
+
+}  // namespace
+}  // namespace daotest

@@ -1,0 +1,64 @@
+// Test support for the database objects: a temporary folder of real files, a small customer table,
+// and a check that a call fails with a given engine error.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "store/dao.h"
+
+namespace daotest {
+
+using store::DatabasePtr;
+using store::FieldDef;
+using store::FieldType;
+using store::JetError;
+using store::TableDef;
+using store::Value;
+using store::Workspace;
+
+// The engine error number a call raises; 0 when it raises none.
+inline int errorOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const JetError& e) {
+        return e.number();
+    }
+    return 0;
+}
+
+class DaoTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string tmpl = (std::filesystem::temp_directory_path() / "daotest-XXXXXX").string();
+        ASSERT_NE(::mkdtemp(tmpl.data()), nullptr);
+        dir_ = tmpl;
+        Workspace::Default().setLockWait(300);
+    }
+    void TearDown() override {
+        Workspace::Default().setLockWait(4000);
+        std::filesystem::remove_all(dir_);
+    }
+
+    std::string path(const std::string& name) const { return dir_ + "/" + name; }
+    DatabasePtr create(const std::string& name = "Archivio.mdb") { return Workspace::Default().CreateDatabase(path(name)); }
+    DatabasePtr open(const std::string& name = "Archivio.mdb", bool exclusive = false, bool readOnly = false) {
+        return Workspace::Default().OpenDatabase(path(name), exclusive, readOnly);
+    }
+
+    // Clienti: ID, Nome Text(20), Attivo Yes/No, Saldo Double, Dal Date, with three rows.
+    static void fillClienti(store::Database& db) {
+        db.Execute("CREATE TABLE Clienti (ID LONG, Nome TEXT(20), Attivo YESNO, Saldo DOUBLE, Dal DATETIME)");
+        db.Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo, Dal) VALUES (1, 'Rossi', True, 2.5, #03/05/2024#)");
+        db.Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo, Dal) VALUES (2, 'Bianchi', False, 0.1, #12/31/2024#)");
+        db.Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo) VALUES (3, 'Verdi', True, -7)");
+    }
+
+    std::string dir_;
+};
+
+}  // namespace daotest
