@@ -296,17 +296,23 @@ std::optional<double> parseDateTime(std::string_view text, DateOrder order) {
 // Reading numbers
 // ================================================================================================
 
-// "&H1F", "&O17": up to 4 digits an Integer, up to 8 (hex) or 11 (octal) a Long, as the platform's literals.
+int digitValue(char c) {
+    const char lower = asciiLower(c);
+    if (isDigit(c)) return c - '0';
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 99;
+}
+
+// "&H1F", "&O17": a value that fits 16 bits is an Integer (&HFFFF is -1), a larger one a Long.
 std::optional<double> radixNumber(std::string_view body, int radix) {
     if (body.empty()) return std::nullopt;
     std::uint64_t v = 0;
     for (char c : body) {
-        int digit = isDigit(c) ? c - '0' : (asciiLower(c) >= 'a' && asciiLower(c) <= 'f') ? asciiLower(c) - 'a' + 10 : 99;
+        const int digit = digitValue(c);
         if (digit >= radix) return std::nullopt;
         v = v * radix + digit;
         if (v > 0xFFFFFFFFull) return std::nullopt;
     }
-    if (v <= 0xFFFF && (radix == 16 ? body.size() <= 4 : v <= 0xFFFF)) return static_cast<std::int16_t>(v);
+    if (v <= 0xFFFF) return static_cast<std::int16_t>(v);
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(v));
 }
 
@@ -366,6 +372,35 @@ std::optional<double> readDouble(const std::string& canonical) {
     return d;
 }
 
+// "&H1FZ" reads as &H1F: the digits of the radix up to the first other character.
+double valOfPrefixed(std::string_view s) {
+    const int radix = asciiLower(s[1]) == 'h' ? 16 : 8;
+    std::size_t end = 2;
+    while (end < s.size() && digitValue(s[end]) < radix) ++end;
+    return prefixedNumber(s.substr(0, end)).value_or(0.0);
+}
+
+// The longest leading "-12.5e3" of a text with its blanks already taken out; 'D' counts as 'E'.
+std::string leadingPointNumber(std::string_view s) {
+    std::string out;
+    std::size_t i = 0;
+    if (i < s.size() && (s[i] == '+' || s[i] == '-')) { if (s[i] == '-') out += '-'; ++i; }
+    bool point = false;
+    for (; i < s.size() && (isDigit(s[i]) || (s[i] == '.' && !point)); ++i) {
+        point = point || s[i] == '.';
+        out += s[i];
+    }
+    if (i < s.size() && (asciiLower(s[i]) == 'e' || asciiLower(s[i]) == 'd')) {
+        std::string exponent = "e";
+        std::size_t j = i + 1;
+        if (j < s.size() && (s[j] == '+' || s[j] == '-')) exponent += s[j++];
+        const std::size_t start = j;
+        while (j < s.size() && isDigit(s[j])) exponent += s[j++];
+        if (j > start) out += exponent;
+    }
+    return out;
+}
+
 // Half to even on a double that is already scaled.
 double roundHalfEven(double x) {
     const double lower = std::floor(x);
@@ -386,8 +421,7 @@ constexpr char32_t kInvalidBase = 0x110000;
 char32_t decodeUtf8(std::string_view s, std::size_t& i) {
     const auto b0 = static_cast<unsigned char>(s[i]);
     if (b0 < 0x80) { ++i; return b0; }
-    int extra = b0 >= 0xF0 && b0 <= 0xF4 ? 3 : b0 >= 0xE0 ? 2 : b0 >= 0xC2 && b0 < 0xE0 ? 1 : -1;
-    if (b0 >= 0xF5) extra = -1;
+    const int extra = b0 >= 0xC2 && b0 <= 0xDF ? 1 : b0 >= 0xE0 && b0 <= 0xEF ? 2 : b0 >= 0xF0 && b0 <= 0xF4 ? 3 : -1;
     if (extra < 0 || i + extra >= s.size()) { ++i; return kInvalidBase + b0; }
     char32_t cp = b0 & (0x3F >> extra);
     for (int k = 1; k <= extra; ++k) {
@@ -697,35 +731,12 @@ double Val(std::string_view text) {
     std::string compact;
     for (char c : text)
         if (!isBlank(c)) compact += c;
-    if (compact.size() >= 2 && compact[0] == '&') {
-        std::size_t end = 2;
-        while (end < compact.size() && std::isxdigit(static_cast<unsigned char>(compact[end]))) ++end;
-        return prefixedNumber(std::string_view(compact).substr(0, end)).value_or(0.0);
-    }
-    std::string canonical;
-    std::size_t i = 0;
-    if (i < compact.size() && (compact[i] == '+' || compact[i] == '-')) canonical += compact[i++];
-    bool point = false;
-    for (; i < compact.size(); ++i) {
-        const char c = compact[i];
-        if (isDigit(c)) canonical += c;
-        else if (c == '.' && !point) { canonical += c; point = true; }
-        else break;
-    }
-    if (i + 1 < compact.size() && (asciiLower(compact[i]) == 'e' || asciiLower(compact[i]) == 'd')) {
-        std::string exponent = "e";
-        std::size_t j = i + 1;
-        if (compact[j] == '+' || compact[j] == '-') exponent += compact[j++];
-        const std::size_t start = j;
-        while (j < compact.size() && isDigit(compact[j])) exponent += compact[j++];
-        if (j > start) canonical += exponent;
-    }
+    if (compact.size() >= 2 && compact[0] == '&') return valOfPrefixed(compact);
+    const std::string canonical = leadingPointNumber(compact);
     double d = 0;
-    const char* first = canonical.data();
-    if (!canonical.empty() && canonical[0] == '+') ++first;
-    std::from_chars(first, canonical.data() + canonical.size(), d);
-    if (!std::isfinite(d)) raise(6);
-    return d;
+    const auto result = std::from_chars(canonical.data(), canonical.data() + canonical.size(), d);
+    if (result.ec == std::errc::result_out_of_range && canonical.find("e-") == std::string::npos) raise(6);
+    return result.ec == std::errc() ? d : 0.0;
 }
 
 // ================================================================================================

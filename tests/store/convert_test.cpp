@@ -226,8 +226,10 @@ TEST(NumberTest, ValReadsOnlyThePoint) {
     const Case cases[] = {
         {"1,5", 1}, {" 1 2 ", 12}, {"", 0}, {"3.7abc", 3.7}, {"-1.5e2", -150}, {"&H10", 16},
         {"1.2.3", 1.2}, {"abc", 0}, {"2e", 2}, {"  -  4", -4}, {"1D2", 100},
+        {"&O19", 1}, {"&HFFZ", 255}, {".5", 0.5}, {"-", 0}, {"1e-400", 0},
     };
     for (const auto& c : cases) EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
+    EXPECT_EQ(errorOf([] { Val("1e400"); }), 6);
 }
 
 // ---- value conversions -------------------------------------------------------------------------
