@@ -56,19 +56,13 @@ std::vector<Comune> leggiComuni(const std::string& file) {
     return comuni;
 }
 
-// Rows go in through one recordset so the file is written in one pass.
 void inserisciComuni(Database& db, const std::vector<Comune>& comuni) {
-    auto rs = db.OpenRecordset("Select * from Comuni where ID<0");
+    std::vector<std::vector<Value>> righe;
+    righe.reserve(comuni.size());
     std::int32_t id = 0;
-    for (const Comune& c : comuni) {
-        rs->AddNew();
-        rs->set("ID", Value::Long(++id));
-        rs->set("Comune", Value::Text(c.nome));
-        rs->set("Cap", Value::Text(c.cap));
-        rs->set("Provincia", Value::Text(c.provincia));
-        rs->Update();
-    }
-    rs->Close();
+    for (const Comune& c : comuni)
+        righe.push_back({Value::Long(++id), Value::Text(c.nome), Value::Text(c.cap), Value::Text(c.provincia)});
+    InserisciRighe(db, "Comuni", {"ID", "Comune", "Cap", "Provincia"}, righe);
 }
 
 DatabasePtr nuovoFile(const fs::path& path) {

@@ -52,6 +52,14 @@ struct ModelloReport {
 };
 const std::vector<ModelloReport>& ModelliReport();
 
+// Adds many rows to one table in few statements, each a single write of the file: a statement per
+// row would make the file system sync the file for every row. Each row gives the columns in order.
+void InserisciRighe(Database& db, const std::string& tabella, const std::vector<std::string>& colonne,
+                    const std::vector<std::vector<Value>>& righe);
+
+// A value written as a literal of the dialect: 12, 0.1, 'l''albero', #03/05/2024#, True, Null.
+std::string Letterale(const Value& v);
+
 // The database-generator component: a new empty archive at path (an existing file is replaced).
 void GeneraArchivioVuoto(const std::string& path);
 
