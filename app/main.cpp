@@ -1,12 +1,26 @@
+// The program: fixes its folder, installs the real dialogs, registers the screens, runs the
+// start-up and then the event loop while the main panel is open.
 #include <QApplication>
-#include <QMainWindow>
+#include <QDir>
+
+#include <cstdlib>
+
+#include "core/avvio.h"
+#include "core/dialogs.h"
+#include "core/screens/frmMain.h"
+#include "core/session.h"
+#include "ui/Dialoghi.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("Brevano");
-    QMainWindow w;
-    w.setWindowTitle("Brevano");
-    w.resize(1024, 700);
-    w.show();
+    core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
+    ui::installaInterfaccia();
+    RegistraSchermiAvvio();
+
+    core::EsitoAvvio esito = core::EsitoAvvio::Termina;
+    // A failure in opening or compacting a file ends start-up with the error box.
+    if (!ui::protetto([&esito] { esito = core::Main(); }) || esito == core::EsitoAvvio::Termina) return 0;
+    if (!frmMain::istanza()) return 0;
     return QApplication::exec();
 }

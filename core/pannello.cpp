@@ -198,6 +198,11 @@ void ApriEsercizio(long idEsercizio) {
     ScriviIni("Archivio", "ID", std::to_string(idEsercizio));
 }
 
+std::string Didascalia(const std::string& chiave, const std::string& predefinita) {
+    std::string t = chiave.empty() ? std::string() : Testo(chiave);
+    return t.empty() ? predefinita : t;
+}
+
 std::vector<Avviso> AvvisiDiOggi() {
     std::vector<Avviso> avvisi;
     if (!session().dbArchivio) return avvisi;

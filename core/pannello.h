@@ -74,6 +74,9 @@ void ImpostaAzienda(long idAzienda);
 // program changed) and writes the settings.
 void ApriEsercizio(long idEsercizio);
 
+// A caption from the language file, or the given default where the file has no text for the key.
+std::string Didascalia(const std::string& chiave, const std::string& predefinita);
+
 // ---- reminders ----------------------------------------------------------------------------------
 struct Avviso {
     std::string chiave;   // ScadenzeAttive / ScadenzePassive
