@@ -270,6 +270,16 @@ private:
                 for (const SrcCol& c : src->cols)
                     if (iequals(c.name, e.text)) return colRef(*src, c, cx);
             }
+            // The platform merges a saved query into the statement, so a field of the query's base
+            // table may be named with that table: "Spese.Numero" selecting from qrSpese.
+            if (!src) {
+                for (Scope* s = cx.scope; s; s = s->parent)
+                    for (Source* q : s->sources) {
+                        if (q->table || !iequals(q->baseTable, e.qual)) continue;
+                        for (const SrcCol& c : q->cols)
+                            if (iequals(c.baseColumn, e.text)) return colRef(*q, c, cx);
+                    }
+            }
             return missing(e.qual + "." + e.text);
         }
         for (Scope* s = cx.scope; s; s = s->parent) {
