@@ -169,9 +169,9 @@ const std::vector<Join>& joinDocumento() {
     return j;
 }
 
-// The counterpart's field: the customer's or the supplier's, whichever exists.
+// The counterpart's field: the customer's or the supplier's, whichever the document is linked to.
 std::string controparte(const std::string& campo) {
-    return "Clienti." + campo + " & Fornitori." + campo + " AS " + campo;
+    return "IIf(IsNull(Clienti.ID),Fornitori." + campo + ",Clienti." + campo + ") AS " + campo;
 }
 
 Colonne colonneDocumento() {
