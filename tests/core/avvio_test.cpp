@@ -1,0 +1,305 @@
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <ctime>
+#include <filesystem>
+
+#include "core/avvio.h"
+#include "core/impostazioni.h"
+#include "store/convert.h"
+#include "store/errors.h"
+#include "supporto.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using core::EsitoAvvio;
+
+const char* const kLingua = "[Stringhe]\r\ns55=Negato (copia)\r\ns324=Rete (copia)\r\ns325=Manca (copia)\r\n"
+                            "[Parametri]\r\nFile=/altrove/English.lng\r\n";
+const char* const kItaliano = "[Stringhe]\r\ns55=Accesso negato!\r\ns324=Rete!\r\ns325=Manca!\r\n";
+
+// The executable's time stamp as the structure update stored it: 15/03/2024 10.20.30.
+const char* const kDataEseguibile = "#03/15/2024 10:20:30#";
+
+// A working program folder with its data folder: master, one archive of Esercizio 1 of Azienda 1
+// brought up to date by the executable, temp.mdb, Utilità.mdb, the two language files and the
+// settings. The screens are scripted; frmMain records that it was shown.
+class Avvio : public ::testing::Test {
+protected:
+    void SetUp() override {
+        script = test::SessioneNuova(programma.percorso());
+        core::registraSchermo("frmMain", [this] { return ++pannelliAperti, true; });
+        core::installaFineCaricamento([this] { caricamentoFinito = true; });
+        CreaEseguibile();
+        fs::create_directory(dati());
+        CreaMaster();
+        test::NuovoDatabase(archivio(), {"CREATE TABLE Pagamenti (ID LONG)", "CREATE TABLE PrimaNota (ID LONG)"})
+            ->Close();
+        test::NuovoDatabase(programma / "temp.mdb",
+                            {"CREATE TABLE Estratto (ID LONG)", "INSERT INTO Estratto (ID) VALUES (-1)"})
+            ->Close();
+        test::NuovoDatabase(programma / "Utilità.mdb", {"CREATE TABLE Comuni (ID LONG)"})->Close();
+        test::ScriviFile(programma / "Lang.lng", kLingua);
+        test::ScriviFile(programma / "Italiano.lng", kItaliano);
+        test::ScriviFile(programma / "Impostazioni.ini",
+                         "[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n[Archivio]\r\nID=1\r\n");
+    }
+    void TearDown() override {
+        core::fissaEseguibile(std::nullopt);
+        core::session() = core::Session{};
+        core::svuotaRegistroSchermi();
+    }
+
+    std::string dati() const { return programma / "dati"; }
+    std::string archivio() const { return programma / "dati/2024.mdb"; }
+
+    void CreaEseguibile() {
+        const std::string eseguibile = programma / "brevano";
+        test::ScriviFile(eseguibile, "");
+        std::tm t{};
+        t.tm_year = 2024 - 1900, t.tm_mon = 2, t.tm_mday = 15, t.tm_hour = 10, t.tm_min = 20, t.tm_sec = 30;
+        t.tm_isdst = -1;
+        const timespec istante{std::mktime(&t), 700'000'000};  // a fraction of a second does not count
+        const timespec tempi[2] = {istante, istante};
+        ASSERT_EQ(::utimensat(AT_FDCWD, eseguibile.c_str(), tempi, 0), 0);
+        core::fissaEseguibile(eseguibile);
+    }
+
+    void CreaMaster() {
+        test::NuovoDatabase(dati() + "/Aziende.mdb",
+                            {test::kCreaEsercizi, test::kCreaUtenti,
+                             "INSERT INTO Esercizi (ID, Azienda, Nome, Dal, File, DataAggiornamento) VALUES "
+                             "(1, 1, '2024', #01/01/2024#, '" + archivio() + "', " + kDataEseguibile + ")",
+                             "INSERT INTO Utenti (ID, Azienda, Username) VALUES (1, 2, 'altra azienda')"})
+            ->Close();
+    }
+
+    store::DatabasePtr Master() { return store::Workspace::Default().OpenDatabase(dati() + "/Aziende.mdb"); }
+
+    void EseguiSuArchivio(const std::string& sql) {
+        auto db = store::Workspace::Default().OpenDatabase(archivio());
+        db->Execute(sql);
+        db->Close();
+    }
+
+    void ImpostaIni(const std::string& testo) { test::ScriviFile(programma / "Impostazioni.ini", testo); }
+
+    std::vector<std::string> FileDelProgramma() const {
+        std::vector<std::string> nomi;
+        for (const auto& voce : fs::directory_iterator(programma.percorso())) nomi.push_back(voce.path().filename());
+        std::sort(nomi.begin(), nomi.end());
+        return nomi;
+    }
+
+    using Schermi = std::vector<std::string>;
+
+    test::CartellaTemporanea programma;
+    std::shared_ptr<test::DialoghiScript> script;
+    int pannelliAperti = 0;
+    bool caricamentoFinito = false;
+};
+
+TEST_F(Avvio, SenzaUtentiApreTuttoConOgniDirittoELinguaItaliana) {
+    ASSERT_EQ(core::Main(), EsitoAvvio::Aperto);
+    const auto& s = core::session();
+    EXPECT_EQ(s.IDAzienda, 1);
+    EXPECT_EQ(s.IDEsercizio, 1);
+    EXPECT_EQ(s.Privilegi, "111111111111111");
+    EXPECT_EQ(s.NomeUtente, "Amministratore");
+    EXPECT_EQ(s.MsgNegato, "Accesso negato!");  // read after the reset to Italian
+    EXPECT_EQ(s.dbArchivio->Name(), archivio());
+    EXPECT_TRUE(s.dbTemp->isOpen());
+    EXPECT_TRUE(s.dbUtilita->isOpen());
+    EXPECT_EQ(store::CLng(s.dbTemp->OpenRecordset("Select ID from Estratto")->get("ID")), -1);
+    EXPECT_EQ(core::LeggiLingua("Parametri", "File"), programma / "Italiano.lng");
+    EXPECT_EQ(core::Testo("s324"), "Rete!");
+    EXPECT_TRUE(script->aperti.empty());
+    EXPECT_TRUE(script->messaggi.empty());
+    EXPECT_EQ(pannelliAperti, 1);
+    EXPECT_TRUE(caricamentoFinito);
+    EXPECT_FALSE(fs::exists(programma / "tempCompact.mdb"));
+}
+
+TEST_F(Avvio, SecondoPassaggioNelloStessoProcesso) {
+    ASSERT_EQ(core::Main(), EsitoAvvio::Aperto);
+    auto tempPrecedente = core::session().dbTemp;
+    ASSERT_EQ(core::Main(), EsitoAvvio::Aperto);
+    EXPECT_EQ(pannelliAperti, 2);
+    EXPECT_FALSE(tempPrecedente->isOpen());
+    EXPECT_TRUE(core::session().dbTemp->isOpen());
+}
+
+TEST_F(Avvio, CartellaDiReteMostraS324ESiFerma) {
+    const auto primaDi = FileDelProgramma();
+    for (const std::string& cartella : {"//" + programma.percorso(), std::string("\\\\server\\brevano")}) {
+        core::session().CartellaProgramma = cartella;
+        EXPECT_EQ(core::Main(), EsitoAvvio::Termina) << cartella;
+    }
+    ASSERT_EQ(script->messaggi.size(), 2u);
+    EXPECT_EQ(script->messaggi[0].testo, "Rete (copia)");
+    EXPECT_EQ(script->messaggi[0].stile, core::vbCritical);
+    EXPECT_EQ(script->messaggi[1].stile, core::vbCritical);
+    EXPECT_EQ(FileDelProgramma(), primaDi);
+    EXPECT_EQ(test::LeggiFile(programma / "Lang.lng"), kLingua);
+    EXPECT_FALSE(core::session().dbAziende);
+    EXPECT_EQ(pannelliAperti, 0);
+}
+
+TEST_F(Avvio, UnaSecondaIstanzaTerminaInSilenzio) {
+    const int fd = ::open((programma / "brevano.lock").c_str(), O_RDWR | O_CREAT, 0644);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(::flock(fd, LOCK_EX | LOCK_NB), 0);
+    EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
+    ::close(fd);
+    EXPECT_TRUE(script->messaggi.empty());
+    EXPECT_TRUE(script->aperti.empty());
+    EXPECT_FALSE(core::session().dbAziende);
+    EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);  // once the other has ended
+}
+
+TEST_F(Avvio, PrimoAvvioConImpostazioniVuote) {
+    ImpostaIni("");
+    EXPECT_EQ(core::Main(), EsitoAvvio::Termina);  // frmConfigurazione cancelled
+    EXPECT_EQ(script->aperti, Schermi{"frmConfigurazione"});
+    EXPECT_TRUE(script->messaggi.empty());
+    EXPECT_EQ(pannelliAperti, 0);
+
+    script->schermi["frmConfigurazione"] = [this] {
+        core::ScriviIni("Azienda", "PATH", dati());
+        core::ScriviIni("Azienda", "ID", "1");
+        core::ScriviIni("Archivio", "ID", "1");
+        core::session().dbAziende = Master();
+        return true;
+    };
+    EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
+    EXPECT_EQ(pannelliAperti, 1);
+
+    ImpostaIni("[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n");  // an Azienda but no Esercizio
+    script->aperti.clear();
+    EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
+    EXPECT_TRUE(script->aperti.empty());
+}
+
+TEST_F(Avvio, EsercizioEliminatoCostaUnRiavvio) {
+    ImpostaIni("[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n[Archivio]\r\nID=9\r\n");
+    script->schermi["frmConfigurazione"] = [] {
+        EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "0");
+        EXPECT_EQ(core::session().IDEsercizio, 0);
+        core::ScriviIni("Archivio", "ID", "1");
+        return true;
+    };
+    EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
+    EXPECT_EQ(script->aperti, Schermi{"frmConfigurazione"});
+    EXPECT_EQ(pannelliAperti, 0);
+
+    EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);  // the next start uses the choice just made
+    EXPECT_EQ(core::session().IDEsercizio, 1);
+}
+
+TEST_F(Avvio, EsercizioTornatoConLoStessoIdPassa) {
+    ImpostaIni("[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n[Archivio]\r\nID=9\r\n");
+    script->schermi["frmConfigurazione"] = [] {
+        core::session().dbAziende->Execute("UPDATE Esercizi SET ID=9 WHERE ID=1");
+        return true;
+    };
+    EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
+    EXPECT_EQ(core::session().IDEsercizio, 0);  // cleared, and no screen has set it again
+}
+
+TEST_F(Avvio, DataDiAggiornamentoDiversaApreFrmAggiorna) {
+    struct Caso {
+        const char* data;
+        bool aggiorna;
+    };
+    const Caso casi[] = {
+        {kDataEseguibile, false},
+        {"#03/15/2024 10:20:31#", true},  // later than the executable's
+        {"#03/15/2024 10:20:29#", true},
+        {"#03/14/2024 10:20:30#", true},
+        {"#03/15/2024#", true},
+        {"Null", true},
+    };
+    for (const auto& c : casi) {
+        auto master = Master();
+        master->Execute(std::string("UPDATE Esercizi SET DataAggiornamento=") + c.data + " WHERE ID=1");
+        core::session().dbAziende = master;
+        EXPECT_EQ(core::ArchivioAggiornato(archivio()), !c.aggiorna) << c.data;
+        script->aperti.clear();
+        EXPECT_EQ(core::Main(), EsitoAvvio::Aperto) << c.data;
+        EXPECT_EQ(script->aperti, c.aggiorna ? Schermi{"frmAggiorna"} : Schermi{}) << c.data;
+    }
+}
+
+TEST_F(Avvio, ArchivioSenzaRigaInEserciziMostraS325ETermina) {
+    core::session().dbAziende = Master();
+    EXPECT_THROW(core::ArchivioAggiornato(dati() + "/altro.mdb"), core::TerminaProgramma);
+    ASSERT_EQ(script->messaggi.size(), 1u);
+    EXPECT_EQ(script->messaggi[0].testo, "Manca (copia)");
+    EXPECT_EQ(script->messaggi[0].stile, core::vbExclamation);
+}
+
+TEST_F(Avvio, PercorsoConApostrofo) {
+    auto master = Master();
+    master->Execute("INSERT INTO Esercizi (ID, Azienda, Nome, File, DataAggiornamento) VALUES (2, 1, 'x', '" +
+                    dati() + "/dell''orto.mdb', " + kDataEseguibile + ")");
+    core::session().dbAziende = master;
+    EXPECT_TRUE(core::ArchivioAggiornato(dati() + "/dell'orto.mdb"));
+    EXPECT_THROW(core::ArchivioAggiornato(dati() + "/2024.mdb' OR 'a'='a"), core::TerminaProgramma);
+}
+
+TEST_F(Avvio, ConUtentiChiedeIlLogin) {
+    Master()->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (2, 1, 'anna')");
+    EXPECT_EQ(core::Main(), EsitoAvvio::Termina);  // login cancelled
+    EXPECT_EQ(script->aperti, Schermi{"frmLogin"});
+    EXPECT_EQ(pannelliAperti, 0);
+
+    script->schermi["frmLogin"] = [] {
+        core::session().Privilegi = "11000000000000";
+        core::session().NomeUtente = "anna";
+        return true;
+    };
+    EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
+    EXPECT_EQ(core::session().NomeUtente, "anna");
+    EXPECT_EQ(test::LeggiFile(programma / "Lang.lng"), kLingua);  // the language stays the user's
+    EXPECT_EQ(core::session().MsgNegato, "Negato (copia)");
+}
+
+TEST_F(Avvio, SondaDellaPrimaNota) {
+    struct Caso {
+        int pagamenti, righePrimaNota;
+        bool schermo;
+    };
+    const Caso casi[] = {{0, 0, false}, {1, 0, true}, {2, 0, true}, {0, 1, false}, {3, 1, false}};
+    for (const auto& c : casi) {
+        EseguiSuArchivio("DELETE FROM Pagamenti");
+        EseguiSuArchivio("DELETE FROM PrimaNota");
+        for (int i = 1; i <= c.pagamenti; ++i)
+            EseguiSuArchivio("INSERT INTO Pagamenti (ID) VALUES (" + std::to_string(i) + ")");
+        for (int i = 1; i <= c.righePrimaNota; ++i)
+            EseguiSuArchivio("INSERT INTO PrimaNota (ID) VALUES (" + std::to_string(i) + ")");
+        script->aperti.clear();
+        EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
+        EXPECT_EQ(script->aperti, c.schermo ? Schermi{"frmAggiornaPrimaNota"} : Schermi{})
+            << c.pagamenti << " pagamenti, " << c.righePrimaNota << " righe";
+    }
+}
+
+TEST_F(Avvio, ErroriDellaPiattaformaArrivanoAlChiamante) {
+    EseguiSuArchivio("DROP TABLE PrimaNota");
+    EXPECT_THROW(core::Main(), store::JetError);
+
+    test::ScriviFile(programma / "tempCompact.mdb", "avanzo di un arresto");
+    EXPECT_THROW(core::Main(), store::JetError);
+    EXPECT_TRUE(fs::exists(programma / "temp.mdb"));
+
+    fs::remove(programma / "tempCompact.mdb");
+    ImpostaIni("[Azienda]\r\nPATH=" + programma / "manca" + "\r\nID=1\r\n[Archivio]\r\nID=1\r\n");
+    EXPECT_THROW(core::Main(), store::JetError);
+}
+
+}  // namespace

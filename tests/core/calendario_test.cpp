@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+
+#include "core/calendario.h"
+#include "store/clock.h"
+#include "store/convert.h"
+
+namespace {
+
+using store::DateSerial;
+
+TEST(Calendario, AnniBisestiliEGiorniDelMese) {
+    struct Caso {
+        int mese, anno, giorni;
+    };
+    const Caso casi[] = {
+        {2, 2024, 29}, {2, 2023, 28}, {2, 1900, 28}, {2, 2000, 29}, {2, 2100, 28},
+        {4, 2023, 30}, {6, 2023, 30}, {9, 2023, 30}, {11, 2023, 30},
+        {1, 2023, 31}, {7, 2023, 31}, {8, 2023, 31}, {12, 2023, 31},
+    };
+    for (const auto& c : casi) EXPECT_EQ(core::GiorniMese(c.mese, c.anno), c.giorni) << c.mese << "/" << c.anno;
+    EXPECT_TRUE(core::Bisestile(2000));
+    EXPECT_FALSE(core::Bisestile(1900));
+    EXPECT_TRUE(core::Bisestile(1996));
+    EXPECT_FALSE(core::Bisestile(2023));
+}
+
+TEST(Calendario, PasquaConLeEccezioniDiGauss) {
+    struct Caso {
+        int anno, mese, giorno;
+    };
+    const Caso casi[] = {
+        {2000, 4, 23}, {2024, 3, 31}, {2025, 4, 20}, {2008, 3, 23}, {2011, 4, 24},
+        {1981, 4, 19},  // the rule gives 26 April, which becomes 19
+        {2076, 4, 19},  // again 26 -> 19
+        {1954, 4, 18},  // 25 April with d = 28 becomes 18
+        {2049, 4, 18},
+    };
+    for (const auto& c : casi)
+        EXPECT_EQ(core::Pasqua(c.anno), DateSerial(c.anno, c.mese, c.giorno)) << c.anno;
+}
+
+class GiornoFestivo : public ::testing::Test {
+protected:
+    void TearDown() override { store::fissaOrologio(std::nullopt); }
+    static void OggiNel(int anno) { store::fissaOrologio(DateSerial(anno, 6, 10) + 0.5); }
+};
+
+TEST_F(GiornoFestivo, FestivitaFisseDomenicheESabati) {
+    OggiNel(2023);
+    struct Caso {
+        int giorno, mese, anno;
+        bool festivo;
+    };
+    const Caso casi[] = {
+        {1, 1, 2024, true},   {6, 1, 2023, true},   {25, 4, 2023, true},  {1, 5, 2023, true},
+        {2, 6, 2023, true},   {15, 8, 2023, true},  {1, 11, 2023, true},  {8, 12, 2023, true},
+        {25, 12, 2023, true}, {26, 12, 2023, true},
+        {5, 3, 2023, true},    // a Sunday
+        {4, 3, 2023, false},   // a Saturday is a working day
+        {6, 3, 2023, false},   // Monday
+        {27, 12, 2023, false}, {7, 1, 2023, false}, {24, 4, 2023, false},
+    };
+    for (const auto& c : casi)
+        EXPECT_EQ(core::GiornoFestivo(DateSerial(c.anno, c.mese, c.giorno)), c.festivo)
+            << c.giorno << "/" << c.mese << "/" << c.anno;
+}
+
+TEST_F(GiornoFestivo, PasquettaSoloNellAnnoDiOggi) {
+    const double pasquetta2000 = DateSerial(2000, 4, 24);
+    const double pasquetta2001 = DateSerial(2001, 4, 16);
+    OggiNel(2000);
+    EXPECT_TRUE(core::GiornoFestivo(pasquetta2000));
+    EXPECT_FALSE(core::GiornoFestivo(pasquetta2001));
+    OggiNel(2001);
+    EXPECT_FALSE(core::GiornoFestivo(pasquetta2000));
+    EXPECT_TRUE(core::GiornoFestivo(pasquetta2001));
+}
+
+}  // namespace

@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/impostazioni.h"
+#include "core/ini.h"
+#include "store/errors.h"
+#include "supporto.h"
+
+namespace {
+
+class Impostazioni : public ::testing::Test {
+protected:
+    void SetUp() override { test::SessioneNuova(cartella.percorso()); }
+    std::string ini() const { return cartella / "Impostazioni.ini"; }
+    test::CartellaTemporanea cartella;
+};
+
+TEST_F(Impostazioni, FileMancanteDaVuotoEScritturaLoCrea) {
+    EXPECT_EQ(core::LeggiIni("Azienda", "PATH"), "");
+    EXPECT_FALSE(std::filesystem::exists(ini()));
+    core::ScriviIni("Azienda", "PATH", "/dati");
+    core::ScriviIni("Archivio", "ID", "7");
+    core::ScriviIni("Azienda", "ID", "3");
+    EXPECT_EQ(test::LeggiFile(ini()), "[Azienda]\r\nPATH=/dati\r\nID=3\r\n[Archivio]\r\nID=7\r\n");
+}
+
+TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
+    test::ScriviFile(ini(),
+                     "; settings\r\n[azienda]\r\n  path =  /srv/dati  \r\nID=\"12\"\r\n\r\n[Login]\nUsername='Anna'\n");
+    struct Caso {
+        const char *sezione, *chiave, *atteso;
+    };
+    const Caso casi[] = {
+        {"Azienda", "PATH", "/srv/dati"}, {"AZIENDA", "Id", "12"}, {"Login", "Username", "Anna"},
+        {"Login", "Password", ""},        {"Archivio", "ID", ""},  {"Azienda", "Username", ""},
+    };
+    for (const auto& c : casi) EXPECT_EQ(core::LeggiIni(c.sezione, c.chiave), c.atteso) << c.sezione << "/" << c.chiave;
+}
+
+TEST_F(Impostazioni, RiscritturaTieneLeAltreRighe) {
+    test::ScriviFile(ini(), "; settings\r\n[Azienda]\r\nPATH=/a\r\nID=1\r\n\r\n[Login]\r\nUsername=x\r\n");
+    core::ScriviIni("azienda", "id", "2");
+    core::ScriviIni("Azienda", "Nuova", "v");
+    EXPECT_EQ(test::LeggiFile(ini()),
+              "; settings\r\n[Azienda]\r\nPATH=/a\r\nid=2\r\nNuova=v\r\n\r\n[Login]\r\nUsername=x\r\n");
+}
+
+TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
+    struct Caso {
+        std::string scritto, letto;
+    };
+    const std::string lungo(1023, 'x');
+    const std::string accentati = "Città è più €";
+    const Caso casi[] = {
+        {lungo, lungo},
+        {lungo + "y", lungo},
+        {std::string(1022, 'x') + "à€", std::string(1022, 'x') + "à"},  // cut by characters, not bytes
+        {accentati, accentati},
+        {"due\r\nrighe", "due"},
+        {"", ""},
+    };
+    for (const auto& c : casi) {
+        core::ScriviIni("Prova", "Valore", c.scritto);
+        EXPECT_EQ(core::LeggiIni("Prova", "Valore"), c.letto) << c.scritto.substr(0, 20);
+    }
+    core::ScriviIni("Prova", "Valore", accentati);
+    EXPECT_NE(test::LeggiFile(ini()).find("Valore=Citt\xE0 \xE8 pi\xF9 \x80\r\n"), std::string::npos);
+}
+
+TEST_F(Impostazioni, FileConMarcaUtf8) {
+    test::ScriviFile(ini(), "\xEF\xBB\xBF[Azienda]\r\nPATH=/dati/Società\r\n");
+    EXPECT_EQ(core::LeggiIni("Azienda", "PATH"), "/dati/Società");
+}
+
+TEST_F(Impostazioni, CartellaNonScrivibile) {
+    core::session().CartellaProgramma = cartella / "manca";
+    EXPECT_THROW(core::ScriviIni("Azienda", "ID", "1"), store::JetError);
+}
+
+class Lingua : public Impostazioni {
+protected:
+    std::string lng() const { return cartella / "Lang.lng"; }
+};
+
+TEST_F(Lingua, TestoSenzaRipiego) {
+    test::ScriviFile(lng(), "[Stringhe]\r\ns1=Anagrafiche\r\ns55=Accesso negato!\r\ns60=\r\n[Altro]\r\ns2=x\r\n");
+    EXPECT_EQ(core::Testo("s1"), "Anagrafiche");
+    EXPECT_EQ(core::Testo("S55"), "Accesso negato!");
+    EXPECT_EQ(core::Testo("s60"), "");
+    EXPECT_EQ(core::Testo("s2"), "");    // another section
+    EXPECT_EQ(core::Testo("s999"), "");  // not the key itself
+}
+
+TEST_F(Lingua, IlFileCambiatoSulDiscoSiRilegge) {
+    test::ScriviFile(lng(), "[Stringhe]\r\ns1=Prima\r\n");
+    EXPECT_EQ(core::Testo("s1"), "Prima");
+    test::ScriviFile(lng(), "[Stringhe]\r\ns1=Dopo, pi\xF9 lunga\r\n");
+    EXPECT_EQ(core::Testo("s1"), "Dopo, più lunga");
+    core::ScriviLingua("Stringhe", "s1", "Terza");
+    EXPECT_EQ(core::Testo("s1"), "Terza");
+    EXPECT_EQ(core::LeggiLingua("Stringhe", "s1"), "Terza");
+}
+
+TEST_F(Lingua, RipristinoDallItaliano) {
+    test::ScriviFile(cartella / "Italiano.lng", "[Stringhe]\r\ns1=Anagrafiche\r\n");
+    test::ScriviFile(lng(), "[Stringhe]\r\ns1=Registries\r\n[Parametri]\r\nFile=/x/English.lng\r\n");
+    core::RipristinaLingua();
+    EXPECT_EQ(core::Testo("s1"), "Anagrafiche");
+    EXPECT_EQ(core::LeggiLingua("Parametri", "File"), cartella / "Italiano.lng");
+    EXPECT_EQ(test::LeggiFile(cartella / "Italiano.lng"), "[Stringhe]\r\ns1=Anagrafiche\r\n");
+
+    std::filesystem::remove(cartella / "Italiano.lng");
+    EXPECT_THROW(core::RipristinaLingua(), store::JetError);
+}
+
+}  // namespace

@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include "core/record.h"
+#include "store/convert.h"
+#include "store/errors.h"
+#include "supporto.h"
+
+namespace {
+
+class Record : public ::testing::Test {
+protected:
+    void SetUp() override {
+        test::SessioneNuova(cartella.percorso());
+        archivio = test::NuovoDatabase(cartella / "2024.mdb",
+                                       {"CREATE TABLE Clienti (ID LONG, DescCliente TEXT(50))",
+                                        "CREATE TABLE Documenti (ID LONG, Cliente LONG)",
+                                        "CREATE TABLE Scadenze (ID LONG, Cliente LONG)",
+                                        "CREATE TABLE Spese (ID LONG, Cliente LONG)",
+                                        "CREATE TABLE Senza (Codice LONG)"});
+        archivio->CreateQueryDef({"qrClienti", "SELECT * FROM Clienti"});
+        core::session().dbArchivio = archivio;
+    }
+    long NuovoCliente(const std::string& sql) {
+        auto rs = archivio->OpenRecordset(sql);
+        rs->AddNew();
+        core::NuovoID(*rs);
+        EXPECT_EQ(rs->editMode(), store::Recordset::EditMode::Edit);
+        rs->set("DescCliente", store::Value::Text("nuovo"));
+        rs->Update();
+        return store::CLng(rs->get("ID"));
+    }
+    test::CartellaTemporanea cartella;
+    store::DatabasePtr archivio;
+};
+
+TEST_F(Record, NuovoIdSuTabellaVuotaEDopoIlMassimo) {
+    EXPECT_EQ(core::ProssimoID("Clienti"), 1);
+    EXPECT_EQ(NuovoCliente("Select * from Clienti"), 1);
+    archivio->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (41, 'alto')");
+    archivio->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (7, 'in mezzo')");
+    EXPECT_EQ(core::ProssimoID("Clienti"), 42);
+    EXPECT_EQ(NuovoCliente("SELECT * FROM Clienti WHERE ID=0"), 42);
+    auto rs = archivio->OpenRecordset("Select DescCliente from Clienti where ID=42");
+    ASSERT_FALSE(rs->Eof());
+    EXPECT_EQ(rs->get("DescCliente").text(), "nuovo");  // the second update reached the same row
+    EXPECT_EQ(core::ProssimoID("Senza"), 1);
+}
+
+TEST_F(Record, NuovoIdSuUnAltroDatabaseESenzaCampoId) {
+    auto altro = test::NuovoDatabase(cartella / "Aziende.mdb", {"CREATE TABLE Aziende (ID LONG, Nome TEXT(50))",
+                                                                "INSERT INTO Aziende (ID, Nome) VALUES (3, 'a')"});
+    auto rs = altro->OpenRecordset("Select * from Aziende");
+    rs->AddNew();
+    core::NuovoID(*rs, altro);
+    EXPECT_EQ(store::CLng(rs->get("ID")), 4);
+    rs->CancelUpdate();
+
+    auto senza = archivio->OpenRecordset("Select * from Senza");
+    senza->AddNew();
+    core::NuovoID(*senza);
+    EXPECT_EQ(senza->editMode(), store::Recordset::EditMode::AddNew);  // left to the caller
+}
+
+TEST(NomeTabellaDaSql, LaParolaDopoFrom) {
+    struct Caso {
+        const char *sql, *tabella;
+    };
+    const Caso casi[] = {
+        {"Select * from Clienti where ID=3", "Clienti"},
+        {"SELECT * FROM qrDocumenti ORDER BY Data", "qrDocumenti"},
+        {"select * from [Note]", "[Note]"},
+        {"Select * from Spese", "Spese"},
+        {"Clienti", "Clienti"},
+    };
+    for (const auto& c : casi) EXPECT_EQ(core::NomeTabellaDaSql(c.sql), c.tabella) << c.sql;
+}
+
+TEST_F(Record, EsistenzaDiTabelleQueryECampi) {
+    EXPECT_TRUE(core::TabellaEsiste("Clienti"));
+    EXPECT_TRUE(core::TabellaEsiste("clienti", archivio));
+    EXPECT_FALSE(core::TabellaEsiste("Fornitori"));
+    EXPECT_TRUE(core::QueryEsiste("qrClienti", archivio));
+    EXPECT_FALSE(core::QueryEsiste("Clienti", archivio));
+    EXPECT_FALSE(core::QueryEsiste("qrClienti", nullptr));
+    core::session().dbArchivio.reset();
+    EXPECT_FALSE(core::TabellaEsiste("Clienti"));
+
+    auto rs = archivio->OpenRecordset("Select * from Clienti");
+    EXPECT_TRUE(core::CampoEsiste("DescCliente", rs.get()));
+    EXPECT_TRUE(core::CampoEsiste("desccliente", nullptr, rs.get()));
+    EXPECT_FALSE(core::CampoEsiste("Cliente", rs.get()));
+    EXPECT_FALSE(core::CampoEsiste("DescCliente", nullptr, nullptr));
+}
+
+TEST_F(Record, RecordMovimentatoNumeraPerPostoNellElenco) {
+    archivio->Execute("INSERT INTO Documenti (ID, Cliente) VALUES (1, 5)");
+    archivio->Execute("INSERT INTO Spese (ID, Cliente) VALUES (1, 5)");
+    archivio->Execute("INSERT INTO Scadenze (ID, Cliente) VALUES (1, 6)");
+    const std::vector<core::VoceTabella> voci = {
+        {"Documenti", "Documenti emessi"}, {"Scadenze", "Scadenze"}, {"Spese", "Spese"}};
+
+    std::string messaggio = "invariato";
+    EXPECT_TRUE(core::RecordMovimentato(5, "Cliente", voci, messaggio));
+    EXPECT_EQ(messaggio,
+              "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n"
+              "1) Documenti emessi\r\n3) Spese\r\n");
+
+    messaggio = "invariato";
+    EXPECT_FALSE(core::RecordMovimentato(7, "Cliente", voci, messaggio));
+    EXPECT_EQ(messaggio, "invariato");
+    EXPECT_THROW(core::RecordMovimentato(5, "Cliente", {{"Assente", "x"}}, messaggio), store::JetError);
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+// What the core tests share: a throw-away program folder, a clean session, and a dialog script
+// that answers the screens by name and records what the user would have seen.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "core/dialogs.h"
+#include "core/registro_schermi.h"
+#include "core/session.h"
+
+namespace test {
+
+struct Messaggio {
+    std::string testo;
+    int stile;
+};
+
+class DialoghiScript : public core::Dialogs {
+public:
+    std::map<std::string, std::function<bool()>> schermi;  // answer of a modal screen by name
+    std::vector<std::string> aperti;                       // modal screens in the order shown
+    std::vector<Messaggio> messaggi;
+
+    int msgBox(const std::string& testo, int stile, const std::string&) override {
+        messaggi.push_back({testo, stile});
+        return core::vbOK;
+    }
+    bool runModal(const std::string& schermo, const std::function<bool()>&) override {
+        aperti.push_back(schermo);
+        const auto it = schermi.find(schermo);
+        return it != schermi.end() && it->second();
+    }
+    std::optional<std::string> inputBox(const std::string&, const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> chooseFile(const std::string&, const std::string&, bool, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> chooseFolder(const std::string&, const std::string&) override { return std::nullopt; }
+    void setBusy(bool) override {}
+};
+
+// A fresh folder under the system's temporary folder, removed with everything in it at the end.
+class CartellaTemporanea {
+public:
+    CartellaTemporanea() {
+        std::string modello = (std::filesystem::temp_directory_path() / "brevano-core-XXXXXX").string();
+        percorso_ = ::mkdtemp(modello.data());
+    }
+    ~CartellaTemporanea() {
+        std::error_code ec;
+        std::filesystem::remove_all(percorso_, ec);
+    }
+    const std::string& percorso() const { return percorso_; }
+    std::string operator/(const std::string& nome) const { return percorso_ + "/" + nome; }
+
+private:
+    std::string percorso_;
+};
+
+inline void ScriviFile(const std::string& percorso, const std::string& byte) {
+    std::ofstream(percorso, std::ios::binary | std::ios::trunc) << byte;
+}
+
+inline std::string LeggiFile(const std::string& percorso) {
+    std::ifstream in(percorso, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+// A session with nothing open, the program folder given, no screens and a fresh script.
+inline std::shared_ptr<DialoghiScript> SessioneNuova(const std::string& cartellaProgramma) {
+    core::session() = core::Session{};
+    core::session().CartellaProgramma = cartellaProgramma;
+    core::svuotaRegistroSchermi();
+    auto script = std::make_shared<DialoghiScript>();
+    core::installDialogs(script);
+    return script;
+}
+
+}  // namespace test
+
+#include "store/dao.h"
+
+namespace test {
+
+// A new database file with the given statements run on it.
+inline store::DatabasePtr NuovoDatabase(const std::string& percorso, const std::vector<std::string>& istruzioni) {
+    auto db = store::Workspace::Default().CreateDatabase(percorso);
+    for (const auto& sql : istruzioni) db->Execute(sql);
+    return db;
+}
+
+inline const char* const kCreaEsercizi =
+    "CREATE TABLE Esercizi (ID LONG, Azienda LONG, Nome TEXT(50), Dal DATETIME, Al DATETIME, File TEXT(255), "
+    "DataAggiornamento DATETIME)";
+inline const char* const kCreaUtenti =
+    "CREATE TABLE Utenti (ID LONG, Azienda LONG, Username TEXT(50), Password TEXT(50), Accessi TEXT(50))";
+
+}  // namespace test
