@@ -177,6 +177,12 @@ std::vector<Tabella> utilita() {
     return {{"Comuni", {id(), testo("Comune", kDescrizione), testo("Cap", 10), testo("Provincia", 30)}, {"Comune"}}};
 }
 
+// A new row holds 0 in its numbers, links and yes/no fields until the program writes them: an
+// Insert that leaves out a field (PrimaNota.Numero, a link not yet known) stores 0, not Null.
+bool haZeroPredefinito(FieldType tipo) {
+    return tipo == FieldType::Long || tipo == FieldType::Double || tipo == FieldType::Boolean;
+}
+
 }  // namespace
 
 TableDef Tabella::definizione() const {
@@ -185,6 +191,7 @@ TableDef Tabella::definizione() const {
     for (const Campo& c : campi) {
         FieldDef f = TableDef::CreateField(c.nome, c.tipo, c.dimensione);
         f.AllowZeroLength = true;
+        if (c.nome != "ID" && haZeroPredefinito(c.tipo)) f.DefaultValue = "0";
         def.Fields.push_back(f);
     }
     def.Indexes.push_back(TableDef::CreateIndex("PrimaryKey", {"ID"}, true, true));

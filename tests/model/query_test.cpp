@@ -4,6 +4,10 @@
 // document, payments with no document. Every expected value was worked out on paper.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
+#include "store/clock.h"
+
 #include "archivio_prova.h"
 
 namespace {
@@ -110,6 +114,12 @@ protected:
     std::string parole(const std::string& sql, const std::string& nome) { return testo(campo(*db, sql, nome)); }
 
     store::DatabasePtr db;
+};
+
+struct Numero {
+    const char* sql;
+    const char* colonna;
+    double atteso;
 };
 
 struct Saldo {
@@ -227,12 +237,6 @@ TEST_F(QueryArchivio, DescriptionsAndNamesAreNeverNull) {
     for (const Testo& c : casi) EXPECT_EQ(parole(c.sql, c.colonna), c.atteso) << c.sql << " -> " << c.colonna;
 }
 
-struct Numero {
-    const char* sql;
-    const char* colonna;
-    double atteso;
-};
-
 TEST_F(QueryArchivio, DerivedAmounts) {
     const Numero casi[] = {
         {"Select * from qrDocumentiScadenze where ID=1", "ImportoScadenze", 1220},
@@ -263,7 +267,85 @@ TEST_F(QueryArchivio, DerivedAmounts) {
     }
     EXPECT_TRUE(campo(*db, "Select * from qrScadenzeAttive where ID=4", "ImportoTotale").isNull());
     EXPECT_TRUE(campo(*db, "Select * from qrScadenzePagamenti where ID=3", "Tipo").isNull());
-    EXPECT_EQ(ids(*db, "Select * from qrPagPN where Cliente=1"), std::vector<long>{}) << "a quote is no payment";
+    EXPECT_TRUE(db->OpenRecordset("Select * from qrPagPN where Cliente=1")->Eof()) << "a quote is never settled";
+}
+
+// Statements of the journal, the statements of account and the balance, as the program sends them.
+TEST_F(QueryArchivio, StatementsOfTheBooksRunOnTheQueries) {
+    riga(*db, "Documenti", {{"ID", L(6)}, {"Tipo", L(6)}, {"Numero", L(2)}, {"Data", Giorno(6, 5, 2024)},
+                            {"Cliente", L(1)}, {"ImportoTotale", D(30)}});
+    auto clienti = db->OpenRecordset(
+        "SELECT Clienti.ID AS Cliente, Sum([qrIncPN].[Totale]-[qrPagPN].[Totale]) AS Totale, "
+        "Sum([qrIncPN].[TotalePagato]-[qrPagPN].[TotalePagato]) AS TotalePagato, "
+        "Sum([qrIncPN].[TotaleDaPagare]-[qrPagPN].[TotaleDaPagare]) AS TotaleDaPagare, "
+        "[DescCliente] & ' ' & [DescCliente2] AS Descrizione FROM (Clienti LEFT JOIN qrIncPN ON Clienti.ID = "
+        "qrIncPN.Cliente) LEFT JOIN qrPagPN ON Clienti.ID = qrPagPN.Cliente GROUP BY Clienti.ID, [DescCliente] & "
+        "' ' & [DescCliente2] HAVING (((Sum([qrIncPN].[Totale]-[qrPagPN].[Totale]))<>0)) OR "
+        "(((Sum([qrIncPN].[TotalePagato]-[qrPagPN].[TotalePagato]))<>0)) OR "
+        "(((Sum([qrIncPN].[TotaleDaPagare]-[qrPagPN].[TotaleDaPagare]))<>0)) ORDER BY [DescCliente] & ' ' & "
+        "[DescCliente2]");
+    ASSERT_FALSE(clienti->Eof());
+    EXPECT_EQ(testo(clienti->get("Descrizione")), "Rossi Mario");
+    EXPECT_NEAR(clienti->get("Totale").number(), 1700, 1e-9);          // 1730 - 30
+    EXPECT_NEAR(clienti->get("TotalePagato").number(), 710.10, 1e-9);  // 710,10 - 0
+    EXPECT_NEAR(clienti->get("TotaleDaPagare").number(), 989.90, 1e-9);
+    clienti->MoveNext();
+    EXPECT_TRUE(clienti->Eof());
+
+    auto fornitori = db->OpenRecordset(
+        "SELECT [DescFornitore] & ' ' & [DescFornitore2] AS Descrizione, Sum(qrSpesePagamenti.ImportoSpesa) AS "
+        "Totale, Sum(qrSpesePagamenti.ImportoPagato) AS TotalePagato, Sum(qrSpesePagamenti.DaPagare) AS "
+        "TotaleDaPagare FROM qrSpesePagamenti GROUP BY qrSpesePagamenti.Fornitore, [DescFornitore] & ' ' & "
+        "[DescFornitore2] ORDER BY [DescFornitore] & ' ' & [DescFornitore2]");
+    const std::tuple<const char*, double, double, double> righe[] = {{" ", 50, 0, 50}, {"Bianchi Spa", 122, 50, 72}};
+    for (const auto& [nome, totale, pagato, daPagare] : righe) {
+        ASSERT_FALSE(fornitori->Eof());
+        EXPECT_EQ(testo(fornitori->get("Descrizione")), nome);
+        EXPECT_DOUBLE_EQ(fornitori->get("Totale").number(), totale);
+        EXPECT_DOUBLE_EQ(fornitori->get("TotalePagato").number(), pagato);
+        EXPECT_DOUBLE_EQ(fornitori->get("TotaleDaPagare").number(), daPagare);
+        fornitori->MoveNext();
+    }
+
+    const std::string estratto =
+        "Select ID,Data,'Spesa N.' & Spese.Numero & ' del ' & Spese.Data as DescDocumento, ImportoSpesa as "
+        "ImportoTotale, '0' as Tipo, 'S' as TipoDoc, Fornitore, DescFornitore From qrSpese where "
+        "EscludiEstrattoConto=0 And 1 UNION Select ID,Data,'Note di Credito N.' & Documenti.Numero & ' del ' & "
+        "Documenti.Data as DescDocumento, ImportoTotale, '9' as Tipo, 'N' as TipoDoc, Fornitore, DescFornitore "
+        "From qrDocumenti where EscludiEstrattoConto=0 And Tipo=9 Order By Data";
+    EXPECT_EQ(ids(*db, estratto), (std::vector<long>{1, 2}));  // the note is left out of statements
+    EXPECT_EQ(parole(estratto, "DescDocumento"), "Spesa N.7 del 02/02/2024");
+
+    const Numero periodo[] = {
+        {"Select round(Sum(ImportoPagamento),2) as Pagato from qrPagamenti Where "
+         "DateValue(DataPagamento)>=DateValue('01/01/2024') and DateValue(DataPagamento)<=DateValue('31/12/2024')",
+         "Pagato", 136},  // 50 + 61 + 25
+        {"Select round(Sum(ImportoPagamento),2) as Incassato from qrIncassi Where "
+         "DateValue(DataPagamento)>=DateValue('01/01/2024') and DateValue(DataPagamento)<=DateValue('31/12/2024')",
+         "Incassato", 1110.40},  // 400 + 210,10 + 100 + 300 + 100,29 + 0,01
+    };
+    for (const Numero& c : periodo) EXPECT_DOUBLE_EQ(numero(c.sql, c.colonna), c.atteso) << c.sql;
+    EXPECT_EQ(ids(*db, "Select * from qrDocumentiDesc where EscludiEstrattoConto=0 And (Tipo=5 Or Tipo=6) and "
+                       "Cliente=1 Order By Data"),
+              (std::vector<long>{1, 4, 6}));
+}
+
+// The reminders at start-up and the lists of the payment editor.
+TEST_F(QueryArchivio, RemindersAndPaymentEditorLists) {
+    db->Execute("Update Scadenze set DataAvviso=DataScadenza");
+    store::fissaOrologio(store::DateSerial(2024, 4, 30) + 0.4);
+    EXPECT_EQ(ids(*db, "Select * from qrScadenzeAttive where DateValue(DataAvviso)=DateValue(Now) and Pagata=False "
+                       "order by ID"),
+              (std::vector<long>{2, 4, 6}));
+    EXPECT_EQ(ids(*db, "Select * from qrScadenzePassive where DateValue(DataAvviso)=DateValue(Now) and Pagata=False "
+                       "order by ID"),
+              (std::vector<long>{3, 5}));
+    store::fissaOrologio(std::nullopt);
+    EXPECT_EQ(ids(*db, "Select * from qrDocumentiIncassi where DaPagare<>0 and (Fornitore<>0 OR Cliente<>0) order by ID"),
+              (std::vector<long>{1, 4}));
+    EXPECT_EQ(ids(*db, "SELECT * from qrScadenzePagamenti where Documento<>0 and DaPagare<>0 and ((Cliente<>0 and "
+                       "Tipo=5) OR (Fornitore<>0 and Tipo=9)) order by ID"),
+              (std::vector<long>{1, 2, 6}));
 }
 
 TEST_F(QueryArchivio, JournalSplitsMoneyInAndOut) {

@@ -127,6 +127,23 @@ TEST(Modello, KeysAndLinkIndexes) {
     }
 }
 
+// What a statement leaves out of a new row: numbers and links 0, yes/no False, texts and dates Null.
+TEST(Modello, NewRowHoldsZeroInNumbersLinksAndYesNo) {
+    auto db = archivioVuoto();
+    db->Execute("Insert Into PrimaNota (ID,Data,Descrizione,CC,Importo,Tipo,Destinazione,Pagamento,TipoPagamento) "
+                "VALUES (1,'05/03/2024','Incasso','',10,0,1,0,'')");
+    db->Execute("Insert Into Documenti (ID,Tipo) VALUES (1,5)");
+    EXPECT_EQ(campo(*db, "Select * from PrimaNota where ID=1", "Numero"), L(0));
+    const std::pair<const char*, Value> attesi[] = {
+        {"Cliente", L(0)}, {"Fornitore", L(0)}, {"ImportoTotale", D(0)}, {"Pagato", B(false)},
+        {"EscludiEstrattoConto", B(false)}, {"Prefisso", Value::Null()}, {"Data", Value::Null()},
+    };
+    for (const auto& [nome, valore] : attesi)
+        EXPECT_EQ(campo(*db, "Select * from Documenti where ID=1", nome), valore) << nome;
+    EXPECT_EQ(ids(*db, "Select * from Documenti where EscludiEstrattoConto=0 and Pagato=False"),
+              std::vector<long>{1});
+}
+
 struct Forma {
     const char* query;
     std::vector<const char*> colonne;
