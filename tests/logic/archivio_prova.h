@@ -20,11 +20,41 @@
 
 namespace prova {
 
+// The two files every test starts from, made once per run: building the model table by table costs
+// far more than copying the result.
+class FileModello {
+public:
+    static const FileModello& Uno() {
+        static const FileModello modello;
+        return modello;
+    }
+    std::string Aziende() const { return cartella_ + "/Aziende.mdb"; }
+    std::string Archivio() const { return cartella_ + "/2026.mdb"; }
+
+    ~FileModello() {
+        std::error_code ec;
+        std::filesystem::remove_all(cartella_, ec);
+    }
+
+private:
+    FileModello() {
+        std::string modello = (std::filesystem::temp_directory_path() / "brevano-modello-XXXXXX").string();
+        cartella_ = ::mkdtemp(modello.data());
+        auto aziende = store::Workspace::Default().CreateDatabase(Aziende());
+        store::model::CreaAziende(*aziende);
+        aziende->Execute("Insert Into Esercizi (ID,Azienda,Nome,Dal,Al) VALUES (1,1,'2026','01/01/2026','31/12/2026')");
+        aziende->Close();
+        store::model::GeneraArchivioVuoto(Archivio());
+    }
+    std::string cartella_;
+};
+
 class ArchivioProva : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::string modello = (std::filesystem::temp_directory_path() / "brevano-logica-XXXXXX").string();
-        cartella_ = ::mkdtemp(modello.data());
+        const FileModello& modello = FileModello::Uno();
+        std::string nome = (std::filesystem::temp_directory_path() / "brevano-logica-XXXXXX").string();
+        cartella_ = ::mkdtemp(nome.data());
         store::fissaOrologio(store::DateSerial(2026, 6, 15));
         core::session() = core::Session{};
         core::installDialogs(nullptr);
@@ -33,13 +63,12 @@ protected:
         std::ofstream(cartella_ + "/Lang.lng", std::ios::binary)
             << "[Stringhe]\r\ns14=Fatture\r\ns170=Saldo\r\ns226=Acconto\r\ns320=Preventivi\r\ns321=FATTURA\r\n"
                "s322=Scadenze aperte\r\ns323=Pagamenti presenti\r\n";
-        s.dbAziende = store::Workspace::Default().CreateDatabase(cartella_ + "/Aziende.mdb");
-        store::model::CreaAziende(*s.dbAziende);
-        s.dbAziende->Execute("Insert Into Esercizi (ID,Azienda,Nome,Dal,Al) VALUES (1,1,'2026','01/01/2026','31/12/2026')");
+        std::filesystem::copy_file(modello.Aziende(), cartella_ + "/Aziende.mdb");
+        std::filesystem::copy_file(modello.Archivio(), cartella_ + "/2026.mdb");
+        s.dbAziende = store::Workspace::Default().OpenDatabase(cartella_ + "/Aziende.mdb");
         s.IDAzienda = 1;
         s.IDEsercizio = 1;
-        s.dbArchivio = store::Workspace::Default().CreateDatabase(cartella_ + "/2026.mdb");
-        store::model::CreaArchivio(*s.dbArchivio);
+        s.dbArchivio = store::Workspace::Default().OpenDatabase(cartella_ + "/2026.mdb");
     }
 
     void TearDown() override {

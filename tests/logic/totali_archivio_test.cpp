@@ -197,3 +197,72 @@ TEST_F(TotaliArchivio, TotaliDellaSpesa) {
 }
 
 }  // namespace
+
+namespace {
+
+// The engine and the program must agree to the last digit on every line: the same cascade, the
+// same order of operations, the same rounding of exact halves.
+TEST_F(TotaliArchivio, IlMotoreCalcolaLeRigheComeIlProgramma) {
+    const double scontiPossibili[] = {0, 2.5, 5, 10, 33.3, 50};
+    const long codici[] = {1, 2, 3, 4, 99};
+    const double aliquote[] = {22, 4, 20, 0};
+    unsigned seme = 12345;
+    auto prossimo = [&seme](unsigned n) {
+        seme = seme * 1103515245u + 12345u;
+        return (seme >> 16) % n;
+    };
+    long riga = 0;
+    for (long doc = 1; doc <= 60; ++doc) {
+        Testata t;
+        const sales::Sconti sconti{scontiPossibili[prossimo(6)], scontiPossibili[prossimo(6)],
+                                   scontiPossibili[prossimo(6)], scontiPossibili[prossimo(6)]};
+        t.s1 = sconti.s1;
+        t.s2 = sconti.s2;
+        t.s3 = sconti.s3;
+        t.s4 = sconti.s4;
+        Documento(doc, t);
+        double netto = 0, imposta = 0;
+        for (unsigned n = 1 + prossimo(5); n > 0; --n) {
+            const double importo = static_cast<double>(prossimo(2000000)) / 1000;  // up to 2,000 with 3 decimals
+            const unsigned c = prossimo(5);
+            Riga(++riga, doc, importo, codici[c]);
+            const auto calcolata =
+                sales::CalcolaRiga(importo, sconti, c < 4 ? std::optional<double>(aliquote[c]) : std::nullopt);
+            netto += calcolata.netto;
+            imposta += calcolata.imposta.value_or(0);
+        }
+        CalcolaTotaliDocumento(doc);
+        SCOPED_TRACE(doc);
+        const std::string sql = "Select * from Documenti where ID=" + std::to_string(doc);
+        EXPECT_EQ(Numero(sql, "TotNetto"), store::Round(netto, 2));
+        EXPECT_EQ(Numero(sql, "TotIva"), store::Round(imposta, 2));
+    }
+}
+
+TEST(TotaliSpesaSql, IstruzioniDellaSpesa) {
+    EXPECT_EQ(expenses::SqlTotaliSpesa(7),
+              "SELECT Spese.ID, Sum(Round([Importo],2)) AS Imponibile, Sum(Round([Importo]/100*[AliquotaIva],2)) "
+              "AS Imposta FROM (MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID) LEFT JOIN "
+              "CodiciIva ON MovimentiSpese.Iva = CodiciIva.ID GROUP BY Spese.ID HAVING (((Spese.ID)=7))");
+    EXPECT_EQ(expenses::SqlRiepilogoIvaSpesa(7),
+              "SELECT Spese.ID AS Spesa, Sum(Round([Importo],2)) AS Imponibile, "
+              "Sum(Round([Importo]/100*[AliquotaIva],2)) AS Imposta, MovimentiSpese.Iva AS ID, CodiciIva.DescIva "
+              "FROM (MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID) LEFT JOIN CodiciIva ON "
+              "MovimentiSpese.Iva = CodiciIva.ID GROUP BY Spese.ID, MovimentiSpese.Iva, CodiciIva.DescIva "
+              "HAVING (((Spese.ID)=7))");
+}
+
+TEST(TotaliSql, CascataScrittaPerEsteso) {
+    const std::string n1 = "[Movimenti].[Importo]-[Movimenti].[Importo]/100*[Documenti].[Sconto1]";
+    const std::string n2 = "(" + n1 + ")-(" + n1 + ")/100*[Documenti].[Sconto2]";
+    const std::string n3 = "(" + n2 + ")-(" + n2 + ")/100*[Documenti].[Sconto3]";
+    const std::string n4 = "(" + n3 + ")-(" + n3 + ")/100*[Documenti].[Sconto4]";
+    EXPECT_EQ(sales::SqlTotaliMovimenti(3),
+              "SELECT Sum(Netto1) AS Netto, Sum(Imposta1) AS Imposta, Sum(Imponibile1) AS Imponibile FROM "
+              "(SELECT Documenti.ID, Sum(Round([Importo],2)) AS Imponibile1, Sum(Round(" + n4 + ",2)) AS Netto1, "
+              "Sum(Round((" + n4 + ")/100*[CodiciIva].[AliquotaIva],2)) AS Imposta1 FROM (Movimenti LEFT JOIN "
+              "Documenti ON Movimenti.Documento = Documenti.ID) LEFT JOIN CodiciIva ON Movimenti.Iva = CodiciIva.ID "
+              "GROUP BY Documenti.ID Having (((Documenti.ID) = 3)))");
+}
+
+}  // namespace
