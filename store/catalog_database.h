@@ -34,7 +34,7 @@ void bindCell(sqlite3_stmt* s, int index, const Cell& c);
 
 // A stored value read as the program sees it: ISO text -> Date, integers -> Long (Integer for the
 // Integer and Byte types), Yes/No -> Boolean. A value that does not fit the type keeps its own kind.
-Value readCell(FieldType type, const Cell& c);
+Value readCell(FieldType type, Cell c);
 
 // A program value converted to the storage of a field. Strict (a recordset's write): a text longer
 // than `size` is error 3163 and a value that does not convert raises. Lenient (a change of a field's

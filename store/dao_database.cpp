@@ -53,7 +53,8 @@ using Connection = std::unique_ptr<sqlite3, ConnectionCloser>;
 
 Connection openConnection(const std::string& path, int flags, int missingError) {
     sqlite3* raw = nullptr;
-    int rc = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
+    // One thread uses a connection: SQLite's own per-call locking is not needed.
+    int rc = sqlite3_open_v2(path.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     Connection db(raw);
     if (rc != SQLITE_OK) raise(missingError, path);
     sqlite3_extended_result_codes(raw, 1);

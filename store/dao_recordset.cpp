@@ -32,6 +32,32 @@ void pack(std::string& arena, const Cell& c) {
     }
 }
 
+// A column of the statement's current row straight into the buffer.
+void packColumn(std::string& arena, sqlite3_stmt* s, int i) {
+    switch (sqlite3_column_type(s, i)) {
+        case SQLITE_INTEGER: {
+            std::int64_t v = sqlite3_column_int64(s, i);
+            arena += static_cast<char>(Cell::Kind::Int);
+            arena.append(reinterpret_cast<const char*>(&v), sizeof v);
+            break;
+        }
+        case SQLITE_FLOAT: {
+            double v = sqlite3_column_double(s, i);
+            arena += static_cast<char>(Cell::Kind::Real);
+            arena.append(reinterpret_cast<const char*>(&v), sizeof v);
+            break;
+        }
+        case SQLITE_NULL: arena += static_cast<char>(Cell::Kind::Null); break;
+        default: {
+            const char* t = reinterpret_cast<const char*>(sqlite3_column_text(s, i));
+            auto n = static_cast<std::uint32_t>(sqlite3_column_bytes(s, i));
+            arena += static_cast<char>(Cell::Kind::Text);
+            arena.append(reinterpret_cast<const char*>(&n), sizeof n);
+            if (t) arena.append(t, n);
+        }
+    }
+}
+
 Cell unpack(const char*& p) {
     Cell c;
     c.kind = static_cast<Cell::Kind>(*p++);
@@ -144,7 +170,7 @@ struct Recordset::Impl {
         }
         Row r;
         r.offset = arena.size();
-        for (std::size_t i = 0; i < cols.size(); ++i) pack(arena, detail::cellFromColumn(stmt->get(), static_cast<int>(i)));
+        for (std::size_t i = 0; i < cols.size(); ++i) packColumn(arena, stmt->get(), static_cast<int>(i));
         if (tr.hasRowid) r.rowid = sqlite3_column_int64(stmt->get(), static_cast<int>(cols.size()));
         rows.push_back(r);
         return true;
@@ -197,9 +223,9 @@ struct Recordset::Impl {
     const std::vector<Value>& currentValues() {
         checkCurrent();
         if (decoded != cur) {
-            auto cells = rowCells(cur);
+            const char* p = arena.data() + rows[cur].offset;
             current.clear();
-            for (std::size_t c = 0; c < cols.size(); ++c) current.push_back(detail::readCell(cols[c].result.type, cells[c]));
+            for (const Column& c : cols) current.push_back(detail::readCell(c.result.type, unpack(p)));
             decoded = cur;
         }
         return current;
