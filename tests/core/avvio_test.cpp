@@ -12,6 +12,7 @@
 #include "core/impostazioni.h"
 #include "store/convert.h"
 #include "store/errors.h"
+#include "store/model/model.h"
 #include "supporto.h"
 
 namespace {
@@ -38,12 +39,14 @@ protected:
         CreaEseguibile();
         fs::create_directory(dati());
         CreaMaster();
-        test::NuovoDatabase(archivio(), {"CREATE TABLE Pagamenti (ID LONG)", "CREATE TABLE PrimaNota (ID LONG)"})
-            ->Close();
-        test::NuovoDatabase(programma / "temp.mdb",
-                            {"CREATE TABLE Estratto (ID LONG)", "INSERT INTO Estratto (ID) VALUES (-1)"})
-            ->Close();
-        test::NuovoDatabase(programma / "Utilità.mdb", {"CREATE TABLE Comuni (ID LONG)"})->Close();
+        store::model::GeneraArchivioVuoto(archivio());
+        auto temp = store::Workspace::Default().CreateDatabase(programma / "temp.mdb");
+        store::model::CreaTemp(*temp);
+        temp->Execute("INSERT INTO Estratto (ID) VALUES (-1)");
+        temp->Close();
+        auto utilita = store::Workspace::Default().CreateDatabase(programma / "Utilità.mdb");
+        store::model::CreaTabelle(*utilita, store::model::TabelleUtilita());
+        utilita->Close();
         test::ScriviFile(programma / "Lang.lng", kLingua);
         test::ScriviFile(programma / "Italiano.lng", kItaliano);
         test::ScriviFile(programma / "Impostazioni.ini",
@@ -71,12 +74,12 @@ protected:
     }
 
     void CreaMaster() {
-        test::NuovoDatabase(dati() + "/Aziende.mdb",
-                            {test::kCreaEsercizi, test::kCreaUtenti,
-                             "INSERT INTO Esercizi (ID, Azienda, Nome, Dal, File, DataAggiornamento) VALUES "
-                             "(1, 1, '2024', #01/01/2024#, '" + archivio() + "', " + kDataEseguibile + ")",
-                             "INSERT INTO Utenti (ID, Azienda, Username) VALUES (1, 2, 'altra azienda')"})
-            ->Close();
+        auto master = store::Workspace::Default().CreateDatabase(dati() + "/Aziende.mdb");
+        store::model::CreaAziende(*master);
+        master->Execute("INSERT INTO Esercizi (ID, Azienda, Nome, Dal, File, DataAggiornamento) VALUES (1, 1, "
+                        "'2024', #01/01/2024#, '" + archivio() + "', " + kDataEseguibile + ")");
+        master->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (1, 2, 'altra azienda')");
+        master->Close();
     }
 
     store::DatabasePtr Master() { return store::Workspace::Default().OpenDatabase(dati() + "/Aziende.mdb"); }

@@ -2,6 +2,7 @@
 
 #include "core/esercizio.h"
 #include "store/convert.h"
+#include "store/model/model.h"
 #include "supporto.h"
 
 namespace {
@@ -12,12 +13,13 @@ class Esercizio : public ::testing::Test {
 protected:
     void SetUp() override {
         test::SessioneNuova(cartella.percorso());
-        aziende = test::NuovoDatabase(
-            cartella / "Aziende.mdb",
-            {test::kCreaEsercizi,
+        aziende = store::Workspace::Default().CreateDatabase(cartella / "Aziende.mdb");
+        store::model::CreaAziende(*aziende);
+        for (const char* sql : {
              "INSERT INTO Esercizi (ID, Azienda, Nome, Dal, Al) VALUES (1, 1, '2023', #01/01/2023#, #12/31/2023#)",
              "INSERT INTO Esercizi (ID, Azienda, Nome, Dal, Al) VALUES (2, 1, '2024', #03/15/2024#, Null)",
-             "INSERT INTO Esercizi (ID, Azienda, Nome, Dal, Al) VALUES (3, 1, 'vuoto', Null, Null)"});
+             "INSERT INTO Esercizi (ID, Azienda, Nome, Dal, Al) VALUES (3, 1, 'vuoto', Null, Null)"})
+            aziende->Execute(sql);
         core::session().dbAziende = aziende;
     }
     static void Corrente(long id) { core::session().IDEsercizio = id; }

@@ -14,6 +14,7 @@
 #include "core/dialogs.h"
 #include "core/registro_schermi.h"
 #include "core/session.h"
+#include "store/dao.h"
 
 namespace test {
 
@@ -86,23 +87,11 @@ inline std::shared_ptr<DialoghiScript> SessioneNuova(const std::string& cartella
     return script;
 }
 
-}  // namespace test
-
-#include "store/dao.h"
-
-namespace test {
-
 // A new database file with the given statements run on it.
 inline store::DatabasePtr NuovoDatabase(const std::string& percorso, const std::vector<std::string>& istruzioni) {
     auto db = store::Workspace::Default().CreateDatabase(percorso);
     for (const auto& sql : istruzioni) db->Execute(sql);
     return db;
 }
-
-inline const char* const kCreaEsercizi =
-    "CREATE TABLE Esercizi (ID LONG, Azienda LONG, Nome TEXT(50), Dal DATETIME, Al DATETIME, File TEXT(255), "
-    "DataAggiornamento DATETIME)";
-inline const char* const kCreaUtenti =
-    "CREATE TABLE Utenti (ID LONG, Azienda LONG, Username TEXT(50), Password TEXT(50), Accessi TEXT(50))";
 
 }  // namespace test
