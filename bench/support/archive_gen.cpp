@@ -1,6 +1,8 @@
 #include "support/archive_gen.h"
 
 #include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <filesystem>
 #include <initializer_list>
 #include <map>
@@ -318,10 +320,32 @@ private:
     }
 };
 
-std::string chiave(const Dimensioni& d) {
+std::string dimensioni(const Dimensioni& d) {
     return std::to_string(d.clienti) + "-" + std::to_string(d.fornitori) + "-" + std::to_string(d.servizi) + "-" +
            std::to_string(d.documenti) + "-" + std::to_string(d.righe) + "-" + std::to_string(d.scadenze) + "-" +
            std::to_string(d.pagamenti) + "-" + std::to_string(d.spese) + (d.primaNota ? "-pn" : "");
+}
+
+// A change of the model's tables or queries gives a new name, so no run measures a stale archive.
+std::string impronta() {
+    std::string testo;
+    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
+        testo += t.nome;
+        for (const store::model::Campo& c : t.campi) testo += c.nome + std::to_string(static_cast<int>(c.tipo));
+    }
+    for (const store::QueryDef& q : store::model::QueryArchivio()) testo += q.Name + q.SQL;
+    char hex[20];
+    std::snprintf(hex, sizeof hex, "%016llx", static_cast<unsigned long long>(mescola(std::hash<std::string>{}(testo))));
+    return hex;
+}
+
+// Archives of the same sizes made from an older model.
+void rimuoviSuperati(const fs::path& cartella, const std::string& prefisso, const fs::path& attuale) {
+    std::error_code ec;
+    for (const auto& voce : fs::directory_iterator(cartella, ec)) {
+        const std::string nome = voce.path().filename().string();
+        if (nome.rfind(prefisso, 0) == 0 && voce.path() != attuale) fs::remove(voce.path(), ec);
+    }
 }
 
 }  // namespace
@@ -329,8 +353,11 @@ std::string chiave(const Dimensioni& d) {
 void GeneraArchivioProva(store::Database& db, const Dimensioni& d) { Generatore(db, d).genera(); }
 
 std::string ArchivioProva(const Dimensioni& d) {
-    const fs::path path = fs::temp_directory_path() / ("brevano-prova-" + chiave(d) + ".mdb");
+    const fs::path cartella = fs::temp_directory_path();
+    const std::string prefisso = "brevano-prova-" + dimensioni(d) + "_";
+    const fs::path path = cartella / (prefisso + impronta() + ".mdb");
     if (fs::exists(path)) return path.string();
+    rimuoviSuperati(cartella, prefisso, path);
     const fs::path parziale = path.string() + ".parziale";
     store::model::GeneraArchivioVuoto(parziale.string());
     {

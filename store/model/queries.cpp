@@ -237,7 +237,8 @@ std::string qrMovimentiEx() {
 std::string qrSpeseDocumenti() {
     Colonne c = campi("SpeseDocumenti");
     c += {"CodiciIva.DescIva", "CodiciIva.AliquotaIva"};
-    c.push_back(espressione("IIf(IsNull(CodiciIva.ID),0,Round(SpeseDocumenti.Imponibile*CodiciIva.AliquotaIva/100,2))",
+    // The same product, in the same order, as the document totals take for a charge.
+    c.push_back(espressione("IIf(IsNull(CodiciIva.ID),0,Round(SpeseDocumenti.Imponibile/100*CodiciIva.AliquotaIva,2))",
                             "Imposta"));
     return select(c, leftJoins("SpeseDocumenti", {{"CodiciIva", "SpeseDocumenti.Iva"}}));
 }
@@ -251,7 +252,8 @@ std::string qrSpese() {
                               "CodiceFiscale"});
     c += {"CondizioniPagamento.DescPagamento", "TipiSpesa.DescTipoSpesa", "ClassificazioniSpese.DescClassificazione"};
     c.push_back(espressione(descSpesa("Spese"), "DescSpesa"));
-    c.push_back(espressione("Round(Spese.Imponibile*Spese.RitenutaAcconto/100,2)", "TotRitenutaAcconto"));
+    // Left unrounded, as the withholding stored on documents is; the grids show it to the cent.
+    c.push_back(espressione("Spese.Imponibile*Spese.RitenutaAcconto/100", "TotRitenutaAcconto"));
     c.push_back(espressione(descEstrattoConto("Spese"), "DescEstrattoConto"));
     return select(c, leftJoins("Spese", {{"Fornitori", "Spese.Fornitore"},
                                          {"CondizioniPagamento", "Spese.CondizioniPagamento"},
