@@ -1,0 +1,1 @@
+Select * from Esercizi where ID=3

@@ -1,0 +1,1 @@
+Select ID from Utenti where azienda=1

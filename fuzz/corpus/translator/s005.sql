@@ -1,0 +1,1 @@
+Select * from Esercizi where File='C:\Dati\Rossi 2024.mdb'

@@ -1,0 +1,1 @@
+Select * from Esercizi where File='/home/u/dati/D''Amico.mdb'

@@ -1,0 +1,1 @@
+select Max(id) as NewCont from Documenti

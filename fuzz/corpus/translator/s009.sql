@@ -1,0 +1,1 @@
+Select * from Movimenti where Documento=12

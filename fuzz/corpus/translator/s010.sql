@@ -1,0 +1,1 @@
+Select * from Pagamenti where Scadenza=4

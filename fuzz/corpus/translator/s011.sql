@@ -1,0 +1,1 @@
+Select * from Utenti where Azienda=1

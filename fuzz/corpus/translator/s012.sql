@@ -1,0 +1,1 @@
+Select * from Utenti where Azienda=1 and Username='mario' and Password='pa''ss'

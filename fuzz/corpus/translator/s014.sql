@@ -1,0 +1,1 @@
+Select * from qrUtenti where Username Like '*ma*'

@@ -1,0 +1,1 @@
+Select * from qrScadenzeAttive where DateValue(DataAvviso)=DateValue(Now) and Pagata=False

@@ -1,0 +1,1 @@
+Select * from qrScadenzePassive where DateValue(DataAvviso)=DateValue(Now) and Pagata=False

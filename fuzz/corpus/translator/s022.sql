@@ -1,0 +1,1 @@
+Select * from CodiciIva where AliquotaIva Like '*2*'

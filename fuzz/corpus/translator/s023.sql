@@ -1,0 +1,1 @@
+Select * from Clienti where ID=7

@@ -1,0 +1,1 @@
+Select * from Utenti where Username='anna' and Azienda=2

@@ -1,0 +1,1 @@
+ALTER TABLE Documenti ALTER COLUMN Numero LONG

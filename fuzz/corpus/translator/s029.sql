@@ -1,0 +1,1 @@
+ALTER TABLE Aziende ADD COLUMN CodiceFiscale TEXT(16)

@@ -1,0 +1,1 @@
+UPDATE Documenti SET [Colli]=0 WHERE IsNull([Colli])

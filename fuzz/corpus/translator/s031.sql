@@ -1,0 +1,1 @@
+UPDATE Clienti SET [Sconto1]=0 WHERE IsNull([Sconto1])

@@ -1,0 +1,1 @@
+Select * From FormReport where Azienda=1 and Sezione='RitenutaAcconto'

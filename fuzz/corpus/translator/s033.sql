@@ -1,0 +1,1 @@
+Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (12,1,'RitenutaAcconto','Ritenuta Acconto.rpf',1)

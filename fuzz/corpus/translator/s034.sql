@@ -1,0 +1,1 @@
+Select * From FormReport where Azienda=0 and Sezione='EstrattoContoGeneraleGruppi'

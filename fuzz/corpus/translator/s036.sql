@@ -1,0 +1,1 @@
+Update Esercizi set Al='31/12/2024'

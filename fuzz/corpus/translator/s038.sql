@@ -1,0 +1,1 @@
+Select * from Esercizi where Azienda=1 and DateValue(Dal)<=DateValue('15/06/2024') and DateValue(Al)>=DateValue('15/06/2024')

@@ -1,0 +1,1 @@
+Select * from Esercizi where Azienda=1 Order By Al Desc

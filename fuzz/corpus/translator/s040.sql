@@ -1,0 +1,1 @@
+Delete Movimenti.* from Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID WHERE (((Documenti.Pagato)=True)) And DateValue(Documenti.Data)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Delete MovimentiSpese.* from MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID WHERE (((Spese.Pagata)=True)) And DateValue(Spese.Data)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Delete SpeseDocumenti.* from SpeseDocumenti LEFT JOIN Documenti ON SpeseDocumenti.Documento = Documenti.ID WHERE (((Documenti.Pagato)=True)) And DateValue(Documenti.Data)<=DateValue('31/12/2024')

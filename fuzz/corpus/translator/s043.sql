@@ -1,0 +1,1 @@
+Delete Pagamenti.* from Pagamenti LEFT JOIN Documenti ON Pagamenti.Documento = Documenti.ID WHERE Documenti.Pagato=True And DateValue(Documenti.Data)<=DateValue('31/12/2024')

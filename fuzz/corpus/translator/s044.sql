@@ -1,0 +1,1 @@
+Delete Pagamenti.* from Pagamenti LEFT JOIN Spese ON Pagamenti.Spesa = Spese.ID WHERE Spese.Pagata=True And DateValue(Spese.Data)<=DateValue('31/12/2024')

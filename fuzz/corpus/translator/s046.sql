@@ -1,0 +1,1 @@
+Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento,TipoPagamento,Numero,CC) VALUES (1,'31/12/2024','Saldo esercizio precedente',1234.5,0,0,0,'',0,'')

@@ -1,0 +1,1 @@
+Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento,TipoPagamento,Numero,CC) VALUES (2,'31/12/2024','Saldo esercizio precedente',10,1,1,0,'',0,'')

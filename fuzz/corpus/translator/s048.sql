@@ -1,0 +1,1 @@
+Delete Scadenze.* from Scadenze LEFT JOIN Documenti ON Scadenze.Documento = Documenti.ID WHERE Documenti.Pagato=True And DateValue(Documenti.Data)<=DateValue('31/12/2024')

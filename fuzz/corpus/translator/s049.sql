@@ -1,0 +1,1 @@
+Delete Scadenze.* from Scadenze LEFT JOIN Spese ON Scadenze.Spesa = Spese.ID WHERE Spese.Pagata=True And DateValue(Spese.Data)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Delete Documenti.* from Documenti Where Pagato=True And DateValue(Documenti.Data)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Delete Spese.* from Spese Where Pagata=True And DateValue(Spese.Data)<=DateValue('31/12/2024')

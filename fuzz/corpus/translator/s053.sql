@@ -1,0 +1,1 @@
+Select * from Esercizi where Azienda=4

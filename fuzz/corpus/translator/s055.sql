@@ -1,0 +1,1 @@
+Select * from FormReport where Azienda=0

@@ -1,0 +1,1 @@
+Select * from FormReport where ID<0

@@ -1,0 +1,1 @@
+Select Tipo from Documenti where ID=15

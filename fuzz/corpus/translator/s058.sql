@@ -1,0 +1,1 @@
+Select Prefisso From Documenti where Tipo=5 Group By Prefisso

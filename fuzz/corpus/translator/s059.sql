@@ -1,0 +1,1 @@
+Select Suffisso From Documenti where Tipo=5 Group By Suffisso

@@ -1,0 +1,1 @@
+Select Max(Numero) as dNum from Documenti where Tipo=5 and Prefisso='A' and Suffisso='/24' and DateValue(Data)>=DateValue('01/01/2024')

@@ -1,0 +1,1 @@
+Select Max(cdbl(Numero)) as dNum from Spese where IsNumeric(Numero) and DateValue(Data)>=DateValue('01/01/2024')

@@ -1,0 +1,1 @@
+Select * from Documenti where Tipo=5 and Numero=12 and Prefisso='' and Suffisso='' and Numero<>0

@@ -1,0 +1,1 @@
+Select * from Documenti where Tipo=5 and ((Numero<12 and DateValue(Data)>DateValue('05/03/2024')) OR (Numero>12 and DateValue(Data)<DateValue('05/03/2024'))) and Prefisso='' and Suffisso='' and DateValue(Data)>=DateValue('01/01/2024')

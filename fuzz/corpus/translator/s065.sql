@@ -1,0 +1,1 @@
+Select * from Pagamenti where Documento=15

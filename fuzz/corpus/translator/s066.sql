@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where Spesa=3 and DaPagare<>0

@@ -1,0 +1,1 @@
+SELECT Documenti.ID, Sum(Round([SpeseDocumenti].[Imponibile],2)) AS Imponibile1, Sum(Round([SpeseDocumenti].[Imponibile]/100*[CodiciIva].[AliquotaIva],2)) AS Imposta1 FROM (SpeseDocumenti LEFT JOIN Documenti ON SpeseDocumenti.Documento = Documenti.ID) LEFT JOIN CodiciIva ON SpeseDocumenti.Iva = CodiciIva.ID GROUP BY Documenti.ID HAVING (((Documenti.ID)=15))

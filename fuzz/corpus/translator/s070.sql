@@ -1,0 +1,1 @@
+Select * from qrDocumenti where ID=15

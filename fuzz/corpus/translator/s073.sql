@@ -1,0 +1,1 @@
+SELECT Spese.ID AS Spesa, Sum(Round([Importo],2)) AS Imponibile, Sum(Round([Importo]/100*[AliquotaIva],2)) AS Imposta, MovimentiSpese.Iva AS ID, CodiciIva.DescIva FROM (MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID) LEFT JOIN CodiciIva ON MovimentiSpese.Iva = CodiciIva.ID GROUP BY Spese.ID, MovimentiSpese.Iva, CodiciIva.DescIva HAVING (((Spese.ID)=3))

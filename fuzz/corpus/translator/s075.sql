@@ -1,0 +1,1 @@
+Select * from qrDocumenti where Tipo=5

@@ -1,0 +1,1 @@
+Select * from qrMovimenti where Documento=15

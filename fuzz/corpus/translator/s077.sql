@@ -1,0 +1,1 @@
+Select * from qrScadenzeAttive where Documento=15

@@ -1,0 +1,1 @@
+Select * from qrIncassi where Documento=15

@@ -1,0 +1,1 @@
+Select * from qrScadenzePassive where Documento=15

@@ -1,0 +1,1 @@
+Select * from qrPagamenti where Documento=15

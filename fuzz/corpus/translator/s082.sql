@@ -1,0 +1,1 @@
+Select * from qrSpeseDocumenti where ID<0

@@ -1,0 +1,1 @@
+Select * from qrScadenzeAttive where ID<0

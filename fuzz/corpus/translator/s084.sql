@@ -1,0 +1,1 @@
+Select * from qrIncassi where ID<0

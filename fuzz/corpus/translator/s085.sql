@@ -1,0 +1,1 @@
+Select * from qrDocumentiIncassi where ID=15

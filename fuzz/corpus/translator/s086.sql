@@ -1,0 +1,1 @@
+SELECT Sum([ImportoTotale]) AS ImportoDocumenti From Documenti Where (Documenti.Tipo = 5 and DateValue(Data)>=DateValue('01/01/2024') and (Prefisso='A' or IsNull(Prefisso)))

@@ -1,0 +1,1 @@
+SELECT Sum(IIf(IsNull([ImportoPagamento]),0,[ImportoPagamento])) AS ImportoPagato FROM Documenti LEFT JOIN Pagamenti ON Documenti.ID = Pagamenti.Documento Where (Documenti.Tipo = 5 and Documenti.Cliente=3)

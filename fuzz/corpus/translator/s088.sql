@@ -1,0 +1,1 @@
+Delete from Movimenti where Documento=15

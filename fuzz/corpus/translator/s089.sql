@@ -1,0 +1,1 @@
+Delete from SpeseDocumenti where Documento=15

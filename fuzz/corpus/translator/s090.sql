@@ -1,0 +1,1 @@
+Delete from Scadenze where Documento=15

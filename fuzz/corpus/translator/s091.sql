@@ -1,0 +1,1 @@
+Delete from Pagamenti where Documento=15

@@ -1,0 +1,1 @@
+Delete PrimaNota.* from PrimaNota LEFT JOIN Pagamenti ON PrimaNota.Pagamento = Pagamenti.ID WHERE IsNull(Pagamenti.ID) AND PrimaNota.Pagamento<>0

@@ -1,0 +1,1 @@
+Select DescCliente & DescCliente2 from Clienti where ID=3

@@ -1,0 +1,1 @@
+Select * from qrCertificazioniAcconto where ID=15

@@ -1,0 +1,1 @@
+Select * from qrDocumenti where DateValue(Data)>=DateValue('01/01/2024') and DateValue(Data)<=DateValue('31/12/2024') and Cliente=3 and Pagato=False and Prefisso>='A' and Suffisso>='' and Numero>=1 and Prefisso<='Z' and Suffisso<='zz' and Numero<=100 and Tipo=5

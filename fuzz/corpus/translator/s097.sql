@@ -1,0 +1,1 @@
+Select * from qrClienti order by Denominazione

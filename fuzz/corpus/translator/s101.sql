@@ -1,0 +1,1 @@
+Select * from CodiciIva order by DescIva

@@ -1,0 +1,1 @@
+SELECT Documenti.ID, Clienti.Sconto1 FROM Documenti LEFT JOIN Clienti ON Documenti.Cliente = Clienti.ID WHERE Documenti.ID=15

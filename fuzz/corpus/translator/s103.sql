@@ -1,0 +1,1 @@
+Select * from Movimenti where ID=40

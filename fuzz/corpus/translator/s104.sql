@@ -1,0 +1,1 @@
+Select * from SpeseDocumenti where ID=2

@@ -1,0 +1,1 @@
+Select * from Clienti order by DescCliente

@@ -1,0 +1,1 @@
+Select * from qrAssistenze where Cliente=3 and DateValue(Data)>=DateValue('0.00.00') and DateValue(Data)<=DateValue('31/03/2024') And Fattura=True

@@ -1,0 +1,1 @@
+Select qrClienti.* from qrClienti

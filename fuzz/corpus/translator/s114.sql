@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where ID=-1

@@ -1,0 +1,1 @@
+Select * from qrPagamentiIncassi where ID=-1

@@ -1,0 +1,1 @@
+SELECT * from qrMovimentiEx WHERE Tipo=5 and Cliente=3

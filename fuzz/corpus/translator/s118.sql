@@ -1,0 +1,1 @@
+Select * from qrMovimentiEx where ID=-1

@@ -1,0 +1,1 @@
+SELECT * from qrAssistenze WHERE Cliente=3 and Month(DateValue(Data))=4

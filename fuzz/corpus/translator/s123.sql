@@ -1,0 +1,1 @@
+Select * from qrClienti where Citta Like '*Milano*'

@@ -1,0 +1,1 @@
+Select * from Comuni where ID=5

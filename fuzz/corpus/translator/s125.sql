@@ -1,0 +1,1 @@
+Select * from qrMovimentiEx where Servizio=8

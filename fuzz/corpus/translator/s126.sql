@@ -1,0 +1,1 @@
+Select * from qrServizi where DescServizio Like '*cavo*'

@@ -1,0 +1,1 @@
+Select * from qrServizi where CodiceInterno Like '*A1*'

@@ -1,0 +1,1 @@
+Select * from (Select * from qrServizi where DescServizio Like '*cavo*') Where NonStampare=False

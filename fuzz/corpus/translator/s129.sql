@@ -1,0 +1,1 @@
+Select * from qrServizi where ID=8

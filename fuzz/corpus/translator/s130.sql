@@ -1,0 +1,1 @@
+Select * from qrSpese Order By DescClassificazione,DescTipoSpesa

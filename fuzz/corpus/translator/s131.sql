@@ -1,0 +1,1 @@
+Select * from qrMovimentiSpese where Spesa=3

@@ -1,0 +1,1 @@
+Delete from MovimentiSpese where Spesa=3

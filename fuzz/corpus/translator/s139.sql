@@ -1,0 +1,1 @@
+Delete from Pagamenti where Spesa=3

@@ -1,0 +1,1 @@
+Select * from qrSpese where ID=3

@@ -1,0 +1,1 @@
+Select DescFornitore from Fornitori where ID=2

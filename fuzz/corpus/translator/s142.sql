@@ -1,0 +1,1 @@
+Select DescClassificazione from ClassificazioniSpese where ID=1

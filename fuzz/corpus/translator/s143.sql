@@ -1,0 +1,1 @@
+Select DescTipoSpesa from TipiSpesa where ID=1

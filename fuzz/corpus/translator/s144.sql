@@ -1,0 +1,1 @@
+Select * from qrSpesePagamenti where ID=3

@@ -1,0 +1,1 @@
+SELECT Sum([ImportoSpesa]) AS ImportoSpese From Spese Where (DateValue(Data)>=DateValue('01/01/2024') and DateValue(Data)<=DateValue('31/12/2024') and Spese.Fornitore=2 and Pagata=False and Spese.TipoSpesa=1 and Spese.Classificazione=1)

@@ -1,0 +1,1 @@
+SELECT Sum(IIf(IsNull([ImportoPagamento]),0,[ImportoPagamento])) AS ImportoPagato FROM Spese LEFT JOIN Pagamenti ON Spese.ID = Pagamenti.Spesa Where (DateValue(Data)>=DateValue('01/01/2024') and Pagata=True)

@@ -1,0 +1,1 @@
+Select * from qrSpese where DateValue(Data)>=DateValue('01/01/2024') and DateValue(Data)<=DateValue('31/12/2024') and Fornitore=2 and TipoSpesa=1 and Classificazione=1 and Pagata=False

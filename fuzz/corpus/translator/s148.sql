@@ -1,0 +1,1 @@
+Select * from Fornitori order by DescFornitore

@@ -1,0 +1,1 @@
+Select * from TipiSpesa order by DescTipoSpesa

@@ -1,0 +1,1 @@
+Select id from spese where Numero='12/A' And Fornitore=2 And DateValue(Data)=DateValue('05/03/2024')

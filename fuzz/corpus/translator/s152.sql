@@ -1,0 +1,1 @@
+Select * from Spese where ID=3

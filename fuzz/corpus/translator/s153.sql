@@ -1,0 +1,1 @@
+Select * from MovimentiSpese where Spesa=3

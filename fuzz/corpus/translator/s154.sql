@@ -1,0 +1,1 @@
+Select * from MovimentiSpese where ID=9

@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where Fornitore=2 and DaPagare>0

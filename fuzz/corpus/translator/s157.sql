@@ -1,0 +1,1 @@
+Select * from qrPagamentiIncassi where Fornitore=2 And DateValue(DataPagamento)>=DateValue('01/01/2024') And DateValue(DataPagamento)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Select * from Estratto where Tipo=1

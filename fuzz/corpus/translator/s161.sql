@@ -1,0 +1,1 @@
+Select * from qrCertificazioniAcconto where DateValue(DataScadAcconto)>=DateValue('01/01/2024') and DateValue(DataScadAcconto)<=DateValue('31/12/2024') and CertAcconto=False and Cliente>0

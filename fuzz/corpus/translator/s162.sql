@@ -1,0 +1,1 @@
+Select * from qrCertificazioniAcconto where DateValue(DataScadAcconto)=DateValue('16/04/2024') and CertAcconto=True and Cliente=3

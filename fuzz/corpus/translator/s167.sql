@@ -1,0 +1,1 @@
+Select * from qrClienti Order by DescCliente

@@ -1,0 +1,1 @@
+Select * from qrDocumentiScadenze where Rimanente<>0 and (Tipo=5 or Tipo=13 or Tipo=16 or Tipo=18 or Tipo=23 or Tipo=28) order by Data Desc

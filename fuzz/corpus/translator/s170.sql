@@ -1,0 +1,1 @@
+Select * from qrDocumentiScadenze where (Tipo=2 or Tipo=12 or Tipo=15 or Tipo=17 or Tipo=20 or Tipo=27) order by Data Desc

@@ -1,0 +1,1 @@
+Select * from qrScadenzeAttive where DateValue(DataScadenza)>=DateValue('01/01/2024') and DateValue(DataScadenza)<=DateValue('31/12/2024') and Cliente=3 and Pagata=False

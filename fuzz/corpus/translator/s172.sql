@@ -1,0 +1,1 @@
+Select * from qrScadenzePassive where Fornitore=2 and Pagata=True and DateValue(DataAvviso)=DateValue('05/03/2024')

@@ -1,0 +1,1 @@
+Select * from qrIncassi where DescPagamento Like '*bonifico*'

@@ -1,0 +1,1 @@
+Select * from qrDocumentiIncassi where DaPagare<>0 and (Fornitore<>0 OR Cliente<>0)

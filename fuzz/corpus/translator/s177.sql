@@ -1,0 +1,1 @@
+Select * from qrDocumentiPagamenti where DaPagare<>0 and (Fornitore<>0 OR Cliente<>0)

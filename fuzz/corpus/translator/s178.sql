@@ -1,0 +1,1 @@
+Select * from qrDocumentiIncassi where (Fornitore<>0 OR Cliente<>0)

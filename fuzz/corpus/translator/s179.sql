@@ -1,0 +1,1 @@
+Select * from qrDocumentiPagamenti where (Fornitore<>0 OR Cliente<>0)

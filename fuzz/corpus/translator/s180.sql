@@ -1,0 +1,1 @@
+SELECT * from qrScadenzePagamenti where Documento<>0 and DaPagare<>0 and ((Cliente<>0 and Tipo=5) OR (Fornitore<>0 and Tipo=9))

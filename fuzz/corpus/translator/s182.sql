@@ -1,0 +1,1 @@
+SELECT * from qrScadenzePagamenti where (Fornitore<>0 OR Cliente<>0) and Documento<>0

@@ -1,0 +1,1 @@
+SELECT * from qrScadenzePagamenti Spesa>0

@@ -1,0 +1,1 @@
+SELECT * from qrScadenzePagamenti where Spesa>0 and DaPagare<>0

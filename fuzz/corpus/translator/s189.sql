@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where DaPagare<>0 and Cliente=3

@@ -1,0 +1,1 @@
+Select * from qrDocumentiPagamenti where DaPagare<>0

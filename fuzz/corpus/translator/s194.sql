@@ -1,0 +1,1 @@
+Select * from qrSpesePagamenti where DaPagare<>0 and Fornitore=2

@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where Spesa>0 and DaPagare<>0 and Fornitore=2

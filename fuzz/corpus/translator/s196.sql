@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where Documento=15 and DaPagare<>0

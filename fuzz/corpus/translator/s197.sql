@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti where Documento>0 and DaPagare<>0

@@ -1,0 +1,1 @@
+Select * from qrDocumentiIncassi where Cliente=3 and DaPagare<>0

@@ -1,0 +1,1 @@
+Select * from qrDocumentiPagamenti where Cliente=3 and Fornitore=0 and DaPagare<>0

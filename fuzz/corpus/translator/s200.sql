@@ -1,0 +1,1 @@
+Update Scadenze set Pagata=True where id=4

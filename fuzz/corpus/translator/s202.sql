@@ -1,0 +1,1 @@
+Update Spese set Pagata=True where id=3

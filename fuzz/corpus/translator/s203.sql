@@ -1,0 +1,1 @@
+Select * from qrDocumentiIncassi Where ID=15

@@ -1,0 +1,1 @@
+Select * from qrDocumentiPagamenti Where ID=15

@@ -1,0 +1,1 @@
+Update Documenti set Pagato=False where ID=15

@@ -1,0 +1,1 @@
+Update Documenti set Pagato=True where ID=15

@@ -1,0 +1,1 @@
+Select * from qrSpesePagamenti Where ID=3

@@ -1,0 +1,1 @@
+Update Spese set Pagata=False where ID=3

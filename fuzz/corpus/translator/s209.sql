@@ -1,0 +1,1 @@
+Select * from qrScadenzePagamenti Where ID=4

@@ -1,0 +1,1 @@
+Update Scadenze set Pagata=False where ID=4

@@ -1,0 +1,1 @@
+Insert Into PrimaNota (ID,Data,Descrizione,CC,Importo,Tipo,Destinazione,Pagamento,TipoPagamento) VALUES (31,'05/03/2024','Incasso fattura N.12 del 05/03/2024','IT60X','1220.5',0,0,22,'Bonifico')

@@ -1,0 +1,1 @@
+Update PrimaNota set CC='IT60X', TipoPagamento='Assegno', Data='05/03/2024', Descrizione='Pagamento d''acconto', Importo=100.25 where Pagamento=22

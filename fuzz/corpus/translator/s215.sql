@@ -1,0 +1,1 @@
+Update PrimaNota set CC='conto d'Italia', TipoPagamento='Assegno', Data='05/03/2024', Descrizione='x', Importo=1 where Pagamento=22

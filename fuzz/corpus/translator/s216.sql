@@ -1,0 +1,1 @@
+Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota where DateValue(Data)<DateValue('01/03/2024') AND DateValue(Data)>=DateValue('01/01/2024') AND DateValue(Data)<=DateValue('31/12/2024') AND Destinazione=1

@@ -1,0 +1,1 @@
+Select * from qrPrimaNota where DateValue(Data)>=DateValue('01/03/2024') and DateValue(Data)<=DateValue('31/03/2024') and Destinazione=0 order by Data, ID

@@ -1,0 +1,1 @@
+Update Pagamenti set DescPagamento='Incasso',DataPagamento='05/03/2024',TipoPagamento='Contanti' where ID=22

@@ -1,0 +1,1 @@
+SELECT [DescFornitore] & ' ' & [DescFornitore2] AS Descrizione, Sum(qrSpesePagamenti.ImportoSpesa) AS Totale, Sum(qrSpesePagamenti.ImportoPagato) AS TotalePagato, Sum(qrSpesePagamenti.DaPagare) AS TotaleDaPagare FROM qrSpesePagamenti GROUP BY qrSpesePagamenti.Fornitore, [DescFornitore] & ' ' & [DescFornitore2] ORDER BY [DescFornitore] & ' ' & [DescFornitore2]

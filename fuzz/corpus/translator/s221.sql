@@ -1,0 +1,1 @@
+Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from (Select * from qrPrimaNota where Destinazione=0) where lcase(Descrizione)<>'saldo precedente'

@@ -1,0 +1,1 @@
+SELECT ID, Data, Descrizione, TipoPagamento, 'Banca' as Destinazione, CC, Entrate, Uscite from (Select * from qrPrimaNota where Destinazione=0 order by Data)

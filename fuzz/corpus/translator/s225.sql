@@ -1,0 +1,1 @@
+Delete from Estratto where Tipo=0

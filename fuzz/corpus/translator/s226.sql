@@ -1,0 +1,1 @@
+Select * from Estratto Where Tipo=1 Order By DescFornitore, Fornitore, Data

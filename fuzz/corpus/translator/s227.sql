@@ -1,0 +1,1 @@
+Select Sum(ImportoPagamento) as TotPagamento from Pagamenti where Documento=15 and DateValue(DataPagamento)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Select Sum(ImportoPagamento) as TotPagamento from Pagamenti where Spesa=3

@@ -1,0 +1,1 @@
+Select Distinct Fornitore, DescFornitore from Estratto where Tipo=1

@@ -1,0 +1,1 @@
+Select * from Estratto order by Data

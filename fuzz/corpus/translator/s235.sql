@@ -1,0 +1,1 @@
+Select Sum(Dare) as TotDare, Sum(Avere) as TotAvere from Estratto where Fornitore=2 And Tipo=1 And Data < #03/01/2024#

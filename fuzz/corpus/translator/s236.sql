@@ -1,0 +1,1 @@
+Delete from Estratto where Fornitore=2 And Tipo=1 And Data < #03/01/2024#

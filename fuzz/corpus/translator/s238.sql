@@ -1,0 +1,1 @@
+Select Min(ID) as Tot from Estratto where ID<0

@@ -1,0 +1,1 @@
+SELECT Sum(Round([Importo],2)) AS TotImponibile, Sum(Round([Importo]/100*[AliquotaIva],2)) AS TotImposta FROM (MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID) LEFT JOIN CodiciIva ON MovimentiSpese.Iva = CodiciIva.ID WHERE DateValue(Spese.Data)>=DateValue('01/01/2024') And DateValue(Spese.Data)<=DateValue('31/12/2024')

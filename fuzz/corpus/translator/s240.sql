@@ -1,0 +1,1 @@
+Select round(Sum(ImportoPagamento),2) as Pagato from qrPagamenti Where DateValue(DataPagamento)>=DateValue('01/01/2024') and DateValue(DataPagamento)<=DateValue('31/12/2024')

@@ -1,0 +1,1 @@
+Select DatePart('m',Pagamenti.DataPagamento) as Data, Sum(ImportoPagamento) as Tot from Pagamenti Group By DatePart('m',Pagamenti.DataPagamento)

@@ -1,0 +1,1 @@
+Select * from FormReport where Sezione='Preventivi' And Azienda=1 order by Predefinito

@@ -1,0 +1,1 @@
+Update FormReport set Predefinito=False where Sezione='Preventivi' and Azienda=1

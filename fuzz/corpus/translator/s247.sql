@@ -1,0 +1,1 @@
+Update FormReport set Predefinito=True where ID=12

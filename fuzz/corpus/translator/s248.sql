@@ -1,0 +1,1 @@
+Insert into EsportazioneCampi (ID,Posizione,Sezione,Includi,Campo) VALUES (5,1,'Clienti',1,'DescCliente')

@@ -1,0 +1,1 @@
+Select * from EsportazioneCampi where Sezione='Clienti' Order By Posizione

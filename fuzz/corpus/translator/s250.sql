@@ -1,0 +1,1 @@
+Update EsportazioneCampi set Includi=True, Posizione=2 Where ID=5

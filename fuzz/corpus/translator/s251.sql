@@ -1,0 +1,1 @@
+Update EsportazioneCampi set Includi=0, Posizione=3 Where ID=5

@@ -1,0 +1,1 @@
+Select * from Fornitori Order By Citta

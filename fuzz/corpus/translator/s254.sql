@@ -1,0 +1,1 @@
+Select * from Documenti where DateValue(Data)>=DateValue('01/01/2024') And DateValue(Data)<=DateValue('31/12/2024') Order By Data

@@ -1,0 +1,1 @@
+Select Top 1 AliquotaIva,DescIva From Movimenti Left Join CodiciIva on Movimenti.Iva=CodiciIva.ID where movimenti.documento=15

@@ -1,0 +1,1 @@
+Select * from [Note] order by Predefinita,Descrizione

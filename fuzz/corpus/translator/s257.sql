@@ -1,0 +1,1 @@
+Select * from NoteCampi where Note=2

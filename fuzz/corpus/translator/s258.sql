@@ -1,0 +1,1 @@
+Select NoteDettagli.*, NoteCampi.NomeCampo FROM NoteDettagli LEFT JOIN NoteCampi ON NoteDettagli.Campo = NoteCampi.ID where NoteDettagli.Note=2 order by NoteDettagli.Record,NoteDettagli.Campo

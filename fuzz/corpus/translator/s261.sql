@@ -1,0 +1,1 @@
+Delete from NoteCampi where Note=2

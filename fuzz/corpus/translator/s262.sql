@@ -1,0 +1,1 @@
+Delete from [Note] where ID=2

@@ -1,0 +1,1 @@
+Update [Note] set Predefinita=False

@@ -1,0 +1,1 @@
+Delete from NoteDettagli where Campo=6

@@ -1,0 +1,1 @@
+Insert into NoteCampi (ID,[Note],NomeCampo,Dimensione) Values (6,2,'Colore',20)

@@ -1,0 +1,1 @@
+Update NoteCampi Set NomeCampo='Colore', Dimensione=30 where ID=6

@@ -1,0 +1,1 @@
+Select * from NoteDettagli Where Note=2 And Campo=6 And Record=4

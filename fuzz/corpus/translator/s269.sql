@@ -1,0 +1,1 @@
+Select Max(Record) as NewID from NoteDettagli

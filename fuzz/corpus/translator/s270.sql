@@ -1,0 +1,1 @@
+Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (40,2,6,'rosso',4)

@@ -1,0 +1,1 @@
+Select * from NoteDettagli where [Note]=2 and Campo=6 and Record=4

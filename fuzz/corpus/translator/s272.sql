@@ -1,0 +1,1 @@
+Update NoteDettagli set Valore='blu' where ID=40

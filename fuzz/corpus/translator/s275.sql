@@ -1,0 +1,1 @@
+Select * from TipiSpesa where DescTipoSpesa Like '*uff*'

@@ -1,0 +1,1 @@
+SELECT Distinct DescCliente FROM Clienti WHERE DescCliente LIKE 'Ro*'

@@ -1,0 +1,1 @@
+SELECT Distinct Citta FROM Clienti WHERE Citta = 'Milano'

@@ -1,0 +1,1 @@
+Select * from Comuni where Comune Like 'Mil*'

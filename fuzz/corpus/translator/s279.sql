@@ -1,0 +1,1 @@
+Select Nz(ImportoTotale,0) from Documenti

@@ -1,0 +1,1 @@
+Select * from Clienti where Inesistente=1

@@ -1,0 +1,1 @@
+Select * from Clienti where IsNull(ID, 1)
