@@ -126,7 +126,7 @@ std::string DescrizioneRata(const RataPiano& rata, const std::string& didascalia
 
 void ScriviScadenze(const DocumentoDaScadenzare& documento, const std::vector<RataPiano>& piano) {
     const std::string didascalia = DidascaliaDocumento(documento.tipo, documento.descNum, documento.data);
-    auto rs = sales::Apri("Scadenze");
+    auto rs = sales::Apri("Select * from Scadenze where ID<0");  // no rows to read, only new ones to add
     for (const RataPiano& rata : piano) {
         rs->AddNew();
         core::NuovoID(*rs);

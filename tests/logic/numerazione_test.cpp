@@ -45,10 +45,6 @@ TEST_F(Numerazione, ProssimoNumeroPerPeriodoESequenza) {
     }
 }
 
-TEST_F(Numerazione, ApiceNelPrefissoEErroreDelMotore) {
-    EXPECT_THROW(ProssimoNumeroDocumento(5, "L'A", ""), store::JetError);
-}
-
 TEST_F(Numerazione, NumeroDuplicato) {
     Doc(1, 5, "10/02/2026");
     Doc(2, 40, "20/12/2025");
@@ -124,34 +120,6 @@ TEST_F(Numerazione, PrefissiESuffissiUsati) {
     const std::vector<std::string> suffissi{"", "/26"};
     EXPECT_EQ(CaricaSuffissi(5), suffissi);
     EXPECT_TRUE(CaricaPrefissi(7).empty());
-}
-
-TEST_F(Numerazione, TitoliEPredicati) {
-    struct Caso {
-        long tipo;
-        const char *registro, *stampa;
-        bool attivo, cliente;
-    } const casi[] = {
-        {5, "Fatture", "FATTURA", true, true},
-        {6, "Note di Credito Emesse", "Nota di Credito", false, true},
-        {7, "Preventivi", "PREVENTIVO", false, true},
-        {9, "Note di Credito Ricevute", "Nota di Credito", true, false},
-        {8, "", "", false, false},
-        {0, "", "", false, false},
-    };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.tipo);
-        EXPECT_EQ(TitoloTipoDocumento(c.tipo), c.registro);
-        EXPECT_EQ(TitoloStampaDocumento(c.tipo), c.stampa);
-        EXPECT_EQ(TipoAttivo(c.tipo), c.attivo);
-        EXPECT_EQ(TipoVersoCliente(c.tipo), c.cliente);
-    }
-}
-
-TEST_F(Numerazione, TipoDocumento) {
-    Doc(1, 1, "10/01/2026", "''", "''", 9);
-    EXPECT_EQ(TipoDocumento(1), 9);
-    EXPECT_EQ(TipoDocumento(2), 0);
 }
 
 }  // namespace

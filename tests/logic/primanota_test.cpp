@@ -35,39 +35,16 @@ TEST(PrimaNotaSql, AggiornamentoLasciaIlCCComeScritto) {
 }
 
 TEST(PrimaNotaSql, TipoDalModoDellEditor) {
-    struct Caso {
-        const char* nome;
-        Value modo;
-        int codice;
-    } const casi[] = {
-        {"incasso", Value::Long(1), 0},       {"pagamento", Value::Long(2), 1},
-        {"assente", Value(), 1},              {"zero", Value::Int(0), 1},
-        {"testo uno", Value::Text("1"), 0},   {"testo non numerico", Value::Text("x"), 1},
-    };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.nome);
-        EXPECT_EQ(payments::CodiceTipoPrimaNota(c.modo), c.codice);
-    }
+    EXPECT_EQ(payments::CodiceTipoPrimaNota(Value::Long(1)), 0);      // incasso: entrata
+    EXPECT_EQ(payments::CodiceTipoPrimaNota(Value::Text("1")), 0);
+    EXPECT_EQ(payments::CodiceTipoPrimaNota(Value::Long(2)), 1);      // anything else: uscita
+    EXPECT_EQ(payments::CodiceTipoPrimaNota(Value()), 1);             // an absent mode too
 }
 
-TEST(Saldo, SovrapagatoEZeroContanoComePagati) {
-    struct Caso {
-        const char* nome;
-        bool presente;
-        Value daPagare;
-        bool saldato;
-    } const casi[] = {
-        {"nessuna riga", false, Value(), false},
-        {"parziale", true, Value::Double(40), false},
-        {"un centesimo", true, Value::Double(0.01), false},
-        {"saldato", true, Value::Double(0), true},
-        {"sovrapagato", true, Value::Double(-10), true},
-        {"resto nullo", true, Value(), true},
-    };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.nome);
-        EXPECT_EQ(payments::Saldato(c.presente, c.daPagare), c.saldato);
-    }
+TEST(Saldo, RestoNulloContaComeSaldato) {
+    // The "above 0" test fails on Null as the platform's If does; without a row nothing is settled.
+    EXPECT_TRUE(payments::Saldato(true, Value()));
+    EXPECT_FALSE(payments::Saldato(false, Value()));
 }
 
 }  // namespace

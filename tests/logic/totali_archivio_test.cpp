@@ -88,15 +88,6 @@ TEST_F(TotaliArchivio, DocumentiCalcolatiDalleRighe) {
     }
 }
 
-TEST_F(TotaliArchivio, RicalcoloSostituisceINonSomma) {
-    Documento(1, {});
-    Riga(1, 1, 100, 1);
-    CalcolaTotaliDocumento(1);
-    Esegui("Update Movimenti set Importo=200 where ID=1");
-    CalcolaTotaliDocumento(1);
-    ControllaTotali(1, {200, 44, 200, 0, 0, 244});
-}
-
 TEST_F(TotaliArchivio, AttraversoLaGrigliaLaRigaCambiaSubito) {
     Documento(1, {});
     Riga(1, 1, 100, 1);
@@ -109,15 +100,6 @@ TEST_F(TotaliArchivio, AttraversoLaGrigliaLaRigaCambiaSubito) {
 TEST_F(TotaliArchivio, DocumentoAssenteNonScriveNulla) {
     EXPECT_NO_THROW(CalcolaTotaliDocumento(42));
     EXPECT_EQ(Conta("Documenti"), 0);
-}
-
-TEST_F(TotaliArchivio, SpeseDelDocumento) {
-    Documento(1, {});
-    Onere(1, 1, 50, 3);
-    Onere(2, 1, 10.125, 4);  // an exact half: 10.12
-    Onere(3, 1, 5, 99);      // unknown code: taxable only
-    EXPECT_DOUBLE_EQ(sales::TotaleSpeseDocumento(1), 50 + 10 + 10.12 + 5);
-    EXPECT_DOUBLE_EQ(sales::TotaleSpeseDocumento(2), 0);
 }
 
 TEST_F(TotaliArchivio, RiepilogoIvaUnisceLeRigheUguali) {
@@ -237,32 +219,6 @@ TEST_F(TotaliArchivio, IlMotoreCalcolaLeRigheComeIlProgramma) {
         EXPECT_EQ(Numero(sql, "TotNetto"), store::Round(netto, 2));
         EXPECT_EQ(Numero(sql, "TotIva"), store::Round(imposta, 2));
     }
-}
-
-TEST(TotaliSpesaSql, IstruzioniDellaSpesa) {
-    EXPECT_EQ(expenses::SqlTotaliSpesa(7),
-              "SELECT Spese.ID, Sum(Round([Importo],2)) AS Imponibile, Sum(Round([Importo]/100*[AliquotaIva],2)) "
-              "AS Imposta FROM (MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID) LEFT JOIN "
-              "CodiciIva ON MovimentiSpese.Iva = CodiciIva.ID GROUP BY Spese.ID HAVING (((Spese.ID)=7))");
-    EXPECT_EQ(expenses::SqlRiepilogoIvaSpesa(7),
-              "SELECT Spese.ID AS Spesa, Sum(Round([Importo],2)) AS Imponibile, "
-              "Sum(Round([Importo]/100*[AliquotaIva],2)) AS Imposta, MovimentiSpese.Iva AS ID, CodiciIva.DescIva "
-              "FROM (MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID) LEFT JOIN CodiciIva ON "
-              "MovimentiSpese.Iva = CodiciIva.ID GROUP BY Spese.ID, MovimentiSpese.Iva, CodiciIva.DescIva "
-              "HAVING (((Spese.ID)=7))");
-}
-
-TEST(TotaliSql, CascataScrittaPerEsteso) {
-    const std::string n1 = "[Movimenti].[Importo]-[Movimenti].[Importo]/100*[Documenti].[Sconto1]";
-    const std::string n2 = "(" + n1 + ")-(" + n1 + ")/100*[Documenti].[Sconto2]";
-    const std::string n3 = "(" + n2 + ")-(" + n2 + ")/100*[Documenti].[Sconto3]";
-    const std::string n4 = "(" + n3 + ")-(" + n3 + ")/100*[Documenti].[Sconto4]";
-    EXPECT_EQ(sales::SqlTotaliMovimenti(3),
-              "SELECT Sum(Netto1) AS Netto, Sum(Imposta1) AS Imposta, Sum(Imponibile1) AS Imponibile FROM "
-              "(SELECT Documenti.ID, Sum(Round([Importo],2)) AS Imponibile1, Sum(Round(" + n4 + ",2)) AS Netto1, "
-              "Sum(Round((" + n4 + ")/100*[CodiciIva].[AliquotaIva],2)) AS Imposta1 FROM (Movimenti LEFT JOIN "
-              "Documenti ON Movimenti.Documento = Documenti.ID) LEFT JOIN CodiciIva ON Movimenti.Iva = CodiciIva.ID "
-              "GROUP BY Documenti.ID Having (((Documenti.ID) = 3)))");
 }
 
 }  // namespace
