@@ -146,6 +146,36 @@ TEST_F(SchemaTest, FieldChangesCarryTheRowsOver) {
     EXPECT_EQ(errorOf([&] { db_->DeleteField("Spese", "Numero"); }), 3265);
 }
 
+// Properties set on a field already there: the rows keep their values, new rows meet the new rules.
+TEST_F(SchemaTest, ChangedFieldPropertiesAreKeptAndApplied) {
+    db_->Execute("INSERT INTO Spese (ID, Numero, Descrizione) VALUES (1, 'A1', '')");
+    FieldDef desc = db_->GetTableDef("Spese")->Fields[4];
+    desc.AllowZeroLength = false;
+    desc.DefaultValue = "\"varie\"";
+    desc.ValidationText = "Descrizione vuota";
+    EXPECT_EQ(errorOf([&] { db_->SetFieldProperties("Spese", desc); }), 3315);  // a row breaks the rule
+    db_->Execute("UPDATE Spese SET Descrizione = 'x' WHERE ID = 1");
+    db_->SetFieldProperties("Spese", desc);
+    db_->Close();
+    db_ = open();
+    const FieldDef kept = db_->GetTableDef("Spese")->Fields[4];
+    EXPECT_FALSE(kept.AllowZeroLength);
+    EXPECT_EQ(kept.DefaultValue, "\"varie\"");
+    EXPECT_EQ(kept.ValidationText, "Descrizione vuota");
+    EXPECT_EQ(kept.OrdinalPosition, 4);
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (2, 'A2')");
+    EXPECT_EQ(first("Select Descrizione from Spese where ID=2", "Descrizione"), Value::Text("varie"));
+    EXPECT_EQ(errorOf([&] { db_->Execute("UPDATE Spese SET Descrizione = '' WHERE ID = 2"); }), 3315);
+}
+
+TEST_F(SchemaTest, CounterFieldNumbersNewRows) {
+    db_->Execute("CREATE TABLE Note (ID COUNTER, Testo TEXT(20))");
+    EXPECT_EQ(db_->GetTableDef("Note")->Fields[0].Attributes, 17);
+    db_->Execute("INSERT INTO [Note] (Testo) VALUES ('prima')");
+    db_->Execute("INSERT INTO [Note] (Testo) VALUES ('seconda')");
+    EXPECT_EQ(first("Select Max(ID) AS M from [Note]", "M"), Value::Long(2));
+}
+
 TEST_F(SchemaTest, SavedQueriesFollowTheTablesTheyRead) {
     db_->Execute("INSERT INTO Spese (ID, Numero, Importo) VALUES (1, 'A1', 4)");
     db_->CreateQueryDef({"qrSpese", "SELECT * FROM Spese WHERE Importo > 0"});
