@@ -143,8 +143,8 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
         lblVersione->setText(Q(core::Didascalia("s52", "Versione") + " " + store::DateText(core::DataEseguibile())));
         txtUtente->setText(Q(core::session().NomeUtente));
         lblCartellaDati->setText(Q(core::LeggiIni("Azienda", "PATH")));
-        CaricaComboDati();
         Abilita(core::session().dbArchivio != nullptr);
+        CaricaComboDati();
         AggiornaAvvisi();
     });
     mInfo->setEnabled(true);

@@ -1,0 +1,145 @@
+// Closing a period and changing its end: the end date reaches every period of every company.
+#include <QAction>
+#include <QComboBox>
+#include <QMenu>
+
+#include "avvio_supporto.h"
+#include "core/aziende.h"
+#include "core/esercizi.h"
+#include "core/login.h"
+#include "core/screens/frmSelPeriodo.h"
+#include "store/clock.h"
+#include "store/convert.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+
+namespace {
+
+// Two companies, each with one open period; company 1 is current and the panel is open.
+void PreparaPannello(ProgrammaDiProva& p) {
+    core::ScegliCartellaDati(p.dati.string());
+    auto& db = *core::session().dbAziende;
+    db.Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Alfa')");
+    db.Execute("Insert Into Aziende (ID,Denominazione) VALUES (2,'Beta')");
+    core::CreaEsercizioVuoto(2, "Beta 2026", store::DateSerial(2026, 3, 1));
+    const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
+    ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
+    core::session().dbAziende.reset();
+    ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
+    p.script->dimentica();
+}
+
+std::vector<std::string> FiniDeiPeriodi() {
+    std::vector<std::string> fini;
+    auto rs = core::session().dbAziende->OpenRecordset("Select * from Esercizi order by ID");
+    for (; !rs->Eof(); rs->MoveNext()) {
+        const store::Value al = rs->get("Al");
+        fini.push_back(al.isNull() ? "Null" : store::ShortDate(store::CDate(al)));
+    }
+    return fini;
+}
+
+// Scripts frmSelPeriodo: the end typed, then confirm (or cancel when the text is empty).
+void ScriviFine(ProgrammaDiProva& p, const std::string& al, bool* dalAbilitato = nullptr) {
+    p.script->schermo("frmSelPeriodo", [al, dalAbilitato](QWidget* s) {
+        if (dalAbilitato) *dalAbilitato = figlio<ui::VetraPicker>(s, "pkDataDal")->isEnabled();
+        if (al.empty()) {
+            clic(s, "btnAnnulla");
+            return false;
+        }
+        figlio<ui::VetraPicker>(s, "pkDataAl")->setTesto(al);
+        clic(s, "btnConferma");
+        return true;
+    });
+}
+
+}  // namespace
+
+TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
+    ProgrammaDiProva p;
+    store::fissaOrologio(store::DateSerial(2026, 11, 22));
+    PreparaPannello(p);
+    frmMain* pannello = frmMain::istanza();
+    QAction* chiusura = pannello->azione("mChiusuraEsercizio");
+    // An open period (no end) ends on 31/12 of its start year as far as the rule knows: the
+    // command starts off, and the handler is what the test drives.
+    EXPECT_FALSE(chiusura->isEnabled());
+
+    // Cancelled: nothing written.
+    ScriviFine(p, "");
+    pannello->ChiusuraEsercizio();
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
+
+    // On the start of the current period: refused.
+    ScriviFine(p, "01/01/2026");
+    pannello->ChiusuraEsercizio();
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"La data di chiusura deve essere successiva alla data di inizio dell'esercizio!"});
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
+
+    // A good date closes both companies' periods; the start field could not be changed.
+    bool dalAbilitato = true;
+    ScriviFine(p, "30/06/2026", &dalAbilitato);
+    pannello->ChiusuraEsercizio();
+    EXPECT_FALSE(dalAbilitato);
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"30/06/2026", "30/06/2026"}));
+    EXPECT_FALSE(chiusura->isEnabled());
+
+    // Changing the end works the same way and reaches every row again.
+    ScriviFine(p, "31/12/2026", &dalAbilitato);
+    pannello->ModificaPeriodo();
+    EXPECT_TRUE(dalAbilitato);
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"31/12/2026", "31/12/2026"}));
+    store::fissaOrologio(std::nullopt);
+}
+
+TEST(Esercizi, ControlliDelPeriodo) {
+    struct Caso {
+        std::string dal, al;
+        std::optional<std::string> chiave;
+        int campo;
+    };
+    const std::vector<Caso> casi = {
+        {"", "31/12/2026", "s243", 0},
+        {"   ", "31/12/2026", "s243", 0},
+        {"32/01/2026", "31/12/2026", "s81", 0},
+        {"01/01/2026", "", "s244", 1},
+        {"01/01/2026", "abc", "s81", 1},
+        {"01/01/2026", "31/12/2026", std::nullopt, 0},
+    };
+    for (const Caso& c : casi) {
+        const auto e = core::ControllaPeriodo(c.dal, c.al);
+        ASSERT_EQ(e.has_value(), c.chiave.has_value()) << c.dal << "|" << c.al;
+        if (!e) continue;
+        EXPECT_EQ(e->chiave, *c.chiave) << c.dal << "|" << c.al;
+        EXPECT_EQ(e->campo, c.campo) << c.dal << "|" << c.al;
+    }
+}
+
+TEST(Esercizi, CambioDiAziendaSenzaEsercizio) {
+    ProgrammaDiProva p;
+    PreparaPannello(p);
+    frmMain* pannello = frmMain::istanza();
+    core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (3,'Gamma')");
+    pannello->CaricaAziende();
+    p.script->rispondiNo();
+    pannello->cbAzienda->setCurrentIndex(pannello->cbAzienda->findText("Gamma"));
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"L'azienda selezionata non ha alcun esercizio. Crearne uno nuovo?"});
+    EXPECT_FALSE(core::session().dbArchivio);
+    EXPECT_FALSE(pannello->mContabilita->menuAction()->isEnabled());
+    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "0");
+    EXPECT_EQ(core::LeggiIni("Azienda", "ID"), "3");
+
+    // Back to a company with a period: the login is asked and the archive opened again.
+    p.script->schermo("frmLogin", [](QWidget*) {
+        core::ApriLogin();
+        return core::ConfermaLogin("", "");
+    });
+    pannello->cbAzienda->setCurrentIndex(pannello->cbAzienda->findText("Beta"));
+    EXPECT_TRUE(core::session().dbArchivio);
+    EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Beta 2026");
+    EXPECT_TRUE(pannello->mContabilita->menuAction()->isEnabled());
+    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "1");
+}
