@@ -55,18 +55,11 @@ Righe DividiRighe(const std::string& testo) {
     return righe;
 }
 
-// A file saved with a UTF-8 mark is read as UTF-8; every other file is Windows-1252.
-std::string TestoDaFile(const std::string& byte) {
-    static constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
-    if (std::string_view(byte).substr(0, 3) == kMarcaUtf8) return byte.substr(3);
-    return store::Cp1252ToUtf8(byte);
-}
-
 Righe LeggiDalDisco(const std::string& file) {
     std::ifstream in(file, std::ios::binary);
     std::ostringstream byte;
     byte << in.rdbuf();
-    return DividiRighe(TestoDaFile(byte.str()));
+    return DividiRighe(store::Cp1252ToUtf8(byte.str()));
 }
 
 const Righe& RigheDi(const std::string& file) {

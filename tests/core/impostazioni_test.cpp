@@ -68,11 +68,6 @@ TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
     EXPECT_NE(test::LeggiFile(ini()).find("Valore=Citt\xE0 \xE8 pi\xF9 \x80\r\n"), std::string::npos);
 }
 
-TEST_F(Impostazioni, FileConMarcaUtf8) {
-    test::ScriviFile(ini(), "\xEF\xBB\xBF[Azienda]\r\nPATH=/dati/Società\r\n");
-    EXPECT_EQ(core::LeggiIni("Azienda", "PATH"), "/dati/Società");
-}
-
 TEST_F(Impostazioni, CartellaNonScrivibile) {
     core::session().CartellaProgramma = cartella / "manca";
     EXPECT_THROW(core::ScriviIni("Azienda", "ID", "1"), store::JetError);
