@@ -9,7 +9,6 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "core/registro_schermi.h"
 #include "store/errors.h"
 #include "ui/Stile.h"
 
@@ -143,21 +142,9 @@ bool protetto(const std::function<void()>& comando) {
     return false;
 }
 
-bool chiudiSchermoAperto(const std::string& nome) {
-    QString cercato = QString::fromStdString(nome);
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (w->isVisible() && w->objectName().compare(cercato, Qt::CaseInsensitive) == 0) {
-            w->close();
-            return true;
-        }
-    }
-    return false;
-}
-
 void installaInterfaccia() {
     QIcon::setThemeName("Tango");
     core::installDialogs(std::make_shared<QtDialogs>());
-    core::installaChiusuraSchermo(chiudiSchermoAperto);
 }
 
 }  // namespace ui

@@ -35,10 +35,7 @@ QWidget* schermoInCorso();
 // text, anything else with its own message. Returns false when the command failed.
 bool protetto(const std::function<void()>& comando);
 
-// Closes the first visible screen of that name (without case): what ChiudiFormAperta does.
-bool chiudiSchermoAperto(const std::string& nome);
-
-// Installs the real dialogs and the program's look (icon theme) and the closing of screens by name.
+// Installs the real dialogs and the program's look (icon theme).
 void installaInterfaccia();
 
 }  // namespace ui

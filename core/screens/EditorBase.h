@@ -12,6 +12,7 @@
 #include "store/dao.h"
 
 class QFormLayout;
+class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
 
@@ -49,6 +50,8 @@ protected:
 
     // The first failed rule shows its message (warning icon) and answers false.
     virtual bool Valida() = 0;
+    // A box that must not be blank after trimming: otherwise the text of the key, the focus to the box, false.
+    bool richiesto(QLineEdit* casella, const std::string& chiave);
     // After the load, for a new record or an existing one: defaults, linked enabling.
     virtual void DopoCarica() {}
     // Fields outside the bound walk, written before Update.

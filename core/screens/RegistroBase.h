@@ -25,6 +25,9 @@ class VBars;
 
 class EditorBase;
 
+// The text of a language key ("s77"), or the caption itself when it is no key ("Giorni per rata").
+std::string Didascalia(const std::string& chiaveOTesto);
+
 class RegistroBase : public QWidget {
     Q_OBJECT
 public:

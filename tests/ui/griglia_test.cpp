@@ -1,0 +1,231 @@
+// The grid on a real archive: the statement it runs, the rows it shows and how few it reads, the
+// row operations and the keys.
+#include <gtest/gtest.h>
+
+#include <QHeaderView>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "archivio_prova.h"
+#include "store/convert.h"
+#include "ui/VBars.h"
+#include "ui/VText.h"
+#include "ui/VetraGrid.h"
+
+namespace {
+
+using store::Value;
+using ui::Direzione;
+
+struct CasoIstruzione {
+    const char* sorgente;
+    const char* ordinamento;
+    Direzione direzione;
+    std::vector<std::string> gruppi;
+    const char* atteso;
+};
+
+TEST(VetraGridIstruzione, OrdinamentoGruppiEOrderByProprio) {
+    ui::applicazioneDiProva();
+    const CasoIstruzione casi[] = {
+        {"Select * from CodiciIva", "DescIva", Direzione::Crescente, {}, "Select * from CodiciIva ORDER BY DescIva"},
+        {"Select * from CodiciIva", "", Direzione::Crescente, {}, "Select * from CodiciIva"},
+        {"Select * from qrSpese Order By DescClassificazione,DescTipoSpesa", "Numero,Data", Direzione::Decrescente,
+         {"DescClassificazione", "DescTipoSpesa"},
+         "Select * from qrSpese ORDER BY DescClassificazione, DescTipoSpesa, Numero DESC, Data DESC"},
+        {"Select * from qrSpese Order By Data", "", Direzione::Crescente, {}, "Select * from qrSpese Order By Data"},
+        // An "order by" inside quotes or a subquery is not the statement's own.
+        {"Select * from T where Nota='x order by y'", "ID", Direzione::Crescente, {},
+         "Select * from T where Nota='x order by y' ORDER BY ID"},
+        {"Select * from (Select * from T order by A) order by B", "C", Direzione::Crescente, {"G"},
+         "Select * from (Select * from T order by A) ORDER BY G, C"},
+    };
+    for (const auto& c : casi) {
+        ui::VetraGrid g;
+        g.setSorgente(c.sorgente);
+        g.setOrdinamento(c.ordinamento, c.direzione);
+        for (const auto& gr : c.gruppi) g.aggiungiGruppo(gr);
+        EXPECT_EQ(g.istruzione(), c.atteso) << c.sorgente;
+    }
+}
+
+TEST(VetraGridIstruzione, TwipsInPixel) {
+    EXPECT_EQ(ui::TwipsInPixel(3000), 200);
+    EXPECT_EQ(ui::TwipsInPixel(1000), 67);
+    EXPECT_EQ(ui::TwipsInPixel(15), 1);
+    EXPECT_EQ(ui::TwipsInPixel(0), 0);
+}
+
+class Griglia : public ::testing::Test {
+protected:
+    void SetUp() override {
+        a.db->Execute("CREATE TABLE Voci (ID LONG, DescVoce TEXT(50), Importo DOUBLE, Gruppo TEXT(20), "
+                      "Pagato YESNO, Data DATETIME)");
+        a.db->Execute("INSERT INTO Voci (ID, DescVoce, Importo, Gruppo, Pagato, Data) VALUES "
+                      "(1, 'Consulenza', 1234.5, 'B', True, #03/05/2024#)");
+        a.db->Execute("INSERT INTO Voci (ID, DescVoce, Importo, Gruppo, Pagato, Data) VALUES "
+                      "(2, 'Affitto', 800, 'A', False, #01/31/2024#)");
+        a.db->Execute("INSERT INTO Voci (ID, DescVoce, Importo, Gruppo, Pagato, Data) VALUES "
+                      "(3, 'Bollette', 0.125, 'A', True, #12/01/2023#)");
+        g.setSorgente("Select * from Voci");
+        g.setOrdinamento("DescVoce");
+        g.aggiungiColonna({"DescVoce", "Descrizione", 3000});
+        g.aggiungiColonna({"Importo", "Importo", 1200, "#,0.00", Qt::AlignRight | Qt::AlignVCenter});
+        g.aggiungiColonna({"Data", "Data", 1200, "dd/mm/yyyy"});
+        g.aggiungiColonna({"Pagato", "Pagato", 600});
+    }
+    QString cella(int riga, int colonna) const {
+        return g.modello()->data(g.modello()->index(riga, colonna), Qt::DisplayRole).toString();
+    }
+
+    prova::ArchivioProva a;
+    ui::VetraGrid g;
+};
+
+TEST_F(Griglia, MostraLeRigheOrdinateConLeMaschere) {
+    g.Aggiorna();
+    ASSERT_EQ(g.righeMostrate(), 3);
+    EXPECT_EQ(cella(0, 0), "Affitto");
+    EXPECT_EQ(cella(1, 0), "Bollette");
+    EXPECT_EQ(cella(2, 0), "Consulenza");
+    EXPECT_EQ(cella(2, 1), "1.234,50");
+    EXPECT_EQ(cella(0, 1), "800,00");
+    EXPECT_EQ(cella(1, 1), "0,13");          // an exact half goes up in a mask
+    EXPECT_EQ(cella(2, 2), "05/03/2024");
+    EXPECT_EQ(g.modello()->data(g.modello()->index(0, 3), Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    EXPECT_EQ(g.modello()->data(g.modello()->index(2, 3), Qt::CheckStateRole).toInt(), Qt::Checked);
+    EXPECT_EQ(g.modello()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), "Importo");
+    EXPECT_EQ(g.columnWidth(0), 200);
+    // The first row is current and the recordset stands on it.
+    EXPECT_EQ(g.idCorrente(), 2);
+    EXPECT_EQ(store::ConcatText(g.Recordset()->get("DescVoce")), "Affitto");
+}
+
+TEST_F(Griglia, DiscendenteEIntestazioneCliccata) {
+    g.setOrdinamento("Importo", Direzione::Decrescente);
+    g.Aggiorna();
+    EXPECT_EQ(cella(0, 0), "Consulenza");
+    EXPECT_EQ(cella(2, 0), "Bollette");
+    // A click on the caption of the sorted column turns the order round.
+    emit g.horizontalHeader()->sectionClicked(1);
+    EXPECT_EQ(g.direzione(), Direzione::Crescente);
+    EXPECT_EQ(cella(0, 0), "Bollette");
+}
+
+TEST_F(Griglia, GruppiEColori) {
+    g.aggiungiGruppo("Gruppo");
+    g.aggiungiRegolaColore({"Pagato", [](const Value& v) { return v.number() == 0; }, Qt::red, Qt::white});
+    g.Aggiorna();
+    // A: Affitto, Bollette; B: Consulenza, each group opened by its caption row.
+    ASSERT_EQ(g.righeMostrate(), 5);
+    EXPECT_TRUE(g.modello()->rigaDiGruppo(0));
+    EXPECT_EQ(cella(0, 0).trimmed(), "A");
+    EXPECT_EQ(cella(1, 0), "Affitto");
+    EXPECT_EQ(cella(2, 0), "Bollette");
+    EXPECT_TRUE(g.modello()->rigaDiGruppo(3));
+    EXPECT_EQ(cella(3, 0).trimmed(), "B");
+    EXPECT_EQ(g.modello()->data(g.modello()->index(1, 0), Qt::ForegroundRole).value<QColor>(), QColor(Qt::red));
+    EXPECT_FALSE(g.modello()->data(g.modello()->index(2, 0), Qt::ForegroundRole).isValid());
+    // The caption row is never the current record.
+    EXPECT_EQ(g.idCorrente(), 2);
+}
+
+TEST_F(Griglia, ISeguaciSeguonoLaRiga) {
+    ui::VText txt;
+    txt.setDataField("DescVoce");
+    ui::VBars barre;
+    int gruppo = barre.aggiungiGruppo("Generale");
+    barre.aggiungiCampo(gruppo, "Importo", "Importo", "#,0.00");
+    g.aggiungiSeguace(&txt);
+    g.aggiungiSeguace(&barre);
+    QSignalSpy cambi(&g, &ui::VetraGrid::rigaCambiata);
+    g.Aggiorna();
+    EXPECT_EQ(txt.testo(), "Affitto");
+    EXPECT_EQ(barre.testo("Importo"), "800,00");
+    g.vaiAId(1);
+    EXPECT_EQ(txt.testo(), "Consulenza");
+    EXPECT_EQ(barre.testo("Importo"), "1.234,50");
+    EXPECT_GE(cambi.count(), 2);
+    g.setSorgente("Select * from Voci where ID<0");
+    g.Aggiorna();
+    EXPECT_FALSE(g.haRigaCorrente());
+    EXPECT_EQ(txt.testo(), "");
+    EXPECT_EQ(barre.testo("Importo"), "");
+}
+
+TEST_F(Griglia, NuovaModificaEliminaRiga) {
+    g.Aggiorna();
+    g.NuovaRiga();
+    g.Recordset()->set("DescVoce", Value::Text("Cancelleria"));
+    g.Recordset()->set("Importo", Value::Double(12));
+    g.SalvaRiga();
+    // The new row takes the highest id plus one and becomes the current row, in its sorted place.
+    EXPECT_EQ(g.idCorrente(), 4);
+    EXPECT_EQ(g.currentIndex().row(), 2);
+    EXPECT_EQ(cella(2, 0), "Cancelleria");
+
+    g.vaiAId(3);
+    g.ModificaRiga();
+    g.Recordset()->set("Importo", Value::Double(99.5));
+    g.SalvaRiga();
+    EXPECT_EQ(cella(1, 1), "99,50");
+    EXPECT_EQ(store::CDbl(a.db->OpenRecordset("Select Importo from Voci where ID=3")->get("Importo")), 99.5);
+
+    ASSERT_TRUE(g.EliminaRiga());
+    EXPECT_EQ(g.righeMostrate(), 3);
+    EXPECT_EQ(g.idCorrente(), 4);   // the next row moves up into the place
+    EXPECT_TRUE(a.db->OpenRecordset("Select * from Voci where ID=3")->Eof());
+}
+
+TEST_F(Griglia, TastiDellaGriglia) {
+    g.Aggiorna();
+    QSignalSpy modifica(&g, &ui::VetraGrid::modificaRichiesta);
+    QSignalSpy elimina(&g, &ui::VetraGrid::eliminaRichiesta);
+    QTest::keyClick(&g, Qt::Key_Return);
+    QTest::keyClick(&g, Qt::Key_Delete);
+    QTest::keyClick(&g, Qt::Key_Down);
+    EXPECT_EQ(modifica.count(), 1);
+    EXPECT_EQ(elimina.count(), 1);
+    EXPECT_EQ(g.idCorrente(), 3);
+    // Without a recordset the keys ask for nothing.
+    ui::VetraGrid vuota;
+    QSignalSpy nulla(&vuota, &ui::VetraGrid::modificaRichiesta);
+    QTest::keyClick(&vuota, Qt::Key_Return);
+    EXPECT_EQ(nulla.count(), 0);
+}
+
+TEST_F(Griglia, UnErroreDelDatabaseArrivaAlChiamante) {
+    g.setSorgente("Select * from Assente");
+    EXPECT_THROW(g.Aggiorna(), store::JetError);
+}
+
+TEST(GrigliaGrande, CinquantamilaRigheLettePocheAllaVolta) {
+    prova::ArchivioProva a;
+    a.db->Execute("CREATE TABLE Righe (ID LONG, DescRiga TEXT(50), Importo DOUBLE)");
+    a.inserisciInBlocco("INSERT INTO Righe (ID, DescRiga, Importo) VALUES (?, ?, ?)", 50000, [](sqlite3_stmt* st, int i) {
+        char desc[32];
+        std::snprintf(desc, sizeof desc, "Riga %05d", i);
+        sqlite3_bind_int(st, 1, i);
+        sqlite3_bind_text(st, 2, desc, -1, SQLITE_TRANSIENT);
+        sqlite3_bind_double(st, 3, i * 1.5);
+    });
+    ui::VetraGrid g;
+    g.resize(600, 400);
+    g.setSorgente("Select * from Righe");
+    g.setOrdinamento("ID");
+    g.aggiungiColonna({"DescRiga", "Descrizione", 3000});
+    g.Aggiorna();
+    EXPECT_EQ(g.modello()->righeLette(), ui::VetraGridModel::RighePerBlocco);
+    EXPECT_TRUE(g.modello()->canFetchMore({}));
+    g.scrollToBottom();
+    QCoreApplication::processEvents();
+    long dopoUnoScorrimento = g.modello()->righeLette();
+    EXPECT_LE(dopoUnoScorrimento, 3 * ui::VetraGridModel::RighePerBlocco);
+    // Going to a far record reads on until it, and no further than its page.
+    ASSERT_TRUE(g.vaiAId(30000));
+    EXPECT_EQ(store::ConcatText(g.valore("DescRiga")), "Riga 30000");
+    EXPECT_LT(g.modello()->righeLette(), 30000 + ui::VetraGridModel::RighePerBlocco + 1);
+    EXPECT_EQ(store::ConcatText(g.Recordset()->get("DescRiga")), "Riga 30000");
+}
+
+}  // namespace

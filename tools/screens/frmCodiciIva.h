@@ -1,0 +1,30 @@
+// VAT codes: the register and its editor.
+#pragma once
+
+#include "core/screens/EditorBase.h"
+#include "core/screens/RegistroBase.h"
+
+namespace ui {
+class VText;
+}
+
+class frmCodiciIva : public RegistroBase {
+    Q_OBJECT
+public:
+    explicit frmCodiciIva(QWidget* parent = nullptr);
+
+protected:
+    std::unique_ptr<EditorBase> creaEditor() override;
+};
+
+class frmCodiciIvaEdita : public EditorBase {
+    Q_OBJECT
+public:
+    explicit frmCodiciIvaEdita(QWidget* parent = nullptr);
+
+    ui::VText* VText1;   // DescIva
+    ui::VText* VText2;   // AliquotaIva
+
+protected:
+    bool Valida() override;
+};
