@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <string>
 
 #include "convert_support.h"
@@ -112,4 +113,16 @@ TEST(FormatTest, OddMasksAndValuesDoNotBreakIt) {
     EXPECT_EQ(errorOf([] { Format(Value::Double(NAN), "0"); }), 6);
     EXPECT_EQ(errorOf([] { Format(Value::Double(1e300), "yyyy"); }), 6);
     EXPECT_EQ(Format(Value::Double(1e300), "0").size(), 301u);
+}
+
+TEST(FormatTest, RandomMasksNeverBreakIt) {
+    const std::string alphabet = "0#.,;%\"\\dmyhnswqDMY/:-E+ \xC3\xA0\xFF";
+    std::mt19937 random(7);
+    const Value values[] = {Value::Double(-1234.5678), Value::Double(0), Value::Double(1e20), Value::Date(45356.75),
+                            Value::Date(-1.25), Value::Null(), Value::Text("12,5"), Value::Text("x"), Value::Bool(true)};
+    for (int n = 0; n < 3000; ++n) {
+        std::string mask(random() % 16, ' ');
+        for (char& c : mask) c = alphabet[random() % alphabet.size()];
+        for (const Value& v : values) errorOf([&] { Format(v, mask); });
+    }
 }
