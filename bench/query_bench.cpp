@@ -64,6 +64,18 @@ void BM_RegistroFatture(benchmark::State& state) {
 }
 BENCHMARK(BM_RegistroFatture)->Unit(benchmark::kMillisecond);
 
+// The payment editor's list of documents still to collect: every fattura's payments are summed.
+void BM_DocumentiDaIncassare(benchmark::State& state) {
+    store::Database& db = archivio();
+    long righe = 0;
+    for (auto _ : state) {
+        auto rs = db.OpenRecordset("Select * from qrDocumentiIncassi where DaPagare<>0");
+        righe = percorri(*rs, "DaPagare");
+    }
+    state.counters["righe"] = static_cast<double>(righe);
+}
+BENCHMARK(BM_DocumentiDaIncassare)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 
 BENCHMARK_MAIN();

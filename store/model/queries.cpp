@@ -52,9 +52,11 @@ std::string descEstrattoConto(const std::string& t) {
 }
 
 // Sum over the rows of `tabella` whose `legame` points to the outer row `esterno`.ID; 0 with none.
+// The Null of an empty sum is replaced inside the subquery, so each use reads the rows once.
 std::string somma(const std::string& tabella, const std::string& campo, const std::string& legame,
                   const std::string& esterno) {
-    return nz("(SELECT Sum(S." + campo + ") FROM " + tabella + " AS S WHERE S." + legame + "=" + esterno + ".ID)");
+    return "(SELECT " + nz("Sum(S." + campo + ")") + " FROM " + tabella + " AS S WHERE S." + legame + "=" + esterno +
+           ".ID)";
 }
 
 std::string sommaPagamenti(const std::string& legame, const std::string& esterno) {
