@@ -52,6 +52,7 @@ TEST(FormatTest, DateMasks) {
     for (const auto& c : cases) EXPECT_EQ(Format(Value::Date(kMarch5), c.mask), c.text) << c.mask;
     EXPECT_EQ(Format(Value::Date(-1.25), "dd/mm/yyyy hh.nn"), "29/12/1899 06.00");
     EXPECT_EQ(Format(Value::Date(45657), "mmmm yyyy"), "dicembre 2024");
+    EXPECT_EQ(errorOf([] { MonthName(13); }), 5);
 }
 
 TEST(FormatTest, ValuesOfEveryKind) {
@@ -93,15 +94,6 @@ TEST(FormatTest, FormatNumberRoundsHalfAwayAndGroups) {
     EXPECT_EQ(FormatNumber(1e6, -1), "1.000.000,00");
     EXPECT_EQ(errorOf([] { FormatNumber(1, -2); }), 5);
     EXPECT_EQ(errorOf([] { FormatNumber(NAN); }), 6);
-}
-
-TEST(FormatTest, NamesOfMonthsAndDays) {
-    EXPECT_EQ(MonthName(12), "dicembre");
-    EXPECT_EQ(MonthName(8, true), "ago");
-    EXPECT_EQ(WeekdayName(1), "domenica");
-    EXPECT_EQ(WeekdayName(6), "venerdì");
-    EXPECT_EQ(errorOf([] { MonthName(13); }), 5);
-    EXPECT_EQ(errorOf([] { WeekdayName(0); }), 5);
 }
 
 TEST(FormatTest, OddMasksAndValuesDoNotBreakIt) {
