@@ -68,6 +68,7 @@ struct Database::Impl final : sql::Catalog {
     sqlite3* handle() const;      // error 3420 once closed
     void checkWritable() const;   // error 3027 on a read-only database
     void close();
+    void finishReads();           // reads every open recordset to its end
     void reload();                // reads the catalogue again; the translator sees a new version
     void noticeOtherWriters();    // reloads when another connection changed the catalogue
     sql::Translation translate(std::string_view text, bool inlineLiterals = false);
@@ -86,5 +87,6 @@ void runDdl(Database& db, const sql::DdlCommand& c);
 // dao_recordset.cpp: opens a recordset on a statement or a table or query name.
 std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& db, std::string_view sqlOrName);
 void closeRecordset(Recordset::Impl* rs);
+void finishRecordset(Recordset::Impl* rs);
 
 }  // namespace store

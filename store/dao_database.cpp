@@ -214,6 +214,10 @@ void Database::Impl::close() {
     db = nullptr;
 }
 
+void Database::Impl::finishReads() {
+    for (Recordset::Impl* rs : recordsets) finishRecordset(rs);
+}
+
 void Database::Impl::reload() {
     catalogue.load(handle());
     ++version;

@@ -1,5 +1,6 @@
 // The recordset: rows come from the SQLite statement as the program moves through them and are kept
 // once fetched, packed in one buffer, so a register of many rows opens at once and stays light.
+// While rows remain unread the statement holds SQLite's read lock on the file.
 // Writes go to the base table of the statement (or of the saved query it reads) by the row's rowid.
 #include <sqlite3.h>
 
@@ -181,9 +182,18 @@ struct Recordset::Impl {
         }
     }
 
+    // Rows come in small batches: a result of a few rows (an editor's "where ID=") is read to its
+    // end at once, which gives back SQLite's read lock, so other users can write while it stays open.
+    bool fetchBatch() {
+        static constexpr int kBatch = 64;
+        int n = 0;
+        while (n < kBatch && fetchOne()) ++n;
+        return n > 0;
+    }
+
     std::size_t nextLive(std::size_t from) {
         for (std::size_t i = from;; ++i) {
-            if (i >= rows.size() && !fetchOne()) return kNone;
+            if (i >= rows.size() && !fetchBatch()) return kNone;
             if (!rows[i].deleted) return i;
         }
     }
@@ -511,6 +521,7 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
 }
 
 void closeRecordset(Recordset::Impl* rs) { rs->close(); }
+void finishRecordset(Recordset::Impl* rs) { rs->fetchAll(); }
 
 // ---- Recordset -----------------------------------------------------------------------------------
 

@@ -18,9 +18,14 @@ using detail::sameName;
 namespace {
 
 // Groups the statements of one schema change, so that a failure half way leaves the file as it was.
+// Recordsets of this database still reading are read to their end first: SQLite would refuse to
+// drop a table under them, and a change rolled back would abort them.
 class SchemaChange {
 public:
-    explicit SchemaChange(sqlite3* db) : db_(db) { exec(db_, "SAVEPOINT jet_schema"); }
+    explicit SchemaChange(Database::Impl& d) : db_(d.handle()) {
+        d.finishReads();
+        exec(db_, "SAVEPOINT jet_schema");
+    }
     ~SchemaChange() {
         if (!done_) sqlite3_exec(db_, "ROLLBACK TO jet_schema; RELEASE jet_schema", nullptr, nullptr, nullptr);
     }
@@ -111,6 +116,11 @@ void createIndexesAndTriggers(sqlite3* db, const TableDef& def) {
     for (const std::string& t : detail::booleanTriggersSql(def)) exec(db, t);
 }
 
+bool hasRowidCounter(const TableDef& def) {
+    return std::any_of(def.Fields.begin(), def.Fields.end(),
+                       [](const FieldDef& f) { return (f.Attributes & 16) != 0 && detail::isIntegerType(f.Type); });
+}
+
 // What each column of the new table is filled from: the old column, converted when its type or
 // size changed; Null for a new column (rows already there do not take its default).
 std::string carryOverSql(const TableDef& before, const TableDef& after, std::string_view from, std::string_view to) {
@@ -132,6 +142,12 @@ std::string carryOverSql(const TableDef& before, const TableDef& after, std::str
         exprs += (exprs.empty() ? "" : ", ") + expr;
     }
     if (cols.empty()) return "";
+    // Rows keep their rowid, by which open recordsets write to them; a counter that is the rowid
+    // carries it already.
+    if (!hasRowidCounter(after)) {
+        cols = "rowid, " + cols;
+        exprs = "rowid, " + exprs;
+    }
     return "INSERT INTO " + quoteIdent(to) + " (" + cols + ") SELECT " + exprs + " FROM " + quoteIdent(from);
 }
 
@@ -212,7 +228,7 @@ void Database::Impl::createTable(const TableDef& def) {
     if (catalogue.query(def.Name)) raise(3012, def.Name);
     TableDef norm = normalizedTable(def);
     {
-        SchemaChange change(db);
+        SchemaChange change(*this);
         exec(db, detail::createTableSql(norm, norm.Name));
         createIndexesAndTriggers(db, norm);
         Catalogue::saveTable(db, norm);
@@ -226,7 +242,7 @@ void Database::Impl::replaceTable(const TableDef& before, const TableDef& after)
     checkWritable();
     static constexpr std::string_view kScratch = "__jet_rebuild";
     changeTable(before.Name, [&] {
-        SchemaChange change(db);
+        SchemaChange change(*this);
         exec(db, "DROP TABLE IF EXISTS " + quoteIdent(kScratch));
         exec(db, detail::createTableSql(after, kScratch));
         std::string copy = carryOverSql(before, after, before.Name, kScratch);
@@ -287,7 +303,7 @@ bool Database::Impl::recreateView(const QueryDef& q) {
     shape.baseTable = t.hasRowid ? t.baseTable : "";
     for (const auto& c : t.columns) shape.columns.push_back({c.name, c.type, c.size, t.hasRowid ? c.baseColumn : ""});
     {
-        SchemaChange change(db);
+        SchemaChange change(*this);
         exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
         exec(db, "CREATE VIEW " + quoteIdent(q.Name) + " (" + cols + ") AS " + t.sql);
         Catalogue::saveQuery(db, q, &shape);
@@ -339,7 +355,7 @@ void Database::DeleteTableDef(std::string_view name) {
     auto def = GetTableDef(name);
     const TableDef& t = existing(def, name);
     changeTable(t.Name, [&] {
-        SchemaChange change(impl_->db);
+        SchemaChange change(*impl_);
         exec(impl_->db, "DROP TABLE " + quoteIdent(t.Name));
         Catalogue::removeTable(impl_->db, t.Name);
         change.commit();
@@ -388,7 +404,7 @@ void Database::AppendIndex(std::string_view table, const IndexDef& index) {
     IndexDef ix = TableDef::CreateIndex(index.Name, index.Fields, index.Unique, index.Primary);
     t.Indexes.push_back(ix);
     {
-        SchemaChange change(impl_->db);
+        SchemaChange change(*impl_);
         exec(impl_->db, createIndexSql(t.Name, ix));
         Catalogue::saveTable(impl_->db, t);
         change.commit();
@@ -403,7 +419,7 @@ void Database::DeleteIndex(std::string_view table, std::string_view index) {
     if (!findIndex(t, index)) raise(3265, std::string(index));
     std::erase_if(t.Indexes, [&](const IndexDef& ix) { return sameName(ix.Name, index); });
     {
-        SchemaChange change(impl_->db);
+        SchemaChange change(*impl_);
         exec(impl_->db, "DROP INDEX " + quoteIdent(Catalogue::sqliteIndexName(t.Name, index)));
         Catalogue::saveTable(impl_->db, t);
         change.commit();
@@ -443,7 +459,7 @@ void Database::DeleteQueryDef(std::string_view name) {
     auto q = GetQueryDef(name);
     if (!q) raise(3265, std::string(name));
     {
-        SchemaChange change(impl_->db);
+        SchemaChange change(*impl_);
         exec(impl_->db, "DROP VIEW IF EXISTS " + quoteIdent(q->Name));
         Catalogue::removeQuery(impl_->db, q->Name);
         change.commit();

@@ -110,6 +110,19 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T")->get("N"), Value::Long(1));
 }
 
+// An editor keeps its one-row recordset open while another user saves.
+TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
+    auto db = create();
+    fillClienti(*db);
+    auto editing = db->OpenRecordset("Select * from Clienti where ID=1");
+    OtherUser other(path("Archivio.mdb"));
+    EXPECT_EQ(other.run("INSERT INTO Clienti (ID, Nome) VALUES (9, 'Altro')"), SQLITE_OK);
+    editing->Edit();
+    editing->set("Nome", Value::Text("Rosa"));
+    editing->Update();
+    EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from Clienti")->get("N"), Value::Long(4));
+}
+
 TEST_F(FilesTest, SecondConnectionSeesSchemaChangesOfTheFirst) {
     auto a = create();
     auto b = open();

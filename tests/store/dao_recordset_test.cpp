@@ -27,19 +27,19 @@ TEST_F(RecordsetTest, CountsAndEndsRightAfterOpeningAndAfterMoveLast) {
     struct Case {
         const char* sql;
         bool empty;
-        long countAtOpen, countAfterLast;
+        long countAfterLast;
     };
     const Case cases[] = {
-        {"Select * from Clienti where ID<0", true, 0, 0},
-        {"Select * from Clienti where ID=2", false, 1, 1},
-        {"Select * from Clienti order by ID", false, 1, 3},
-        {"Clienti", false, 1, 3},
-        {"[Clienti]", false, 1, 3},
+        {"Select * from Clienti where ID<0", true, 0},
+        {"Select * from Clienti where ID=2", false, 1},
+        {"Select * from Clienti order by ID", false, 3},
+        {"Clienti", false, 3},
+        {"[Clienti]", false, 3},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.sql);
         auto rs = db_->OpenRecordset(c.sql);
-        EXPECT_EQ(rs->RecordCount(), c.countAtOpen);
+        EXPECT_EQ(rs->RecordCount() > 0, !c.empty);
         EXPECT_EQ(rs->Eof(), c.empty);
         EXPECT_EQ(rs->Bof(), c.empty);
         if (c.empty) {
@@ -224,7 +224,7 @@ TEST_F(RecordsetTest, ClosedObjectsAnswer3420) {
     EXPECT_EQ(errorOf([&] { db_->TableNames(); }), 3420);
 }
 
-// A long register opens with one row fetched; the rest come as the program moves.
+// A long register opens with a few rows fetched; the rest come as the program moves.
 TEST_F(RecordsetTest, LargeResultIsFetchedAsNeeded) {
     db_->Close();
     sqlite3* raw = nullptr;
@@ -236,12 +236,20 @@ TEST_F(RecordsetTest, LargeResultIsFetchedAsNeeded) {
     sqlite3_close(raw);
     db_ = open();
     auto rs = db_->OpenRecordset("Select * from Clienti");
-    EXPECT_EQ(rs->RecordCount(), 1);
-    rs->setAbsolutePosition(99);
-    EXPECT_EQ(rs->RecordCount(), 100);
+    EXPECT_GT(rs->RecordCount(), 0);
+    EXPECT_LT(rs->RecordCount(), 1000);
+    rs->setAbsolutePosition(999);
+    EXPECT_GE(rs->RecordCount(), 1000);
+    EXPECT_LT(rs->RecordCount(), 2000);
+    // A change of structure meanwhile: the register is read to its end first and stays usable.
+    db_->DeleteField("Clienti", "Saldo");
     rs->MoveLast();
     EXPECT_EQ(rs->RecordCount(), 5000);
     EXPECT_EQ(rs->get("Nome"), Value::Text("Cliente 5000"));
+    rs->Edit();
+    rs->set("Nome", Value::Text("Ultimo"));
+    rs->Update();
+    EXPECT_EQ(db_->OpenRecordset("Select Nome from Clienti where ID=5000")->get("Nome"), Value::Text("Ultimo"));
 }
 
 }  // namespace
