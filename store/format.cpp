@@ -1,5 +1,6 @@
 #include "store/format.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -324,7 +325,18 @@ std::optional<std::string_view> namedMask(std::string_view mask) {
     return std::nullopt;
 }
 
-std::optional<std::string> namedWords(double x, std::string_view mask) {
+std::string scientific(double x) {
+    if (!std::isfinite(x)) raise(6);
+    char buf[40];
+    std::snprintf(buf, sizeof buf, "%.2E", x);
+    std::string s = buf;
+    std::replace(s.begin(), s.end(), '.', ',');
+    return s;
+}
+
+// The named formats that are no mask: words for true and false, and the exponent form.
+std::optional<std::string> namedText(double x, std::string_view mask) {
+    if (equalsNoCase(mask, "Scientific")) return scientific(x);
     if (equalsNoCase(mask, "Yes/No")) return std::string(x != 0 ? "Sì" : "No");
     if (equalsNoCase(mask, "True/False")) return std::string(x != 0 ? "Vero" : "Falso");
     if (equalsNoCase(mask, "On/Off")) return std::string(x != 0 ? "On" : "Off");
@@ -336,7 +348,7 @@ std::string plainText(const Value& v) {
 }
 
 std::string formatNumberValue(double x, std::string_view mask) {
-    if (auto words = namedWords(x, mask)) return *words;
+    if (auto text = namedText(x, mask)) return *text;
     if (equalsNoCase(mask, "General Number")) return NumberText(x);
     if (equalsNoCase(mask, "General Date")) return DateText(x);
     const auto sections = tokenizeSections(namedMask(mask).value_or(mask));
