@@ -336,13 +336,14 @@ std::string pagamenti(const std::string& where) {
                   where);
 }
 
-// Per customer, the totals of the documents of one side, for the customer journal.
+// Per customer, the totals of the documents of one side, for the customer journal. A row stands
+// for a customer, so its ID is the customer's, as every query has one.
 std::string totaliPerCliente(const std::string& filtroTipo) {
     std::string pagato = sommaPagamenti("Documento", "Documenti");
     Colonne documento{"Documenti.Cliente", espressione(nz("Documenti.ImportoTotale"), "Totale"),
                       espressione(pagato, "Pagato"),
                       espressione(differenza("Documenti.ImportoTotale", pagato), "DaPagare")};
-    Colonne c{"D.Cliente", "Sum(D.Totale) AS Totale", "Sum(D.Pagato) AS TotalePagato",
+    Colonne c{"D.Cliente", "D.Cliente AS ID", "Sum(D.Totale) AS Totale", "Sum(D.Pagato) AS TotalePagato",
               "Sum(D.DaPagare) AS TotaleDaPagare"};
     return select(c, "(" + select(documento, "Documenti", filtroTipo) + ") AS D") + " GROUP BY D.Cliente";
 }

@@ -4,6 +4,7 @@
 // document, payments with no document. Every expected value was worked out on paper.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <tuple>
 
 #include "store/clock.h"
@@ -328,6 +329,34 @@ TEST_F(QueryArchivio, StatementsOfTheBooksRunOnTheQueries) {
     EXPECT_EQ(ids(*db, "Select * from qrDocumentiDesc where EscludiEstrattoConto=0 And (Tipo=5 Or Tipo=6) and "
                        "Cliente=1 Order By Data"),
               (std::vector<long>{1, 4, 6}));
+}
+
+// The double-entry journal joins the registers again to queries that carry the same names.
+TEST_F(QueryArchivio, QueriesJoinedAgainToTheRegisters) {
+    const std::string destinatario =
+        "Fornitori.DescFornitore & ' ' & Fornitori.DescFornitore2 & Clienti.DescCliente & ' ' & Clienti.DescCliente2 "
+        "AS Destinatario";
+    const std::string sql =
+        "SELECT qrDocumentiDesc.ID, " + destinatario + ", qrDocumentiDesc.Data, qrDocumentiDesc.DescDocumento AS "
+        "Descrizione, qrDocumentiDesc.ImportoTotale AS Importo, 'DOC' AS Tipologia FROM (qrDocumentiDesc LEFT JOIN "
+        "Fornitori ON qrDocumentiDesc.Fornitore = Fornitori.ID) LEFT JOIN Clienti ON qrDocumentiDesc.Cliente = "
+        "Clienti.ID WHERE (qrDocumentiDesc.Tipo=5 Or qrDocumentiDesc.Tipo=9) AND "
+        "DateValue(qrDocumentiDesc.Data)>=DateValue('01/01/2024') UNION SELECT qrPagamenti.ID, " + destinatario +
+        ", qrPagamenti.DataPagamento, qrPagamenti.DescPagamento, qrPagamenti.ImportoPagamento, 'PAG' AS Tipologia "
+        "FROM (qrPagamenti LEFT JOIN Fornitori ON qrPagamenti.Fornitore = Fornitori.ID) LEFT JOIN Clienti ON "
+        "qrPagamenti.Cliente = Clienti.ID WHERE DateValue(qrPagamenti.DataPagamento)>=DateValue('01/01/2024') "
+        "ORDER by Destinatario,DATA";
+    std::vector<std::string> righe;
+    for (auto rs = db->OpenRecordset(sql); !rs->Eof(); rs->MoveNext())
+        righe.push_back(testo(rs->get("Tipologia")) + std::to_string(static_cast<long>(rs->get("ID").number())) +
+                        "[" + testo(rs->get("Destinatario")) + "]");
+    // By name, blanks first; the two payments of 10/05 to Bianchi tie and may come either way.
+    ASSERT_EQ(righe.size(), 6u);
+    EXPECT_EQ(std::vector<std::string>(righe.begin(), righe.begin() + 4),
+              (std::vector<std::string>{"PAG5[  ]", "DOC1[ Rossi Mario]", "DOC4[ Rossi Mario]", "DOC2[Bianchi Spa ]"}));
+    std::sort(righe.begin() + 4, righe.end());
+    EXPECT_EQ(righe[4], "PAG4[Bianchi Spa ]");
+    EXPECT_EQ(righe[5], "PAG7[Bianchi Spa ]");
 }
 
 // The reminders at start-up and the lists of the payment editor.
