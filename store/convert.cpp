@@ -712,8 +712,7 @@ std::string NumberText(double d) {
     char buf[40];
     std::snprintf(buf, sizeof buf, "%.15G", d);
     std::string s = buf;
-    for (char& c : s)
-        if (c == '.') c = ',';
+    std::replace(s.begin(), s.end(), '.', ',');
     return s;
 }
 
@@ -757,13 +756,13 @@ double CDbl(const Value& v) {
 
 std::int32_t CLng(const Value& v) {
     const double r = roundHalfEven(CDbl(v));
-    if (r < -2147483648.0 || r > 2147483647.0) raise(6);
+    if (!(r >= -2147483648.0 && r <= 2147483647.0)) raise(6);  // NaN too
     return static_cast<std::int32_t>(r);
 }
 
 std::int16_t CInt(const Value& v) {
     const double r = roundHalfEven(CDbl(v));
-    if (r < -32768.0 || r > 32767.0) raise(6);
+    if (!(r >= -32768.0 && r <= 32767.0)) raise(6);
     return static_cast<std::int16_t>(r);
 }
 

@@ -238,6 +238,8 @@ TEST(ValueConversionTest, IntegersRoundHalfToEvenAndOverflow) {
     EXPECT_EQ(errorOf([] { CInt(Value::Double(32767.5)); }), 6);
     EXPECT_EQ(errorOf([] { CLng(Value::Double(2147483647.5)); }), 6);
     EXPECT_EQ(CLng(Value::Double(-2147483648.0)), INT32_MIN);
+    EXPECT_EQ(errorOf([] { CLng(Value::Double(NAN)); }), 6);
+    EXPECT_EQ(errorOf([] { CInt(Value::Double(-INFINITY)); }), 6);
 }
 
 TEST(ValueConversionTest, NullAndEmptyTextAreErrors) {
