@@ -543,9 +543,7 @@ std::vector<LikeToken> compileLike(const std::u32string& p) {
         else if (c == '[') {
             LikeToken t = setToken(p, i);
             if (t.negated || !t.ranges.empty()) tokens.push_back(std::move(t));
-        } else if (c == ']') {
-            invalidPattern();
-        } else {
+        } else {  // any other character, a lone ']' too, matches itself
             LikeToken t(LikeToken::Kind::Set);
             t.ranges.emplace_back(foldCase(c), foldCase(c));
             tokens.push_back(std::move(t));

@@ -339,6 +339,7 @@ TEST(LikeTest, Wildcards) {
         {"abc", "a_c", false},      {"x ", "x", false},          {"x ", "x ", true},        {"è", "È", true},
         {"a", "à", false},          {"città", "citt?", true},    {"città", "*à", true},     {"-", "[a-]", true},
         {"ab", "[]ab", true},       {"aXbXc", "*x*x*", true},    {"aaa", "*a*a*a*a*", false},
+        {"a]", "a]", true},         {"[x]", "[[]x]", true},
     };
     for (const auto& c : cases) EXPECT_EQ(LikeMatch(c.text, c.pattern), c.match) << c.text << " Like " << c.pattern;
 }
