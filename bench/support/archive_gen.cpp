@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <unistd.h>
+
 #include "store/convert.h"
 #include "store/model/model.h"
 
@@ -358,7 +360,8 @@ std::string ArchivioProva(const Dimensioni& d) {
     const fs::path path = cartella / (prefisso + impronta() + ".mdb");
     if (fs::exists(path)) return path.string();
     rimuoviSuperati(cartella, prefisso, path);
-    const fs::path parziale = path.string() + ".parziale";
+    // Two benchmarks started together each write their own copy; the last rename wins.
+    const fs::path parziale = path.string() + "." + std::to_string(::getpid()) + ".parziale";
     store::model::GeneraArchivioVuoto(parziale.string());
     {
         store::DatabasePtr db = store::Workspace::Default().OpenDatabase(parziale.string());

@@ -32,33 +32,25 @@ store::DatabasePtr archivioVuoto() {
     return db;
 }
 
-TEST(Modello, FieldsWithTheirTypesAndSizes) {
-    auto db = archivioVuoto();
+// The sizes and types that are fixed rather than chosen: long texts must fit where no limit is set.
+TEST(Modello, FixedSizesAndLongTexts) {
     struct Caso {
+        void (*crea)(store::Database&);
         const char* tabella;
         const char* campo;
         FieldType tipo;
         int dimensione;  // 0: not looked at
     };
     const Caso casi[] = {
-        {"CodiciIva", "DescIva", FieldType::Text, 30},
-        {"CodiciIva", "AliquotaIva", FieldType::Double, 0},
-        {"Clienti", "Note", FieldType::Memo, 0},
-        {"Clienti", "mail", FieldType::Text, 0},
-        {"Fornitori", "DescFornitore2", FieldType::Text, 0},
-        {"Documenti", "Tipo", FieldType::Long, 0},
-        {"Documenti", "Data", FieldType::Date, 0},
-        {"Documenti", "Pagato", FieldType::Boolean, 0},
-        {"Documenti", "ImportoTotale", FieldType::Double, 0},
-        {"Spese", "Numero", FieldType::Text, 0},
-        {"Spese", "Pagata", FieldType::Boolean, 0},
-        {"Scadenze", "Pagata", FieldType::Boolean, 0},
-        {"CondizioniPagamento", "Rata12", FieldType::Long, 0},
-        {"Assistenze", "Km", FieldType::Double, 0},
-        {"NoteDettagli", "Valore", FieldType::Memo, 0},
-        {"PrimaNota", "Pagamento", FieldType::Long, 0},
+        {store::model::CreaArchivio, "CodiciIva", "DescIva", FieldType::Text, 30},
+        {store::model::CreaArchivio, "NoteDettagli", "Valore", FieldType::Memo, 0},
+        {store::model::CreaArchivio, "Documenti", "Note", FieldType::Memo, 0},
+        {store::model::CreaAziende, "Aziende", "CodiceFiscale", FieldType::Text, 0},
+        {store::model::CreaTemp, "Estratto", "DescFornitore", FieldType::Text, 200},
     };
     for (const Caso& c : casi) {
+        auto db = store::Workspace::Default().OpenMemory();
+        c.crea(*db);
         auto def = db->GetTableDef(c.tabella);
         ASSERT_TRUE(def) << c.tabella;
         auto it = std::find_if(def->Fields.begin(), def->Fields.end(), [&](const auto& f) { return f.Name == c.campo; });
@@ -66,6 +58,10 @@ TEST(Modello, FieldsWithTheirTypesAndSizes) {
         EXPECT_EQ(it->Type, c.tipo) << c.tabella << "." << c.campo;
         if (c.dimensione) EXPECT_EQ(it->Size, c.dimensione) << c.tabella << "." << c.campo;
     }
+    auto db = archivioVuoto();
+    const std::string lungo(5000, 'x');
+    riga(*db, "NoteDettagli", {{"ID", L(1)}, {"Valore", Value::Text(lungo)}});
+    EXPECT_EQ(testo(campo(*db, "Select * from NoteDettagli where ID=1", "Valore")), lungo);
 }
 
 TEST(Modello, EveryTableOfEachFile) {
