@@ -533,21 +533,29 @@ LikeToken setToken(const std::u32string& p, std::size_t& i) {
     return t;
 }
 
+LikeToken literalToken(char32_t c) {
+    LikeToken t(LikeToken::Kind::Set);
+    t.ranges.emplace_back(foldCase(c), foldCase(c));
+    return t;
+}
+
 std::vector<LikeToken> compileLike(const std::u32string& p) {
     std::vector<LikeToken> tokens;
     for (std::size_t i = 0; i < p.size();) {
-        const char32_t c = p[i];
-        if (c == '*') { if (tokens.empty() || tokens.back().kind != LikeToken::Kind::AnyRun) tokens.emplace_back(LikeToken::Kind::AnyRun); ++i; }
-        else if (c == '?') { tokens.emplace_back(LikeToken::Kind::AnyOne); ++i; }
-        else if (c == '#') { tokens.emplace_back(LikeToken::Kind::Digit); ++i; }
-        else if (c == '[') {
-            LikeToken t = setToken(p, i);
-            if (t.negated || !t.ranges.empty()) tokens.push_back(std::move(t));
-        } else {  // any other character, a lone ']' too, matches itself
-            LikeToken t(LikeToken::Kind::Set);
-            t.ranges.emplace_back(foldCase(c), foldCase(c));
-            tokens.push_back(std::move(t));
-            ++i;
+        switch (p[i]) {
+            case '*':
+                if (tokens.empty() || tokens.back().kind != LikeToken::Kind::AnyRun)
+                    tokens.emplace_back(LikeToken::Kind::AnyRun);
+                ++i;
+                break;
+            case '?': tokens.emplace_back(LikeToken::Kind::AnyOne); ++i; break;
+            case '#': tokens.emplace_back(LikeToken::Kind::Digit); ++i; break;
+            case '[': {
+                LikeToken t = setToken(p, i);
+                if (t.negated || !t.ranges.empty()) tokens.push_back(std::move(t));
+                break;
+            }
+            default: tokens.push_back(literalToken(p[i++]));  // a lone ']' too matches itself
         }
     }
     return tokens;
