@@ -1,6 +1,7 @@
 #include "ui/Stile.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QLayout>
 #include <QPushButton>
 #include <QStyle>
@@ -74,6 +75,16 @@ QToolButton* immagine(const char* nome, const QString& suggerimento, QWidget* pa
     b->setAutoRaise(true);
     b->setFocusPolicy(Qt::NoFocus);
     return b;
+}
+
+QDialogButtonBox* confermaAnnulla(QWidget* parent, QPushButton*& conferma, QPushButton*& annulla) {
+    auto* riga = new QDialogButtonBox(parent);
+    conferma = comando("btnConferma", QStringLiteral("Conferma"), parent);
+    annulla = comando("btnAnnulla", QStringLiteral("Annulla"), parent);
+    conferma->setDefault(true);
+    riga->addButton(conferma, QDialogButtonBox::AcceptRole);
+    riga->addButton(annulla, QDialogButtonBox::RejectRole);
+    return riga;
 }
 
 }  // namespace ui

@@ -4,6 +4,7 @@
 #include <QIcon>
 
 class QBoxLayout;
+class QDialogButtonBox;
 class QLayout;
 class QPushButton;
 class QToolButton;
@@ -25,6 +26,8 @@ QIcon iconaComando(const QString& nomeComando);
 void impostaSpaziatura(QLayout* l);
 // A command button with its program name, caption and the icon its name calls for.
 QPushButton* comando(const char* nome, const QString& testo, QWidget* parent = nullptr);
+// The confirm and cancel row at the foot of a dialog: btnConferma (the default) and btnAnnulla.
+QDialogButtonBox* confermaAnnulla(QWidget* parent, QPushButton*& conferma, QPushButton*& annulla);
 // The small image command beside a combo (imgNew, imgEdit).
 QToolButton* immagine(const char* nome, const QString& suggerimento, QWidget* parent = nullptr);
 

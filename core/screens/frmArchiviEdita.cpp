@@ -34,13 +34,7 @@ frmArchiviEdita::frmArchiviEdita(QWidget* parent) : QDialog(parent) {
     campi->addRow("Descrizione", VText1);
     campi->addRow("Inizio esercizio", pkData);
     colonna->addLayout(campi);
-    auto* comandi = new QDialogButtonBox(this);
-    btnConferma = ui::comando("btnConferma", "Conferma", this);
-    btnAnnulla = ui::comando("btnAnnulla", "Annulla", this);
-    btnConferma->setDefault(true);
-    comandi->addButton(btnConferma, QDialogButtonBox::AcceptRole);
-    comandi->addButton(btnAnnulla, QDialogButtonBox::RejectRole);
-    colonna->addWidget(comandi);
+    colonna->addWidget(ui::confermaAnnulla(this, btnConferma, btnAnnulla));
     connect(btnConferma, &QPushButton::clicked, this, [this] { ui::protetto([this] { Conferma(); }); });
     connect(btnAnnulla, &QPushButton::clicked, this, &QDialog::reject);
 }

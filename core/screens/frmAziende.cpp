@@ -27,7 +27,7 @@ frmAziende::frmAziende(QWidget* parent) : RegistroBase("frmAziende", parent) {
     d.ordinamento = "Denominazione";
     d.colonne = {{"Denominazione", core::Didascalia("s101", "Denominazione"), 3500},
                  {"Citta", core::Didascalia("s104", "Città"), 2000},
-                 {"PartitaIva", core::Didascalia("s108", "Partita Iva"), 1600}};
+                 {"PartitaIva", core::Didascalia("s106", "Partita Iva"), 1600}};
     d.ricerca = {{"s101", "Denominazione"}};
     carica(std::move(d));
 

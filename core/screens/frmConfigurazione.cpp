@@ -88,13 +88,7 @@ frmConfigurazione::frmConfigurazione(QWidget* parent) : QDialog(parent) {
     colonna->addWidget(scelta);
     colonna->addStretch(1);
 
-    auto* comandi = new QDialogButtonBox(this);
-    btnConferma = ui::comando("btnConferma", "Conferma", this);
-    btnAnnulla = ui::comando("btnAnnulla", "Annulla", this);
-    btnConferma->setDefault(true);
-    comandi->addButton(btnConferma, QDialogButtonBox::AcceptRole);
-    comandi->addButton(btnAnnulla, QDialogButtonBox::RejectRole);
-    colonna->addWidget(comandi);
+    colonna->addWidget(ui::confermaAnnulla(this, btnConferma, btnAnnulla));
 
     connect(btnSfoglia, &QPushButton::clicked, this, Protetto([this] { Sfoglia(); }));
     connect(imgNew3, &QToolButton::clicked, this, Protetto([this] { NuovaAzienda(); }));
@@ -123,7 +117,7 @@ void frmConfigurazione::RiempiCombo() {
                                  {"Cap", T("s103", "Cap"), 700, ""},
                                  {"Citta", T("s104", "Città"), 1800, ""},
                                  {"Provincia", T("s105", "Prov."), 600, ""},
-                                 {"PartitaIva", T("s108", "Partita Iva"), 1500, ""}});
+                                 {"PartitaIva", T("s106", "Partita Iva"), 1500, ""}});
     cbAziendaClient->setSorgente("Select * from Aziende");
     cbAziendaClient->Aggiorna();
     cbEsercizioClient->setDatabase(db);

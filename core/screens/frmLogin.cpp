@@ -57,13 +57,7 @@ frmLogin::frmLogin(QWidget* parent) : QDialog(parent) {
     suggerimento_->setWordWrap(true);
     colonna->addWidget(suggerimento_);
 
-    auto* comandi = new QDialogButtonBox(this);
-    btnConferma = ui::comando("btnConferma", "Conferma", this);
-    btnAnnulla = ui::comando("btnAnnulla", "Annulla", this);
-    btnConferma->setDefault(true);
-    comandi->addButton(btnConferma, QDialogButtonBox::AcceptRole);
-    comandi->addButton(btnAnnulla, QDialogButtonBox::RejectRole);
-    colonna->addWidget(comandi);
+    colonna->addWidget(ui::confermaAnnulla(this, btnConferma, btnAnnulla));
     connect(btnConferma, &QPushButton::clicked, this, [this] { ui::protetto([this] { Conferma(); }); });
     connect(btnAnnulla, &QPushButton::clicked, this, &QDialog::reject);
     connect(btnLingua, &QPushButton::clicked, this, [this] { ui::protetto([this] { Lingua(); }); });

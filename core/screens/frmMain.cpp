@@ -200,6 +200,11 @@ void frmMain::CostruisciMenu() {
         connect(a, &QAction::triggered, this, Protetto([this, nome] { Comando(nome); }));
         azioni_[nome] = a;
     }
+    if (scadenze) {
+        bool qualcuna = false;
+        for (QAction* a : scadenze->actions()) qualcuna = qualcuna || a->isEnabled();
+        scadenze->menuAction()->setEnabled(qualcuna);
+    }
     azioni_["mnuEsci"]->setShortcut(QKeySequence::Quit);
     azioni_["mGuida"]->setShortcut(QKeySequence::HelpContents);
 }

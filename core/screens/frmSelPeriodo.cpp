@@ -19,6 +19,8 @@
 frmSelPeriodo::frmSelPeriodo(QWidget* parent) : QDialog(parent) {
     setObjectName("frmSelPeriodo");
     setWindowTitle("Seleziona Periodo");
+    setWindowIcon(ui::icona("x-office-calendar"));
+    setMinimumWidth(320);
     auto* colonna = new QVBoxLayout(this);
     ui::impostaSpaziatura(colonna);
     auto* campi = new QFormLayout;
@@ -29,13 +31,7 @@ frmSelPeriodo::frmSelPeriodo(QWidget* parent) : QDialog(parent) {
     campi->addRow("Dal", pkDataDal);
     campi->addRow("Al", pkDataAl);
     colonna->addLayout(campi);
-    auto* comandi = new QDialogButtonBox(this);
-    btnConferma = ui::comando("btnConferma", "Conferma", this);
-    btnAnnulla = ui::comando("btnAnnulla", "Annulla", this);
-    btnConferma->setDefault(true);
-    comandi->addButton(btnConferma, QDialogButtonBox::AcceptRole);
-    comandi->addButton(btnAnnulla, QDialogButtonBox::RejectRole);
-    colonna->addWidget(comandi);
+    colonna->addWidget(ui::confermaAnnulla(this, btnConferma, btnAnnulla));
     connect(btnConferma, &QPushButton::clicked, this, [this] { ui::protetto([this] { Conferma(); }); });
     connect(btnAnnulla, &QPushButton::clicked, this, [this] { Annulla(); });
     ui::protetto([this] { pkDataDal->setValore(store::Value::Date(core::DataInizioEsercizio())); });
