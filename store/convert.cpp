@@ -170,8 +170,9 @@ enum class DateOrder { DayFirst, MonthFirst };
 // Reads the date groups in the preferred order, then in the other one, as the platform does when
 // the first reading is no date (12/25/2024 is Christmas under either locale).
 std::optional<double> dateFromGroups(const std::vector<DigitGroup>& g, DateOrder order) {
-    if (g.size() == 3 && g[0].digits >= 3 && g[2].digits <= 2) return serialIfValid({g[0].value, g[1].value, g[2].value});
-    if (g.size() == 3 && g[0].digits >= 3) return std::nullopt;
+    if (g.size() == 3 && g[0].digits >= 3) {  // year first
+        return g[2].digits <= 2 ? serialIfValid({g[0].value, g[1].value, g[2].value}) : std::nullopt;
+    }
     if (g.size() == 2 && g[1].digits >= 3) return serialIfValid({g[1].value, g[0].value, 1});  // month/year
     const int year = g.size() == 3 ? fullYear(g[2]) : currentYear();
     const Ymd dayFirst{year, g[1].value, g[0].value};
@@ -279,7 +280,7 @@ std::optional<double> parseDateTime(std::string_view text, DateOrder order) {
     std::optional<double> day;
     std::optional<TimeOfDay> time;
     for (std::size_t i = 0; i < tokens.size(); ++i) {
-        if (time && i == tokens.size() - 1 && i > 0 && !looksLikeTime(tokens[i]) && applyMeridiem(*time, tokens[i])) break;
+        if (time && i + 1 == tokens.size() && applyMeridiem(*time, tokens[i])) break;
         if (looksLikeTime(tokens[i])) {
             if (time || !(time = timeFromToken(tokens[i]))) return std::nullopt;
         } else {
@@ -657,7 +658,8 @@ std::string DateToIso(double serial) {
     if (p.hour == 0 && p.minute == 0 && p.second == 0)
         std::snprintf(buf, sizeof buf, "%04d-%02d-%02d", p.year, p.month, p.day);
     else
-        std::snprintf(buf, sizeof buf, "%04d-%02d-%02d %02d:%02d:%02d", p.year, p.month, p.day, p.hour, p.minute, p.second);
+        std::snprintf(buf, sizeof buf, "%04d-%02d-%02d %02d:%02d:%02d", p.year, p.month, p.day, p.hour, p.minute,
+                      p.second);
     return buf;
 }
 
@@ -684,7 +686,8 @@ std::string ShortDate(double serial) {
 
 std::string DateText(double serial) {
     const auto [day, seconds] = splitSerial(serial);
-    const std::string time = twoDigits(seconds / 3600) + "." + twoDigits(seconds / 60 % 60) + "." + twoDigits(seconds % 60);
+    const std::string time =
+        twoDigits(seconds / 3600) + "." + twoDigits(seconds / 60 % 60) + "." + twoDigits(seconds % 60);
     if (day == 0) return time;  // a time alone, and the zero date, show as a time
     if (seconds == 0) return ShortDate(serial);
     return ShortDate(serial) + " " + time;

@@ -176,7 +176,8 @@ NumberPieces numberParts(const Digits& d, const NumberLayout& layout) {
     const int minInteger = layout.integerZerosFrom < 0 ? 0 : layout.integerPlaces - layout.integerZerosFrom;
     if (static_cast<int>(out.integer.size()) < minInteger) out.integer.insert(0, minInteger - out.integer.size(), '0');
     if (layout.grouping) out.integer = groupThousands(out.integer);
-    while (static_cast<int>(out.fraction.size()) > layout.fractionZerosTo && out.fraction.back() == '0') out.fraction.pop_back();
+    while (static_cast<int>(out.fraction.size()) > layout.fractionZerosTo && out.fraction.back() == '0')
+        out.fraction.pop_back();
     return out;
 }
 
@@ -243,7 +244,8 @@ std::string padded(int n, int width) {
 
 std::string longDate(double serial) {
     const DateParts p = SplitDate(serial);
-    return WeekdayName(Weekday(serial)) + " " + std::to_string(p.day) + " " + MonthName(p.month) + " " + padded(p.year, 4);
+    return WeekdayName(Weekday(serial)) + " " + std::to_string(p.day) + " " + MonthName(p.month) + " " +
+           padded(p.year, 4);
 }
 
 std::string dayField(double serial, const DateParts& p, std::size_t run) {
