@@ -35,6 +35,7 @@ const std::map<int, const char*>& texts() {
         {3078, "Il motore di database non trova la tabella o la query di input '%s'."},
         {3085, "Funzione '%s' non definita nell'espressione."},
         {3125, "'%s' non è un nome valido."},
+        {3129, "Istruzione SQL non valida. Prevista 'DELETE', 'INSERT', 'PROCEDURE', 'SELECT' o 'UPDATE'."},
         {3131, "Errore di sintassi nella clausola FROM."},
         {3134, "Errore di sintassi nell'istruzione INSERT INTO."},
         {3135, "Errore di sintassi nell'istruzione JOIN."},
