@@ -114,7 +114,9 @@ void EditorBase::Carica() {
 }
 
 bool EditorBase::Mostra() {
-    return ui::eseguiModale(this, [this] { return exec() == QDialog::Accepted; }) || confermato_;
+    // Only btnConferma confirms: a script that drives the screen reports through it too.
+    ui::eseguiModale(this, [this] { return exec() == QDialog::Accepted; });
+    return confermato_;
 }
 
 void EditorBase::Conferma() {
@@ -171,10 +173,12 @@ QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, std::function<std::uniqu
     l->setSpacing(2);
     combo->setParent(riga);
     l->addWidget(combo, 1);
+    const QString nomeNew = nomeLibero(this, "imgNew");
+    const QString nomeEdit = nomeLibero(this, "imgEdit");
     QToolButton* imgNew = ui::immagine("imgNew", Q(core::Testo("s109")), riga);
-    imgNew->setObjectName(nomeLibero(this, "imgNew"));
+    imgNew->setObjectName(nomeNew);
     QToolButton* imgEdit = ui::immagine("imgEdit", Q(core::Testo("s110")), riga);
-    imgEdit->setObjectName(nomeLibero(this, "imgEdit"));
+    imgEdit->setObjectName(nomeEdit);
     l->addWidget(imgNew);
     l->addWidget(imgEdit);
     auto apri = [combo, editor](bool nuovo) {

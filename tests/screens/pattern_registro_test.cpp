@@ -1,0 +1,259 @@
+// The register and editor pattern, driven on the VAT codes as a user would: search, new, change,
+// delete with its guard, the two editor entries, the images beside a combo.
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QToolButton>
+
+#include "core/record.h"
+#include "pattern_archivio.h"
+#include "tools/screens/frmCodiciIva.h"
+#include "ui/VText.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraGrid.h"
+
+namespace {
+
+using pattern::clicca;
+using pattern::scrivi;
+using pattern::trova;
+
+const char* const kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
+
+class Registro : public pattern::Archivio {
+protected:
+    void SetUp() override {
+        Archivio::SetUp();
+        db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (1, 'Ordinaria 22%', 22)");
+        db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (2, 'Esente art. 10', 0)");
+        db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (3, 'Fuori campo l''iva', 0)");
+        db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (5, 'Ridotta 10%', 10)");
+        registro = std::make_unique<frmCodiciIva>();
+        grid = trova<ui::VetraGrid>(registro.get(), "Grid");
+    }
+    void TearDown() override {
+        registro.reset();
+        Archivio::TearDown();
+    }
+    QString cella(int riga, int colonna = 0) const {
+        return grid->modello()->data(grid->modello()->index(riga, colonna), Qt::DisplayRole).toString();
+    }
+    // The editor's script: fills the boxes and confirms, or cancels.
+    void editorCompila(const QString& desc, const QString& aliquota, const char* comando = "btnConferma") {
+        script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
+            if (!e) return false;
+            if (!desc.isNull()) scrivi(e, "VText1", desc);
+            if (!aliquota.isNull()) scrivi(e, "VText2", aliquota);
+            clicca(e, comando);
+            return true;
+        });
+    }
+
+    std::unique_ptr<frmCodiciIva> registro;
+    ui::VetraGrid* grid = nullptr;
+};
+
+TEST_F(Registro, CaricaTitoloColonneRicercaERigheOrdinate) {
+    EXPECT_EQ(registro->windowTitle().toStdString(), core::Testo("s327"));
+    auto* cb = trova<QComboBox>(registro.get(), "cbCerca");
+    ASSERT_EQ(cb->count(), 2);
+    EXPECT_EQ(cb->itemText(0).toStdString(), core::Testo("s77"));
+    EXPECT_EQ(cb->itemText(1).toStdString(), core::Testo("s190"));
+    EXPECT_EQ(cb->currentIndex(), 0);
+    EXPECT_EQ(grid->modello()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString().toStdString(), core::Testo("s190"));
+    ASSERT_EQ(grid->righeMostrate(), 4);
+    EXPECT_EQ(cella(0), "Esente art. 10");
+    EXPECT_EQ(cella(3), "Ridotta 10%");
+    for (const char* b : {"btnCerca", "btnNuovo", "btnModifica", "btnElimina", "btnChiudi", "txtCerca"})
+        EXPECT_NE(registro->findChild<QWidget*>(b), nullptr) << b;
+    EXPECT_EQ(trova<QPushButton>(registro.get(), "btnNuovo")->text().toStdString(), core::Testo("s109"));
+}
+
+TEST_F(Registro, Ricerca) {
+    struct Caso {
+        int campo;
+        const char* testo;
+        const char* istruzione;
+        std::vector<QString> righe;
+    };
+    const Caso casi[] = {
+        {0, "l'iva", "Select * from CodiciIva where DescIva Like '*l''iva*'", {"Fuori campo l'iva"}},
+        {0, "ESE", "Select * from CodiciIva where DescIva Like '*ESE*'", {"Esente art. 10"}},
+        {0, "*", "Select * from CodiciIva where DescIva Like '***'",
+         {"Esente art. 10", "Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
+        // A '*' typed stays a wildcard: an r with an a somewhere after it.
+        {0, "r*a", "Select * from CodiciIva where DescIva Like '*r*a*'",
+         {"Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
+        {0, "", "Select * from CodiciIva where DescIva Like '**'",
+         {"Esente art. 10", "Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
+        {1, "10", "Select * from CodiciIva where AliquotaIva Like '*10*'", {"Ridotta 10%"}},
+    };
+    auto* cb = trova<QComboBox>(registro.get(), "cbCerca");
+    for (const auto& c : casi) {
+        cb->setCurrentIndex(c.campo);
+        scrivi(registro.get(), "txtCerca", c.testo);
+        QTest::keyClick(trova<QLineEdit>(registro.get(), "txtCerca"), Qt::Key_Return);
+        EXPECT_EQ(grid->sorgente(), c.istruzione);
+        std::vector<QString> righe;
+        for (int r = 0; r < grid->righeMostrate(); ++r) righe.push_back(cella(r));
+        EXPECT_EQ(righe, c.righe) << c.testo;
+    }
+    EXPECT_TRUE(script->messaggi().empty());
+}
+
+TEST_F(Registro, EliminaRifiutataElencaLeTabelleNumerate) {
+    // Used by a document line and an expense line: the first and third tables of the guard.
+    db->Execute("INSERT INTO Movimenti (ID, Documento, Iva) VALUES (1, 1, 2)");
+    db->Execute("INSERT INTO MovimentiSpese (ID, Spesa, Iva) VALUES (1, 1, 2)");
+    grid->vaiAId(2);
+    QTest::keyClick(grid, Qt::Key_Delete);
+    ASSERT_EQ(script->messaggi().size(), 1u);
+    EXPECT_EQ(ultimoMessaggio().testo, std::string(kMovimentato) + "1) " + core::Testo("s187") + "\r\n3) " + core::Testo("s188") + "\r\n");
+    EXPECT_EQ(ultimoMessaggio().stile, core::vbExclamation);
+    EXPECT_EQ(conta("CodiciIva"), 4);
+}
+
+TEST_F(Registro, EliminaChiedeConferma) {
+    // Used only by a service: not looked at, so it can go.
+    db->Execute("INSERT INTO Servizi (ID, DescServizio, CodiceIva) VALUES (1, 'Visita', 5)");
+    grid->vaiAId(5);
+    script->rispondiNo();
+    clicca(registro.get(), "btnElimina");
+    EXPECT_EQ(ultimoMessaggio().testo, "Eliminare l'iva Ridotta 10%?");
+    EXPECT_EQ(ultimoMessaggio().stile, core::vbYesNo | core::vbQuestion);
+    EXPECT_EQ(conta("CodiciIva"), 4);
+    script->rispondiSi();
+    clicca(registro.get(), "btnElimina");
+    EXPECT_EQ(conta("CodiciIva", "ID=5"), 0);
+    EXPECT_EQ(grid->righeMostrate(), 3);
+}
+
+TEST_F(Registro, NuovoAnnullatoNonLasciaRighe) {
+    editorCompila("Da non salvare", "4", "btnAnnulla");
+    clicca(registro.get(), "btnNuovo");
+    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
+    EXPECT_EQ(conta("CodiciIva"), 4);
+    EXPECT_EQ(grid->righeMostrate(), 4);
+    // The grid's recordset is back out of AddNew: a later change still works.
+    editorCompila("Ordinaria", QString());
+    grid->vaiAId(1);
+    clicca(registro.get(), "btnModifica");
+    EXPECT_EQ(store::ConcatText(campo("Select DescIva from CodiciIva where ID=1", "DescIva")), "Ordinaria");
+
+    // Recordset mode, cancelled: nothing written, IDRecordEdit left as it was.
+    core::session().IDRecordEdit = 77;
+    frmCodiciIvaEdita editor;
+    editor.EditaRecordset(0, true);
+    editorCompila("Neppure questa", "4", "btnAnnulla");
+    EXPECT_FALSE(editor.Mostra());
+    EXPECT_EQ(conta("CodiciIva"), 4);
+    EXPECT_EQ(core::session().IDRecordEdit, 77);
+}
+
+TEST_F(Registro, NuovoSalvatoPrendeIlProssimoId) {
+    editorCompila("Agevolata 4%", "4");
+    clicca(registro.get(), "btnNuovo");
+    EXPECT_EQ(conta("CodiciIva", "ID=6 and DescIva='Agevolata 4%' and AliquotaIva=4"), 1);
+    EXPECT_EQ(grid->idCorrente(), 6);
+
+    frmCodiciIvaEdita editor;
+    editor.EditaRecordset(0, true);
+    EXPECT_EQ(editor.windowTitle().toStdString(), core::Testo("s42") + " - " + core::Testo("s109"));
+    editorCompila("Aliquota zero", "0");
+    EXPECT_TRUE(editor.Mostra());
+    EXPECT_EQ(core::session().IDRecordEdit, 7);
+    EXPECT_EQ(conta("CodiciIva", "ID=7 and AliquotaIva=0"), 1);
+}
+
+TEST_F(Registro, ModificaSalvataAttraversoIControlliLegati) {
+    grid->vaiAId(1);
+    script->schermo("frmCodiciIvaEdita", [](QWidget* e) {
+        // The load put the row into the bound boxes, and the text box took the field's size.
+        auto* desc = trova<ui::VText>(e, "VText1");
+        EXPECT_EQ(desc->testo(), "Ordinaria 22%");
+        EXPECT_EQ(desc->maxLength(), 30);
+        EXPECT_EQ(trova<ui::VText>(e, "VText2")->testo(), "22");
+        EXPECT_EQ(e->windowTitle().toStdString(), core::Testo("s42") + " - " + core::Testo("s110"));
+        scrivi(e, "VText1", "Ordinaria ventidue per cento, aliquota piena di legge");
+        scrivi(e, "VText2", "22,5");
+        clicca(e, "btnConferma");
+        return true;
+    });
+    QTest::keyClick(grid, Qt::Key_Return);
+    EXPECT_EQ(store::ConcatText(campo("Select * from CodiciIva where ID=1", "DescIva")),
+              "Ordinaria ventidue per cento, ");
+    EXPECT_EQ(store::CDbl(campo("Select * from CodiciIva where ID=1", "AliquotaIva")), 22.5);
+    EXPECT_EQ(grid->idCorrente(), 1);
+    EXPECT_EQ(cella(grid->currentIndex().row(), 1), "22,5");
+
+    // Recordset mode on an id: the same walk.
+    frmCodiciIvaEdita editor;
+    editor.EditaRecordset(2, false);
+    EXPECT_EQ(trova<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
+    editorCompila("Esente", QString());
+    EXPECT_TRUE(editor.Mostra());
+    EXPECT_EQ(core::session().IDRecordEdit, 2);
+    EXPECT_EQ(store::ConcatText(campo("Select * from CodiciIva where ID=2", "DescIva")), "Esente");
+}
+
+TEST_F(Registro, DescrizioneMancanteFermaLaConferma) {
+    script->schermo("frmCodiciIvaEdita", [](QWidget* e) {
+        scrivi(e, "VText1", "   ");
+        clicca(e, "btnConferma");
+        return e->isVisible();
+    });
+    clicca(registro.get(), "btnNuovo");
+    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s191"));
+    EXPECT_EQ(ultimoMessaggio().stile, core::vbExclamation);
+    EXPECT_EQ(conta("CodiciIva"), 4);
+}
+
+TEST_F(Registro, EscChiude) {
+    registro->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(registro.get()));
+    QTest::keyClick(registro.get(), Qt::Key_Escape);
+    EXPECT_FALSE(registro->isVisible());
+}
+
+// An editor of the test's own with a combo of VAT codes and the two images beside it.
+class EditorConCombo : public EditorBase {
+public:
+    EditorConCombo() : EditorBase("frmProva", "Servizi", "Prova"), cbIva(new ui::VetraCombo(this)) {
+        cbIva->setObjectName("cbIva");
+        cbIva->setCampoDestinazione("CodiceIva");
+        cbIva->setSorgente("Select * from CodiciIva order by DescIva");
+        cbIva->setColonne({{"DescIva", "Descrizione", 2000}, {"AliquotaIva", "Aliquota", 800}});
+        cbIva->Aggiorna();
+        aggiungiCampo("Iva", conImmagini(cbIva, [] { return std::make_unique<frmCodiciIvaEdita>(); }));
+    }
+    bool Valida() override { return true; }
+    ui::VetraCombo* cbIva;
+};
+
+TEST_F(Registro, ImmaginiAccantoAlCombo) {
+    EditorConCombo e;
+    auto* cb = e.cbIva;
+    EXPECT_EQ(cb->count(), 4);
+    // imgEdit with nothing chosen.
+    clicca(&e, "imgEdit");
+    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s203"));
+    EXPECT_TRUE(script->schermiMostrati().empty());
+    // imgNew: the new code enters the list and is chosen.
+    editorCompila("Nuova 5%", "5");
+    clicca(&e, "imgNew");
+    EXPECT_EQ(cb->count(), 5);
+    EXPECT_EQ(store::CLng(cb->valore()), 6);
+    EXPECT_EQ(cb->testo(), "Nuova 5%");
+    EXPECT_EQ(store::CDbl(cb->campo("AliquotaIva")), 5);
+    // imgEdit on the chosen code, renamed: the list shows the new name, the choice stays.
+    script->schermo("frmCodiciIvaEdita", [](QWidget* ed) {
+        EXPECT_EQ(trova<ui::VText>(ed, "VText1")->testo(), "Nuova 5%");
+        scrivi(ed, "VText1", "Super ridotta 5%");
+        clicca(ed, "btnConferma");
+        return true;
+    });
+    clicca(&e, "imgEdit");
+    EXPECT_EQ(store::CLng(cb->valore()), 6);
+    EXPECT_EQ(cb->testo(), "Super ridotta 5%");
+}
+
+}  // namespace
