@@ -168,35 +168,55 @@ NumberLayout readLayout(const std::vector<MaskToken>& tokens) {
 }
 
 struct NumberPieces {
-    std::string integer, fraction;
+    std::string integer;                    // the whole integer part, padded and grouped
+    std::vector<std::string> integerSlots;  // what each integer place of the mask shows
+    std::string fraction;
 };
 
+// Digits fill the integer places from the right, so that "00-00" writes 1234 as "12-34"; digits
+// beyond the places go to the first one. With grouping the whole part stands at the first place.
+std::vector<std::string> integerSlots(const std::string& digits, int places, bool grouping) {
+    std::vector<std::string> slots(places);
+    if (places == 0) return slots;
+    if (grouping) {
+        slots[0] = digits;
+        return slots;
+    }
+    const int offset = static_cast<int>(digits.size()) - places;
+    for (int k = 0; k < places; ++k) {
+        if (k == 0 && offset > 0) slots[0] = digits.substr(0, offset + 1);
+        else if (k + offset >= 0) slots[k] = std::string(1, digits[k + offset]);
+    }
+    return slots;
+}
+
 NumberPieces numberParts(const Digits& d, const NumberLayout& layout) {
-    NumberPieces out{d.integer, d.fraction};
+    NumberPieces out{d.integer, {}, d.fraction};
     const int minInteger = layout.integerZerosFrom < 0 ? 0 : layout.integerPlaces - layout.integerZerosFrom;
     if (static_cast<int>(out.integer.size()) < minInteger) out.integer.insert(0, minInteger - out.integer.size(), '0');
     if (layout.grouping) out.integer = groupThousands(out.integer);
+    out.integerSlots = integerSlots(out.integer, layout.integerPlaces, layout.grouping);
     while (static_cast<int>(out.fraction.size()) > layout.fractionZerosTo && out.fraction.back() == '0')
         out.fraction.pop_back();
     return out;
 }
 
-// Walks the section: the integer digits go where the first integer place stands, the decimal comma
-// where the point stands, the fraction digits at the first fraction place; literals stay in place.
+// Walks the section: the integer digits go to the integer places, the decimal comma where the
+// point stands, the fraction digits at the first fraction place; literals stay in place.
 std::string layOut(const std::vector<MaskToken>& tokens, const NumberPieces& parts) {
     std::string out;
-    bool integerDone = false, pointDone = false, fractionDone = false;
+    std::size_t integerPlace = 0;
+    bool pointDone = false, fractionDone = false;
     for (const MaskToken& t : tokens) {
         if (t.literal) { out += t.text; continue; }
         if (isPlaceholder(t) && !pointDone) {
-            if (!integerDone) out += parts.integer;
-            integerDone = true;
+            out += parts.integerSlots[integerPlace++];
         } else if (isPlaceholder(t)) {
             if (!fractionDone) out += parts.fraction;
             fractionDone = true;
         } else if (t.text == "." && !pointDone) {
-            if (!integerDone) out += parts.integer;
-            integerDone = pointDone = true;
+            if (parts.integerSlots.empty()) out += parts.integer;  // ".00" still shows the integer part
+            pointDone = true;
             out += ',';
         } else if (t.text != ",") {
             out += t.text;

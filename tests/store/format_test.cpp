@@ -35,7 +35,8 @@ TEST(FormatTest, NumberMasks) {
         {5, "0;(0);\"zero\"", "5"},        {12.5, "\"€ \"#,0.00", "€ 12,50"}, {3, "0\\%", "3%"},
         {1234.5, "Standard", "1.234,50"},  {0.5, "Percent", "50,00%"},       {-2.5, "Fixed", "-2,50"},
         {1234.5, "Currency", "€ 1.234,50"}, {0, "Yes/No", "No"},            {-1, "True/False", "Vero"},
-        {1234, "Scientific", "1,23E+03"},
+        {1234, "Scientific", "1,23E+03"},  {1234, "00-00", "12-34"},         {123456, "00-00", "1234-56"},
+        {56, "0 0 0", "0 5 6"},            {1.5, ".00", "1,50"},             {7, "(000)", "(007)"},
     };
     for (const auto& c : cases) EXPECT_EQ(Format(Value::Double(c.x), c.mask), c.text) << c.x << " " << c.mask;
 }
