@@ -120,8 +120,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (rc != SQLITE_OK) {
         std::string m = sqlite3_errmsg(w->db);
         // SQLite's own limits are not the translator's fault
-        if (m.find("too many") == std::string::npos && m.find("too large") == std::string::npos &&
-            m.find("too deep") == std::string::npos && m.find("parser stack overflow") == std::string::npos) {
+        // SQLite's own counts (columns, compound terms) are not the translator's; its depth limits
+        // are: the translator refuses what SQLite's parser could not take.
+        if (m.find("too many") == std::string::npos) {
             std::fprintf(stderr, "generated SQL does not prepare: %s\n%s\n", m.c_str(), t.sql.c_str());
             std::abort();
         }

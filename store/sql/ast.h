@@ -70,7 +70,8 @@ struct Expr {
     std::string text;         // 'S' value; 'T' body; Col name; Func name
     std::string qual;         // Col qualifier
     std::uint32_t pos = 0, end = 0;  // source span
-    int depth = 1;
+    int depth = 1;            // nesting, not counting the links of a chain of And, Or, &
+    int chain = 1;            // terms of such a chain ending here
     std::vector<std::unique_ptr<Expr>> args;
     std::unique_ptr<Select> sub;
 };

@@ -171,7 +171,9 @@ char literalKind(std::string_view text, const Token& t) {
 // ---- parser ------------------------------------------------------------------------------------
 namespace {
 
-constexpr int kMaxDepth = 200;
+constexpr int kMaxDepth = 200;      // recursion of the parser
+constexpr int kMaxExprDepth = 40;   // nesting of an expression (SQLite's parser takes about 90 levels)
+constexpr int kMaxChain = 800;      // terms of one And / Or / & chain (SQLite's expression depth is 1000)
 
 const char* const kReserved[] = {
     "select", "from", "where", "group", "by", "having", "order", "union", "and", "or", "not", "xor",
@@ -505,10 +507,19 @@ private:
     void finish(Expr& e) {
         e.end = p_ > 0 ? t_[p_ - 1].pos + t_[p_ - 1].len : 0;
         int d = 0;
-        for (auto& a : e.args)
-            if (a && a->depth > d) d = a->depth;
+        bool chainOp = e.k == Expr::K::Binary && (e.op == Op::And || e.op == Op::Or || e.op == Op::Cat);
+        for (std::size_t i = 0; i < e.args.size(); ++i) {
+            const auto& a = e.args[i];
+            if (!a) continue;
+            int ad = a->depth;
+            if (chainOp && i == 0 && a->k == Expr::K::Binary && a->op == e.op) {
+                ad -= 1;  // a link of the chain: written flat
+                e.chain = a->chain + 1;
+            }
+            if (ad > d) d = ad;
+        }
         e.depth = d + 1;
-        if (e.depth > kMaxDepth) fail(err_ == 3141 ? 3075 : err_);
+        if (e.depth > kMaxExprDepth || e.chain > kMaxChain) fail(err_ == 3141 ? 3075 : err_);
     }
     ExprP binary(Op op, ExprP l, ExprP r) {
         auto e = mk(Expr::K::Binary, l->pos);

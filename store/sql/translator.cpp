@@ -380,20 +380,28 @@ private:
                 return r;
             }
             case Expr::K::InList: {
+                // x In (a, b, ...): each item read as x's kind of value
                 R a = expr(*e.args[0], cx);
                 R r;
                 r.ty = Ty::Bool;
                 r.logical = true;
                 r.agg = a.agg;
-                std::string s = "(";
+                if (a.ty == Ty::Null) {
+                    r.sql = "(NULL)";
+                    return r;
+                }
+                std::string items;
                 for (std::size_t i = 1; i < e.args.size(); ++i) {
                     R b = expr(*e.args[i], cx);
                     r.agg = r.agg || b.agg;
-                    if (i > 1) s += " OR ";
-                    s += pred(compare(Op::Eq, a, b));
+                    std::string y = val(b);
+                    if (a.ty == Ty::Date) y = asDate(b);
+                    else if (isNum(a.ty) && !isNum(b.ty) && b.ty != Ty::Var) y = asNum(b);
+                    else if (isTxt(a.ty) && !isTxt(b.ty) && b.ty != Ty::Var) y = asText(b);
+                    items += (i > 1 ? ", " : "") + y;
                 }
-                s += ")";
-                r.sql = e.negated ? "(NOT " + s + ")" : s;
+                std::string x = isTxt(a.ty) ? val(a) + " COLLATE JET" : val(a);
+                r.sql = "(" + x + (e.negated ? " NOT IN (" : " IN (") + items + "))";
                 return r;
             }
             case Expr::K::InSelect: {
@@ -470,31 +478,66 @@ private:
         return r;
     }
 
-    void flattenCat(const Expr& e, std::vector<const Expr*>& out) {
-        if (e.k == Expr::K::Binary && e.op == Op::Cat) {
-            flattenCat(*e.args[0], out);
-            flattenCat(*e.args[1], out);
-        } else {
-            out.push_back(&e);
+    // The terms of a left-deep chain of one operator (a & b & c), in order, without recursion.
+    static void flattenChain(const Expr& e, Op op, std::vector<const Expr*>& out) {
+        std::vector<const Expr*> rights;
+        const Expr* cur = &e;
+        while (cur->k == Expr::K::Binary && cur->op == op) {
+            rights.push_back(cur->args[1].get());
+            cur = cur->args[0].get();
         }
+        out.push_back(cur);
+        for (auto it = rights.rbegin(); it != rights.rend(); ++it) out.push_back(*it);
     }
 
     R binary(const Expr& e, Ctx& cx) {
         if (e.op == Op::Cat) {
             std::vector<const Expr*> parts;
-            flattenCat(e, parts);
-            std::string kinds, args;
+            flattenChain(e, Op::Cat, parts);
             R r;
             r.ty = Ty::Text;
             r.size = 255;
-            for (const Expr* p : parts) {
-                R a = expr(*p, cx);
-                r.agg = r.agg || a.agg;
-                kinds.push_back(a.logical ? 'b' : kindChar(a.ty));
-                args += "," + val(a);
+            // SQLite takes at most 127 arguments: a long chain joins groups of 100
+            std::string outerKinds, outerArgs;
+            for (std::size_t g = 0; g < parts.size(); g += 100) {
+                std::string kinds, args;
+                for (std::size_t i = g; i < parts.size() && i < g + 100; ++i) {
+                    R a = expr(*parts[i], cx);
+                    r.agg = r.agg || a.agg;
+                    kinds.push_back(a.logical ? 'b' : kindChar(a.ty));
+                    args += "," + val(a);
+                }
+                outerKinds.push_back('t');
+                outerArgs += ",jet_cat('" + kinds + "'" + args + ")";
             }
-            r.sql = "jet_cat('" + kinds + "'" + args + ")";
+            r.sql = parts.size() <= 100 ? outerArgs.substr(1) : "jet_cat('" + outerKinds + "'" + outerArgs + ")";
             return r;
+        }
+        if ((e.op == Op::And || e.op == Op::Or) && e.chain > 2) {
+            // a chain of And (or Or) of conditions is written flat: (p1 AND p2 AND p3)
+            std::vector<const Expr*> parts;
+            flattenChain(e, e.op, parts);
+            std::vector<R> rs;
+            bool logical = true;
+            for (const Expr* p : parts) {
+                rs.push_back(expr(*p, cx));
+                const R& x = rs.back();
+                if (!(x.logical || x.ty == Ty::Bool || x.ty == Ty::Null)) logical = false;
+            }
+            if (logical) {
+                R r;
+                r.ty = Ty::Bool;
+                r.logical = true;
+                r.sql = "(";
+                for (std::size_t i = 0; i < rs.size(); ++i) {
+                    const R& x = rs[i];
+                    r.agg = r.agg || x.agg;
+                    if (i) r.sql += e.op == Op::And ? " AND " : " OR ";
+                    r.sql += x.ty == Ty::Null ? "NULL" : x.logical ? x.sql : "(" + x.sql + "<>0)";
+                }
+                r.sql += ")";
+                return r;
+            }
         }
         R a = expr(*e.args[0], cx);
         R b = expr(*e.args[1], cx);
@@ -1275,6 +1318,25 @@ Translation Compiler::run(Statement& st) {
     return {};
 }
 
+// SQLite's parser stack holds about 100 levels of parentheses: deeper SQLite text is refused here
+// as too complex an expression, before SQLite would refuse it.
+constexpr int kMaxSqlNesting = 80;
+
+int nesting(std::string_view sql) {
+    int depth = 0, max = 0;
+    char quote = 0;
+    for (char c : sql) {
+        if (quote) {
+            if (c == quote) quote = 0;  // a doubled quote closes and reopens: same depth
+            continue;
+        }
+        if (c == '\'' || c == '"') quote = c;
+        else if (c == '(') max = std::max(max, ++depth);
+        else if (c == ')') --depth;
+    }
+    return max;
+}
+
 // The literals of a text in storage form, in source order.
 void literalValues(std::string_view text, const std::vector<Token>& toks, std::vector<Value>& out) {
     out.clear();
@@ -1354,6 +1416,7 @@ Translation Translator::translate(std::string_view text, const Options& options)
     Statement st = parse(text, m.toks);
     Compiler comp(m.catalog, text, m.lits, options.inlineLiterals);
     Translation t = comp.run(st);
+    if (nesting(t.sql) > kMaxSqlNesting) raise(3075, std::string(text.substr(0, 200)));
     if (!options.inlineLiterals && t.kind != StatementKind::Ddl) {
         int n = comp.maxParam();
         t.params.clear();
