@@ -249,8 +249,12 @@ sql::Translation Database::Impl::translate(std::string_view text, bool inlineLit
 }
 
 void Database::Impl::runAction(const sql::Translation& t) {
+    static constexpr std::size_t kCachedStatements = 64;
     auto it = actionCache.find(t.sql);
-    if (it == actionCache.end()) it = actionCache.emplace(t.sql, Stmt(handle(), t.sql)).first;
+    if (it == actionCache.end()) {
+        if (actionCache.size() >= kCachedStatements) actionCache.clear();
+        it = actionCache.emplace(t.sql, Stmt(handle(), t.sql)).first;
+    }
     Stmt& s = it->second;
     s.reset();
     for (std::size_t i = 0; i < t.params.size(); ++i) s.bind(static_cast<int>(i + 1), t.params[i]);

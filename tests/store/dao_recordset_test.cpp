@@ -161,21 +161,34 @@ TEST_F(RecordsetTest, WritesAreConvertedAndCheckedAgainstTheField) {
     EXPECT_TRUE(check->get("Saldo").isNull());
 }
 
+// As the services register does: a query joining a code table, edited through to its base table,
+// and the joined description read again after the write.
 TEST_F(RecordsetTest, EditsThroughASavedQueryReachTheBaseTable) {
-    db_->CreateQueryDef({"qrClienti", "SELECT Clienti.*, Nome & ' (' & ID & ')' AS Etichetta FROM Clienti"});
+    db_->Execute("CREATE TABLE CodiciIva (ID LONG, DescIva TEXT(30))");
+    db_->Execute("INSERT INTO CodiciIva (ID, DescIva) VALUES (1, 'Iva 22%')");
+    db_->Execute("INSERT INTO CodiciIva (ID, DescIva) VALUES (2, 'Esente art. 10')");
+    db_->Execute("ALTER TABLE Clienti ADD COLUMN CodiceIva LONG");
+    db_->Execute("UPDATE Clienti SET CodiceIva = 1");
+    db_->CreateQueryDef({"qrClienti",
+                         "SELECT Clienti.*, CodiciIva.DescIva, Nome & ' (' & Clienti.ID & ')' AS Etichetta "
+                         "FROM Clienti LEFT JOIN CodiciIva ON Clienti.CodiceIva = CodiciIva.ID"});
     auto rs = db_->OpenRecordset("Select * from qrClienti where ID=2");
     ASSERT_TRUE(rs->updatable());
     EXPECT_EQ(rs->get("Etichetta"), Value::Text("Bianchi (2)"));
     rs->Edit();
     rs->set("Nome", Value::Text("Gialli"));
     rs->set("Saldo", Value::Double(10.25));
+    rs->set("CodiceIva", Value::Long(2));
     EXPECT_EQ(errorOf([&] { rs->set("Etichetta", Value::Text("x")); }), 3164);
     rs->Update();
     EXPECT_EQ(rs->get("Etichetta"), Value::Text("Gialli (2)"));  // the row is read again after the write
+    EXPECT_EQ(rs->get("DescIva"), Value::Text("Esente art. 10"));
 
-    auto base = db_->OpenRecordset("Select Nome, Saldo from Clienti where ID=2");
+    auto base = db_->OpenRecordset("Select Nome, Saldo, CodiceIva from Clienti where ID=2");
     EXPECT_EQ(base->get("Nome"), Value::Text("Gialli"));
     EXPECT_EQ(base->get("Saldo"), Value::Double(10.25));
+    EXPECT_EQ(base->get("CodiceIva"), Value::Long(2));
+    EXPECT_EQ(db_->OpenRecordset("Select DescIva from CodiciIva where ID=2")->get("DescIva"), Value::Text("Esente art. 10"));
 }
 
 TEST_F(RecordsetTest, DeleteLeavesNoCurrentRecordUntilAMove) {
