@@ -533,7 +533,8 @@ Recordset::Recordset(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
         f.index_ = static_cast<int>(i);
         f.name_ = impl_->cols[i].result.name;
         f.type_ = impl_->cols[i].result.type;
-        f.size_ = impl_->cols[i].result.size;
+        const sql::ResultColumn& c = impl_->cols[i].result;
+        f.size_ = c.size > 0 || detail::isTextType(c.type) ? c.size : detail::defaultSize(c.type);
     }
 }
 

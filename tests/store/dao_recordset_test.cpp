@@ -89,17 +89,17 @@ TEST_F(RecordsetTest, ReadsValuesTypedByField) {
         Value first;
     };
     const Expect fields[] = {
-        {"ID", FieldType::Long, 0, Value::Long(1)},
+        {"ID", FieldType::Long, 4, Value::Long(1)},
         {"nome", FieldType::Text, 20, Value::Text("Rossi")},
-        {"ATTIVO", FieldType::Boolean, 0, Value::Bool(true)},
-        {"Saldo", FieldType::Double, 0, Value::Double(2.5)},
-        {"Dal", FieldType::Date, 0, Value::Date(45356)},  // 5 March 2024
+        {"ATTIVO", FieldType::Boolean, 1, Value::Bool(true)},
+        {"Saldo", FieldType::Double, 8, Value::Double(2.5)},
+        {"Dal", FieldType::Date, 8, Value::Date(45356)},  // 5 March 2024
     };
     for (const Expect& e : fields) {
         SCOPED_TRACE(e.field);
         store::Field& f = rs->Fields(e.field);
         EXPECT_EQ(f.Type(), e.type);
-        if (e.size) EXPECT_EQ(f.Size(), e.size);
+        EXPECT_EQ(f.Size(), e.size);
         EXPECT_EQ(f.value(), e.first);
     }
     rs->MoveLast();
