@@ -1,0 +1,149 @@
+// Payment terms: the number of instalments and the twelve day boxes, the save, the delete guard.
+#include <QCheckBox>
+
+#include "core/impostazioni.h"
+#include "pattern_archivio.h"
+#include "payments/condizioni.h"
+#include "payments/screens/frmCondizioniPagamento.h"
+#include "ui/VBars.h"
+#include "ui/VText.h"
+#include "ui/VetraGrid.h"
+
+namespace {
+
+using pattern::clicca;
+using pattern::scrivi;
+using pattern::trova;
+
+TEST(LeggiRate, NumeroDiRateDigitato) {
+    struct Caso {
+        const char* testo;
+        int rate;
+        bool corretto;
+    };
+    const Caso casi[] = {{"", 0, false},   {"0", 0, false},   {"3", 3, false},  {"12", 12, false},
+                         {"13", 12, true}, {"15", 12, true},  {"999", 12, true}, {"x", 0, false}};
+    for (const auto& c : casi) {
+        payments::RateDigitate r = payments::LeggiRate(c.testo);
+        EXPECT_EQ(r.rate, c.rate) << c.testo;
+        EXPECT_EQ(r.corretto, c.corretto) << c.testo;
+    }
+}
+
+class Condizioni : public pattern::Archivio {
+protected:
+    std::vector<std::string> testi(frmCondizioniPagamentoEdita& e) {
+        std::vector<std::string> t;
+        for (auto* b : e.txtRata) t.push_back(b->testo());
+        return t;
+    }
+    std::vector<bool> abilitate(frmCondizioniPagamentoEdita& e) {
+        std::vector<bool> a;
+        for (auto* b : e.txtRata) a.push_back(b->isEnabled());
+        return a;
+    }
+    static std::vector<bool> prime(int n) {
+        std::vector<bool> a(12, false);
+        for (int i = 0; i < n; ++i) a[static_cast<size_t>(i)] = true;
+        return a;
+    }
+};
+
+TEST_F(Condizioni, LeCaselleDeiGiorniSeguonoLeRate) {
+    frmCondizioniPagamentoEdita e;
+    e.EditaRecordset(0, true);
+    EXPECT_EQ(e.txtRate->testo(), "0");
+    EXPECT_EQ(testi(e), std::vector<std::string>(12, "0"));
+    EXPECT_EQ(abilitate(e), prime(0));
+
+    scrivi(&e, "txtRate", "15");
+    EXPECT_EQ(e.txtRate->testo(), "12");
+    EXPECT_EQ(abilitate(e), prime(12));
+
+    scrivi(&e, "txtRate", "3");
+    scrivi(&e, "txtRata2", "90");
+    scrivi(&e, "txtRate", "2");
+    EXPECT_EQ(e.txtRata[2]->testo(), "0");
+    EXPECT_EQ(abilitate(e), prime(2));
+    scrivi(&e, "txtRate", "3");
+    EXPECT_EQ(e.txtRata[2]->testo(), "0");
+    EXPECT_EQ(abilitate(e), prime(3));
+    // An empty box counts as no instalments.
+    e.txtRate->clear();
+    EXPECT_EQ(abilitate(e), prime(0));
+}
+
+TEST_F(Condizioni, SalvaECaricaUnaCondizione) {
+    frmCondizioniPagamento registro;
+    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* e) {
+        scrivi(e, "VText1", "60-30 fm");
+        scrivi(e, "txtRate", "2");
+        scrivi(e, "txtRata0", "60");
+        scrivi(e, "txtRata1", "30");
+        trova<QCheckBox>(e, "Check1")->setChecked(true);
+        clicca(e, "btnConferma");
+        return true;
+    });
+    clicca(&registro, "btnNuovo");
+    auto rs = db->OpenRecordset("Select * from CondizioniPagamento");
+    ASSERT_FALSE(rs->Eof());
+    EXPECT_EQ(store::CLng(rs->get("ID")), 1);
+    EXPECT_EQ(store::ConcatText(rs->get("DescPagamento")), "60-30 fm");
+    EXPECT_EQ(store::CLng(rs->get("Rate")), 2);
+    EXPECT_EQ(store::CLng(rs->get("Rata1")), 60);
+    EXPECT_EQ(store::CLng(rs->get("Rata2")), 30);
+    EXPECT_EQ(store::CLng(rs->get("Rata3")), 0);
+    EXPECT_TRUE(store::CBool(rs->get("FineMese")));
+    // The side panel shows the row.
+    auto* pannello = registro.pannello();
+    EXPECT_EQ(pannello->testo("DescPagamento"), "60-30 fm");
+    EXPECT_EQ(pannello->testo("Rata1"), "60");
+    EXPECT_TRUE(trova<QCheckBox>(&registro, "Check1")->isChecked());
+
+    // A term with no instalments is valid; opened again, its boxes are all off.
+    frmCondizioniPagamentoEdita zero;
+    zero.EditaRecordset(0, true);
+    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* e) {
+        scrivi(e, "VText1", "Rimessa diretta");
+        clicca(e, "btnConferma");
+        return true;
+    });
+    EXPECT_TRUE(zero.Mostra());
+    EXPECT_EQ(core::session().IDRecordEdit, 2);
+    frmCondizioniPagamentoEdita riaperta;
+    riaperta.EditaRecordset(1, false);
+    EXPECT_EQ(riaperta.txtRate->testo(), "2");
+    EXPECT_EQ(testi(riaperta)[0], "60");
+    EXPECT_EQ(abilitate(riaperta), prime(2));
+    EXPECT_TRUE(riaperta.Check1->isChecked());
+}
+
+TEST_F(Condizioni, DescrizioneMancante) {
+    frmCondizioniPagamentoEdita e;
+    e.EditaRecordset(0, true);
+    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* ed) {
+        clicca(ed, "btnConferma");
+        return true;
+    });
+    EXPECT_FALSE(e.Mostra());
+    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s140"));
+    EXPECT_EQ(conta("CondizioniPagamento"), 0);
+}
+
+TEST_F(Condizioni, EliminaRifiutataSeUsataDaUnaSpesa) {
+    db->Execute("INSERT INTO CondizioniPagamento (ID, DescPagamento, Rate) VALUES (4, '30 gg', 1)");
+    db->Execute("INSERT INTO Spese (ID, CondizioniPagamento) VALUES (1, 4)");
+    frmCondizioniPagamento registro;
+    clicca(&registro, "btnElimina");
+    EXPECT_EQ(ultimoMessaggio().testo,
+              "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n3) " +
+                  core::Testo("s29") + "\r\n");
+    db->Execute("DELETE FROM Spese");
+    script->rispondiSi();
+    clicca(&registro, "btnElimina");
+    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s196") + " 30 gg?");
+    EXPECT_EQ(conta("CondizioniPagamento"), 0);
+    EXPECT_EQ(trova<ui::VetraGrid>(&registro, "Grid")->righeMostrate(), 0);
+}
+
+}  // namespace
