@@ -284,8 +284,9 @@ private:
         }
     }
 
-    // Per ten instalments: two left open, three paid in two parts, one paid one euro too much, four
-    // paid in full. What the quota still asks for goes straight onto documents, ten euro each.
+    // Per ten instalments: two left open, two paid in two parts, one paid in part only, one paid one
+    // euro too much, four paid in full. What the quota still asks for goes straight onto documents,
+    // ten euro each.
     void pagamenti() {
         Righe& pagamenti = tabella("Pagamenti");
         Righe* primaNota = d_.primaNota ? &tabella("PrimaNota") : nullptr;
@@ -309,7 +310,7 @@ private:
             if (schema < 5) {
                 const double acconto = soldi(s.importo * 0.4);
                 paga(s, s.id, acconto, s.data - 10);
-                if (id < d_.pagamenti) paga(s, s.id, soldi(s.importo - acconto), s.data);
+                if (schema < 4 && id < d_.pagamenti) paga(s, s.id, soldi(s.importo - acconto), s.data);
             } else {
                 paga(s, s.id, schema == 5 ? soldi(s.importo + 1) : s.importo, s.data);
             }
