@@ -329,9 +329,13 @@ std::string dimensioni(const Dimensioni& d) {
            std::to_string(d.pagamenti) + "-" + std::to_string(d.spese) + (d.primaNota ? "-pn" : "");
 }
 
-// A change of the model's tables or queries gives a new name, so no run measures a stale archive.
+// Raised whenever the generator makes different rows.
+constexpr int kVersioneDati = 2;
+
+// A change of the model's tables or queries, or of the rows made, gives a new name, so no run
+// measures a stale archive.
 std::string impronta() {
-    std::string testo;
+    std::string testo = std::to_string(kVersioneDati);
     for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
         testo += t.nome;
         for (const store::model::Campo& c : t.campi) testo += c.nome + std::to_string(static_cast<int>(c.tipo));
