@@ -216,7 +216,10 @@ public:
         } else {
             raise(3129);
         }
-        if (isOp(";")) ++p_;
+        if (isOp(";")) {
+            ++p_;
+            if (peek().kind != Tok::End) raise(3142);  // characters after the end of the statement
+        }
         if (peek().kind != Tok::End) {
             if (st.kind == StatementKind::Select) fail(pendingClauseErr());
             fail(err_);

@@ -297,6 +297,30 @@ TEST_F(SqlStmt, SyntaxAndNameErrors) {
     EXPECT_EQ(db.error("Select " + deep + "1" + std::string(300, ')')), 3075);
 }
 
+TEST_F(SqlStmt, SubqueriesAndOtherJoins) {
+    EXPECT_EQ(db.rows("Select ID from Documenti where ID In (Select Documento from Pagamenti) order by ID"), "1;2");
+    EXPECT_EQ(db.rows("Select ID from Documenti where ID Not In (Select Documento from Pagamenti) order by ID"), "3;4");
+    EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente In (Select 'ROSSI' from Fornitori)"), "1");
+    EXPECT_EQ(db.rows("Select ID from Documenti d where Exists (Select * from Movimenti m where m.Documento = d.ID "
+                      "and m.Importo > 50) order by ID"),
+              "1;2");
+    EXPECT_EQ(db.rows("Select Documenti.ID, IIf(IsNull((SELECT Sum(S.ImportoPagamento) FROM Pagamenti AS S WHERE "
+                      "S.Documento=Documenti.ID)),0,(SELECT Sum(S.ImportoPagamento) FROM Pagamenti AS S WHERE "
+                      "S.Documento=Documenti.ID)) AS ImportoPagato from Documenti order by Documenti.ID"),
+              "1|122;2|10;3|0;4|0");
+    EXPECT_EQ(db.rows("Select Movimenti.ID, Documenti.ID from Documenti RIGHT JOIN Movimenti ON "
+                      "Movimenti.Documento = Documenti.ID where Movimenti.ID = 5"),
+              "5|Null");
+    EXPECT_EQ(db.rows("Select C.ID from Clienti AS C INNER JOIN Documenti AS D ON C.ID = D.Cliente where D.Tipo = 7"), "3");
+    EXPECT_EQ(db.rows("Select Count(*) from Clienti, Fornitori"), "3");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Tipo=5 and Numero=1 and Pagato and ID=1 and Cliente=1"), "1");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Tipo=9 or Tipo=7 or ID=1 or ID=2 order by ID"), "1;2;3;4");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Data In (#01/10/2024#, '10/02/2024') order by ID"), "1;2");
+    EXPECT_EQ(db.rows("Select ID from Documenti where Prefisso In ('a', 'b') order by ID"), "1;2;4");
+    EXPECT_EQ(db.error("Select * from Clienti; Select * from Clienti"), 3142);
+    EXPECT_EQ(db.rows("Select ID from Clienti where ID=1;"), "1");
+}
+
 TEST_F(SqlStmt, Ddl) {
     auto t = db.translator().translate(
         "CREATE TABLE Prova (ID COUNTER CONSTRAINT pk PRIMARY KEY, Nome TEXT(40) NOT NULL, Memo1 MEMO, "
