@@ -32,7 +32,7 @@ bool Aperto(const store::DatabasePtr& db) { return db && db->isOpen(); }
 
 store::DatabasePtr Apri(const std::string& percorso) { return store::Workspace::Default().OpenDatabase(percorso); }
 
-// ---- step 1 and 2: where and how many --------------------------------------------------------
+// ---- where the program runs, and how many copies ---------------------------------------------
 
 bool CartellaDiRete(const std::string& cartella) {
     const std::string inizio = cartella.substr(0, 2);
@@ -66,7 +66,7 @@ bool IstanzaUnica(const std::string& cartella) {
     return true;
 }
 
-// ---- steps 6 to 11: master file, Azienda, Esercizio ---------------------------------------------
+// ---- master file, Azienda, Esercizio ------------------------------------------------------------
 
 void ApriArchivioAziende() {
     const std::string cartellaDati = LeggiIni("Azienda", "PATH");
@@ -101,7 +101,7 @@ std::optional<std::string> FileEsercizio() {
     return store::CStr(rs->get("File"));
 }
 
-// ---- steps 13 to 15: the other databases --------------------------------------------------------
+// ---- the other databases ------------------------------------------------------------------------
 
 // temp.mdb is rebuilt at each start by compacting it into tempCompact.mdb. A tempCompact.mdb left
 // by a crash makes the compaction fail, and the start stops with that error.
@@ -113,7 +113,7 @@ void RinnovaTemp() {
     s.dbTemp = Apri(temp);
 }
 
-// ---- steps 16 to 18: the user and the journal ---------------------------------------------------
+// ---- the user and the journal -------------------------------------------------------------------
 
 void IdentificaUtente() {
     auto& s = session();
@@ -136,28 +136,45 @@ bool ArchivioSenzaPrimaNota() {
     return primaNota->Eof() && !pagamenti->Eof();
 }
 
-EsitoAvvio Avvia() {
-    auto& s = session();
-    if (CartellaDiRete(s.CartellaProgramma)) {
+// Where the program runs and whether another copy is already running there.
+bool PuoPartire(const std::string& cartella) {
+    if (CartellaDiRete(cartella)) {
         MsgBox(Testo("s324"), vbCritical);
-        return EsitoAvvio::Termina;
+        return false;
     }
-    if (!IstanzaUnica(s.CartellaProgramma)) return EsitoAvvio::Termina;
-    // The common controls and the theme manifest of the original desktop platform have no
-    // counterpart under Qt: the steps that follow keep their order without them.
-    // The workspace is store::Workspace::Default(), made on first use.
+    return IstanzaUnica(cartella);
+}
+
+// The archive file of the Azienda and Esercizio in the settings, asking for them on the first run;
+// nullopt when the start-up is to end without a word.
+std::optional<std::string> ArchivioDaAprire() {
+    auto& s = session();
     ApriArchivioAziende();
     LeggiIdDaImpostazioni();
     if (s.IDAzienda == 0) MostraModale("frmConfigurazione");
-    if (!Aperto(s.dbAziende)) return EsitoAvvio::Termina;
+    if (!Aperto(s.dbAziende)) return std::nullopt;
     LeggiIdDaImpostazioni();
-    if (s.IDEsercizio == 0) return EsitoAvvio::Termina;
-    const auto file = FileEsercizio();
-    if (!file) return EsitoAvvio::Termina;
-    if (!ArchivioAggiornato(*file)) MostraModale("frmAggiorna");
-    s.dbArchivio = Apri(*file);
+    if (s.IDEsercizio == 0) return std::nullopt;
+    return FileEsercizio();
+}
+
+void ApriDatabases(const std::string& archivio) {
+    auto& s = session();
+    if (!ArchivioAggiornato(archivio)) MostraModale("frmAggiorna");
+    s.dbArchivio = Apri(archivio);
     RinnovaTemp();
     s.dbUtilita = Apri(PercorsoProgramma("Utilità.mdb"));
+}
+
+EsitoAvvio Avvia() {
+    auto& s = session();
+    if (!PuoPartire(s.CartellaProgramma)) return EsitoAvvio::Termina;
+    // The common controls and the theme manifest belong to another desktop platform and have no
+    // counterpart under Qt: the rest keeps its order without them.
+    // The workspace is store::Workspace::Default(), made on first use.
+    const auto archivio = ArchivioDaAprire();
+    if (!archivio) return EsitoAvvio::Termina;
+    ApriDatabases(*archivio);
     IdentificaUtente();
     if (s.Privilegi.empty()) return EsitoAvvio::Termina;
     if (ArchivioSenzaPrimaNota()) MostraModale("frmAggiornaPrimaNota");
