@@ -115,9 +115,10 @@ TEST_F(Numerazione, PrefissiESuffissiUsati) {
     Doc(3, 3, "10/01/2026", "'A'");
     Doc(4, 4, "10/12/2025", "'C'");  // old prefixes stay offered
     Doc(5, 5, "10/01/2026", "'Z'", "''", 6);
+    Doc(6, 6, "10/01/2026", "'B'", "Null");  // a Null is offered as an empty text of its own
     const std::vector<std::string> prefissi{"A", "B", "C"};
     EXPECT_EQ(CaricaPrefissi(5), prefissi);
-    const std::vector<std::string> suffissi{"", "/26"};
+    const std::vector<std::string> suffissi{"", "", "/26"};
     EXPECT_EQ(CaricaSuffissi(5), suffissi);
     EXPECT_TRUE(CaricaPrefissi(7).empty());
 }
