@@ -623,6 +623,16 @@ void Catalogue::removeQuery(sqlite3* db, std::string_view name) {
     deleteRows(db, "DELETE FROM __jet_objects WHERE name = ?1", name);
 }
 
+void Catalogue::putQuery(const QueryDef& def, const sql::RelationInfo* shape) {
+    QueryEntry& q = queries_[foldCase(def.Name)];
+    if (q.def.Name.empty()) queryOrder_.push_back(def.Name);
+    q.def = def;
+    q.hasView = shape != nullptr;
+    if (shape) q.rel = *shape;
+    q.rel.name = def.Name;
+    q.rel.isQuery = true;
+}
+
 void Catalogue::bumpVersion(sqlite3* db) {
     exec(db, "PRAGMA user_version = " + std::to_string(queryInt(db, "PRAGMA user_version") + 1));
 }

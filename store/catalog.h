@@ -126,6 +126,9 @@ public:
     static void saveQuery(sqlite3* db, const QueryDef& def, const sql::RelationInfo* shape);
     static void removeQuery(sqlite3* db, std::string_view name);
     static void bumpVersion(sqlite3* db);
+    // Changes the query in memory only, while its schema change is still open; a null shape marks
+    // it as having no view.
+    void putQuery(const QueryDef& def, const sql::RelationInfo* shape);
     static std::string sqliteIndexName(std::string_view table, std::string_view index);
 
 private:

@@ -77,8 +77,9 @@ struct Database::Impl final : sql::Catalog {
     // Schema changes (dao_schema.cpp).
     void createTable(const TableDef& def);
     void replaceTable(const TableDef& before, const TableDef& after);
+    std::vector<QueryDef> dependentQueries(std::string_view name) const;
     void recreateDependents(std::string_view name);
-    bool recreateView(const QueryDef& q);
+    bool buildView(const QueryDef& q);
 };
 
 // dao_schema.cpp: a schema statement of the dialect, through the schema API.

@@ -257,59 +257,68 @@ void Database::Impl::replaceTable(const TableDef& before, const TableDef& after)
     recreateDependents(after.Name);
 }
 
-// Saved queries whose text names `name`, directly or through another query, get their views built
-// again from their own text; one that no longer translates keeps its text and loses its view until
-// a later change makes it valid again.
-void Database::Impl::recreateDependents(std::string_view name) {
+// Saved queries whose text names `name`, directly or through other queries.
+std::vector<QueryDef> Database::Impl::dependentQueries(std::string_view name) const {
     std::vector<std::string> affected{std::string(name)};
+    auto named = [&](const std::string& q) { return std::any_of(affected.begin(), affected.end(), [&](const auto& a) { return sameName(a, q); }); };
     for (bool grew = true; grew;) {
         grew = false;
         for (const std::string& q : catalogue.queryOrder()) {
-            bool listed = std::any_of(affected.begin(), affected.end(), [&](const auto& a) { return sameName(a, q); });
-            if (listed) continue;
             const std::string& text = catalogue.query(q)->def.SQL;
-            if (std::any_of(affected.begin(), affected.end(), [&](const auto& a) { return detail::mentionsName(text, a); })) {
-                affected.push_back(q);
-                grew = true;
-            }
+            if (named(q) || std::none_of(affected.begin(), affected.end(), [&](const auto& a) { return detail::mentionsName(text, a); }))
+                continue;
+            affected.push_back(q);
+            grew = true;
         }
     }
-    std::vector<QueryDef> pending;
-    for (const std::string& a : affected)
-        if (const auto* q = catalogue.query(a); q && !sameName(a, name)) pending.push_back(q->def);
-    if (pending.empty()) return;
-    for (const QueryDef& q : pending) exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
-    reload();
-    while (!pending.empty()) {
-        auto built = std::remove_if(pending.begin(), pending.end(), [&](const QueryDef& q) { return recreateView(q); });
-        if (built == pending.end()) break;
-        pending.erase(built, pending.end());
-    }
+    std::vector<QueryDef> out;
+    for (std::size_t i = 1; i < affected.size(); ++i) out.push_back(catalogue.query(affected[i])->def);
+    return out;
 }
 
-// Builds a saved query's view from its text; false when the text does not translate now.
-bool Database::Impl::recreateView(const QueryDef& q) {
-    sql::Translation t;
-    try {
-        t = translate(q.SQL, true);
-    } catch (const JetError&) {
-        return false;
-    }
-    if (t.kind != sql::StatementKind::Select) return false;
-    std::string cols;
-    for (const auto& c : t.columns) cols += (cols.empty() ? "" : ", ") + quoteIdent(c.name);
-    if (t.hasRowid) cols += ", \"__rowid\"";
-    sql::RelationInfo shape;
-    shape.baseTable = t.hasRowid ? t.baseTable : "";
-    for (const auto& c : t.columns) shape.columns.push_back({c.name, c.type, c.size, t.hasRowid ? c.baseColumn : ""});
+// The dependent queries get their views built again from their own text, in one transaction; one
+// that no longer translates keeps its text and loses its view until a later change makes it valid.
+void Database::Impl::recreateDependents(std::string_view name) {
+    std::vector<QueryDef> pending = dependentQueries(name);
+    if (pending.empty()) return;
     {
         SchemaChange change(*this);
-        exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
-        exec(db, "CREATE VIEW " + quoteIdent(q.Name) + " (" + cols + ") AS " + t.sql);
-        Catalogue::saveQuery(db, q, &shape);
+        for (const QueryDef& q : pending) {
+            exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
+            catalogue.putQuery(q, nullptr);
+        }
+        ++version;
+        while (!pending.empty()) {  // a query may read another one that is built later in a pass
+            auto built = std::remove_if(pending.begin(), pending.end(), [&](const QueryDef& q) { return buildView(q); });
+            if (built == pending.end()) break;
+            pending.erase(built, pending.end());
+        }
         change.commit();
     }
     reload();
+}
+
+// Builds a saved query's view from its text, inside a schema change; false when the text does not
+// translate now.
+bool Database::Impl::buildView(const QueryDef& q) {
+    sql::Translation t;
+    try {
+        t = translate(q.SQL, true);
+        if (t.kind != sql::StatementKind::Select) return false;
+        std::string cols;
+        for (const auto& c : t.columns) cols += (cols.empty() ? "" : ", ") + quoteIdent(c.name);
+        if (t.hasRowid) cols += ", \"__rowid\"";
+        exec(db, "DROP VIEW IF EXISTS " + quoteIdent(q.Name));
+        exec(db, "CREATE VIEW " + quoteIdent(q.Name) + " (" + cols + ") AS " + t.sql);
+    } catch (const JetError&) {
+        return false;
+    }
+    sql::RelationInfo shape;
+    shape.baseTable = t.hasRowid ? t.baseTable : "";
+    for (const auto& c : t.columns) shape.columns.push_back({c.name, c.type, c.size, t.hasRowid ? c.baseColumn : ""});
+    Catalogue::saveQuery(db, q, &shape);
+    catalogue.putQuery(q, &shape);
+    ++version;
     return true;
 }
 
@@ -448,9 +457,14 @@ void Database::CreateQueryDef(const QueryDef& def) {
     impl_->checkWritable();
     checkName(def.Name);
     if (impl_->catalogue.table(def.Name) || impl_->catalogue.query(def.Name)) raise(3012, def.Name);
-    sql::Translation t = impl_->translate(def.SQL, true);
+    sql::Translation t = impl_->translate(def.SQL, true);  // raises the text's own error
     if (t.kind != sql::StatementKind::Select) raise(3001, def.Name);
-    if (!impl_->recreateView(def)) raise(3001, def.Name);
+    {
+        SchemaChange change(*impl_);
+        if (!impl_->buildView(def)) raise(3001, def.Name);
+        change.commit();
+    }
+    impl_->reload();
     impl_->recreateDependents(def.Name);
 }
 
