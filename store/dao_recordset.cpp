@@ -4,7 +4,9 @@
 // Writes go to the base table of the statement (or of the saved query it reads) by the row's rowid.
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "store/catalog_database.h"
 
@@ -465,13 +467,21 @@ struct Recordset::Impl {
 
 namespace {
 
-// "Clienti", "[Clienti]" or a statement: a bare name of a table or query reads all of it.
-std::string statementFor(Database::Impl& db, std::string_view sqlOrName) {
+bool isStatementWord(const std::string& word) {
+    static const char* const words[] = {"select", "insert", "update", "delete", "create", "drop", "alter", "transform"};
+    std::string w = detail::foldCase(word);
+    return std::any_of(std::begin(words), std::end(words), [&](const char* k) { return w == k; });
+}
+
+// "Clienti", "[Ritenuta Acconto]" or a statement: a bare name reads all of that table or query, and
+// a name that is neither is "not found" (3078), as the platform answers.
+std::string statementFor(std::string_view sqlOrName) {
     std::string t = trimmed(sqlOrName);
-    std::string bare = t.size() > 2 && t.front() == '[' && t.back() == ']' ? t.substr(1, t.size() - 2) : t;
-    bool oneWord = bare.find_first_of(" \t\r\n") == std::string::npos || (t.front() == '[' && bare.find(']') == std::string::npos);
-    if (!bare.empty() && oneWord && db.findRelation(bare)) return "SELECT * FROM [" + bare + "]";
-    return std::string(sqlOrName);
+    bool bracketed = t.size() > 2 && t.front() == '[' && t.find(']') == t.size() - 1;
+    std::string name = bracketed ? t.substr(1, t.size() - 2) : t;
+    bool oneName = bracketed || (!t.empty() && t.find_first_of(" \t\r\n()[]*,;'\"") == std::string::npos &&
+                                 !isStatementWord(t));
+    return oneName ? "SELECT * FROM [" + name + "]" : std::string(sqlOrName);
 }
 
 const FieldDef* baseField(const TableDef& def, const std::string& column) {
@@ -510,7 +520,7 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->owner = owner;
     impl->db = &db;
     impl->name = std::string(sqlOrName);
-    impl->tr = db.translate(statementFor(db, sqlOrName));
+    impl->tr = db.translate(statementFor(sqlOrName));
     if (impl->tr.kind != sql::StatementKind::Select) raise(3219);
     impl->stmt.emplace(db.handle(), impl->tr.sql);
     impl->bindParams();
