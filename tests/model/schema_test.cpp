@@ -244,6 +244,36 @@ TEST(Modello, EverySavedQueryGivesItsColumnsAndNoRowForANegativeID) {
     controllaForma(*master, "Select * from qrUtenti where ID=-1", {"qrUtenti", {"ID", "UserName", "Denominazione", "Azienda"}});
 }
 
+// Rows written in bulk read back exactly as given, whatever their texts and numbers hold.
+TEST(Modello, BulkRowsReadBackAsGiven) {
+    auto db = store::Workspace::Default().OpenMemory();
+    store::model::CreaTemp(*db);
+    const double dataOra = store::DateSerial(2024, 3, 5) + (14 * 60 + 30) / 1440.0;
+    const std::vector<std::vector<Value>> righe = {
+        {L(-1), T("Saldo l'anno \"prima\""), D(0.1 + 0.2), Value::Date(dataOra), Value::Null()},
+        {L(2), T(""), D(-1234567.891), Value::Date(store::DateSerial(1999, 12, 31)), T("Bianchi & figli")},
+        {L(3), T("àèìòù €"), D(1e-7), Value::Null(), T("x")},
+    };
+    std::vector<std::vector<Value>> molte;
+    for (int i = 0; i < 1203; ++i) molte.push_back({L(100 + i), T("riga"), D(i / 100.0), Value::Null(), Value::Null()});
+    const std::vector<std::string> colonne{"ID", "Descrizione", "Dare", "Data", "DescFornitore"};
+    store::model::InserisciRighe(*db, "Estratto", colonne, righe);
+    store::model::InserisciRighe(*db, "Estratto", colonne, molte);
+    for (const auto& r : righe) {
+        auto rs = db->OpenRecordset("Select * from Estratto where ID=" + testo(r[0]));
+        for (std::size_t c = 1; c < colonne.size(); ++c) EXPECT_EQ(rs->get(colonne[c]), r[c]) << colonne[c];
+    }
+    auto conta = db->OpenRecordset("Select Count(*) as N, Sum(Dare) as S from Estratto where ID>=100");
+    EXPECT_EQ(conta->get("N").number(), 1203);
+    EXPECT_NEAR(conta->get("S").number(), 7230.03, 1e-6);  // (0 + 1202) x 1203 / 2 / 100
+    try {
+        store::model::InserisciRighe(*db, "Estratto", colonne, {{L(9), T("corta")}});
+        ADD_FAILURE() << "a row with fewer values than columns was written";
+    } catch (const store::JetError& e) {
+        EXPECT_EQ(e.number(), 3346);
+    }
+}
+
 TEST_F(FileTemporanei, InstallationFiles) {
     store::model::ScriviFileInstallazione(cartella.string(), store::model::CartellaDatiSorgente());
     auto& ws = store::Workspace::Default();
