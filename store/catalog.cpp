@@ -324,8 +324,8 @@ std::string sqliteDefault(const FieldDef& f) {
     if (!t.empty() && t.front() == '=') t = trim(t.substr(1));
     if (t.empty()) return "";
     std::string fold = foldCase(t);
-    if (fold == "date()" || fold == "date") return f.Type == FieldType::Date ? "(date('now','localtime'))" : "";
-    if (fold == "now()" || fold == "now") return f.Type == FieldType::Date ? "(datetime('now','localtime'))" : "";
+    if (fold == "date()" || fold == "date") return f.Type == FieldType::Date ? "(__jet_date())" : "";
+    if (fold == "now()" || fold == "now") return f.Type == FieldType::Date ? "(__jet_now())" : "";
     if (auto w = truthWord(t)) return isTextType(f.Type) ? quoteText(t) : (*w ? "-1" : "0");
     if (t.size() >= 2 && (t.front() == '\'' || t.front() == '"') && t.back() == t.front()) {
         std::string text = unquote(t);

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "store/catalog_database.h"
+#include "store/clock.h"
 #include "store/convert.h"
 
 namespace store::detail {
@@ -174,9 +175,15 @@ void convertFunction(sqlite3_context* ctx, int, sqlite3_value** argv) {
     setResult(ctx, storeValue(typeArgument(argv[2]), sqlite3_value_int(argv[3]), v, Conversion::Lenient));
 }
 
+// __jet_date(), __jet_now(): the defaults Date() and Now() of a field, from the program's clock.
+void todayFunction(sqlite3_context* ctx, int, sqlite3_value**) { setResult(ctx, textCell(DateToIso(Oggi()))); }
+void nowFunction(sqlite3_context* ctx, int, sqlite3_value**) { setResult(ctx, textCell(DateToIso(Adesso()))); }
+
 }  // namespace
 
 void registerEngineFunctions(sqlite3* db) {
+    sqlite3_create_function_v2(db, "__jet_date", 0, SQLITE_UTF8, nullptr, todayFunction, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "__jet_now", 0, SQLITE_UTF8, nullptr, nowFunction, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "__jet_conv", 4, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, convertFunction,
                                nullptr, nullptr, nullptr);
 }

@@ -1,5 +1,6 @@
 // Tables, fields, indexes and saved queries kept in the file, as the structure update uses them.
 #include "dao_support.h"
+#include "store/clock.h"
 
 namespace daotest {
 namespace {
@@ -89,6 +90,20 @@ TEST_F(SchemaTest, DefaultsApplyToRowsInsertedWithoutTheField) {
     EXPECT_EQ(rs->get("Pagata"), Value::Bool(false));
     EXPECT_EQ(rs->get("Descrizione"), Value::Text("nessuna"));
     EXPECT_TRUE(rs->get("Note").isNull());
+}
+
+TEST_F(SchemaTest, DateDefaultsReadTheProgramsClock) {
+    store::fissaOrologio(45356.75);  // 5 March 2024, 18:00
+    FieldDef giorno = field("Giorno", FieldType::Date), ora = field("Ora", FieldType::Date);
+    giorno.DefaultValue = "Date()";
+    ora.DefaultValue = "=Now()";
+    db_->AppendField("Spese", giorno);
+    db_->AppendField("Spese", ora);
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (1, 'A1')");
+    store::fissaOrologio(std::nullopt);
+    auto rs = db_->OpenRecordset("Select Giorno, Ora from Spese");
+    EXPECT_EQ(rs->get("Giorno"), Value::Date(45356));
+    EXPECT_EQ(rs->get("Ora"), Value::Date(45356.75));
 }
 
 TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
