@@ -153,7 +153,9 @@ TEST_F(RecordsetTest, WritesAreConvertedAndCheckedAgainstTheField) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.field);
         EXPECT_EQ(errorOf([&] { rs->set(c.field, c.written); }), c.error);
-        if (!c.error) EXPECT_EQ(rs->get(c.field), c.readBack);
+        if (!c.error) {
+            EXPECT_EQ(rs->get(c.field), c.readBack);
+        }
     }
     rs->Update();
     auto check = db_->OpenRecordset("Select * from Clienti where ID=12");
@@ -202,6 +204,27 @@ TEST_F(RecordsetTest, DeleteLeavesNoCurrentRecordUntilAMove) {
     EXPECT_EQ(rs->get("ID"), Value::Long(1));
     EXPECT_EQ(rs->RecordCount(), 2);
     EXPECT_EQ(ids("Select * from Clienti order by ID"), (std::vector<long>{1, 3}));
+}
+
+// CancelUpdate, or a move, drops what was set; nothing reaches the table.
+TEST_F(RecordsetTest, PendingChangesAreDroppedWithoutUpdate) {
+    auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
+    rs->Edit();
+    rs->set("Nome", Value::Text("Cambiato"));
+    EXPECT_EQ(rs->editMode(), store::Recordset::EditMode::Edit);
+    rs->CancelUpdate();
+    EXPECT_EQ(rs->get("Nome"), Value::Text("Rossi"));
+    rs->Edit();
+    rs->set("Nome", Value::Text("Cambiato"));
+    rs->MoveNext();
+    EXPECT_EQ(rs->editMode(), store::Recordset::EditMode::None);
+    rs->MoveLast();
+    rs->AddNew();
+    rs->set("ID", Value::Long(9));
+    rs->CancelUpdate();
+    EXPECT_EQ(rs->get("ID"), Value::Long(3));  // back on the record current before AddNew
+    EXPECT_EQ(ids("Select * from Clienti order by ID"), (std::vector<long>{1, 2, 3}));
+    EXPECT_EQ(errorOf([&] { rs->LastModified(); }), 3021);
 }
 
 TEST_F(RecordsetTest, RequerySeesRowsWrittenMeanwhile) {

@@ -67,7 +67,9 @@ TEST_F(SchemaTest, FieldPropertiesAndIndexesSurviveCloseAndReopen) {
         EXPECT_EQ(got.ValidationRule, w.ValidationRule);
         EXPECT_EQ(got.ValidationText, w.ValidationText);
         EXPECT_EQ(got.OrdinalPosition, static_cast<int>(i));
-        if (w.Type == FieldType::Text) EXPECT_EQ(got.AllowZeroLength, w.AllowZeroLength);
+        if (w.Type == FieldType::Text) {
+            EXPECT_EQ(got.AllowZeroLength, w.AllowZeroLength);
+        }
     }
     ASSERT_EQ(def->Indexes.size(), 2u);
     for (const IndexDef& ix : def->Indexes) {
@@ -125,8 +127,11 @@ TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.sql);
         int error = errorOf([&] { db_->Execute(c.sql); });
-        if (c.error < 0) EXPECT_GT(error, 0);
-        else EXPECT_EQ(error, c.error);
+        if (c.error < 0) {
+            EXPECT_GT(error, 0);
+        } else {
+            EXPECT_EQ(error, c.error);
+        }
     }
     EXPECT_EQ(first("Select Count(*) AS N from Spese", "N"), Value::Long(2));
 }
