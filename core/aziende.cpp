@@ -63,12 +63,15 @@ bool ConfermaDoppia(const std::string& denominazione) {
 }
 
 void EliminaEserciziDi(long idAzienda) {
-    auto rs = session().dbAziende->OpenRecordset("Select * from Esercizi where Azienda=" + std::to_string(idAzienda));
-    for (; !rs->Eof(); rs->MoveNext()) {
-        const fs::path file = Percorso(store::ConcatText(rs->get("File")));
+    store::Database& db = *session().dbAziende;
+    const std::string dove = " where Azienda=" + std::to_string(idAzienda);
+    std::vector<fs::path> archivi;
+    auto rs = db.OpenRecordset("Select * from Esercizi" + dove);
+    for (; !rs->Eof(); rs->MoveNext()) archivi.push_back(Percorso(store::ConcatText(rs->get("File"))));
+    rs->Close();
+    for (const fs::path& file : archivi)
         if (!file.empty() && fs::exists(file)) fs::remove(file);
-        rs->Delete();
-    }
+    db.Execute("Delete * from Esercizi" + dove);
 }
 
 }  // namespace
