@@ -248,8 +248,12 @@ sql::Translation Database::Impl::translate(std::string_view text, bool inlineLit
     return translator->translate(text, options);
 }
 
+// Writes first read the open recordsets to their end: a connection that keeps a read lock while it
+// asks for the write lock is refused at once by SQLite (it could deadlock with another writer),
+// where without it the write waits for the other user as it should.
 void Database::Impl::runAction(const sql::Translation& t) {
     static constexpr std::size_t kCachedStatements = 64;
+    finishReads();
     auto it = actionCache.find(t.sql);
     if (it == actionCache.end()) {
         if (actionCache.size() >= kCachedStatements) actionCache.clear();

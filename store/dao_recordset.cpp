@@ -375,7 +375,7 @@ struct Recordset::Impl {
     void update() {
         checkOpen();
         if (mode == EditMode::None) raise(3020);
-        fetchAll();  // a write must not meet the statement half way through the table
+        db->finishReads();  // a write must not meet a statement half way through a table
         if (mode == EditMode::AddNew) {
             std::int64_t rowid = insertRow();
             storeRow(rows.size(), rowid, nullptr);
@@ -396,7 +396,7 @@ struct Recordset::Impl {
         checkUpdatable();
         cancelEdit();
         checkCurrent();
-        fetchAll();
+        db->finishReads();
         detail::Stmt s(db->handle(), "DELETE FROM " + detail::quoteIdent(tr.baseTable) + " WHERE rowid = ?");
         s.bindInt(1, rows[cur].rowid);
         s.step();

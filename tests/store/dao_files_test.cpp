@@ -110,6 +110,31 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T")->get("N"), Value::Long(1));
 }
 
+// A register half read holds a read lock; a write meanwhile, while another user is writing too,
+// must wait for that user instead of failing at once.
+TEST_F(FilesTest, WriteWithARegisterHalfReadWaitsForAnotherWriter) {
+    auto db = create();
+    db->Execute("CREATE TABLE T (ID LONG)");
+    sqlite3* raw = nullptr;
+    sqlite3_open(path("Archivio.mdb").c_str(), &raw);
+    sqlite3_exec(raw, "BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
+                      "INSERT INTO T SELECT i FROM n; COMMIT;", nullptr, nullptr, nullptr);
+    sqlite3_busy_timeout(raw, 3000);
+    Workspace::Default().setLockWait(3000);
+    auto reg = db->OpenRecordset("Select * from T");
+    sqlite3_exec(raw, "BEGIN IMMEDIATE; INSERT INTO T VALUES (-1)", nullptr, nullptr, nullptr);
+    std::thread other([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        sqlite3_exec(raw, "COMMIT", nullptr, nullptr, nullptr);
+    });
+    EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (-2)"); }), 0);
+    other.join();
+    sqlite3_close(raw);
+    reg->MoveLast();
+    EXPECT_EQ(reg->RecordCount(), 1000);
+    EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T where ID < 0")->get("N"), Value::Long(2));
+}
+
 // An editor keeps its one-row recordset open while another user saves.
 TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
     auto db = create();
