@@ -260,6 +260,36 @@ TEST_F(RecordsetTest, ClosedObjectsAnswer3420) {
     EXPECT_EQ(errorOf([&] { db_->TableNames(); }), 3420);
 }
 
+// Any sequence of moves and writes: every failure is "no current record" or "record deleted", and
+// after MoveLast the recordset counts what the table holds.
+TEST_F(RecordsetTest, RandomWalksKeepCountsTrue) {
+    db_->Execute("DELETE FROM Clienti");
+    auto rs = db_->OpenRecordset("Select * from Clienti");
+    unsigned seed = 12345;
+    auto next = [&] { return (seed = seed * 1103515245u + 12345u) >> 16; };
+    long nextId = 1;
+    for (int step = 0; step < 300; ++step) {
+        int error = errorOf([&] {
+            switch (next() % 9) {
+                case 0: rs->MoveNext(); break;
+                case 1: rs->MovePrevious(); break;
+                case 2: rs->MoveFirst(); break;
+                case 3: rs->MoveLast(); break;
+                case 4: rs->Delete(); break;
+                case 5: rs->Edit(); rs->set("Nome", Value::Text("n" + std::to_string(step))); rs->Update(); break;
+                case 6: rs->setBookmark(rs->getBookmark()); break;
+                case 7: if (step % 50 == 0) rs->Requery(); break;
+                default: rs->AddNew(); rs->set("ID", Value::Long(nextId++)); rs->Update(); break;
+            }
+        });
+        ASSERT_TRUE(error == 0 || error == 3021 || error == 3167) << "step " << step << " error " << error;
+    }
+    long inTable = static_cast<long>(db_->OpenRecordset("Select Count(*) AS N from Clienti")->get("N").number());
+    if (inTable > 0) rs->MoveLast();
+    EXPECT_EQ(rs->RecordCount(), inTable);
+    EXPECT_GT(inTable, 0);
+}
+
 // A long register opens with a few rows fetched; the rest come as the program moves.
 TEST_F(RecordsetTest, LargeResultIsFetchedAsNeeded) {
     db_->Close();
