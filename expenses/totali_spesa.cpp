@@ -17,9 +17,7 @@ std::string HavingSpesa(long spesa) { return "HAVING (((Spese.ID)=" + std::to_st
 
 std::optional<double> Somma(store::Recordset& rs, const char* campo) {
     if (rs.Eof()) return std::nullopt;
-    const store::Value v = rs.get(campo);
-    if (v.isNull()) return std::nullopt;
-    return store::CDbl(v);
+    return sales::NumeroOpzionale(rs.get(campo));
 }
 
 void ScriviTotali(store::Recordset& rs, const TotaliSpesa& t) {

@@ -29,6 +29,11 @@ std::string DataSql(double data) { return store::DateText(data); }
 
 double NumeroOZero(const store::Value& valore) { return valore.isNull() ? 0.0 : store::CDbl(valore); }
 
+std::optional<double> NumeroOpzionale(const store::Value& valore) {
+    if (valore.isNull()) return std::nullopt;
+    return store::CDbl(valore);
+}
+
 CursoreOccupato::CursoreOccupato() { core::dialogs().setBusy(true); }
 CursoreOccupato::~CursoreOccupato() { core::dialogs().setBusy(false); }
 

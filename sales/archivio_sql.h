@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,8 @@ std::string NumeroSql(double numero);
 std::string DataSql(double data);
 // A field that counts as 0 when Null.
 double NumeroOZero(const store::Value& valore);
+// A sum that may be Null, kept apart from 0.
+std::optional<double> NumeroOpzionale(const store::Value& valore);
 
 // The busy pointer for as long as the object lives.
 class CursoreOccupato {

@@ -47,19 +47,14 @@ std::string PeriodoDocumenti(double dal, double al) {
            DataSql(al) + "')";
 }
 
-std::optional<double> SommaOpzionale(const store::Value& v) {
-    if (v.isNull()) return std::nullopt;
-    return store::CDbl(v);
-}
-
 SommeRighe LeggiSommeRighe(long documento) {
     auto rs = Apri(SqlTotaliMovimenti(documento));
     SommeRighe somme;
     if (rs->Eof()) return somme;
     somme.presente = true;
-    somme.netto = SommaOpzionale(rs->get("Netto"));
-    somme.imposta = SommaOpzionale(rs->get("Imposta"));
-    somme.imponibile = SommaOpzionale(rs->get("Imponibile"));
+    somme.netto = NumeroOpzionale(rs->get("Netto"));
+    somme.imposta = NumeroOpzionale(rs->get("Imposta"));
+    somme.imponibile = NumeroOpzionale(rs->get("Imponibile"));
     return somme;
 }
 

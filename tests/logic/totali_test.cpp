@@ -31,7 +31,9 @@ TEST(TotaliRiga, CascataDiScontiEArrotondamentoPariPerRiga) {
         const auto riga = sales::CalcolaRiga(c.importo, c.sconti, c.aliquota);
         EXPECT_DOUBLE_EQ(riga.netto, c.netto);
         ASSERT_EQ(riga.imposta.has_value(), c.imposta.has_value());
-        if (c.imposta) EXPECT_DOUBLE_EQ(*riga.imposta, *c.imposta);
+        if (c.imposta) {
+            EXPECT_DOUBLE_EQ(*riga.imposta, *c.imposta);
+        }
     }
 }
 
