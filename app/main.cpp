@@ -9,6 +9,8 @@
 #include "core/dialogs.h"
 #include "core/screens/frmMain.h"
 #include "core/session.h"
+#include "payments/screens/RegistraCondizioni.h"
+#include "tools/screens/RegistraCodici.h"
 #include "ui/Dialoghi.h"
 
 int main(int argc, char** argv) {
@@ -17,6 +19,8 @@ int main(int argc, char** argv) {
     core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
     ui::installaInterfaccia();
     RegistraSchermiAvvio();
+    RegistraSchermiCodici();
+    RegistraSchermiCondizioni();
 
     core::EsitoAvvio esito = core::EsitoAvvio::Termina;
     // A failure in opening or compacting a file ends start-up with the error box.

@@ -321,7 +321,7 @@ VetraGrid::VetraGrid(QWidget* parent) : QTableView(parent), model_(new VetraGrid
     setShowGrid(false);
     verticalHeader()->hide();
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setStretchLastSection(false);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(true);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &VetraGrid::ordinaPerColonna);
@@ -388,11 +388,16 @@ void VetraGrid::AggiornaRiga() {
 }
 
 void VetraGrid::applicaLarghezze() {
+    // The widest column (the description, as a rule) takes what the window has to spare.
+    int larga = -1;
     for (size_t i = 0; i < colonne_.size(); ++i) {
         int larghezza = colonne_[i].larghezza > 0 ? TwipsInPixel(colonne_[i].larghezza)
                                                   : horizontalHeader()->sectionSizeHint(static_cast<int>(i)) + 24;
+        horizontalHeader()->setSectionResizeMode(static_cast<int>(i), QHeaderView::Interactive);
         setColumnWidth(static_cast<int>(i), larghezza);
+        if (larga < 0 || colonne_[i].larghezza > colonne_[static_cast<size_t>(larga)].larghezza) larga = static_cast<int>(i);
     }
+    if (larga >= 0) horizontalHeader()->setSectionResizeMode(larga, QHeaderView::Stretch);
     int c = 0;
     for (; c < static_cast<int>(colonne_.size()); ++c)
         if (store::CompareText(colonne_[static_cast<size_t>(c)].campo, ordinamento_) == 0) break;

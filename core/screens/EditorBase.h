@@ -84,3 +84,12 @@ private:
     QFormLayout* campi_;
     bool confermato_ = false;
 };
+
+// What the screen registry runs for an editor opened on its own: a new record by id, whose id the
+// caller reads from IDRecordEdit.
+template <class Editor>
+bool NuovoRecord() {
+    Editor e;
+    e.EditaRecordset(0, true);
+    return e.Mostra();
+}

@@ -110,3 +110,12 @@ private:
     QHBoxLayout* centro_;
     QHBoxLayout* comandi_;
 };
+
+// What the screen registry runs for a register: a fresh window, unloaded when it is closed.
+template <class Registro>
+bool ApriRegistro() {
+    auto* r = new Registro;
+    r->setAttribute(Qt::WA_DeleteOnClose);
+    r->show();
+    return true;
+}

@@ -95,7 +95,7 @@ TEST_F(Griglia, MostraLeRigheOrdinateConLeMaschere) {
     EXPECT_EQ(g.modello()->data(g.modello()->index(0, 3), Qt::CheckStateRole).toInt(), Qt::Unchecked);
     EXPECT_EQ(g.modello()->data(g.modello()->index(2, 3), Qt::CheckStateRole).toInt(), Qt::Checked);
     EXPECT_EQ(g.modello()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), "Importo");
-    EXPECT_EQ(g.columnWidth(0), 200);
+    EXPECT_EQ(g.columnWidth(1), 80);   // 1200 twips; the widest column stretches
     // The first row is current and the recordset stands on it.
     EXPECT_EQ(g.idCorrente(), 2);
     EXPECT_EQ(store::ConcatText(g.Recordset()->get("DescVoce")), "Affitto");

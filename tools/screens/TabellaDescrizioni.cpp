@@ -28,6 +28,7 @@ RegistroDescrizioni::RegistroDescrizioni(const TabellaDescrizioni& t, QWidget* p
         return Didascalia(t.domanda) + " " + store::ConcatText(rs.get(t.campo)) + "?";
     };
     carica(std::move(d));
+    resize(560, 480);
 }
 
 std::unique_ptr<EditorBase> RegistroDescrizioni::creaEditor() {
