@@ -324,7 +324,7 @@ const Entry kFunctions[] = {
     // conversions
     {{"cdbl", 1, 1, 'f'}, [](const Args& a) { return numberValue(CDbl(a[0])); }, true},
     {{"csng", 1, 1, 'f'}, [](const Args& a) { return numberValue(static_cast<float>(CDbl(a[0]))); }, true},
-    {{"ccur", 1, 1, 'f'}, [](const Args& a) { return numberValue(std::round(CDbl(a[0]) * 10000) / 10000); }, true},
+    {{"ccur", 1, 1, 'f'}, [](const Args& a) { return numberValue(roundHalfEven(CDbl(a[0]) * 10000) / 10000); }, true},
     {{"clng", 1, 1, 'l'}, [](const Args& a) { return Value::Long(CLng(a[0])); }, true},
     {{"cint", 1, 1, 'i'}, [](const Args& a) { return Value::Int(CInt(a[0])); }, true},
     {{"cbyte", 1, 1, 'i'}, [](const Args& a) {
@@ -776,7 +776,7 @@ Value storeValue(const Value& v, FieldType type, int size) {
         }
         case FieldType::Integer: return Value::Long(CInt(v));
         case FieldType::Long: return Value::Long(CLng(v));
-        case FieldType::Currency: return numberValue(std::round(CDbl(v) * 10000) / 10000);
+        case FieldType::Currency: return numberValue(roundHalfEven(CDbl(v) * 10000) / 10000);
         case FieldType::Single: return numberValue(static_cast<float>(CDbl(v)));
         case FieldType::Double: return numberValue(CDbl(v));
         case FieldType::Date: {
