@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -214,6 +215,7 @@ QListWidget* frmMain::NuovaLista(const char* nome) {
     lista->setObjectName(nome);
     lista->setIconSize(QSize(22, 22));
     lista->setSpacing(2);
+    lista->installEventFilter(this);
     return lista;
 }
 
@@ -516,6 +518,16 @@ void frmMain::Guida() {
 void frmMain::ChiudiAltriSchermi() {
     for (QWidget* w : QApplication::topLevelWidgets())
         if (w != this && w->isVisible() && w->objectName().startsWith("frm")) w->close();
+}
+
+bool frmMain::eventFilter(QObject* oggetto, QEvent* evento) {
+    auto* lista = qobject_cast<QListWidget*>(oggetto);
+    if (lista && evento->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(evento)->key() == Qt::Key_Space &&
+        lista->currentItem() && (lista->currentItem()->flags() & Qt::ItemIsEnabled)) {
+        emit lista->itemActivated(lista->currentItem());
+        return true;
+    }
+    return QMainWindow::eventFilter(oggetto, evento);
 }
 
 void frmMain::closeEvent(QCloseEvent* e) {

@@ -71,6 +71,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* e) override;
+    // Space on a side list runs its item, as Enter does.
+    bool eventFilter(QObject* oggetto, QEvent* evento) override;
 
 private:
     void CostruisciMenu();

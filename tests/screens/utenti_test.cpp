@@ -156,6 +156,15 @@ TEST(Utenti, RiavvioConLoginPasswordErrataEDirittoNegato) {
     EXPECT_TRUE(p.script->schermiMostrati().empty());
     registro->close();
 
+    // The quick command for a new user asks for the change right, and Space runs it like a click.
+    p.script->dimentica();
+    QListWidget* rapidi = frmMain::istanza()->MenuRapidi;
+    rapidi->setCurrentRow(8);
+    ASSERT_EQ(rapidi->currentItem()->data(Qt::UserRole).toString(), "mUtenti");
+    QTest::keyClick(rapidi, Qt::Key_Space);
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{s.MsgNegato});
+    EXPECT_TRUE(p.script->schermiMostrati().empty());
+
     // A menu whose right is missing shows the refusal and opens nothing.
     int aperti = 0;
     core::registraSchermo("frmDocumenti", [&aperti] { ++aperti; return true; });
