@@ -1,0 +1,226 @@
+// The input controls and the binding walk: what a user can type, what a box shows, and what each
+// kind of control writes to its field.
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QTest>
+
+#include "archivio_prova.h"
+#include "store/convert.h"
+#include "ui/Dialoghi.h"
+#include "ui/Legami.h"
+#include "ui/VText.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraPicker.h"
+
+namespace {
+
+using store::Value;
+
+TEST(VText, CaratteriAmmessiEMaschera) {
+    ui::applicazioneDiProva();
+    struct Caso {
+        bool numerico;
+        const char* ammessi;
+        const char* maschera;
+        const char* digitato;
+        const char* atteso;
+    };
+    const Caso casi[] = {
+        {false, "", "", "Ab1,-", "Ab1,-"},
+        {true, "", "", "12a,5-", "12,5"},                 // no letters, no sign in a numeric box
+        {true, "1234567890.,-", "", "-12,5", "-12,5"},    // a line amount may be negative
+        {false, "1234567890.", "", "8.30x", "8.30"},      // a time box
+        {true, "", "#,0.00", "1234,5", "1.234,50"},       // the mask applies once the box is left
+    };
+    for (const auto& c : casi) {
+        ui::VText t;
+        t.setNumerico(c.numerico);
+        if (*c.ammessi) t.setCaratteriAmmessi(c.ammessi);
+        if (*c.maschera) t.setMaschera(c.maschera);
+        t.show();
+        t.setFocus();
+        QTest::keyClicks(&t, c.digitato);
+        t.clearFocus();
+        QFocusEvent uscita(QEvent::FocusOut);
+        QApplication::sendEvent(&t, &uscita);
+        EXPECT_EQ(t.testo(), c.atteso) << c.digitato;
+    }
+}
+
+TEST(VText, NumeroELunghezzaMassima) {
+    ui::applicazioneDiProva();
+    ui::VText t;
+    t.setNumerico(true);
+    t.setTesto("1.234,5");
+    EXPECT_EQ(t.numero(), 1234.5);
+    t.setTesto("");
+    EXPECT_EQ(t.numero(), 0);
+    ui::VText d;
+    d.setMaxLength(5);
+    QTest::keyClicks(&d, "abcdefg");
+    EXPECT_EQ(d.testo(), "abcde");
+}
+
+TEST(VetraPicker, DataOVuota) {
+    ui::applicazioneDiProva();
+    ui::VetraPicker p;
+    EXPECT_TRUE(p.vuoto());
+    EXPECT_TRUE(p.valore().isNull());
+    p.setTesto("5/3/2024");
+    ASSERT_TRUE(p.dataValida());
+    EXPECT_EQ(p.valore().number(), store::DateSerial(2024, 3, 5));
+    p.setValore(Value::Date(store::DateSerial(2023, 12, 31)));
+    EXPECT_EQ(p.testo(), "31/12/2023");
+    p.setTesto("31/02/2024");
+    EXPECT_FALSE(p.dataValida());
+    EXPECT_TRUE(p.valore().isNull());
+    p.setValore(Value::Null());
+    EXPECT_EQ(p.testo(), "");
+}
+
+class Combo : public ::testing::Test {
+protected:
+    void SetUp() override {
+        a.db->Execute("CREATE TABLE CodiciIva (ID LONG, DescIva TEXT(30), AliquotaIva DOUBLE)");
+        a.db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (1, 'Ordinaria', 22)");
+        a.db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (2, 'Esente', 0)");
+        a.db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (3, 'Ridotta', 10)");
+        cb.setSorgente("Select * from CodiciIva order by DescIva");
+        cb.setColonne({{"DescIva", "Descrizione", 2000}, {"AliquotaIva", "Aliquota", 800, "#,0.00"}});
+        cb.Aggiorna();
+    }
+    prova::ArchivioProva a;
+    ui::VetraCombo cb;
+};
+
+TEST_F(Combo, ValoreTestoEAltreColonne) {
+    ASSERT_EQ(cb.count(), 3);
+    EXPECT_EQ(cb.itemText(0), "Esente");
+    EXPECT_TRUE(cb.valore().isNull());   // nothing chosen until told
+    cb.setValore(Value::Long(3));
+    EXPECT_EQ(cb.testo(), "Ridotta");
+    EXPECT_EQ(store::CDbl(cb.campo("AliquotaIva")), 10);
+    EXPECT_EQ(cb.model()->data(cb.model()->index(cb.currentIndex(), 1)).toString(), "10,00");
+    cb.setValore(Value::Long(0));        // a value with no row leaves nothing chosen
+    EXPECT_TRUE(cb.valore().isNull());
+    // A refresh keeps the choice, and shows a row added meanwhile.
+    cb.setValore(Value::Long(1));
+    a.db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (4, 'Agevolata', 4)");
+    cb.Aggiorna();
+    EXPECT_EQ(cb.count(), 4);
+    EXPECT_EQ(store::CLng(cb.valore()), 1);
+}
+
+TEST_F(Combo, ApertaPrendeTestoLibero) {
+    ui::VetraCombo aperta;
+    aperta.setAperta(true);
+    aperta.aggiungiVoce(Value::Text("A"), "A");
+    aperta.aggiungiVoce(Value::Text("FT"), "FT");
+    aperta.setTesto("NUOVO");
+    EXPECT_EQ(store::ConcatText(aperta.valore()), "NUOVO");
+    aperta.setTesto("");
+    EXPECT_TRUE(aperta.valore().isNull());
+}
+
+TEST_F(Combo, IlGiroDeiControlliLegati) {
+    a.db->Execute("CREATE TABLE Righe (ID LONG, DescRiga TEXT(12), Importo DOUBLE, Iva LONG, Data DATETIME, "
+                  "Fatto YESNO, Quanti LONG)");
+    a.db->Execute("INSERT INTO Righe (ID, DescRiga, Importo, Iva, Data, Fatto, Quanti) VALUES "
+                  "(1, 'Prima', 1234.5, 3, #03/05/2024#, True, 7)");
+    QWidget schermo;
+    auto* desc = new ui::VText(&schermo);
+    desc->setDataField("DescRiga");
+    auto* importo = new ui::VText(&schermo);
+    importo->setDataField("Importo");
+    importo->setNumerico(true);
+    importo->setMaschera("#,0.00");
+    auto* quanti = new ui::VText(&schermo);
+    quanti->setDataField("Quanti");
+    quanti->setNumerico(true);
+    auto* iva = new ui::VetraCombo(&schermo);
+    iva->setCampoDestinazione("Iva");
+    iva->setSorgente("Select * from CodiciIva order by DescIva");
+    iva->Aggiorna();
+    auto* data = new ui::VetraPicker(&schermo);
+    data->setDataField("Data");
+    auto* fatto = new QCheckBox(&schermo);
+    fatto->setProperty("DataField", "Fatto");
+    new QLabel("non legata", &schermo);
+    ASSERT_EQ(ui::controlliLegati(&schermo).size(), 6u);
+
+    auto rs = a.db->OpenRecordset("Select * from Righe where ID=1");
+    ui::caricaControlli(&schermo, *rs);
+    EXPECT_EQ(desc->testo(), "Prima");
+    EXPECT_EQ(desc->maxLength(), 12);
+    EXPECT_EQ(importo->testo(), "1.234,50");
+    EXPECT_EQ(quanti->testo(), "7");
+    EXPECT_EQ(iva->testo(), "Ridotta");
+    EXPECT_EQ(data->testo(), "05/03/2024");
+    EXPECT_TRUE(fatto->isChecked());
+
+    desc->setTesto("Seconda");
+    importo->setTesto("2.000,25");
+    quanti->setTesto("");
+    iva->setValore(Value::Null());
+    data->pulisci();
+    fatto->setChecked(false);
+    rs->Edit();
+    ui::salvaControlli(&schermo, *rs);
+    rs->Update();
+    auto letto = a.db->OpenRecordset("Select * from Righe where ID=1");
+    EXPECT_EQ(store::ConcatText(letto->get("DescRiga")), "Seconda");
+    EXPECT_EQ(store::CDbl(letto->get("Importo")), 2000.25);
+    EXPECT_EQ(store::CLng(letto->get("Quanti")), 0);    // a blank numeric box writes 0
+    EXPECT_EQ(store::CLng(letto->get("Iva")), 0);       // a combo with no choice writes 0
+    EXPECT_TRUE(letto->get("Data").isNull());           // a blank picker writes Null
+    EXPECT_FALSE(store::CBool(letto->get("Fatto")));
+}
+
+TEST(DialoghiScript, RisponeDallaCodaERegistra) {
+    ui::applicazioneDiProva();
+    auto s = ui::installaScript();
+    s->rispondiSi();
+    EXPECT_EQ(core::MsgBox("Eliminare?", core::vbYesNo | core::vbQuestion), core::vbYes);
+    EXPECT_EQ(core::MsgBox("Ancora?", core::vbYesNo | core::vbQuestion), core::vbNo);   // nothing queued: No
+    EXPECT_EQ(core::MsgBox("Fatto", core::vbInformation, "Titolo"), core::vbOK);
+    ASSERT_EQ(s->messaggi().size(), 3u);
+    EXPECT_EQ(s->messaggi()[0].testo, "Eliminare?");
+    EXPECT_EQ(s->messaggi()[0].stile, 36);
+    EXPECT_EQ(s->messaggi()[0].titolo, "Brevano");
+    EXPECT_EQ(s->messaggi()[2].titolo, "Titolo");
+    s->percorso("/tmp/uscita.txt");
+    s->percorso(std::nullopt);
+    EXPECT_EQ(core::dialogs().chooseFile("Salva", "Testo|*.txt", true, ""), "/tmp/uscita.txt");
+    EXPECT_EQ(core::dialogs().chooseFolder("Cartella", ""), std::nullopt);
+    s->testo("Nuovo report");
+    EXPECT_EQ(core::dialogs().inputBox("Nome del report", "", ""), "Nuovo report");
+    EXPECT_EQ(s->domande(), std::vector<std::string>{"Nome del report"});
+    // A scripted screen gets the screen being shown; an unscripted one is not shown.
+    QWidget schermo;
+    schermo.setObjectName("frmProva");
+    QWidget* visto = nullptr;
+    s->schermo("frmProva", [&](QWidget* w) {
+        visto = w;
+        return true;
+    });
+    EXPECT_TRUE(ui::eseguiModale(&schermo, [] { return false; }));
+    EXPECT_EQ(visto, &schermo);
+    EXPECT_FALSE(ui::eseguiModale(&schermo, [] { return true; }));
+    EXPECT_EQ(s->schermiMostrati(), (std::vector<std::string>{"frmProva", "frmProva"}));
+    core::installDialogs(nullptr);
+}
+
+TEST(Protetto, ErroriNelBoxDegliErrori) {
+    ui::applicazioneDiProva();
+    auto s = ui::installaScript();
+    EXPECT_FALSE(ui::protetto([] { throw store::JetError(3078, "Tabella 'X' non trovata."); }));
+    EXPECT_TRUE(ui::protetto([] {}));
+    ASSERT_EQ(s->messaggi().size(), 1u);
+    EXPECT_EQ(s->messaggi()[0].testo, "Errore 3078: Tabella 'X' non trovata.");
+    EXPECT_EQ(s->messaggi()[0].stile, core::vbCritical);
+    core::installDialogs(nullptr);
+}
+
+}  // namespace
