@@ -89,9 +89,11 @@ QApplication& applicazioneDiProva() {
     static int argc = 1;
     static char nome[] = "brevano-test";
     static char* argv[] = {nome, nullptr};
-    static QApplication app(argc, argv);
+    // Made once and never destroyed: a static QApplication would be torn down by the exit handlers
+    // after Qt's own globals, and the process would crash on its way out.
+    static auto* app = new QApplication(argc, argv);
     QIcon::setThemeName("Tango");
-    return app;
+    return *app;
 }
 
 }  // namespace ui
