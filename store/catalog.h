@@ -36,7 +36,7 @@ public:
 
     bool step();  // true while there is a row; raises on failure
     void reset();
-    void bind(int index, const Value& storage);  // 1-based; a value already in storage form
+    void bind(int index, const Value& v);  // 1-based; a Date as ISO text, a Boolean as -1/0
     void bindText(int index, std::string_view text);
     void bindInt(int index, std::int64_t v);
     std::int64_t columnInt(int i) const;
