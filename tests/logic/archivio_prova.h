@@ -62,7 +62,9 @@ protected:
         s.CartellaProgramma = cartella_;
         std::ofstream(cartella_ + "/Lang.lng", std::ios::binary)
             << "[Stringhe]\r\ns14=Fatture\r\ns170=Saldo\r\ns226=Acconto\r\ns320=Preventivi\r\ns321=FATTURA\r\n"
-               "s322=Scadenze aperte\r\ns323=Pagamenti presenti\r\n";
+               "s322=Scadenze aperte\r\ns323=Pagamenti presenti\r\ns81=Data non valida\r\ns212=Data mancante\r\n"
+               "s213=Cliente mancante\r\ns214=Numero gia' usato\r\ns215=Numero fuori sequenza\r\n"
+               "s288=Data fuori esercizio\r\n";
         std::filesystem::copy_file(modello.Aziende(), cartella_ + "/Aziende.mdb");
         std::filesystem::copy_file(modello.Archivio(), cartella_ + "/2026.mdb");
         s.dbAziende = store::Workspace::Default().OpenDatabase(cartella_ + "/Aziende.mdb");
