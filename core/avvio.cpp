@@ -196,7 +196,7 @@ EsitoAvvio Main() {
 
 bool ArchivioAggiornato(const std::string& file) {
     auto& s = session();
-    if (!Aperto(s.dbAziende)) store::raise(91, "Database delle aziende non aperto.");
+    if (!Aperto(s.dbAziende)) store::raise(91, "(Aziende.mdb non aperto)");
     auto rs = s.dbAziende->OpenRecordset("Select * from Esercizi where File='" + Apici(file) + "'");
     if (rs->Eof()) {
         MsgBox(Testo("s325"), vbExclamation);
@@ -210,7 +210,7 @@ bool ArchivioAggiornato(const std::string& file) {
 double DataEseguibile() {
     const std::string percorso = eseguibileFissato().value_or("/proc/self/exe");
     struct stat info {};
-    if (::stat(percorso.c_str(), &info) != 0) store::raise(53, "Impossibile trovare il file '" + percorso + "'.");
+    if (::stat(percorso.c_str(), &info) != 0) store::raise(53, percorso);
     std::tm locale{};
     localtime_r(&info.st_mtime, &locale);
     const double giorno = store::DateSerial(locale.tm_year + 1900, locale.tm_mon + 1, locale.tm_mday);

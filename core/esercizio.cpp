@@ -12,7 +12,7 @@ namespace {
 // The field of the current Esercizio's row; nullopt when it is Null or the row is missing.
 std::optional<double> DataEsercizio(const char* campo) {
     auto& s = session();
-    if (!s.dbAziende) store::raise(91, "Database delle aziende non aperto.");
+    if (!s.dbAziende) store::raise(91, "(Aziende.mdb non aperto)");
     auto rs = s.dbAziende->OpenRecordset("Select * from Esercizi where ID=" + std::to_string(s.IDEsercizio));
     if (rs->Eof()) return std::nullopt;
     const store::Value valore = rs->get(campo);

@@ -14,7 +14,7 @@ namespace {
 
 void EliminaFile(const std::string& percorso) {
     std::error_code ec;
-    if (!fs::remove(percorso, ec) || ec) store::raise(53, "Impossibile eliminare il file '" + percorso + "'.");
+    if (!fs::remove(percorso, ec) || ec) store::raise(53, percorso);
 }
 
 }  // namespace
@@ -35,15 +35,15 @@ void RinominaFile(const std::string& percorso, const std::string& nuovoNome) {
     const fs::path da(percorso);
     const fs::path a = da.parent_path() / nuovoNome;
     std::error_code ec;
-    if (!fs::exists(da, ec)) store::raise(53, "Impossibile trovare il file '" + percorso + "'.");
-    if (fs::exists(a, ec)) store::raise(58, "Il file '" + a.string() + "' esiste già.");
+    if (!fs::exists(da, ec)) store::raise(53, percorso);
+    if (fs::exists(a, ec)) store::raise(58, a.string());
     fs::rename(da, a, ec);
-    if (ec) store::raise(75, "Impossibile rinominare '" + percorso + "': " + ec.message());
+    if (ec) store::raise(75, percorso + " (" + ec.message() + ")");
 }
 
 std::string CartellaReport() {
     const auto& s = session();
-    if (!s.dbAziende) store::raise(91, "Database delle aziende non aperto.");
+    if (!s.dbAziende) store::raise(91, "(Aziende.mdb non aperto)");
     const std::string cartellaDati = fs::path(s.dbAziende->Name()).parent_path().string();
     return cartellaDati + "/Report/" + std::to_string(s.IDAzienda);
 }

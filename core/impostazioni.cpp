@@ -43,11 +43,11 @@ std::string Testo(const std::string& chiave) { return LeggiLingua("Stringhe", ch
 void RipristinaLingua() {
     const std::string italiano = PercorsoProgramma(kItaliano);
     const std::string lingua = PercorsoProgramma(kLingua);
-    if (!fs::exists(italiano)) store::raise(53, "Impossibile trovare il file '" + italiano + "'.");
+    if (!fs::exists(italiano)) store::raise(53, italiano);
     std::error_code ec;
     fs::remove(lingua, ec);
     if (!ec) fs::copy_file(italiano, lingua, fs::copy_options::overwrite_existing, ec);
-    if (ec) store::raise(75, "Impossibile copiare '" + italiano + "' su '" + lingua + "': " + ec.message());
+    if (ec) store::raise(75, lingua + " (" + ec.message() + ")");
     ScriviLingua("Parametri", "File", italiano);
 }
 

@@ -144,14 +144,14 @@ void ScriviSuDisco(const std::string& file, const Righe& righe) {
         out.flush();
         if (!out) {
             std::remove(provvisorio.c_str());
-            store::raise(75, "Impossibile scrivere il file '" + file + "'.");
+            store::raise(75, file);
         }
     }
     std::error_code ec;
     fs::rename(provvisorio, file, ec);
     if (ec) {
         std::remove(provvisorio.c_str());
-        store::raise(75, "Impossibile scrivere il file '" + file + "'.");
+        store::raise(75, file);
     }
 }
 

@@ -12,7 +12,7 @@ namespace {
 store::DatabasePtr ArchivioSeNullo(const store::DatabasePtr& db) { return db ? db : session().dbArchivio; }
 
 store::Database& Aperto(const store::DatabasePtr& db) {
-    if (!db) store::raise(91, "Database non aperto.");
+    if (!db) store::raise(91, "(database non aperto)");
     return *db;
 }
 
