@@ -370,6 +370,8 @@ void VetraGrid::Aggiorna() {
     if (!db) throw store::JetError(3420, "Nessun archivio aperto");
     long prima = haRigaCorrente() ? idCorrente() : 0;
     auto rs = db->OpenRecordset(istruzione());
+    for (const auto& g : gruppi_)
+        if (!rs->HasField(g)) store::raise(3265, g);
     clearSpans();
     model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_);
     applicaLarghezze();
@@ -515,6 +517,12 @@ bool VetraGrid::EliminaRiga() {
     int riga = currentIndex().row();
     Recordset()->Delete();
     model_->rimuoviRiga(riga);
+    // A group left with no rows loses its caption too (and so, in turn, the groups around it).
+    while (model_->rigaDiGruppo(riga - 1) &&
+           (riga >= model_->rowCount() ||
+            (model_->rigaDiGruppo(riga) && model_->livelloGruppo(riga) <= model_->livelloGruppo(riga - 1)))) {
+        model_->rimuoviRiga(--riga);
+    }
     int prossima = std::min(riga, model_->rowCount() - 1);
     while (prossima >= 0 && model_->rigaDiGruppo(prossima)) prossima--;
     selezionaRiga(prossima);

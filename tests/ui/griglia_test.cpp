@@ -128,6 +128,16 @@ TEST_F(Griglia, GruppiEColori) {
     EXPECT_FALSE(g.modello()->data(g.modello()->index(2, 0), Qt::ForegroundRole).isValid());
     // The caption row is never the current record.
     EXPECT_EQ(g.idCorrente(), 2);
+    // Deleting the only row of a group takes its caption away.
+    g.vaiAId(1);
+    ASSERT_TRUE(g.EliminaRiga());
+    ASSERT_EQ(g.righeMostrate(), 3);
+    EXPECT_EQ(cella(2, 0), "Bollette");
+    EXPECT_EQ(g.idCorrente(), 3);
+    // A grouping field the statement lacks is the database's error, not a broken grid.
+    g.aggiungiGruppo("Assente");
+    EXPECT_THROW(g.Aggiorna(), store::JetError);
+    EXPECT_EQ(g.righeMostrate(), 3);
 }
 
 TEST_F(Griglia, ISeguaciSeguonoLaRiga) {
