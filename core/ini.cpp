@@ -35,7 +35,8 @@ std::map<std::string, FileInCache>& cache() {
     return c;
 }
 
-std::string_view Trim(std::string_view s) {
+// Blanks and tabs around names and values do not count in an INI file.
+std::string_view SenzaSpazi(std::string_view s) {
     const auto primo = s.find_first_not_of(" \t");
     if (primo == std::string_view::npos) return {};
     const auto ultimo = s.find_last_not_of(" \t");
@@ -82,11 +83,11 @@ const Righe& RigheDi(const std::string& file) {
 
 // "[Nome]" gives Nome; any other line gives nothing.
 std::optional<std::string_view> NomeSezione(std::string_view riga) {
-    riga = Trim(riga);
+    riga = SenzaSpazi(riga);
     if (riga.size() < 2 || riga.front() != '[') return std::nullopt;
     const auto chiusa = riga.find(']');
     if (chiusa == std::string_view::npos) return std::nullopt;
-    return Trim(riga.substr(1, chiusa - 1));
+    return SenzaSpazi(riga.substr(1, chiusa - 1));
 }
 
 struct Coppia {
@@ -94,11 +95,11 @@ struct Coppia {
 };
 
 std::optional<Coppia> ChiaveValore(std::string_view riga) {
-    riga = Trim(riga);
+    riga = SenzaSpazi(riga);
     if (riga.empty() || riga.front() == ';' || riga.front() == '[') return std::nullopt;
     const auto uguale = riga.find('=');
     if (uguale == std::string_view::npos) return std::nullopt;
-    return Coppia{Trim(riga.substr(0, uguale)), Trim(riga.substr(uguale + 1))};
+    return Coppia{SenzaSpazi(riga.substr(0, uguale)), SenzaSpazi(riga.substr(uguale + 1))};
 }
 
 std::string_view SenzaVirgolette(std::string_view valore) {
@@ -171,7 +172,7 @@ void ImpostaChiave(Righe& righe, const std::string& sezione, const std::string& 
             righe[i] = nuova;
             return;
         }
-        if (!Trim(righe[i]).empty()) ultimaPiena = i;
+        if (!SenzaSpazi(righe[i]).empty()) ultimaPiena = i;
     }
     righe.insert(righe.begin() + static_cast<std::ptrdiff_t>(ultimaPiena + 1), nuova);
 }
