@@ -15,15 +15,35 @@ Risposta CiSonoRighe(const std::string& sql, long id, const std::string& coda = 
     return ComeRisposta(sales::HaRighe(sql + std::to_string(id) + coda));
 }
 
+// The settlement row of one record, as its query gives it.
+struct RigaSaldo {
+    bool presente = false;
+    store::Value daPagare;
+};
+
+RigaSaldo LeggiSaldo(const std::string& query, long id) {
+    auto rs = sales::Apri("Select * from " + query + " Where ID=" + std::to_string(id));
+    RigaSaldo riga;
+    riga.presente = !rs->Eof();
+    if (riga.presente) riga.daPagare = rs->get("DaPagare");
+    return riga;
+}
+
+void ScriviFlag(const std::string& tabella, const std::string& campo, long id, bool valore) {
+    sales::Archivio().Execute("Update " + tabella + " set " + campo + "=" + (valore ? "True" : "False") +
+                              " where ID=" + std::to_string(id));
+}
+
 // Reads the settlement row of one record and writes the flag it gives.
 void AggiornaFlag(const std::string& query, const std::string& tabella, const std::string& campo, long id) {
-    const std::string chiave = std::to_string(id);
-    auto rs = sales::Apri("Select * from " + query + " Where ID=" + chiave);
-    const bool presente = !rs->Eof();
-    const bool saldato = Saldato(presente, presente ? rs->get("DaPagare") : store::Value());
-    rs->Close();
-    sales::Archivio().Execute("Update " + tabella + " set " + campo + "=" + (saldato ? "True" : "False") +
-                              " where ID=" + chiave);
+    const RigaSaldo riga = LeggiSaldo(query, id);
+    ScriviFlag(tabella, campo, id, Saldato(riga.presente, riga.daPagare));
+}
+
+// Clears the flag only while something is still due; a record the payment closed keeps it.
+void RiapriSeDaPagare(const std::string& query, const std::string& tabella, const std::string& campo, long id) {
+    const RigaSaldo riga = LeggiSaldo(query, id);
+    if (riga.presente && !Saldato(riga.presente, riga.daPagare)) ScriviFlag(tabella, campo, id, false);
 }
 
 }  // namespace
@@ -71,5 +91,19 @@ void AggiornaPagatoDocumento(long documento) {
 void AggiornaPagataSpesa(long spesa) { AggiornaFlag("qrSpesePagamenti", "Spese", "Pagata", spesa); }
 
 void AggiornaPagataScadenza(long scadenza) { AggiornaFlag("qrScadenzePagamenti", "Scadenze", "Pagata", scadenza); }
+
+void RiapriPrimaDellEliminazione(const LegamiPagamento& pagamento, bool registroIncassi) {
+    if (pagamento.scadenza > 0)
+        RiapriSeDaPagare("qrScadenzePagamenti", "Scadenze", "Pagata", pagamento.scadenza);
+    if (pagamento.documento > 0)
+        RiapriSeDaPagare(registroIncassi ? "qrDocumentiIncassi" : "qrDocumentiPagamenti", "Documenti", "Pagato",
+                         pagamento.documento);
+    else if (pagamento.spesa > 0)
+        RiapriSeDaPagare("qrSpesePagamenti", "Spese", "Pagata", pagamento.spesa);
+}
+
+void EliminaPrimaNotaDelPagamento(long pagamento) {
+    sales::Archivio().Execute("Delete from PrimaNota where Pagamento=" + std::to_string(pagamento));
+}
 
 }  // namespace payments

@@ -36,4 +36,19 @@ void AggiornaPagatoDocumento(long documento);
 void AggiornaPagataSpesa(long spesa);
 void AggiornaPagataScadenza(long scadenza);
 
+// What a payment settles; each 0 when none.
+struct LegamiPagamento {
+    long documento = 0;
+    long spesa = 0;
+    long scadenza = 0;
+};
+
+// Before the payments register deletes a payment: the instalment, and the document (read from the
+// collections' query in the register of collections) or else the expense, lose their flag when
+// something is still due on them. The state is read while the payment still exists, so deleting
+// the payment that closed a record leaves its flag set until the next refresh.
+void RiapriPrimaDellEliminazione(const LegamiPagamento& pagamento, bool registroIncassi);
+// After that delete: the payment's own journal row goes with it.
+void EliminaPrimaNotaDelPagamento(long pagamento);
+
 }  // namespace payments

@@ -108,6 +108,42 @@ TEST_F(SaldoArchivio, DomandeRispondonoMenoUno) {
     EXPECT_EQ(SpesaLibera(1), 0);
 }
 
+TEST_F(SaldoArchivio, EliminazioneDiUnPagamento) {
+    Fattura(1, 100);
+    Pagamento(1, "Documento", 1, 60);
+    Pagamento(2, "Documento", 1, 40);
+    for (long p : {1, 2})
+        Esegui("Insert Into PrimaNota (ID,Importo,Tipo,Destinazione,Pagamento) VALUES (" + std::to_string(p) + ",1,0,0," +
+               std::to_string(p) + ")");
+    AggiornaPagatoDocumento(1);
+    ASSERT_EQ(Flag("Documenti", "Pagato", 1), -1);
+
+    // From the payments register the state is read before the delete: the 40 closed the document,
+    // nothing is due while it exists, and the flag stays set.
+    RiapriPrimaDellEliminazione({1, 0, 0}, true);
+    Esegui("Delete from Pagamenti where ID=2");
+    EliminaPrimaNotaDelPagamento(2);
+    EXPECT_EQ(Flag("Documenti", "Pagato", 1), -1);
+    EXPECT_EQ(Conta("PrimaNota"), 1);
+
+    // The document's own register refreshes after the delete, and sweeps the journal.
+    Pagamento(2, "Documento", 1, 40);
+    Esegui("Insert Into PrimaNota (ID,Importo,Tipo,Destinazione,Pagamento) VALUES (2,1,0,0,2)");
+    Esegui("Delete from Pagamenti where ID=2");
+    AggiornaPagatoDocumento(1);
+    PulisciPrimaNota();
+    EXPECT_EQ(Flag("Documenti", "Pagato", 1), 0);
+    EXPECT_EQ(Conta("PrimaNota", "Pagamento=2"), 0);
+
+    // Something still due while the payment exists: the instalment and the document reopen.
+    Esegui("Insert Into Scadenze (ID,Documento,ImportoScadenza,Pagata) VALUES (1,1,50,True)");
+    Esegui("Update Documenti set Pagato=True where ID=1");
+    Pagamento(3, "Scadenza", 1, 30);
+    RiapriPrimaDellEliminazione({1, 0, 1}, true);
+    EXPECT_EQ(Flag("Scadenze", "Pagata", 1), 0);
+    EXPECT_EQ(Flag("Documenti", "Pagato", 1), 0);
+}
+
 VocePrimaNota Voce(long pagamento, long modo, double importo, const std::string& descrizione) {
     VocePrimaNota v;
     v.data = store::DateSerial(2026, 3, 20);
