@@ -172,7 +172,6 @@ void Database::Close() { impl_->close(); }
 long Database::RecordsAffected() const { return impl_->recordsAffected; }
 
 void Database::Execute(std::string_view sqlText) {
-    impl_->handle();
     impl_->noticeOtherWriters();
     sql::Translation t = impl_->translate(sqlText);
     impl_->recordsAffected = 0;
@@ -187,7 +186,6 @@ void Database::Execute(std::string_view sqlText) {
 }
 
 std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view sqlOrName) {
-    impl_->handle();
     impl_->noticeOtherWriters();
     return openRecordset(shared_from_this(), sqlOrName);
 }
@@ -228,6 +226,7 @@ void Database::Impl::reload() {
 
 // Another connection, in this process or another, may have changed tables or queries. SQLite tells
 // whether anyone else wrote since the last look; only then is the catalogue's counter read.
+// Error 3420 once the database is closed.
 void Database::Impl::noticeOtherWriters() {
     std::int64_t data = detail::queryInt(handle(), "PRAGMA data_version");
     if (data == seenDataVersion) return;

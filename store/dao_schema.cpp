@@ -343,13 +343,11 @@ void runDdl(Database& db, const sql::DdlCommand& c) {
 // ---- Database: the schema API ---------------------------------------------------------------------
 
 std::vector<std::string> Database::TableNames() const {
-    impl_->handle();
     impl_->noticeOtherWriters();
     return impl_->catalogue.tableOrder();
 }
 
 std::optional<TableDef> Database::GetTableDef(std::string_view name) const {
-    impl_->handle();
     impl_->noticeOtherWriters();
     const auto* t = impl_->catalogue.table(name);
     return t ? std::optional<TableDef>(t->def) : std::nullopt;
@@ -437,7 +435,6 @@ void Database::DeleteIndex(std::string_view table, std::string_view index) {
 }
 
 std::vector<QueryDef> Database::QueryDefs() const {
-    impl_->handle();
     impl_->noticeOtherWriters();
     std::vector<QueryDef> out;
     for (const std::string& q : impl_->catalogue.queryOrder()) out.push_back(impl_->catalogue.query(q)->def);
@@ -445,7 +442,6 @@ std::vector<QueryDef> Database::QueryDefs() const {
 }
 
 std::optional<QueryDef> Database::GetQueryDef(std::string_view name) const {
-    impl_->handle();
     impl_->noticeOtherWriters();
     const auto* q = impl_->catalogue.query(name);
     return q ? std::optional<QueryDef>(q->def) : std::nullopt;
