@@ -64,6 +64,19 @@ TEST_F(SqlExpr, OperatorsAndPrecedence) {
         {"True", "True"},
         {"-True", "1"},
         {"1 + True", "0"},
+        {"True Or False And False", "True"},
+        {"False Imp True Eqv False", "True"},
+        {"True Eqv True", "True"},
+        {"True Xor Null", "Null"},
+        {"1 = 1 And 2 = 2 And 3 = 3", "True"},
+        {"1 = 2 Or 2 = 3 Or 3 = 3", "True"},
+        {"Not 1 = 1 Or 2 = 2", "True"},
+        {"12 Xor 10", "6"},
+        {"Not 5", "-6"},
+        {"2 In (1, 2, 3)", "True"},
+        {"'B' In ('a', 'b')", "True"},
+        {"5 Between 1 And 5", "True"},
+        {"5 Not Between 1 And 4", "True"},
     });
 }
 
