@@ -1,6 +1,5 @@
 #include "core/login.h"
 
-#include <algorithm>
 #include <filesystem>
 
 #include "core/dialogs.h"
@@ -82,18 +81,6 @@ bool ConfermaLogin(const std::string& utente, const std::string& password) {
     }
     MsgBox("Nome utente o Password non corretti!", vbExclamation);
     return false;
-}
-
-std::vector<std::string> FileLingua() {
-    std::vector<std::string> nomi;
-    std::error_code ec;
-    for (const auto& voce : fs::directory_iterator(fs::path(session().CartellaProgramma), ec)) {
-        const fs::path p = voce.path();
-        if (!voce.is_regular_file() || p.extension() != ".lng" || p.filename() == "Lang.lng") continue;
-        nomi.push_back(p.filename().string());
-    }
-    std::sort(nomi.begin(), nomi.end());
-    return nomi;
 }
 
 void ScegliLingua(const std::string& percorso) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace core {
 
@@ -20,8 +19,6 @@ StatoLogin ApriLogin();
 // fixes the session's user and rights. On a mismatch shows the refusal and returns false.
 bool ConfermaLogin(const std::string& utente, const std::string& password);
 
-// The language files (*.lng) of the program folder, by name, without the working copy Lang.lng.
-std::vector<std::string> FileLingua();
 // Makes the given language file the working copy Lang.lng and remembers where it came from.
 void ScegliLingua(const std::string& percorso);
 
