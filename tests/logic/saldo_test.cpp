@@ -67,45 +67,28 @@ TEST_F(SaldoArchivio, PagatoPerOgniTipo) {
     EXPECT_NO_THROW(AggiornaPagatoDocumento(99));
 }
 
-TEST_F(SaldoArchivio, ScadenzeESpese) {
-    Esegui("Insert Into Scadenze (ID,Documento,ImportoScadenza,Pagata) VALUES (1,1,50,0)");
-    Esegui("Insert Into Spese (ID,Numero,Data,ImportoSpesa,Pagata) VALUES (1,'1','10/03/2026',80,0)");
+TEST_F(SaldoArchivio, ScadenzeESpeseEDomande) {
+    Fattura(1, 100);
+    Esegui("Insert Into Scadenze (ID,Documento,ImportoScadenza) VALUES (1,1,50)");
+    Esegui("Insert Into Spese (ID,Numero,Data,ImportoSpesa) VALUES (1,'1','10/03/2026',80)");
     EXPECT_EQ(ScadenzaSenzaPagamenti(1), Vero);
+    EXPECT_EQ(SpesaLibera(1), Vero);
+    EXPECT_EQ(MotivoBloccoDocumento(1), "Scadenze aperte");
+    // True is -1: the registers' generation guard, "greater than zero", never stops.
+    EXPECT_FALSE(DocumentoConScadenzeAperte(1) > 0);
+
     Pagamento(1, "Scadenza", 1, 50);
+    Esegui("Update Pagamenti set Documento=1 where ID=1");
     Pagamento(2, "Spesa", 1, 79.99, 0);
     AggiornaPagataScadenza(1);
     AggiornaPagataSpesa(1);
-    EXPECT_EQ(ScadenzaSenzaPagamenti(1), Falso);
     EXPECT_EQ(Flag("Scadenze", "Pagata", 1), -1);
     EXPECT_EQ(Flag("Spese", "Pagata", 1), 0);  // one cent still due
-    Esegui("Update Pagamenti set ImportoPagamento=80 where ID=2");
-    AggiornaPagataSpesa(1);
-    EXPECT_EQ(Flag("Spese", "Pagata", 1), -1);
-}
-
-TEST_F(SaldoArchivio, DomandeRispondonoMenoUno) {
-    Fattura(1, 100);
-    Esegui("Insert Into Scadenze (ID,Documento,ImportoScadenza) VALUES (1,1,100)");
-    Esegui("Insert Into Spese (ID,Numero,Data,ImportoSpesa) VALUES (1,'1','10/03/2026',80)");
-    EXPECT_EQ(DocumentoConScadenzeAperte(1), -1);
-    // The register's generation guard compares with "greater than zero" and is never stopped.
-    EXPECT_FALSE(DocumentoConScadenzeAperte(1) > 0);
-    EXPECT_EQ(DocumentoConPagamenti(1), 0);
-    EXPECT_EQ(MotivoBloccoDocumento(1), "Scadenze aperte");
-    Pagamento(1, "Scadenza", 1, 100);
-    Esegui("Update Pagamenti set Documento=1 where ID=1");
-    EXPECT_EQ(DocumentoConScadenzeAperte(1), 0);
+    EXPECT_EQ(ScadenzaSenzaPagamenti(1), Falso);
     EXPECT_EQ(MotivoBloccoDocumento(1), "Pagamenti presenti");
     EXPECT_EQ(MotivoBloccoDocumento(2), "");
-
-    EXPECT_EQ(SpesaLibera(1), -1);
-    Esegui("Insert Into Scadenze (ID,Spesa,ImportoScadenza) VALUES (2,1,80)");
-    EXPECT_EQ(SpesaConScadenzeAperte(1), -1);
-    EXPECT_EQ(SpesaLibera(1), 0);
-    Esegui("Delete from Scadenze where ID=2");
-    Pagamento(2, "Spesa", 1, 10, 0);
-    EXPECT_EQ(SpesaConPagamenti(1), -1);
-    EXPECT_EQ(SpesaLibera(1), 0);
+    EXPECT_EQ(SpesaConPagamenti(1), Vero);
+    EXPECT_EQ(SpesaLibera(1), Falso);
 }
 
 TEST_F(SaldoArchivio, EliminazioneDiUnPagamento) {
