@@ -33,7 +33,10 @@ QWidget* cercaSchermo(const std::string& nome) {
 void ScriptedDialogs::rispondi(int risposta) { risposte_.push_back(risposta); }
 void ScriptedDialogs::percorso(std::optional<std::string> p) { percorsi_.push_back(std::move(p)); }
 void ScriptedDialogs::testo(std::optional<std::string> t) { testi_.push_back(std::move(t)); }
-void ScriptedDialogs::schermo(const std::string& nome, Copione c) { copioni_[nome].push_back(std::move(c)); }
+void ScriptedDialogs::schermo(const std::string& nome, Copione c) {
+    if (c) copioni_[nome].push_back(std::move(c));
+}
+void ScriptedDialogs::lasciaAprire(const std::string& nome) { copioni_[nome].push_back(nullptr); }
 
 void ScriptedDialogs::dimentica() {
     messaggi_.clear();
@@ -48,12 +51,13 @@ int ScriptedDialogs::msgBox(const std::string& text, int style, const std::strin
     return (buttons == core::vbYesNo || buttons == core::vbYesNoCancel) ? core::vbNo : core::vbOK;
 }
 
-bool ScriptedDialogs::runModal(const std::string& screen, const std::function<bool()>&) {
+bool ScriptedDialogs::runModal(const std::string& screen, const std::function<bool()>& show) {
     schermi_.push_back(screen);
     auto it = copioni_.find(screen);
     if (it == copioni_.end() || it->second.empty()) return false;
     Copione c = std::move(it->second.front());
     it->second.pop_front();
+    if (!c) return show ? show() : false;
     return c(cercaSchermo(screen));
 }
 

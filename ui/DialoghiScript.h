@@ -37,6 +37,9 @@ public:
     void testo(std::optional<std::string> t);
     // Behaviour of the next showing of the named screen; unscripted screens are not shown and report false.
     void schermo(const std::string& nome, Copione c);
+    // The next showing of the named screen runs its real code (the registry's factory, say), so that
+    // the screen it builds comes back to the script when it is shown in turn.
+    void lasciaAprire(const std::string& nome);
 
     const std::vector<Messaggio>& messaggi() const { return messaggi_; }
     const std::vector<std::string>& schermiMostrati() const { return schermi_; }

@@ -5,6 +5,9 @@
 #include <QToolButton>
 
 #include "core/record.h"
+#include "core/registro_schermi.h"
+#include "payments/screens/RegistraCondizioni.h"
+#include "tools/screens/RegistraCodici.h"
 #include "pattern_archivio.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "ui/VText.h"
@@ -254,6 +257,32 @@ TEST_F(Registro, ImmaginiAccantoAlCombo) {
     clicca(&e, "imgEdit");
     EXPECT_EQ(store::CLng(cb->valore()), 6);
     EXPECT_EQ(cb->testo(), "Super ridotta 5%");
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(Registro, ApertiPerNomeDalRegistroDegliSchermi) {
+    core::svuotaRegistroSchermi();
+    RegistraSchermiCodici();
+    RegistraSchermiCondizioni();
+    for (const char* nome : {"frmCodiciIva", "frmTipiSpesa", "frmClassificazioniSpese", "frmCondizioniPagamento"}) {
+        core::MostraPannello(nome);
+        QWidget* aperto = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == nome && w->isVisible()) aperto = w;
+        ASSERT_NE(aperto, nullptr) << nome;
+        EXPECT_LE(aperto->width(), 1366);
+        EXPECT_LE(aperto->height(), 728);
+        aperto->close();   // unloaded when closed
+    }
+    // An editor opened on its own adds a record and hands its id back.
+    script->lasciaAprire("frmCodiciIvaEdita");
+    editorCompila("Dal menu rapido", "21");
+    EXPECT_TRUE(core::MostraModale("frmCodiciIvaEdita"));
+    EXPECT_EQ(core::session().IDRecordEdit, 6);
+    core::svuotaRegistroSchermi();
 }
 
 }  // namespace
