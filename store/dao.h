@@ -173,7 +173,8 @@ public:
     DatabasePtr OpenMemory();                              // a database in memory
     void CompactDatabase(const std::string& from, const std::string& to);  // 'to' must not exist
 
-    // How long a statement waits for another user's lock before it fails with 3218 (milliseconds).
+    // How long a statement waits for another user's lock before it fails with 3218 (milliseconds);
+    // databases opened afterwards take it.
     void setLockWait(int milliseconds) { lockWait_ = milliseconds; }
     int lockWait() const { return lockWait_; }
 

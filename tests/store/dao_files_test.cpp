@@ -98,14 +98,15 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
     EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(300));
     other.run("COMMIT");
 
-    // A lock given back within the wait lets the write through.
+    // A lock given back within the wait lets the write through (the wait is taken at opening).
+    Workspace::Default().setLockWait(5000);
+    auto patient = open();
     other.run("BEGIN EXCLUSIVE");
     std::thread release([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
         other.run("COMMIT");
     });
-    Workspace::Default().setLockWait(3000);
-    EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (2)"); }), 0);
+    EXPECT_EQ(errorOf([&] { patient->Execute("INSERT INTO T (ID) VALUES (2)"); }), 0);
     release.join();
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T")->get("N"), Value::Long(1));
 }
@@ -113,14 +114,14 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
 // A register half read holds a read lock; a write meanwhile, while another user is writing too,
 // must wait for that user instead of failing at once.
 TEST_F(FilesTest, WriteWithARegisterHalfReadWaitsForAnotherWriter) {
+    Workspace::Default().setLockWait(5000);
     auto db = create();
     db->Execute("CREATE TABLE T (ID LONG)");
     sqlite3* raw = nullptr;
     sqlite3_open(path("Archivio.mdb").c_str(), &raw);
     sqlite3_exec(raw, "BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
                       "INSERT INTO T SELECT i FROM n; COMMIT;", nullptr, nullptr, nullptr);
-    sqlite3_busy_timeout(raw, 3000);
-    Workspace::Default().setLockWait(3000);
+    sqlite3_busy_timeout(raw, 5000);
     auto reg = db->OpenRecordset("Select * from T");
     sqlite3_exec(raw, "BEGIN IMMEDIATE; INSERT INTO T VALUES (-1)", nullptr, nullptr, nullptr);
     std::thread other([&] {
