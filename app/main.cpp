@@ -11,6 +11,8 @@
 #include "core/session.h"
 #include "payments/screens/RegistraCondizioni.h"
 #include "tools/screens/RegistraCodici.h"
+#include "payments/screens/RegistraCondizioni.h"
+#include "tools/screens/RegistraCodici.h"
 #include "ui/Dialoghi.h"
 
 int main(int argc, char** argv) {
@@ -19,6 +21,8 @@ int main(int argc, char** argv) {
     core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
     ui::installaInterfaccia();
     RegistraSchermiAvvio();
+    RegistraSchermiCodici();
+    RegistraSchermiCondizioni();
     RegistraSchermiCodici();
     RegistraSchermiCondizioni();
 

@@ -29,6 +29,7 @@
 #include "core/registro_schermi.h"
 #include "core/screens/frmArchiviEdita.h"
 #include "core/screens/frmAziende.h"
+#include "core/screens/frmAziendeEdita.h"
 #include "core/screens/frmConfigurazione.h"
 #include "core/screens/frmLogin.h"
 #include "core/screens/frmSelPeriodo.h"
@@ -84,15 +85,6 @@ bool MostraSchermo() {
     return s.exec() == QDialog::Accepted;
 }
 
-// A non-modal screen: lives until closed.
-template <class Schermo>
-bool ApriFinestra() {
-    auto* s = new Schermo;
-    s->setAttribute(Qt::WA_DeleteOnClose);
-    s->show();
-    return true;
-}
-
 bool ChiudiSchermoAperto(const std::string& nome) {
     const QString cercato = Q(nome);
     for (QWidget* w : QApplication::topLevelWidgets()) {
@@ -113,13 +105,10 @@ void RegistraSchermiAvvio() {
         frmMain::Apri();
         return true;
     });
-    core::registraSchermo("frmAziende", ApriFinestra<frmAziende>);
-    core::registraSchermo("frmUtenti", ApriFinestra<frmUtenti>);
-    core::registraSchermo("frmUtentiEdita", [] {
-        frmUtentiEdita editor(frmMain::istanza());
-        editor.EditaRecordset(0, true);
-        return editor.Mostra();
-    });
+    core::registraSchermo("frmAziende", ApriRegistro<frmAziende>);
+    core::registraSchermo("frmAziendeEdita", NuovoRecord<frmAziendeEdita>);
+    core::registraSchermo("frmUtenti", ApriRegistro<frmUtenti>);
+    core::registraSchermo("frmUtentiEdita", NuovoRecord<frmUtentiEdita>);
     core::installaChiusuraSchermo(ChiudiSchermoAperto);
     core::installaFineCaricamento([] {
         if (frmMain* p = frmMain::istanza()) p->FineCaricamento();
