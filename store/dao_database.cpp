@@ -38,6 +38,7 @@ void checkHeader(const std::string& path) {
     if (!fileExists(path)) raise(3024, path);
     if (!isRegularFile(path)) raise(3049, path);
     std::ifstream in(path, std::ios::binary);
+    if (!in) raise(3051, path);  // no permission to read it
     unsigned char header[100] = {};
     in.read(reinterpret_cast<char*>(header), sizeof header);
     if (in.gcount() < static_cast<std::streamsize>(sizeof header)) raise(3049, path);
@@ -126,13 +127,13 @@ DatabasePtr Workspace::OpenDatabase(const std::string& path, bool exclusive, boo
         if (exclusive) detail::exec(db.get(), "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;");
         checkReadable(db.get(), path);
         if (!readOnly && catalogueMissing(db.get())) adoptFile(db.get());
+        return makeDatabase(std::move(db), path, readOnly);
     } catch (const JetError& e) {
         // Still locked after the wait: another user holds the file for himself, or is using it
         // while this one asks for exclusive use.
         if (e.number() == 3218) raise(exclusive ? 3045 : 3051, path);
         throw;
     }
-    return makeDatabase(std::move(db), path, readOnly);
 }
 
 DatabasePtr Workspace::CreateDatabase(const std::string& path) {
