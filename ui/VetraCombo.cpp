@@ -85,7 +85,11 @@ void VetraCombo::riempi(store::Recordset& rs) {
         std::vector<store::Value> riga;
         for (int i = 0; i < rs.FieldCount(); ++i) riga.push_back(rs.Fields(i).value());
         QList<QStandardItem*> celle;
-        for (const auto& c : colonne_) celle << new QStandardItem(QString::fromStdString(store::Format(rs.get(c.campo), c.maschera)));
+        for (const auto& c : colonne_) {
+            auto* cella = new QStandardItem(QString::fromStdString(store::Format(rs.get(c.campo), c.maschera)));
+            if (c.maschera.find_first_of("0#") != std::string::npos) cella->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            celle << cella;
+        }
         if (nascosta) celle << new QStandardItem(QString::fromStdString(store::ConcatText(rs.get(campoTesto_))));
         for (auto* cella : celle) cella->setEditable(false);
         lista_->appendRow(celle);
