@@ -5,6 +5,10 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QInputDialog>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+#include <QAbstractButton>
 #include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
@@ -69,6 +73,11 @@ int QtDialogs::msgBox(const std::string& text, int style, const std::string& tit
     QMessageBox box(iconaDelloStile(style), QString::fromStdString(title), QString::fromStdString(text),
                     p.insieme, finestraAttiva());
     // 256 and 512 make the second or third button the default, as the platform's flags do.
+    // The program speaks Italian whatever the machine does.
+    const std::pair<QMessageBox::StandardButton, const char*> testi[] = {
+        {QMessageBox::Yes, "&Sì"}, {QMessageBox::No, "&No"}, {QMessageBox::Cancel, "Annulla"}, {QMessageBox::Ok, "OK"}};
+    for (const auto& [pulsante, testo] : testi)
+        if (QAbstractButton* b = box.button(pulsante)) b->setText(QString::fromUtf8(testo));
     QMessageBox::StandardButton predefinito = (style & 512) ? p.terzo : (style & 256) ? p.secondo : p.primo;
     if (predefinito != QMessageBox::NoButton) box.setDefaultButton(predefinito);
     if (occupato_ > 0) QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
@@ -81,11 +90,14 @@ bool QtDialogs::runModal(const std::string&, const std::function<bool()>& show) 
 
 std::optional<std::string> QtDialogs::inputBox(const std::string& prompt, const std::string& title,
                                                const std::string& initial) {
-    bool ok = false;
-    QString t = QInputDialog::getText(finestraAttiva(), QString::fromStdString(title), QString::fromStdString(prompt),
-                                      QLineEdit::Normal, QString::fromStdString(initial), &ok);
-    if (!ok) return std::nullopt;
-    return t.toStdString();
+    QInputDialog box(finestraAttiva());
+    box.setWindowTitle(QString::fromStdString(title));
+    box.setLabelText(QString::fromStdString(prompt));
+    box.setTextValue(QString::fromStdString(initial));
+    box.setOkButtonText("OK");
+    box.setCancelButtonText("Annulla");
+    if (box.exec() != QDialog::Accepted) return std::nullopt;
+    return box.textValue().toStdString();
 }
 
 std::optional<std::string> QtDialogs::chooseFile(const std::string& title, const std::string& filter, bool save,
@@ -144,6 +156,11 @@ bool protetto(const std::function<void()>& comando) {
 
 void installaInterfaccia() {
     QIcon::setThemeName("Tango");
+    // The platform's own dialogs (files, folders) in Italian, when the translations are installed.
+    auto* traduzione = new QTranslator(QCoreApplication::instance());
+    if (traduzione->load(QLocale(QLocale::Italian, QLocale::Italy), "qtbase", "_",
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(traduzione);
     core::installDialogs(std::make_shared<QtDialogs>());
 }
 
