@@ -63,50 +63,61 @@ void VetraCombo::Aggiorna() {
 
 void VetraCombo::riempi(store::Recordset& rs) {
     pulisci();
-    if (colonne_.empty() && rs.FieldCount() > 0) {
-        // With no columns given, the list shows the text field alone (the first after the ID).
-        std::string primo = rs.FieldCount() > 1 ? rs.Fields(1).Name() : rs.Fields(0).Name();
-        colonne_.push_back({campoTesto_.empty() ? primo : campoTesto_, {}, 0, {}});
-        if (campoTesto_.empty()) campoTesto_ = primo;
-    }
-    campiRiga_.clear();
-    for (int i = 0; i < rs.FieldCount(); ++i) campiRiga_.push_back(rs.Fields(i).Name());
+    prendiColonne(rs);
     // The combo shows the text column; when the list does not show it, it rides in a hidden column.
     int colonnaTesto = -1;
     for (size_t i = 0; i < colonne_.size(); ++i)
         if (store::CompareText(colonne_[i].campo, campoTesto_) == 0) colonnaTesto = static_cast<int>(i);
-    bool nascosta = colonnaTesto < 0;
+    const bool nascosta = colonnaTesto < 0;
     if (nascosta) colonnaTesto = static_cast<int>(colonne_.size());
     QStringList titoli;
     for (const auto& c : colonne_) titoli << QString::fromStdString(c.titolo);
     lista_->setColumnCount(static_cast<int>(colonne_.size()) + (nascosta ? 1 : 0));
     lista_->setHorizontalHeaderLabels(titoli);
-    for (; !rs.Eof(); rs.MoveNext()) {
-        std::vector<store::Value> riga;
-        for (int i = 0; i < rs.FieldCount(); ++i) riga.push_back(rs.Fields(i).value());
-        QList<QStandardItem*> celle;
-        for (const auto& c : colonne_) {
-            auto* cella = new QStandardItem(QString::fromStdString(store::Format(rs.get(c.campo), c.maschera)));
-            if (c.maschera.find_first_of("0#") != std::string::npos) cella->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-            celle << cella;
-        }
-        if (nascosta) celle << new QStandardItem(QString::fromStdString(store::ConcatText(rs.get(campoTesto_))));
-        for (auto* cella : celle) cella->setEditable(false);
-        lista_->appendRow(celle);
-        righe_.push_back(std::move(riga));
-    }
+    for (; !rs.Eof(); rs.MoveNext()) aggiungiRiga(rs, nascosta);
     setModelColumn(colonnaTesto);
     qobject_cast<QTreeView*>(view())->setColumnHidden(colonnaTesto, nascosta);
+    dimensionaLista();
+}
+
+void VetraCombo::prendiColonne(store::Recordset& rs) {
+    if (colonne_.empty() && rs.FieldCount() > 0) {
+        // With no columns given, the list shows the text field alone (the first after the ID).
+        std::string primo = rs.FieldCount() > 1 ? rs.Fields(1).Name() : rs.Fields(0).Name();
+        if (campoTesto_.empty()) campoTesto_ = primo;
+        colonne_.push_back({campoTesto_, {}, 0, {}});
+    }
+    campiRiga_.clear();
+    for (int i = 0; i < rs.FieldCount(); ++i) campiRiga_.push_back(rs.Fields(i).Name());
+}
+
+void VetraCombo::aggiungiRiga(store::Recordset& rs, bool testoNascosto) {
+    std::vector<store::Value> riga;
+    for (int i = 0; i < rs.FieldCount(); ++i) riga.push_back(rs.Fields(i).value());
+    QList<QStandardItem*> celle;
+    for (const auto& c : colonne_) {
+        auto* cella = new QStandardItem(QString::fromStdString(store::Format(rs.get(c.campo), c.maschera)));
+        if (c.maschera.find_first_of("0#") != std::string::npos) cella->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        celle << cella;
+    }
+    if (testoNascosto) celle << new QStandardItem(QString::fromStdString(store::ConcatText(rs.get(campoTesto_))));
+    for (auto* cella : celle) cella->setEditable(false);
+    lista_->appendRow(celle);
+    righe_.push_back(std::move(riga));
+}
+
+void VetraCombo::dimensionaLista() {
     auto* vista = qobject_cast<QTreeView*>(view());
     bool titolato = false;
+    int larghezza = 0;
     for (size_t i = 0; i < colonne_.size(); ++i) {
+        const int c = static_cast<int>(i);
         titolato = titolato || !colonne_[i].titolo.empty();
-        if (colonne_[i].larghezza > 0) vista->setColumnWidth(static_cast<int>(i), TwipsInPixel(colonne_[i].larghezza));
-        else vista->resizeColumnToContents(static_cast<int>(i));
+        if (colonne_[i].larghezza > 0) vista->setColumnWidth(c, TwipsInPixel(colonne_[i].larghezza));
+        else vista->resizeColumnToContents(c);
+        larghezza += vista->columnWidth(c);
     }
     vista->setHeaderHidden(!titolato);
-    int larghezza = 0;
-    for (size_t i = 0; i < colonne_.size(); ++i) larghezza += vista->columnWidth(static_cast<int>(i));
     vista->setMinimumWidth(std::min(larghezza + 24, 900));
 }
 

@@ -63,6 +63,9 @@ private:
     QString campoDestinazioneQ() const { return QString::fromStdString(campoDestinazione_); }
     void setCampoDestinazioneQ(const QString& s) { campoDestinazione_ = s.toStdString(); }
     void riempi(store::Recordset& rs);
+    void prendiColonne(store::Recordset& rs);
+    void aggiungiRiga(store::Recordset& rs, bool testoNascosto);
+    void dimensionaLista();
     int rigaDelValore(const store::Value& v) const;
 
     std::string campoDestinazione_;

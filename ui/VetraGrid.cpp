@@ -154,19 +154,7 @@ void VetraGridModel::leggiBlocco(int quante) {
         Riga r;
         r.segnalibro = rs_->getBookmark();
         r.valori = valoriCorrenti();
-        // A change of a grouping field opens a caption for it and for every level inside it.
-        for (size_t l = 0; l < gruppi_.size(); ++l) {
-            const store::Value& v = r.valori[static_cast<size_t>(indiceCampo(gruppi_[l]))];
-            if (l < ultimiGruppi_.size() && ultimiGruppi_[l] == v) continue;
-            ultimiGruppi_.resize(l);
-            for (size_t k = l; k < gruppi_.size(); ++k) {
-                const store::Value& vk = r.valori[static_cast<size_t>(indiceCampo(gruppi_[k]))];
-                ultimiGruppi_.push_back(vk);
-                std::string t = vk.isNull() ? "(vuoto)" : store::Format(vk);
-                nuove.push_back({static_cast<int>(k), QString::fromStdString(t), 0, {}});
-            }
-            break;
-        }
+        aggiungiTitoliGruppi(r, nuove);
         ultimoLetto_ = r.segnalibro;
         nuove.push_back(std::move(r));
         rs_->MoveNext();
@@ -180,6 +168,22 @@ void VetraGridModel::leggiBlocco(int quante) {
         righe_.push_back(std::move(r));
     }
     endInsertRows();
+}
+
+void VetraGridModel::aggiungiTitoliGruppi(const Riga& r, std::vector<Riga>& nuove) {
+    // A change of a grouping field opens a caption for it and for every level inside it.
+    for (size_t l = 0; l < gruppi_.size(); ++l) {
+        const store::Value& v = r.valori[static_cast<size_t>(indiceCampo(gruppi_[l]))];
+        if (l < ultimiGruppi_.size() && ultimiGruppi_[l] == v) continue;
+        ultimiGruppi_.resize(l);
+        for (size_t k = l; k < gruppi_.size(); ++k) {
+            const store::Value& vk = r.valori[static_cast<size_t>(indiceCampo(gruppi_[k]))];
+            ultimiGruppi_.push_back(vk);
+            std::string t = vk.isNull() ? "(vuoto)" : store::Format(vk);
+            nuove.push_back({static_cast<int>(k), QString::fromStdString(t), 0, {}});
+        }
+        return;
+    }
 }
 
 bool VetraGridModel::rigaDiGruppo(int riga) const {

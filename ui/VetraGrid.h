@@ -76,7 +76,7 @@ public:
 private:
     struct Riga;
     void leggiBlocco(int quante);
-    void aggiungiRiga();
+    void aggiungiTitoliGruppi(const Riga& r, std::vector<Riga>& nuove);
     std::vector<store::Value> valoriCorrenti();
     std::string testoCella(const Riga& r, int colonna) const;
     const RegolaColore* regolaPer(const Riga& r) const;
