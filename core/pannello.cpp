@@ -203,6 +203,20 @@ std::string Didascalia(const std::string& chiave, const std::string& predefinita
     return t.empty() ? predefinita : t;
 }
 
+DescrizioneEsercizio EsercizioCorrente() {
+    Session& s = session();
+    DescrizioneEsercizio d;
+    if (!s.dbArchivio || !s.dbAziende) return d;
+    auto rs = s.dbAziende->OpenRecordset("Select * from Esercizi where ID=" + std::to_string(s.IDEsercizio));
+    if (rs->Eof()) return d;
+    const store::Value dal = rs->get("Dal");
+    const store::Value al = rs->get("Al");
+    d.dal = dal.isNull() ? "" : store::ShortDate(store::CDate(dal));
+    d.al = al.isNull() ? "aperto" : store::ShortDate(store::CDate(al));
+    d.file = s.dbArchivio->Name();
+    return d;
+}
+
 std::vector<Avviso> AvvisiDiOggi() {
     std::vector<Avviso> avvisi;
     if (!session().dbArchivio) return avvisi;

@@ -77,6 +77,13 @@ void ApriEsercizio(long idEsercizio);
 // A caption from the language file, or the given default where the file has no text for the key.
 std::string Didascalia(const std::string& chiave, const std::string& predefinita);
 
+// The current period as the panel shows it: its dates ("aperto" with no end) and archive file;
+// all blank with no archive open.
+struct DescrizioneEsercizio {
+    std::string dal, al, file;
+};
+DescrizioneEsercizio EsercizioCorrente();
+
 // ---- reminders ----------------------------------------------------------------------------------
 struct Avviso {
     std::string chiave;   // ScadenzeAttive / ScadenzePassive

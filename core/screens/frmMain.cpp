@@ -136,6 +136,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
         Abilita(core::session().dbArchivio != nullptr);
         CaricaComboDati();
         AggiornaAvvisi();
+        MostraEsercizio();
     });
     mInfo->setEnabled(true);
     mStrumenti->setEnabled(true);
@@ -243,6 +244,34 @@ QWidget* frmMain::CostruisciTestata() {
     return testata;
 }
 
+QWidget* frmMain::CostruisciEsercizio() {
+    auto* riquadro = new QGroupBox("Esercizio corrente", this);
+    auto* g = new QGridLayout(riquadro);
+    lblDal = new QLabel(riquadro);
+    lblDal->setObjectName("lblDal");
+    lblAl = new QLabel(riquadro);
+    lblAl->setObjectName("lblAl");
+    lblFileArchivio = new QLabel(riquadro);
+    lblFileArchivio->setObjectName("lblFileArchivio");
+    lblFileArchivio->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    g->addWidget(new QLabel("Dal", riquadro), 0, 0);
+    g->addWidget(lblDal, 0, 1);
+    g->addWidget(new QLabel("Al", riquadro), 0, 2);
+    g->addWidget(lblAl, 0, 3);
+    g->addWidget(new QLabel("Archivio", riquadro), 1, 0);
+    g->addWidget(lblFileArchivio, 1, 1, 1, 4);
+    g->setColumnMinimumWidth(1, 120);
+    g->setColumnStretch(4, 1);
+    return riquadro;
+}
+
+void frmMain::MostraEsercizio() {
+    const core::DescrizioneEsercizio e = core::EsercizioCorrente();
+    lblDal->setText(Q(e.dal));
+    lblAl->setText(Q(e.al));
+    lblFileArchivio->setText(Q(e.file));
+}
+
 QWidget* frmMain::CostruisciListe() {
     auto* contenitore = new QWidget(this);
     auto* righe = new QHBoxLayout(contenitore);
@@ -270,6 +299,7 @@ QWidget* frmMain::CostruisciListe() {
 
     auto* centro = new QVBoxLayout;
     centro->addWidget(CostruisciTestata());
+    centro->addWidget(CostruisciEsercizio());
     auto* titolo = new QLabel("<h1>Brevano</h1><p>Contabilità e fatturazione</p>", this);
     titolo->setAlignment(Qt::AlignCenter);
     centro->addWidget(titolo, 1);
@@ -337,6 +367,7 @@ void frmMain::DisabilitaSenzaEsercizio() {
     Abilita(false);
     core::session().dbArchivio.reset();
     BarAvvisi->clear();
+    MostraEsercizio();
 }
 
 // ---- combos ------------------------------------------------------------------------------------
@@ -412,6 +443,7 @@ void frmMain::CambiaEsercizio() {
     AbilitaChiusura(core::ChiusuraAbilitataSenzaData());
     txtUtente->setText(Q(s.NomeUtente));
     AggiornaAvvisi();
+    MostraEsercizio();
     if (s.Privilegi.empty()) QApplication::exit(0);
 }
 
@@ -483,8 +515,9 @@ bool frmMain::FinePeriodo(bool modifica) {
     if (!modifica) scelta.pkDataDal->setEnabled(false);
     if (auto al = core::FineProposta(modifica)) scelta.pkDataAl->setValore(store::Value::Date(*al));
     ui::eseguiModale(&scelta, [&scelta] { return scelta.exec() == QDialog::Accepted; });
-    if (core::session().PeriodoAl == 0) return false;
-    return core::ScriviFinePeriodo(core::session().PeriodoAl);
+    if (core::session().PeriodoAl == 0 || !core::ScriviFinePeriodo(core::session().PeriodoAl)) return false;
+    MostraEsercizio();
+    return true;
 }
 
 void frmMain::ChiusuraEsercizio() {

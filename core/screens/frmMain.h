@@ -39,6 +39,8 @@ public:
     // Start-up's last act: from now on the combos react to the user.
     void FineCaricamento() { Caricamento = false; }
     void AggiornaAvvisi();
+    // The dates and archive of the current period, below the choice of company and period.
+    void MostraEsercizio();
 
     // The handlers, as the menus, lists and buttons run them.
     void Comando(const std::string& nome);
@@ -59,6 +61,9 @@ public:
     QLineEdit* txtUtente;
     QLabel* lblCartellaDati;
     QLabel* lblVersione;
+    QLabel* lblDal;
+    QLabel* lblAl;
+    QLabel* lblFileArchivio;
     QPushButton* btnCambiaUtente;
     QPushButton* Command1;
     QToolBox* ListBar;
@@ -77,6 +82,7 @@ protected:
 private:
     void CostruisciMenu();
     QWidget* CostruisciTestata();
+    QWidget* CostruisciEsercizio();
     QWidget* CostruisciListe();
     QListWidget* NuovaLista(const char* nome);
     void Abilita(bool abilitato);

@@ -1,6 +1,7 @@
 // Closing a period and changing its end: the end date reaches every period of every company.
 #include <QAction>
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 
 #include "avvio_supporto.h"
@@ -70,6 +71,7 @@ TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     ScriviFine(p, "");
     pannello->ChiusuraEsercizio();
     EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
+    EXPECT_EQ(pannello->lblAl->text().toStdString(), "aperto");
 
     // On the start of the current period: refused.
     ScriviFine(p, "01/01/2026");
@@ -92,6 +94,8 @@ TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     EXPECT_TRUE(dalAbilitato);
     EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"31/12/2026", "31/12/2026"}));
     store::fissaOrologio(std::nullopt);
+    EXPECT_EQ(pannello->lblDal->text().toStdString(), "01/01/2026");
+    EXPECT_EQ(pannello->lblAl->text().toStdString(), "31/12/2026");
 }
 
 TEST(Esercizi, ControlliDelPeriodo) {
