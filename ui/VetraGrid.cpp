@@ -379,9 +379,8 @@ void VetraGrid::Aggiorna() {
     clearSpans();
     model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_);
     applicaLarghezze();
-    int riga = -1;
-    for (int r = 0; r < model_->rowCount() && prima > 0; ++r)
-        if (!model_->rigaDiGruppo(r) && store::CLng(model_->valore(r, "ID")) == prima) riga = r;
+    // Back on the record it was on, read up to it if it moved further down; else the first row.
+    int riga = prima > 0 ? model_->rigaConId(prima) : -1;
     for (int r = 0; r < model_->rowCount() && riga < 0; ++r)
         if (!model_->rigaDiGruppo(r)) riga = r;
     selezionaRiga(riga);

@@ -122,8 +122,8 @@ public:
     // The statement run: the source with its own Order By replaced by the groups and the sort.
     std::string istruzione() const;
 
-    // Runs the statement again and shows its first rows; the current row returns to the record
-    // it was on when that record is still among the first rows shown. Errors reach the caller.
+    // Runs the statement again; the current row returns to the record it was on, when the new rows
+    // still hold it, and is the first row otherwise. Errors reach the caller.
     void Aggiorna();
     // Rereads the current row's values from the database after a change made elsewhere.
     void AggiornaRiga();

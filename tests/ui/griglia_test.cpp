@@ -236,6 +236,9 @@ TEST(GrigliaGrande, CinquantamilaRigheLettePocheAllaVolta) {
     EXPECT_EQ(store::ConcatText(g.valore("DescRiga")), "Riga 30000");
     EXPECT_LT(g.modello()->righeLette(), 30000 + ui::VetraGridModel::RighePerBlocco + 1);
     EXPECT_EQ(store::ConcatText(g.Recordset()->get("DescRiga")), "Riga 30000");
+    // A refresh comes back to it.
+    g.Aggiorna();
+    EXPECT_EQ(g.idCorrente(), 30000);
 }
 
 }  // namespace
