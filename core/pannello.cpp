@@ -199,8 +199,9 @@ void ApriEsercizio(long idEsercizio) {
 }
 
 std::string Didascalia(const std::string& chiave, const std::string& predefinita) {
-    std::string t = chiave.empty() ? std::string() : Testo(chiave);
-    return t.empty() ? predefinita : t;
+    // A command with a language key shows the key's text, blank when the language file lacks it, as
+    // every caption does; only commands that have no key carry their caption in the code.
+    return chiave.empty() ? predefinita : Testo(chiave);
 }
 
 DescrizioneEsercizio EsercizioCorrente() {

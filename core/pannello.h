@@ -74,7 +74,7 @@ void ImpostaAzienda(long idAzienda);
 // program changed) and writes the settings.
 void ApriEsercizio(long idEsercizio);
 
-// A caption from the language file, or the given default where the file has no text for the key.
+// A caption from the language file; the given default serves only commands that have no key.
 std::string Didascalia(const std::string& chiave, const std::string& predefinita);
 
 // The current period as the panel shows it: its dates ("aperto" with no end) and archive file;
