@@ -1,0 +1,154 @@
+// Start-up on an archive of an older structure: the update runs before the archive is opened, the
+// journal rebuild follows on an archive with payments and no journal, and cancelling ends the program.
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QTimer>
+
+#include <cstdlib>
+
+#include "avvio_supporto.h"
+#include "books/screens/frmAggiornaPrimaNota.h"
+#include "core/aziende.h"
+#include "core/esercizi.h"
+#include "core/screens/frmAggiorna.h"
+#include "store/convert.h"
+
+using namespace prova;
+
+namespace {
+
+// Clicks a button of a screen as soon as the screen is on view (the screen runs its own modal loop).
+void ClicQuandoVisibile(const QString& schermo, const char* pulsante) {
+    auto* timer = new QTimer;
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, [timer, schermo, pulsante] {
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (!w->isVisible() || w->objectName() != schermo) continue;
+            timer->stop();
+            timer->deleteLater();
+            if (auto* b = w->findChild<QPushButton*>(pulsante)) b->click();
+            return;
+        }
+    });
+    timer->start();
+}
+
+// One company with one period whose archive an older version left: Documenti lacks Colli, there is
+// one payment and no journal, and DataAggiornamento is empty. Returns the archive's path.
+std::string PreparaArchivioVecchio(ProgrammaDiProva& p) {
+    registraSchermiAggiornamento();
+    core::ScegliCartellaDati(p.dati.string());
+    auto& master = *core::session().dbAziende;
+    master.Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Alfa')");
+    const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
+    EXPECT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
+    master.Execute("Update Esercizi set DataAggiornamento=Null");
+    auto rs = master.OpenRecordset("Select File from Esercizi where ID=" + std::to_string(es));
+    const std::string file = store::ConcatText(rs->get("File"));
+    rs->Close();
+    {
+        auto archivio = store::Workspace::Default().OpenDatabase(file);
+        archivio->DeleteField("Documenti", "Colli");
+        archivio->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente) VALUES (1,5,1,#03/10/2026#,1)");
+        archivio->Execute("Insert Into Pagamenti (ID,Documento,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
+                          "VALUES (1,1,1,'Saldo fattura 1',#03/20/2026#,61)");
+        archivio->Close();
+    }
+    core::session().dbArchivio.reset();
+    core::session().dbAziende.reset();
+    return file;
+}
+
+bool HaCampo(store::Database& db, const std::string& tabella, const std::string& campo) {
+    const auto def = db.GetTableDef(tabella);
+    for (const auto& f : def->Fields)
+        if (f.Name == campo) return true;
+    return false;
+}
+
+// With BREVANO_CATTURE set to a folder, the screen as the user sees it goes there as a PNG.
+void Cattura(QWidget* w, const char* nome) {
+    const char* cartella = std::getenv("BREVANO_CATTURE");
+    if (!cartella) return;
+    w->show();
+    QApplication::processEvents();
+    w->grab().save(QString::fromUtf8(cartella) + "/" + nome + ".png");
+}
+
+}  // namespace
+
+TEST(AggiornamentoAvvio, ArchivioVecchioAggiornatoPrimaDelPannello) {
+    ProgrammaDiProva p;
+    const std::string file = PreparaArchivioVecchio(p);
+    p.script->lasciaAprire("frmAggiorna");  // the real screens, driven by their buttons
+    p.script->lasciaAprire("frmAggiornaPrimaNota");
+    ClicQuandoVisibile("frmAggiorna", "btnAggiorna");
+    ClicQuandoVisibile("frmAggiornaPrimaNota", "btnAggiorna");
+
+    ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
+    EXPECT_NE(frmMain::istanza(), nullptr);
+    EXPECT_EQ(p.script->schermiMostrati(), (std::vector<std::string>{"frmAggiorna", "frmAggiornaPrimaNota"}));
+    EXPECT_TRUE(testiMostrati(*p.script).empty()) << ::testing::PrintToString(testiMostrati(*p.script));
+
+    // The archive the session opened has the model's structure, and the next start needs no update.
+    auto& archivio = *core::session().dbArchivio;
+    EXPECT_TRUE(HaCampo(archivio, "Documenti", "Colli"));
+    EXPECT_TRUE(core::ArchivioAggiornato(file));
+    // The journal row of the one payment.
+    auto rs = archivio.OpenRecordset("Select * from PrimaNota");
+    ASSERT_FALSE(rs->Eof());
+    EXPECT_EQ(store::ConcatText(rs->get("Descrizione")), "Saldo fattura 1");
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Importo")), 61);
+    EXPECT_EQ(store::CLng(rs->get("Tipo")), 0);
+    rs->MoveNext();
+    EXPECT_TRUE(rs->Eof());
+}
+
+TEST(AggiornamentoAvvio, AnnullareChiudeIlProgramma) {
+    ProgrammaDiProva p;
+    const std::string file = PreparaArchivioVecchio(p);
+    p.script->lasciaAprire("frmAggiorna");
+    ClicQuandoVisibile("frmAggiorna", "btnAnnulla");
+
+    EXPECT_EQ(core::Main(), core::EsitoAvvio::Termina);
+    EXPECT_EQ(frmMain::istanza(), nullptr);
+    EXPECT_EQ(core::session().dbArchivio, nullptr);
+    EXPECT_FALSE(core::ArchivioAggiornato(file));
+    auto archivio = store::Workspace::Default().OpenDatabase(file);
+    EXPECT_FALSE(HaCampo(*archivio, "Documenti", "Colli"));
+}
+
+TEST(AggiornamentoSchermi, TestiLogERapporti) {
+    ProgrammaDiProva p;
+    PreparaArchivioVecchio(p);
+    core::ScegliCartellaDati(p.dati.string());
+
+    frmAggiorna f;
+    EXPECT_EQ(f.windowTitle(), "Aggiornamento automatico");
+    EXPECT_EQ(f.FileCollezionati().size(), 1u);
+    EXPECT_TRUE(std::filesystem::exists(p.programma / "Servizio.mdb"));
+    EXPECT_EQ(f.lblReport->text(), "I seguenti report di stampa saranno aggiornati");
+    EXPECT_EQ(f.btnAggiorna->text(), "Aggiorna");
+    Cattura(&f, "frmAggiorna-prima");
+    f.Aggiorna();
+    EXPECT_FALSE(f.ProgrammaDaChiudere());
+    EXPECT_EQ(f.result(), QDialog::Accepted);
+    const QString log = f.Text2->toPlainText();
+    EXPECT_TRUE(log.contains("Nella tabella Documenti Manca il campo Colli\nCreato il campo [Colli]")) << log.toStdString();
+    EXPECT_TRUE(log.contains("Errori nelle Query:0"));
+    ASSERT_EQ(f.List1->count(), 1) << f.List1->item(1)->text().toStdString();
+    EXPECT_EQ(f.List1->item(0)->text(), "Alfa - NoteDebito.rpf");
+    Cattura(&f, "frmAggiorna-dopo");
+
+    frmAggiornaPrimaNota pn;
+    EXPECT_EQ(pn.Label1->text(),
+              QString::fromUtf8("L'ultimo aggiornamento ha rettificato la gestione della prima nota. Sarà necessario "
+                                "eseguire la seguente procedura per aggiornare la prima nota con pagamenti/incassi "
+                                "registrati."));
+    EXPECT_EQ(pn.Label2->text(), "Si consigna di chiudere il programma nelle postazioni client");
+    EXPECT_EQ(pn.Label3->text(),
+              "I movimenti di prima nota saranno generati tutti con Destinazione=Banca, da modificare successivamente");
+    Cattura(&pn, "frmAggiornaPrimaNota");
+}
