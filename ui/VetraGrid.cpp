@@ -134,8 +134,11 @@ void VetraGridModel::fetchMore(const QModelIndex& parent) {
     if (!canFetchMore(parent)) return;
     try {
         leggiBlocco(RighePerBlocco);
-    } catch (const std::exception& e) {
+    } catch (const store::JetError& e) {
         // Called from inside the view's layout: the error box comes once the view is done.
+        finito_ = true;
+        QTimer::singleShot(0, [e] { protetto([&] { throw e; }); });
+    } catch (const std::exception& e) {
         finito_ = true;
         std::string testo = e.what();
         QTimer::singleShot(0, [testo] { protetto([&] { throw std::runtime_error(testo); }); });
