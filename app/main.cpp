@@ -9,8 +9,7 @@
 #include "core/dialogs.h"
 #include "core/screens/frmMain.h"
 #include "core/session.h"
-#include "payments/screens/RegistraCondizioni.h"
-#include "tools/screens/RegistraCodici.h"
+#include "core/screens/frmAggiorna.h"
 #include "payments/screens/RegistraCondizioni.h"
 #include "tools/screens/RegistraCodici.h"
 #include "ui/Dialoghi.h"
@@ -21,8 +20,7 @@ int main(int argc, char** argv) {
     core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
     ui::installaInterfaccia();
     RegistraSchermiAvvio();
-    RegistraSchermiCodici();
-    RegistraSchermiCondizioni();
+    registraSchermiAggiornamento();
     RegistraSchermiCodici();
     RegistraSchermiCondizioni();
 
