@@ -119,6 +119,33 @@ void BM_Register50k_OpenOnly(benchmark::State& state) {
     }
 }
 
+// What an editor or a recomputation does over and over: one row by its key, then a change to it.
+void BM_OneRowByKey(benchmark::State& state) {
+    auto db = store::Workspace::Default().OpenDatabase(archive());
+    long id = 1;
+    for (auto _ : state) {
+        id = (id * 7919 + 17) % kDocumenti + 1;
+        auto rs = db->OpenRecordset("SELECT * FROM Documenti WHERE ID = " + std::to_string(id));
+        benchmark::DoNotOptimize(rs->get("ImportoTotale"));
+    }
+}
+
+// The change alone, in a batch so that the disk's flushes do not hide the engine's own cost.
+void BM_OneRowEditUpdate(benchmark::State& state) {
+    auto db = store::Workspace::Default().OpenDatabase(archive());
+    store::WriteBatch batch(*db);
+    long id = 1;
+    for (auto _ : state) {
+        id = (id * 7919 + 17) % kDocumenti + 1;
+        auto rs = db->OpenRecordset("SELECT * FROM Documenti WHERE ID = " + std::to_string(id));
+        rs->Edit();
+        rs->set("ImportoTotale", store::Value::Double(static_cast<double>(id)));
+        rs->Update();
+    }
+}
+
+BENCHMARK(BM_OneRowByKey)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_OneRowEditUpdate)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Register50k_Recordset)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Register50k_Sqlite)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DocumentJoin_Recordset)->Unit(benchmark::kMillisecond);

@@ -76,6 +76,39 @@ std::string Stmt::columnText(int i) const {
 
 bool Stmt::columnIsNull(int i) const { return sqlite3_column_type(s_, i) == SQLITE_NULL; }
 
+// ---- statement cache -----------------------------------------------------------------------------
+
+Stmt StatementCache::take(sqlite3* db, const std::string& sql) {
+    auto found = index_.find(sql);
+    if (found == index_.end()) return Stmt(db, sql);
+    Stmt s = std::move(found->second->stmt);
+    auto entry = found->second;
+    index_.erase(found);
+    entries_.erase(entry);
+    return s;
+}
+
+void StatementCache::give(std::string sql, Stmt s, std::uint64_t generation) {
+    if (generation != generation_ || !s.get() || index_.count(sql)) return;  // finalized as it goes
+    s.reset();  // no read lock and no value of the last use stays behind
+    entries_.push_front(Entry{std::move(sql), std::move(s)});
+    index_.emplace(entries_.front().sql, entries_.begin());
+    if (entries_.size() <= capacity_) return;
+    index_.erase(entries_.back().sql);
+    entries_.pop_back();
+}
+
+void StatementCache::clear() {
+    ++generation_;
+    index_.clear();
+    entries_.clear();
+}
+
+CachedStmt::CachedStmt(StatementCache& cache, sqlite3* db, std::string sql)
+    : cache_(cache), sql_(std::move(sql)), generation_(cache.generation()), stmt_(cache.take(db, sql_)) {}
+
+CachedStmt::~CachedStmt() { cache_.give(std::move(sql_), std::move(stmt_), generation_); }
+
 void exec(sqlite3* db, std::string_view sql) {
     std::string text(sql);
     int rc = sqlite3_exec(db, text.c_str(), nullptr, nullptr, nullptr);

@@ -7,10 +7,12 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "store/dao.h"
@@ -47,6 +49,48 @@ public:
 private:
     sqlite3* db_ = nullptr;
     sqlite3_stmt* s_ = nullptr;
+};
+
+// Prepared statements of one connection kept for reuse, keyed by their SQL text, the least recently
+// used dropped first. Preparing the engine's statements (views with several joins) costs more than
+// running them on one row. A statement is out of the cache while it is in use, so two users never
+// share one; what is given back after clear() (a schema change, the connection closing) is dropped,
+// since it was prepared against what no longer holds.
+class StatementCache {
+public:
+    explicit StatementCache(std::size_t capacity = 48) : capacity_(capacity) {}
+    Stmt take(sqlite3* db, const std::string& sql);  // reset and unbound, or freshly prepared
+    void give(std::string sql, Stmt s, std::uint64_t generation);
+    void clear();
+    std::uint64_t generation() const { return generation_; }
+    std::size_t size() const { return entries_.size(); }
+
+private:
+    struct Entry {
+        std::string sql;
+        Stmt stmt;
+    };
+    std::size_t capacity_;
+    std::uint64_t generation_ = 0;
+    std::list<Entry> entries_;  // most recently given back first
+    std::unordered_map<std::string_view, std::list<Entry>::iterator> index_;
+};
+
+// A statement borrowed from the cache for as long as this lives.
+class CachedStmt {
+public:
+    CachedStmt(StatementCache& cache, sqlite3* db, std::string sql);
+    ~CachedStmt();
+    CachedStmt(const CachedStmt&) = delete;
+    CachedStmt& operator=(const CachedStmt&) = delete;
+    Stmt& operator*() { return stmt_; }
+    Stmt* operator->() { return &stmt_; }
+
+private:
+    StatementCache& cache_;
+    std::string sql_;
+    std::uint64_t generation_;
+    Stmt stmt_;
 };
 
 void exec(sqlite3* db, std::string_view sql);  // one or more statements without results

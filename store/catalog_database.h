@@ -58,7 +58,13 @@ struct Database::Impl final : sql::Catalog {
     std::int64_t seenDataVersion = -1;
     std::int64_t seenUserVersion = -1;
     std::set<Recordset::Impl*> recordsets;  // closed with the database
-    std::unordered_map<std::string, detail::Stmt> actionCache;
+    detail::StatementCache statements;
+    struct Batch {
+        int depth = 0;       // nested BeginBatch calls still open
+        int every = 500;     // writes per transaction
+        int written = 0;     // writes in the open transaction
+        bool open = false;   // the batch began a transaction that is not yet committed
+    } batch;
 
     ~Impl() override;
 
@@ -73,6 +79,12 @@ struct Database::Impl final : sql::Catalog {
     void noticeOtherWriters();    // reloads when another connection changed the catalogue
     sql::Translation translate(std::string_view text, bool inlineLiterals = false);
     void runAction(const sql::Translation& t);
+    std::int64_t cachedInt(const std::string& sql);  // first column of the first row, 0 when none
+
+    // Batched writes (dao_database.cpp): every write goes through beforeWrite/afterWrite.
+    void beforeWrite();   // opens the batch's transaction at its first write
+    void afterWrite();    // commits once the batch has gathered its count of writes
+    void commitBatch();   // commits what the batch holds; on failure nothing stays half open
 
     // Schema changes (dao_schema.cpp).
     void createTable(const TableDef& def);

@@ -147,8 +147,17 @@ public:
     bool TableExists(std::string_view name) const;
     bool QueryExists(std::string_view name) const;
 
-    void Close();
+    void Close();        // commits what an open batch holds first
     bool isOpen() const;
+
+    // Batched writes for long runs: between BeginBatch and EndBatch the writes of this connection
+    // are committed together every `every` statements and at the end, instead of one by one. A
+    // failing statement raises as always and rolls back nothing already written. Batches nest; the
+    // outermost one decides the count and commits at its end. Other users see the batch's rows only
+    // once committed, and cannot write while a transaction of it is open.
+    void BeginBatch(int every = 500);
+    void EndBatch();     // raises when the last commit fails; what it held is then rolled back
+    bool inBatch() const;
 
     struct Impl;
     explicit Database(std::unique_ptr<Impl> impl);
@@ -159,6 +168,21 @@ private:
 };
 
 using DatabasePtr = std::shared_ptr<Database>;
+
+// A batch of writes for a scope: ends when the scope is left, by an exception too (then a commit
+// that fails is rolled back quietly, since the first error is the one to report).
+class WriteBatch {
+public:
+    explicit WriteBatch(Database& db, int every = 500);
+    ~WriteBatch() noexcept(false);
+    void End();  // ends it now, raising as EndBatch does
+    WriteBatch(const WriteBatch&) = delete;
+    WriteBatch& operator=(const WriteBatch&) = delete;
+
+private:
+    DatabasePtr db_;
+    int exceptionsAtStart_;
+};
 
 // The one workspace, user "admin" with an empty password.
 class Workspace {

@@ -2,7 +2,9 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstring>
+#include <exception>
 #include <fstream>
 
 #include "store/catalog_database.h"
@@ -169,7 +171,66 @@ Database::~Database() = default;
 
 const std::string& Database::Name() const { return impl_->path; }
 bool Database::isOpen() const { return impl_->db != nullptr; }
-void Database::Close() { impl_->close(); }
+// The batch's writes are committed before the connection goes; should that fail, the connection
+// still closes (SQLite rolls the transaction back) and the failure is reported.
+void Database::Close() {
+    try {
+        if (isOpen()) impl_->commitBatch();
+    } catch (const JetError&) {
+        impl_->close();
+        throw;
+    }
+    impl_->close();
+}
+
+void Database::BeginBatch(int every) {
+    impl_->handle();
+    if (impl_->batch.depth++ > 0) return;
+    impl_->batch.every = std::max(1, every);
+    impl_->batch.written = 0;
+}
+
+// A transaction whose commit failed is not kept open: every later write would then silently join it.
+void Database::EndBatch() {
+    auto& b = impl_->batch;
+    if (b.depth == 0 || --b.depth > 0 || !isOpen()) return;
+    try {
+        impl_->commitBatch();
+    } catch (const JetError&) {
+        if (!sqlite3_get_autocommit(impl_->db)) sqlite3_exec(impl_->db, "ROLLBACK", nullptr, nullptr, nullptr);
+        b.open = false;
+        throw;
+    }
+}
+
+bool Database::inBatch() const { return impl_->batch.depth > 0; }
+
+// ---- WriteBatch ----------------------------------------------------------------------------------
+
+WriteBatch::WriteBatch(Database& db, int every)
+    : db_(db.shared_from_this()), exceptionsAtStart_(std::uncaught_exceptions()) {
+    db_->BeginBatch(every);
+}
+
+// Left normally, a failed commit is reported like any write's; left by an exception, that
+// exception is the one the caller must see.
+WriteBatch::~WriteBatch() noexcept(false) {
+    if (!db_) return;
+    if (std::uncaught_exceptions() == exceptionsAtStart_) {
+        End();
+        return;
+    }
+    try {
+        End();
+    } catch (const JetError&) {
+    }
+}
+
+void WriteBatch::End() {
+    DatabasePtr db = std::move(db_);
+    if (db) db->EndBatch();
+}
+
 long Database::RecordsAffected() const { return impl_->recordsAffected; }
 
 void Database::Execute(std::string_view sqlText) {
@@ -208,7 +269,13 @@ void Database::Impl::close() {
     auto open = recordsets;
     for (Recordset::Impl* rs : open) closeRecordset(rs);
     recordsets.clear();
-    actionCache.clear();
+    try {
+        commitBatch();
+    } catch (const JetError&) {
+        // Closing rolls back what could not be committed; Close() has already reported it.
+    }
+    batch = Batch{};
+    statements.clear();
     sqlite3_close_v2(db);
     db = nullptr;
 }
@@ -220,7 +287,7 @@ void Database::Impl::finishReads() {
 void Database::Impl::reload() {
     catalogue.load(handle());
     ++version;
-    actionCache.clear();
+    statements.clear();
     seenDataVersion = detail::queryInt(db, "PRAGMA data_version");
     seenUserVersion = detail::queryInt(db, "PRAGMA user_version");
 }
@@ -229,7 +296,7 @@ void Database::Impl::reload() {
 // whether anyone else wrote since the last look; only then is the catalogue's counter read.
 // Error 3420 once the database is closed.
 void Database::Impl::noticeOtherWriters() {
-    std::int64_t data = detail::queryInt(handle(), "PRAGMA data_version");
+    std::int64_t data = cachedInt("PRAGMA data_version");
     if (data == seenDataVersion) return;
     seenDataVersion = data;
     if (detail::queryInt(db, "PRAGMA user_version") != seenUserVersion) reload();
@@ -248,24 +315,50 @@ sql::Translation Database::Impl::translate(std::string_view text, bool inlineLit
     return translator->translate(text, options);
 }
 
+std::int64_t Database::Impl::cachedInt(const std::string& sql) {
+    detail::CachedStmt s(statements, handle(), sql);
+    return s->step() ? s->columnInt(0) : 0;
+}
+
 // Writes first read the open recordsets to their end: a connection that keeps a read lock while it
 // asks for the write lock is refused at once by SQLite (it could deadlock with another writer),
 // where without it the write waits for the other user as it should.
 void Database::Impl::runAction(const sql::Translation& t) {
-    static constexpr std::size_t kCachedStatements = 64;
     finishReads();
-    auto it = actionCache.find(t.sql);
-    if (it == actionCache.end()) {
-        if (actionCache.size() >= kCachedStatements) actionCache.clear();
-        it = actionCache.emplace(t.sql, Stmt(handle(), t.sql)).first;
-    }
-    Stmt& s = it->second;
-    s.reset();
-    for (std::size_t i = 0; i < t.params.size(); ++i) s.bind(static_cast<int>(i + 1), t.params[i]);
-    while (s.step()) {
+    detail::CachedStmt s(statements, handle(), t.sql);
+    for (std::size_t i = 0; i < t.params.size(); ++i) s->bind(static_cast<int>(i + 1), t.params[i]);
+    beforeWrite();
+    while (s->step()) {
     }
     recordsAffected = sqlite3_changes(db);
-    s.reset();
+    afterWrite();
+}
+
+// IMMEDIATE takes the write lock at once, waiting for other users as a single write does; a
+// deferred transaction would first read under a shared lock and then be refused the upgrade.
+// SQLite may itself end a transaction when a statement in it fails badly (a full disk): the next
+// write then opens a new one.
+void Database::Impl::beforeWrite() {
+    if (batch.depth == 0 || readOnly || !sqlite3_get_autocommit(handle())) return;
+    detail::exec(db, "BEGIN IMMEDIATE");
+    batch.open = true;
+    batch.written = 0;
+}
+
+void Database::Impl::afterWrite() {
+    if (batch.open && ++batch.written >= batch.every) commitBatch();
+}
+
+// A commit that fails (another user still reading when the wait runs out) leaves the transaction
+// open, so the next write or the batch's end tries again.
+void Database::Impl::commitBatch() {
+    if (!batch.open) return;
+    if (!sqlite3_get_autocommit(handle())) {
+        finishReads();
+        detail::exec(db, "COMMIT");
+    }
+    batch.open = false;
+    batch.written = 0;
 }
 
 }  // namespace store

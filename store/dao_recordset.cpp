@@ -107,7 +107,7 @@ struct Recordset::Impl {
     Database::Impl* db = nullptr;
     std::string name;
     sql::Translation tr;
-    std::optional<detail::Stmt> stmt;
+    std::optional<detail::CachedStmt> stmt;  // out of the cache while the recordset is open
     std::vector<Column> cols;
     std::vector<Field> fields;
     bool fetchedAll = false;
@@ -131,6 +131,7 @@ struct Recordset::Impl {
     std::size_t lastModified = kNone;
 
     ~Impl() { close(); }
+    detail::Stmt& st() { return **stmt; }
 
     // ---- state checks
     void checkOpen() const {
@@ -161,20 +162,20 @@ struct Recordset::Impl {
 
     // ---- fetching
     void bindParams() {
-        for (std::size_t i = 0; i < tr.params.size(); ++i) stmt->bind(static_cast<int>(i + 1), tr.params[i]);
+        for (std::size_t i = 0; i < tr.params.size(); ++i) st().bind(static_cast<int>(i + 1), tr.params[i]);
     }
 
     bool fetchOne() {
         if (fetchedAll) return false;
-        if (!stmt->step()) {
+        if (!st().step()) {
             fetchedAll = true;
-            sqlite3_reset(stmt->get());  // gives back the read lock
+            sqlite3_reset(st().get());  // gives back the read lock
             return false;
         }
         Row r;
         r.offset = arena.size();
-        for (std::size_t i = 0; i < cols.size(); ++i) packColumn(arena, stmt->get(), static_cast<int>(i));
-        if (tr.hasRowid) r.rowid = sqlite3_column_int64(stmt->get(), static_cast<int>(cols.size()));
+        for (std::size_t i = 0; i < cols.size(); ++i) packColumn(arena, st().get(), static_cast<int>(i));
+        if (tr.hasRowid) r.rowid = sqlite3_column_int64(st().get(), static_cast<int>(cols.size()));
         rows.push_back(r);
         return true;
     }
@@ -305,6 +306,10 @@ struct Recordset::Impl {
         return out;
     }
 
+    // Written and re-read through the connection's statement cache: a long run edits the same
+    // columns of the same table over and over.
+    detail::CachedStmt statement(std::string sql) { return detail::CachedStmt(db->statements, db->handle(), std::move(sql)); }
+
     int bindDirty(detail::Stmt& s) const {
         int n = 0;
         for (std::size_t i = 0; i < cols.size(); ++i)
@@ -323,19 +328,25 @@ struct Recordset::Impl {
                 if (dirty[i]) marks += marks.empty() ? "?" : ", ?";
             sql += " (" + list + ") VALUES (" + marks + ")";
         }
-        detail::Stmt s(db->handle(), sql);
-        bindDirty(s);
-        s.step();
-        return sqlite3_last_insert_rowid(db->db);
+        detail::CachedStmt s = statement(std::move(sql));
+        bindDirty(*s);
+        db->beforeWrite();
+        s->step();
+        std::int64_t rowid = sqlite3_last_insert_rowid(db->db);
+        db->afterWrite();
+        return rowid;
     }
 
     void updateRow(std::int64_t rowid) {
         std::string list = dirtyList(", ", true);
         if (list.empty()) return;
-        detail::Stmt s(db->handle(), "UPDATE " + detail::quoteIdent(tr.baseTable) + " SET " + list + " WHERE rowid = ?");
-        s.bindInt(bindDirty(s) + 1, rowid);
-        s.step();
-        if (sqlite3_changes(db->db) == 0) raise(3167);
+        detail::CachedStmt s = statement("UPDATE " + detail::quoteIdent(tr.baseTable) + " SET " + list + " WHERE rowid = ?");
+        s->bindInt(bindDirty(*s) + 1, rowid);
+        db->beforeWrite();
+        s->step();
+        bool changed = sqlite3_changes(db->db) != 0;
+        db->afterWrite();
+        if (!changed) raise(3167);
     }
 
     // The row as the statement now shows it (defaults, values of joined tables), or, when the
@@ -359,13 +370,13 @@ struct Recordset::Impl {
     std::vector<Cell> refetch(std::int64_t rowid) {
         std::vector<Cell> cells;
         try {
-            const char* rowidName = sqlite3_column_name(stmt->get(), static_cast<int>(cols.size()));
-            detail::Stmt s(db->handle(), "SELECT * FROM (" + tr.sql + ") AS __jet_row WHERE __jet_row." +
+            const char* rowidName = sqlite3_column_name(st().get(), static_cast<int>(cols.size()));
+            detail::CachedStmt s = statement("SELECT * FROM (" + tr.sql + ") AS __jet_row WHERE __jet_row." +
                                              detail::quoteIdent(rowidName ? rowidName : "__rowid") + " = ?");
-            for (std::size_t i = 0; i < tr.params.size(); ++i) s.bind(static_cast<int>(i + 1), tr.params[i]);
-            s.bindInt(static_cast<int>(tr.params.size() + 1), rowid);
-            if (s.step())
-                for (std::size_t i = 0; i < cols.size(); ++i) cells.push_back(detail::cellFromColumn(s.get(), static_cast<int>(i)));
+            for (std::size_t i = 0; i < tr.params.size(); ++i) s->bind(static_cast<int>(i + 1), tr.params[i]);
+            s->bindInt(static_cast<int>(tr.params.size() + 1), rowid);
+            if (s->step())
+                for (std::size_t i = 0; i < cols.size(); ++i) cells.push_back(detail::cellFromColumn(s->get(), static_cast<int>(i)));
         } catch (const JetError&) {
             cells.clear();
         }
@@ -397,9 +408,11 @@ struct Recordset::Impl {
         cancelEdit();
         checkCurrent();
         db->finishReads();
-        detail::Stmt s(db->handle(), "DELETE FROM " + detail::quoteIdent(tr.baseTable) + " WHERE rowid = ?");
-        s.bindInt(1, rows[cur].rowid);
-        s.step();
+        detail::CachedStmt s = statement("DELETE FROM " + detail::quoteIdent(tr.baseTable) + " WHERE rowid = ?");
+        s->bindInt(1, rows[cur].rowid);
+        db->beforeWrite();
+        s->step();
+        db->afterWrite();
         rows[cur].deleted = true;
         ++deleted;
         decoded = kNone;
@@ -522,9 +535,9 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->name = std::string(sqlOrName);
     impl->tr = db.translate(statementFor(sqlOrName));
     if (impl->tr.kind != sql::StatementKind::Select) raise(3219);
-    impl->stmt.emplace(db.handle(), impl->tr.sql);
+    impl->stmt.emplace(db.statements, db.handle(), impl->tr.sql);
     impl->bindParams();
-    impl->cols = columnsOf(db, impl->tr, impl->stmt->get());
+    impl->cols = columnsOf(db, impl->tr, impl->st().get());
     impl->start();
     db.recordsets.insert(impl.get());
     return std::make_unique<Recordset>(std::move(impl));
@@ -596,7 +609,7 @@ Bookmark Recordset::LastModified() const {
 void Recordset::Requery() {
     impl_->checkOpen();
     impl_->cancelEdit();
-    impl_->stmt->reset();
+    impl_->st().reset();
     impl_->bindParams();
     impl_->lastModified = kNone;
     impl_->start();
