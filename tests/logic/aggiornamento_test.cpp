@@ -259,26 +259,4 @@ TEST_F(Aggiornamento, ColonnaDelMasterERigheReportDiOgniAzienda) {
     EXPECT_EQ(r.report, (std::vector<std::string>{"Studio Alfa - NoteDebito.rpf", "Studio Beta - NoteDebito.rpf"}));
 }
 
-TEST(AggiornamentoRegole, ParoleDiTipoECampiNumerici) {
-    const std::pair<int, const char*> parole[] = {{10, "TEXT"}, {12, "MEMO"}, {1, "BOOLEAN"}, {8, "DATE"},
-                                                  {7, "DOUBLE"}, {3, "INTEGER"}, {4, "LONG"}, {2, ""},
-                                                  {5, ""}, {6, ""}, {11, ""}};
-    for (const auto& [codice, parola] : parole) EXPECT_EQ(tools::ParolaTipo(codice), parola) << codice;
-
-    struct Caso {
-        FieldType tipo;
-        long attributi;
-        bool numerico;
-    };
-    const Caso casi[] = {{FieldType::Long, 0, true},     {FieldType::Long, 17, false},  // a counter
-                         {FieldType::Integer, 0, true},  {FieldType::Double, 0, true},
-                         {FieldType::Single, 0, true},   {FieldType::Currency, 0, false},
-                         {FieldType::Boolean, 0, false}, {FieldType::Text, 0, false}};
-    for (const Caso& c : casi) {
-        FieldDef f = store::TableDef::CreateField("X", c.tipo);
-        f.Attributes = c.attributi;
-        EXPECT_EQ(tools::CampoNumerico(f), c.numerico) << static_cast<int>(c.tipo) << " " << c.attributi;
-    }
-}
-
 }  // namespace

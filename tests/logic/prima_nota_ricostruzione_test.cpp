@@ -62,11 +62,4 @@ TEST_F(RicostruzionePrimaNota, UnaRigaPerPagamentoSullaBanca) {
     EXPECT_DOUBLE_EQ(Numero("Select Sum(Uscite) as U from qrPrimaNota where Pagamento>0", "U"), 80.25);
 }
 
-TEST_F(RicostruzionePrimaNota, SenzaPagamentiNonScriveNulla) {
-    int chiamate = 0;
-    EXPECT_EQ(books::RicostruisciPrimaNota([&](long, long) { ++chiamate; }), 0);
-    EXPECT_EQ(chiamate, 0);
-    EXPECT_EQ(Conta("PrimaNota"), 0);
-}
-
 }  // namespace

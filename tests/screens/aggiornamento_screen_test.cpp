@@ -135,11 +135,8 @@ TEST(AggiornamentoSchermi, TestiLogERapporti) {
     f.Aggiorna();
     EXPECT_FALSE(f.ProgrammaDaChiudere());
     EXPECT_EQ(f.result(), QDialog::Accepted);
-    const QString log = f.Text2->toPlainText();
-    EXPECT_TRUE(log.contains("Nella tabella Documenti Manca il campo Colli\nCreato il campo [Colli]")) << log.toStdString();
-    EXPECT_TRUE(log.contains("Errori nelle Query:0"));
-    ASSERT_EQ(f.List1->count(), 1) << f.List1->item(1)->text().toStdString();
-    EXPECT_EQ(f.List1->item(0)->text(), "Alfa - NoteDebito.rpf");
+    EXPECT_TRUE(f.Text2->toPlainText().contains("Nella tabella Documenti Manca il campo Colli\nCreato il campo [Colli]"));
+    EXPECT_EQ(f.List1->count(), 1);
     Cattura(&f, "frmAggiorna-dopo");
 
     frmAggiornaPrimaNota pn;
