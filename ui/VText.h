@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QVariant>
 
 #include <string>
 
@@ -12,12 +13,12 @@ namespace ui {
 
 class VText : public QLineEdit {
     Q_OBJECT
-    Q_PROPERTY(QString DataField READ dataFieldQ WRITE setDataFieldQ)
 public:
     explicit VText(QWidget* parent = nullptr);
 
-    void setDataField(const std::string& campo) { dataField_ = campo; }
-    const std::string& dataField() const { return dataField_; }
+    // The field it is bound to, kept as the control's "DataField" property for the binding walk.
+    void setDataField(const std::string& campo) { setProperty("DataField", QString::fromStdString(campo)); }
+    std::string dataField() const { return property("DataField").toString().toStdString(); }
 
     // Numeric: digits and the decimal comma (and the thousands point); no sign unless the allowed
     // characters say so. Setting allowed characters restricts typing and pasting to them.
@@ -41,12 +42,9 @@ protected:
     void focusOutEvent(QFocusEvent* e) override;
 
 private:
-    QString dataFieldQ() const { return QString::fromStdString(dataField_); }
-    void setDataFieldQ(const QString& s) { dataField_ = s.toStdString(); }
     void aggiornaValidatore();
     void applicaMaschera();
 
-    std::string dataField_;
     bool numerico_ = false;
     std::string ammessi_;
     std::string maschera_;

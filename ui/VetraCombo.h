@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QVariant>
 
 #include <string>
 #include <vector>
@@ -16,8 +17,6 @@ namespace ui {
 
 class VetraCombo : public QComboBox {
     Q_OBJECT
-    // The field that receives the value when an editor saves.
-    Q_PROPERTY(QString CampoDestinazione READ campoDestinazioneQ WRITE setCampoDestinazioneQ)
 public:
     struct ColonnaLista {
         std::string campo;
@@ -28,8 +27,9 @@ public:
 
     explicit VetraCombo(QWidget* parent = nullptr);
 
-    void setCampoDestinazione(const std::string& campo) { campoDestinazione_ = campo; }
-    const std::string& campoDestinazione() const { return campoDestinazione_; }
+    // The field it is bound to, kept as the control's "CampoDestinazione" property for the binding walk.
+    void setCampoDestinazione(const std::string& campo) { setProperty("CampoDestinazione", QString::fromStdString(campo)); }
+    std::string campoDestinazione() const { return property("CampoDestinazione").toString().toStdString(); }
 
     // The database of the source; unset, the session's archive.
     void setDatabase(store::DatabasePtr db) { db_ = std::move(db); }
@@ -60,15 +60,12 @@ signals:
     void valoreCambiato();
 
 private:
-    QString campoDestinazioneQ() const { return QString::fromStdString(campoDestinazione_); }
-    void setCampoDestinazioneQ(const QString& s) { campoDestinazione_ = s.toStdString(); }
     void riempi(store::Recordset& rs);
     void prendiColonne(store::Recordset& rs);
     void aggiungiRiga(store::Recordset& rs, bool testoNascosto);
     void dimensionaLista();
     int rigaDelValore(const store::Value& v) const;
 
-    std::string campoDestinazione_;
     store::DatabasePtr db_;
     std::string sorgente_;
     std::vector<ColonnaLista> colonne_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <QVariant>
 
 #include <string>
 
@@ -14,12 +15,12 @@ namespace ui {
 
 class VetraPicker : public QWidget {
     Q_OBJECT
-    Q_PROPERTY(QString DataField READ dataFieldQ WRITE setDataFieldQ)
 public:
     explicit VetraPicker(QWidget* parent = nullptr);
 
-    void setDataField(const std::string& campo) { dataField_ = campo; }
-    const std::string& dataField() const { return dataField_; }
+    // The field it is bound to, kept as the control's "DataField" property for the binding walk.
+    void setDataField(const std::string& campo) { setProperty("DataField", QString::fromStdString(campo)); }
+    std::string dataField() const { return property("DataField").toString().toStdString(); }
 
     // A Date, or Null when blank. A text that is no date also reads as Null: check dataValida().
     store::Value valore() const;
@@ -35,11 +36,8 @@ signals:
     void cambiato();
 
 private:
-    QString dataFieldQ() const { return QString::fromStdString(dataField_); }
-    void setDataFieldQ(const QString& s) { dataField_ = s.toStdString(); }
     void apriCalendario();
 
-    std::string dataField_;
     QLineEdit* testo_;
     QToolButton* calendario_;
 };
