@@ -120,6 +120,26 @@ TEST(AggiornamentoAvvio, AnnullareChiudeIlProgramma) {
     EXPECT_FALSE(HaCampo(*archivio, "Documenti", "Colli"));
 }
 
+TEST(AggiornamentoAvvio, ArchivioIllegibileAvvisaEChiude) {
+    ProgrammaDiProva p;
+    const std::string file = PreparaArchivioVecchio(p);
+    // A second period whose file has gone: the run goes through both, then warns and ends.
+    const std::string assente = (p.dati / "Perso.mdb").string();
+    auto master = store::Workspace::Default().OpenDatabase((p.dati / "Aziende.mdb").string());
+    master->Execute("Insert Into Esercizi (ID,Azienda,Nome,File) VALUES (99,1,'Perso','" + assente + "')");
+    master->Close();
+    p.script->lasciaAprire("frmAggiorna");
+    ClicQuandoVisibile("frmAggiorna", "btnAggiorna");
+
+    EXPECT_EQ(core::Main(), core::EsitoAvvio::Termina);
+    EXPECT_EQ(frmMain::istanza(), nullptr);
+    ASSERT_EQ(p.script->messaggi().size(), 1u);
+    EXPECT_EQ(p.script->messaggi()[0].testo, core::Testo("s70") + assente + core::Testo("s71"));
+    EXPECT_EQ(p.script->messaggi()[0].stile, core::vbExclamation);
+    // The readable archive was brought up to date all the same.
+    EXPECT_TRUE(core::ArchivioAggiornato(file));
+}
+
 TEST(AggiornamentoSchermi, TestiLogERapporti) {
     ProgrammaDiProva p;
     PreparaArchivioVecchio(p);
