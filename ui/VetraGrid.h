@@ -25,7 +25,7 @@ struct Colonna {
     std::string campo;        // field of the statement
     std::string titolo;       // caption as shown (a language text, already looked up)
     int larghezza = 0;        // twips; 0 fits the column to its caption
-    std::string maschera;     // "#,0.00", "#,0.000", "0000", "dd/mm/yyyy"; "" shows the value's own text
+    std::string maschera{};   // "#,0.00", "#,0.000", "0000", "dd/mm/yyyy"; "" shows the value's own text
     Qt::Alignment allineamento = Qt::AlignLeft | Qt::AlignVCenter;
 };
 

@@ -56,7 +56,9 @@ TEST(Modello, FixedSizesAndLongTexts) {
         auto it = std::find_if(def->Fields.begin(), def->Fields.end(), [&](const auto& f) { return f.Name == c.campo; });
         ASSERT_NE(it, def->Fields.end()) << c.tabella << "." << c.campo;
         EXPECT_EQ(it->Type, c.tipo) << c.tabella << "." << c.campo;
-        if (c.dimensione) EXPECT_EQ(it->Size, c.dimensione) << c.tabella << "." << c.campo;
+        if (c.dimensione) {
+            EXPECT_EQ(it->Size, c.dimensione) << c.tabella << "." << c.campo;
+        }
     }
     auto db = archivioVuoto();
     const std::string lungo(5000, 'x');
