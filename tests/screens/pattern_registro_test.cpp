@@ -210,9 +210,13 @@ TEST_F(Registro, DescrizioneMancanteFermaLaConferma) {
     EXPECT_EQ(conta("CodiciIva"), 4);
 }
 
-TEST_F(Registro, EscChiude) {
+TEST_F(Registro, F3CercaEscChiude) {
     registro->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(registro.get()));
+    QApplication::setActiveWindow(registro.get());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(registro.get()));
+    grid->setFocus();
+    QTest::keyClick(grid, Qt::Key_F3);
+    EXPECT_TRUE(trova<QLineEdit>(registro.get(), "txtCerca")->hasFocus());
     QTest::keyClick(registro.get(), Qt::Key_Escape);
     EXPECT_FALSE(registro->isVisible());
 }
