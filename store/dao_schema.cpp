@@ -167,22 +167,22 @@ TableDef& existing(std::optional<TableDef>& def, std::string_view name) {
     return *def;
 }
 
-FieldDef fieldFromSpec(const sql::FieldSpec& spec) {
-    FieldDef f = TableDef::CreateField(spec.name, spec.type, spec.size);
-    f.Required = spec.notNull || spec.primaryKey;
-    if (spec.counter) f.Attributes = 17;
+FieldDef fieldFromCampo(const sql::FieldSpec& campo) {
+    FieldDef f = TableDef::CreateField(campo.name, campo.type, campo.size);
+    f.Required = campo.notNull || campo.primaryKey;
+    if (campo.counter) f.Attributes = 17;
     return f;
 }
 
 // ALTER COLUMN: a new type or size, the field's other properties kept.
-void alterColumn(Database& db, std::string_view table, const sql::FieldSpec& spec) {
+void alterColumn(Database& db, std::string_view table, const sql::FieldSpec& campo) {
     auto def = db.GetTableDef(table);
-    const FieldDef* old = findField(existing(def, table), spec.name);
-    if (!old) raise(3265, spec.name);
+    const FieldDef* old = findField(existing(def, table), campo.name);
+    if (!old) raise(3265, campo.name);
     FieldDef f = *old;
-    f.Type = spec.type;
-    f.Size = spec.size;
-    if (spec.notNull) f.Required = true;
+    f.Type = campo.type;
+    f.Size = campo.size;
+    if (campo.notNull) f.Required = true;
     db.SetFieldProperties(table, f);
 }
 
@@ -190,10 +190,10 @@ TableDef tableFromDdl(const sql::DdlCommand& c) {
     TableDef def;
     def.Name = c.table;
     std::vector<std::string> primary;
-    for (const sql::FieldSpec& spec : c.fields) {
-        def.Fields.push_back(fieldFromSpec(spec));
-        if (spec.primaryKey) primary.push_back(spec.name);
-        if (spec.unique) def.Indexes.push_back(TableDef::CreateIndex(spec.name, {spec.name}, true));
+    for (const sql::FieldSpec& campo : c.fields) {
+        def.Fields.push_back(fieldFromCampo(campo));
+        if (campo.primaryKey) primary.push_back(campo.name);
+        if (campo.unique) def.Indexes.push_back(TableDef::CreateIndex(campo.name, {campo.name}, true));
     }
     if (!primary.empty()) def.Indexes.push_back(TableDef::CreateIndex("PrimaryKey", primary, true, true));
     return def;
@@ -334,10 +334,10 @@ void runDdl(Database& db, const sql::DdlCommand& c) {
         default: break;
     }
     if (c.fields.size() != 1) raise(3293);
-    const sql::FieldSpec& spec = c.fields.front();
-    if (c.op == Op::AddColumn) return db.AppendField(c.table, fieldFromSpec(spec));
-    if (c.op == Op::DropColumn) return db.DeleteField(c.table, spec.name);
-    alterColumn(db, c.table, spec);
+    const sql::FieldSpec& campo = c.fields.front();
+    if (c.op == Op::AddColumn) return db.AppendField(c.table, fieldFromCampo(campo));
+    if (c.op == Op::DropColumn) return db.DeleteField(c.table, campo.name);
+    alterColumn(db, c.table, campo);
 }
 
 // ---- Database: the schema API ---------------------------------------------------------------------

@@ -1,6 +1,6 @@
 // The corpus: every statement the program sends (tests/store/corpus/statements.txt), translated
-// against a catalogue holding the program's tables (spec Part 2.1) and saved queries with their
-// columns (Part 2.2), then prepared and run on a real SQLite connection. A statement the program
+// against a catalogue holding the program's tables and saved queries with their columns, then
+// prepared and run on a real SQLite connection. A statement the program
 // sends on purpose as invalid is listed with the error it must give.
 #include <gtest/gtest.h>
 

@@ -44,13 +44,13 @@ private:
     std::uint64_t version_ = 1;
 };
 
-// Column spec shorthand: "Name:L" Long, ":I" Integer, ":B" Yes/No, ":D" Double, ":T" Date,
+// Column shorthand: "Name:L" Long, ":I" Integer, ":B" Yes/No, ":D" Double, ":T" Date,
 // ":S50" Text(50), ":M" Memo, ":Y" Byte, ":C" Currency.
-inline ColumnInfo col(const std::string& spec) {
+inline ColumnInfo col(const std::string& forma) {
     ColumnInfo c;
-    auto p = spec.find(':');
-    c.name = spec.substr(0, p);
-    std::string t = p == std::string::npos ? "S" : spec.substr(p + 1);
+    auto p = forma.find(':');
+    c.name = forma.substr(0, p);
+    std::string t = p == std::string::npos ? "S" : forma.substr(p + 1);
     switch (t[0]) {
         case 'L': c.type = FieldType::Long; break;
         case 'I': c.type = FieldType::Integer; break;
