@@ -22,7 +22,7 @@ public:
         std::string campo;
         std::string titolo;
         int larghezza = 0;     // twips; 0 fits the contents
-        std::string maschera;
+        std::string maschera{};
     };
 
     explicit VetraCombo(QWidget* parent = nullptr);
