@@ -65,6 +65,17 @@ struct QuerySpec {
     const char* extra;  // its own columns
 };
 
+// Column lists that several saved queries share.
+const char* const kDaSaldareCols =
+    "ID:L Tipo:L Cliente:L Fornitore:L Data:T DescDocumento:S255 DescNum:S255 ImportoTotale:D ImportoPagato:D DaPagare:D";
+const char* const kScadenzeCols =
+    "ID:L Documento:L Spesa:L Cliente:L Fornitore:L DescScadenza:S100 DataScadenza:T DataAvviso:T ImportoScadenza:D "
+    "ImportoTotale:D Rata:L Rate:L Pagata:B Stato:S50 Destinatario:S255 DescDocumento:S255";
+const char* const kPagamentiCols =
+    "ID:L Documento:L Spesa:L Scadenza:L Cliente:L Fornitore:L DataPagamento:T DescPagamento:S100 "
+    "ImportoPagamento:D NumeroAssegno:S30 DescDocumento:S255 ImportoTotale:D DescScadenza:S100 DataScadenza:T "
+    "ImportoScadenza:D Rata:L Rate:L Destinatario:S255";
+
 const std::vector<QuerySpec> kQueries = {
     {"qrClienti", "Clienti", true, "Denominazione:S255 DescIva:S30 DescPagamento:S100"},
     {"qrFornitori", "Fornitori", true, ""},
@@ -74,10 +85,8 @@ const std::vector<QuerySpec> kQueries = {
      "Denominazione:S255 DescFornitore:S100 DescCliente:S100 Indirizzo:S100 Cap:S10 Citta:S50 Provincia:S5 "
      "Telefono:S30 Fax:S30 DescPagamento:S100 DescNum:S255 DescEstrattoConto:S255"},
     {"qrDocumentiDesc", "Documenti", true, "Denominazione:S255 DescNum:S255 DescDocumento:S255"},
-    {"qrDocumentiIncassi", "", false,
-     "ID:L Tipo:L Cliente:L Fornitore:L Data:T DescDocumento:S255 DescNum:S255 ImportoTotale:D ImportoPagato:D DaPagare:D"},
-    {"qrDocumentiPagamenti", "", false,
-     "ID:L Tipo:L Cliente:L Fornitore:L Data:T DescDocumento:S255 DescNum:S255 ImportoTotale:D ImportoPagato:D DaPagare:D"},
+    {"qrDocumentiIncassi", "", false, kDaSaldareCols},
+    {"qrDocumentiPagamenti", "", false, kDaSaldareCols},
     {"qrDocumentiScadenze", "", false,
      "ID:L Cliente:L Fornitore:L Tipo:L Numero:L Data:T DescDocumento:S255 ImportoTotale:D ImportoScadenze:D Rimanente:D"},
     {"qrMovimenti", "", false,
@@ -95,27 +104,14 @@ const std::vector<QuerySpec> kQueries = {
     {"qrSpeseScadenze", "", false,
      "ID:L Fornitore:L Numero:S20 Data:T DescDocumento:S255 ImportoSpesa:D ImportoScadenze:D Rimanente:D"},
     {"qrMovimentiSpese", "", false, "ID:L Spesa:L DescMovimento:S255 Importo:D DescIva:S30"},
-    {"qrScadenzeAttive", "", false,
-     "ID:L Documento:L Spesa:L Cliente:L Fornitore:L DescScadenza:S100 DataScadenza:T DataAvviso:T ImportoScadenza:D "
-     "ImportoTotale:D Rata:L Rate:L Pagata:B Stato:S50 Destinatario:S255 DescDocumento:S255"},
-    {"qrScadenzePassive", "", false,
-     "ID:L Documento:L Spesa:L Cliente:L Fornitore:L DescScadenza:S100 DataScadenza:T DataAvviso:T ImportoScadenza:D "
-     "ImportoTotale:D Rata:L Rate:L Pagata:B Stato:S50 Destinatario:S255 DescDocumento:S255"},
+    {"qrScadenzeAttive", "", false, kScadenzeCols},
+    {"qrScadenzePassive", "", false, kScadenzeCols},
     {"qrScadenzePagamenti", "", false,
      "ID:L Documento:L Spesa:L Cliente:L Fornitore:L Tipo:L DescScadenza:S100 DataScadenza:T ImportoScadenza:D "
      "Rata:L Rate:L ImportoPagato:D DaPagare:D AgenteDestinatario:L"},
-    {"qrPagamenti", "", false,
-     "ID:L Documento:L Spesa:L Scadenza:L Cliente:L Fornitore:L DataPagamento:T DescPagamento:S100 "
-     "ImportoPagamento:D NumeroAssegno:S30 DescDocumento:S255 ImportoTotale:D DescScadenza:S100 DataScadenza:T "
-     "ImportoScadenza:D Rata:L Rate:L Destinatario:S255"},
-    {"qrIncassi", "", false,
-     "ID:L Documento:L Spesa:L Scadenza:L Cliente:L Fornitore:L DataPagamento:T DescPagamento:S100 "
-     "ImportoPagamento:D NumeroAssegno:S30 DescDocumento:S255 ImportoTotale:D DescScadenza:S100 DataScadenza:T "
-     "ImportoScadenza:D Rata:L Rate:L Destinatario:S255"},
-    {"qrPagamentiIncassi", "", false,
-     "ID:L Documento:L Spesa:L Scadenza:L Cliente:L Fornitore:L DataPagamento:T DescPagamento:S100 "
-     "ImportoPagamento:D NumeroAssegno:S30 DescDocumento:S255 ImportoTotale:D DescScadenza:S100 DataScadenza:T "
-     "ImportoScadenza:D Rata:L Rate:L Destinatario:S255"},
+    {"qrPagamenti", "", false, kPagamentiCols},
+    {"qrIncassi", "", false, kPagamentiCols},
+    {"qrPagamentiIncassi", "", false, kPagamentiCols},
     {"qrIncPN", "", false, "Cliente:L Totale:D TotalePagato:D TotaleDaPagare:D"},
     {"qrPagPN", "", false, "Cliente:L Totale:D TotalePagato:D TotaleDaPagare:D"},
     {"qrPrimaNota", "PrimaNota", true, "Entrate:D Uscite:D"},
