@@ -218,10 +218,14 @@ void RicalcolaDocumenti(const store::DatabasePtr& db, OsservatoreAggiornamento& 
     auto rs = db->OpenRecordset("Select * from Documenti");
     for (; !rs->Eof(); rs->MoveNext()) documenti.push_back(store::CLng(rs->get("ID")));
     rs->Close();
+    // Totals are a cache that a cut run recomputes at the next start, so the rewrite of every
+    // document goes in transactions of a few hundred writes rather than a disk sync per row.
+    store::WriteBatch batch(*db);
     for (long id : documenti) {
         sales::CalcolaTotaliDocumento(id);
         o.Respira();
     }
+    batch.End();
 }
 
 void SegnaAggiornato(const std::string& file, double data) {
