@@ -16,11 +16,6 @@ store::Database& Aperto(const store::DatabasePtr& db) {
     return *db;
 }
 
-std::string Minuscolo(std::string s) {
-    for (auto& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return s;
-}
-
 std::string PrimaParola(const std::string& testo) {
     const auto inizio = testo.find_first_not_of(" \t\r\n");
     if (inizio == std::string::npos) return {};
@@ -64,7 +59,7 @@ long ProssimoID(const std::string& tabella, const store::DatabasePtr& db) {
 }
 
 std::string NomeTabellaDaSql(const std::string& sql) {
-    const auto from = Minuscolo(sql).find("from");
+    const auto from = store::AsciiLower(sql).find("from");
     if (from == std::string::npos) return PrimaParola(sql);
     return PrimaParola(sql.substr(from + 4));
 }

@@ -187,13 +187,7 @@ std::string quoteText(std::string_view text) {
     return out + "'";
 }
 
-std::string foldCase(std::string_view name) {
-    std::string out(name);
-    for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return out;
-}
-
-bool sameName(std::string_view a, std::string_view b) { return foldCase(a) == foldCase(b); }
+bool sameName(std::string_view a, std::string_view b) { return AsciiLower(a) == AsciiLower(b); }
 
 std::size_t utf8Length(std::string_view s) {
     return static_cast<std::size_t>(
@@ -219,7 +213,7 @@ bool isNameChar(char c) {
 
 bool mentionsName(std::string_view text, std::string_view name) {
     if (name.empty()) return false;
-    std::string t = foldCase(text), n = foldCase(name);
+    std::string t = AsciiLower(text), n = AsciiLower(name);
     for (auto pos = t.find(n); pos != std::string::npos; pos = t.find(n, pos + 1)) {
         bool startOk = pos == 0 || !isNameChar(t[pos - 1]);
         bool endOk = pos + n.size() >= t.size() || !isNameChar(t[pos + n.size()]);
@@ -229,7 +223,7 @@ bool mentionsName(std::string_view text, std::string_view name) {
 }
 
 bool isInternalName(std::string_view name) {
-    std::string f = foldCase(name);
+    std::string f = AsciiLower(name);
     return f.rfind("sqlite_", 0) == 0 || f.rfind("__jet_", 0) == 0;
 }
 
@@ -275,7 +269,7 @@ const char* storageTypeName(FieldType t) {
 }
 
 FieldType typeFromDeclared(std::string_view declared, int* size) {
-    std::string d = foldCase(declared);
+    std::string d = AsciiLower(declared);
     auto has = [&](const char* w) { return d.find(w) != std::string::npos; };
     *size = 0;
     FieldType t = FieldType::Memo;
@@ -317,7 +311,7 @@ std::optional<double> plainNumber(std::string_view s) {
 }
 
 std::optional<bool> truthWord(std::string_view s) {
-    std::string f = foldCase(s);
+    std::string f = AsciiLower(s);
     if (f == "true" || f == "yes" || f == "vero" || f == "sì" || f == "on") return true;
     if (f == "false" || f == "no" || f == "falso" || f == "off") return false;
     return std::nullopt;
@@ -356,7 +350,7 @@ std::string sqliteDefault(const FieldDef& f) {
     std::string t = trim(f.DefaultValue);
     if (!t.empty() && t.front() == '=') t = trim(t.substr(1));
     if (t.empty()) return "";
-    std::string fold = foldCase(t);
+    std::string fold = AsciiLower(t);
     if (fold == "date()" || fold == "date") return f.Type == FieldType::Date ? "(__jet_date())" : "";
     if (fold == "now()" || fold == "now") return f.Type == FieldType::Date ? "(__jet_now())" : "";
     if (auto w = truthWord(t)) return isTextType(f.Type) ? quoteText(t) : (*w ? "-1" : "0");
@@ -575,7 +569,7 @@ std::map<std::string, FieldDef> storedFields(sqlite3* db, const std::string& tab
     s.bindText(1, table);
     while (s.step()) {
         FieldDef f = fieldFromRow(s);
-        out[foldCase(f.Name)] = f;
+        out[AsciiLower(f.Name)] = f;
     }
     return out;
 }
@@ -587,7 +581,7 @@ FieldDef derivedField(const Stmt& info, int position) {
     f.Required = info.columnInt(3) != 0;
     f.DefaultValue = info.columnText(4);
     f.OrdinalPosition = position;
-    if (info.columnInt(5) != 0 && isIntegerType(f.Type) && foldCase(info.columnText(2)) == "integer") f.Attributes = 17;
+    if (info.columnInt(5) != 0 && isIntegerType(f.Type) && AsciiLower(info.columnText(2)) == "integer") f.Attributes = 17;
     return f;
 }
 
@@ -657,7 +651,7 @@ void Catalogue::removeQuery(sqlite3* db, std::string_view name) {
 }
 
 void Catalogue::putQuery(const QueryDef& def, const sql::RelationInfo* shape) {
-    QueryEntry& q = queries_[foldCase(def.Name)];
+    QueryEntry& q = queries_[AsciiLower(def.Name)];
     if (q.def.Name.empty()) queryOrder_.push_back(def.Name);
     q.def = def;
     q.hasView = shape != nullptr;
@@ -678,7 +672,7 @@ TableEntry Catalogue::readTable(sqlite3* db, const std::string& name) const {
     Stmt info(db, "SELECT cid, name, type, \"notnull\", dflt_value, pk FROM pragma_table_info(?1) ORDER BY cid");
     info.bindText(1, name);
     for (int position = 0; info.step(); ++position) {
-        auto it = stored.find(foldCase(info.columnText(1)));
+        auto it = stored.find(AsciiLower(info.columnText(1)));
         e.def.Fields.push_back(it != stored.end() ? it->second : derivedField(info, position));
     }
     e.def.Indexes = readIndexes(db, name, catalogue);
@@ -701,7 +695,7 @@ void Catalogue::loadTables(sqlite3* db) {
         if (!listed && !isInternalName(n)) names.push_back(n);
     }
     for (const std::string& n : names) {
-        tables_[foldCase(n)] = readTable(db, n);
+        tables_[AsciiLower(n)] = readTable(db, n);
         tableOrder_.push_back(n);
     }
 }
@@ -709,7 +703,7 @@ void Catalogue::loadTables(sqlite3* db) {
 void Catalogue::loadQueries(sqlite3* db) {
     std::map<std::string, bool> views;
     Stmt v(db, "SELECT name FROM sqlite_master WHERE type = 'view'");
-    while (v.step()) views[foldCase(v.columnText(0))] = true;
+    while (v.step()) views[AsciiLower(v.columnText(0))] = true;
     if (!hasCatalogue(db)) return;
     Stmt s(db, "SELECT name, sqltext, base, columns FROM __jet_objects WHERE kind = 'Q' ORDER BY seq");
     while (s.step()) {
@@ -720,9 +714,9 @@ void Catalogue::loadQueries(sqlite3* db) {
         q.rel.isQuery = true;
         q.rel.baseTable = s.columnText(2);
         q.rel.columns = decodeColumns(s.columnText(3));
-        q.hasView = views.count(foldCase(q.def.Name)) > 0;
+        q.hasView = views.count(AsciiLower(q.def.Name)) > 0;
         queryOrder_.push_back(q.def.Name);
-        queries_[foldCase(q.def.Name)] = std::move(q);
+        queries_[AsciiLower(q.def.Name)] = std::move(q);
     }
 }
 
@@ -736,12 +730,12 @@ void Catalogue::load(sqlite3* db) {
 }
 
 const TableEntry* Catalogue::table(std::string_view name) const {
-    auto it = tables_.find(foldCase(name));
+    auto it = tables_.find(AsciiLower(name));
     return it == tables_.end() ? nullptr : &it->second;
 }
 
 const QueryEntry* Catalogue::query(std::string_view name) const {
-    auto it = queries_.find(foldCase(name));
+    auto it = queries_.find(AsciiLower(name));
     return it == queries_.end() ? nullptr : &it->second;
 }
 

@@ -103,7 +103,6 @@ std::int64_t queryInt(sqlite3* db, std::string_view sql);
 
 std::string quoteIdent(std::string_view name);  // "name" with inner quotes doubled
 std::string quoteText(std::string_view text);   // 'text' with inner quotes doubled
-std::string foldCase(std::string_view name);    // ASCII lower case, as names are compared
 bool sameName(std::string_view a, std::string_view b);
 std::size_t utf8Length(std::string_view s);
 std::string utf8Prefix(std::string_view s, std::size_t chars);

@@ -828,6 +828,12 @@ std::string ConcatText(const Value& v) {
 // Text
 // ================================================================================================
 
+std::string AsciiLower(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return out;
+}
+
 int CompareText(std::string_view a, std::string_view b) {
     const std::string_view x = withoutTrailingSpaces(a), y = withoutTrailingSpaces(b);
     const int primary = compareFolded(x, y, false);

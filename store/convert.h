@@ -56,6 +56,8 @@ std::string ConcatText(const Value& v);
 // Text compare as the engine's collation does: case ignored (also accented letters), accents kept,
 // trailing blanks ignored. <0, 0, >0.
 int CompareText(std::string_view a, std::string_view b);
+// Names of tables, fields, functions and keywords compare without case in ASCII.
+std::string AsciiLower(std::string_view text);
 // The Like of the dialect: * ? # [abc] [a-z] [!abc]; case ignored; trailing blanks count.
 bool LikeMatch(std::string_view text, std::string_view pattern);
 

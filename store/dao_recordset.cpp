@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "store/catalog_database.h"
+#include "store/convert.h"
 
 namespace store {
 
@@ -482,7 +483,7 @@ namespace {
 
 bool isStatementWord(const std::string& word) {
     static const char* const words[] = {"select", "insert", "update", "delete", "create", "drop", "alter", "transform"};
-    std::string w = detail::foldCase(word);
+    std::string w = store::AsciiLower(word);
     return std::any_of(std::begin(words), std::end(words), [&](const char* k) { return w == k; });
 }
 

@@ -11,7 +11,6 @@ namespace store {
 
 using detail::Catalogue;
 using detail::exec;
-using detail::foldCase;
 using detail::quoteIdent;
 using detail::sameName;
 

@@ -197,9 +197,7 @@ int weekOfYear(double serial, int firstDay) {
 }
 
 std::string intervalArg(const Value& v) {
-    std::string s = CStr(v);
-    for (auto& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return s;
+    return AsciiLower(CStr(v));
 }
 
 double addMonths(double serial, long months) {

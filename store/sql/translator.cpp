@@ -109,12 +109,6 @@ double parseNumberToken(std::string_view s) {
     return d;
 }
 
-std::string lower(std::string_view s) {
-    std::string r(s);
-    for (auto& c : r) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return r;
-}
-
 // ---- scopes ------------------------------------------------------------------------------------
 struct SrcCol {
     std::string name;
@@ -626,7 +620,7 @@ private:
     }
 
     R func(const Expr& e, Ctx& cx) {
-        std::string n = lower(e.text);
+        std::string n = AsciiLower(e.text);
         // aggregates
         static const char* aggs[] = {"sum", "avg", "min", "max", "count"};
         for (const char* ag : aggs) {
@@ -799,7 +793,7 @@ private:
 
     static bool hasAggregate(const Expr& e) {
         if (e.k == Expr::K::Func) {
-            std::string n = lower(e.text);
+            std::string n = AsciiLower(e.text);
             if (n == "sum" || n == "avg" || n == "min" || n == "max" || n == "count") return true;
         }
         for (auto& a : e.args)
