@@ -9,28 +9,14 @@
 
 #include "store/errors.h"
 #include "store/sql/translator.h"
+#include "tests/store/sql_support.h"
 
 namespace {
 
 using store::FieldType;
 using store::sql::RelationInfo;
 
-class Cat : public store::sql::Catalog {
-public:
-    const RelationInfo* findRelation(std::string_view name) const override {
-        std::string k(name);
-        for (auto& c : k) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        auto it = rel.find(k);
-        return it == rel.end() ? nullptr : &it->second;
-    }
-    std::uint64_t schemaVersion() const override { return 1; }
-    void put(RelationInfo r) {
-        std::string k = r.name;
-        for (auto& c : k) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        rel[k] = std::move(r);
-    }
-    std::map<std::string, RelationInfo> rel;
-};
+using Cat = sqltest::MemCatalog;
 
 Cat& catalog() {
     static Cat* c = [] {

@@ -11,6 +11,7 @@
 
 #include "store/errors.h"
 #include "store/sql/translator.h"
+#include "tests/store/sql_support.h"
 
 // The translator's sources are compiled into this target so that they carry the fuzzer's coverage
 // instrumentation (the library itself is built without it); the library's copies are then not linked.
@@ -24,17 +25,7 @@ using store::FieldType;
 using store::sql::ColumnInfo;
 using store::sql::RelationInfo;
 
-class Cat : public store::sql::Catalog {
-public:
-    const RelationInfo* findRelation(std::string_view name) const override {
-        std::string k(name);
-        for (auto& c : k) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        auto it = rel.find(k);
-        return it == rel.end() ? nullptr : &it->second;
-    }
-    std::uint64_t schemaVersion() const override { return 1; }
-    std::map<std::string, RelationInfo> rel;
-};
+using Cat = sqltest::MemCatalog;
 
 struct World {
     Cat cat;
@@ -56,9 +47,7 @@ struct World {
         }
         sqlite3_exec(db, (sql + ")").c_str(), nullptr, nullptr, nullptr);
         sqlite3_exec(db, (std::string("INSERT INTO \"") + name + "\" VALUES " + rows).c_str(), nullptr, nullptr, nullptr);
-        std::string k = name;
-        for (auto& c : k) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        cat.rel[k] = r;
+        cat.put(r);
     }
 
     World() {
@@ -90,7 +79,7 @@ struct World {
         q.columns = {{"ID", FieldType::Long, 0, "ID"}, {"DescCliente", FieldType::Text, 50, "DescCliente"},
                      {"Sconto1", FieldType::Double, 0, "Sconto1"}, {"Note", FieldType::Memo, 0, "Note"},
                      {"Denominazione", FieldType::Text, 255, ""}};
-        cat.rel["qrclienti"] = q;
+        cat.put(q);
         tr = new store::sql::Translator(cat);
     }
 };

@@ -21,21 +21,15 @@ using store::sql::ColumnInfo;
 using store::sql::RelationInfo;
 using store::sql::Translation;
 
-inline std::string foldName(std::string_view s) {
-    std::string r(s);
-    for (auto& c : r) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return r;
-}
-
 class MemCatalog : public store::sql::Catalog {
 public:
     const RelationInfo* findRelation(std::string_view name) const override {
-        auto it = rel_.find(foldName(name));
+        auto it = rel_.find(store::AsciiLower(name));
         return it == rel_.end() ? nullptr : &it->second;
     }
     std::uint64_t schemaVersion() const override { return version_; }
     void put(RelationInfo r) {
-        rel_[foldName(r.name)] = std::move(r);
+        rel_[store::AsciiLower(r.name)] = std::move(r);
         ++version_;
     }
 
