@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 
+#include <clocale>
 #include <cstdlib>
 
 #include "core/avvio.h"
@@ -16,6 +17,9 @@
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
+    // The application object sets the C library's locale from the environment; on an Italian
+    // machine printf and strtod would then write and read "12,5". Numbers keep the point.
+    std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName("Brevano");
     core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
     ui::installaInterfaccia();
