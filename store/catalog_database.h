@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "store/catalog.h"
 #include "store/dao.h"
@@ -35,6 +36,35 @@ void bindCell(sqlite3_stmt* s, int index, const Cell& c);
 // A stored value read as the program sees it: ISO text -> Date, integers -> Long (Integer for the
 // Integer and Byte types), Yes/No -> Boolean. A value that does not fit the type keeps its own kind.
 Value readCell(FieldType type, Cell c);
+
+// Rows kept by a recordset, packed one after the other in a buffer: each value is one byte of its
+// kind, then its number (8 bytes) or its text's length (4 bytes) and bytes. packColumn reads a column
+// of a statement's current row straight into it, as readCell would see it.
+// The buffer grows by blocks that never move, so a row stays where it was written and growing
+// copies nothing but the row being written.
+class RowBuffer {
+public:
+    void startRow() { start_ = used_; }
+    char* extend(std::size_t n) {  // n more bytes of the row being written
+        if (cap_ - used_ < n) grow(n);
+        char* p = block_ + used_;
+        used_ += n;
+        return p;
+    }
+    const char* row() const { return block_ + start_; }  // the row begun last
+    void clear();
+
+private:
+    void grow(std::size_t n);
+    std::vector<std::unique_ptr<char[]>> blocks_;
+    char* block_ = nullptr;
+    std::size_t used_ = 0, cap_ = 0, start_ = 0;
+};
+
+void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column);
+void packValue(RowBuffer& buffer, const Value& v);
+Value unpackValue(const char* p);
+const char* skipValue(const char* p);  // the next value's place
 
 // A program value converted to the storage of a field. Strict (a recordset's write): a text longer
 // than `size` is error 3163 and a value that does not convert raises. Lenient (a change of a field's

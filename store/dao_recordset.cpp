@@ -19,68 +19,6 @@ namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-// ---- packed rows ---------------------------------------------------------------------------------
-
-void pack(std::string& arena, const Cell& c) {
-    arena += static_cast<char>(c.kind);
-    switch (c.kind) {
-        case Cell::Kind::Null: break;
-        case Cell::Kind::Int: arena.append(reinterpret_cast<const char*>(&c.i), sizeof c.i); break;
-        case Cell::Kind::Real: arena.append(reinterpret_cast<const char*>(&c.d), sizeof c.d); break;
-        case Cell::Kind::Text: {
-            auto n = static_cast<std::uint32_t>(c.s.size());
-            arena.append(reinterpret_cast<const char*>(&n), sizeof n);
-            arena += c.s;
-            break;
-        }
-    }
-}
-
-// A column of the statement's current row straight into the buffer.
-void packColumn(std::string& arena, sqlite3_stmt* s, int i) {
-    switch (sqlite3_column_type(s, i)) {
-        case SQLITE_INTEGER: {
-            std::int64_t v = sqlite3_column_int64(s, i);
-            arena += static_cast<char>(Cell::Kind::Int);
-            arena.append(reinterpret_cast<const char*>(&v), sizeof v);
-            break;
-        }
-        case SQLITE_FLOAT: {
-            double v = sqlite3_column_double(s, i);
-            arena += static_cast<char>(Cell::Kind::Real);
-            arena.append(reinterpret_cast<const char*>(&v), sizeof v);
-            break;
-        }
-        case SQLITE_NULL: arena += static_cast<char>(Cell::Kind::Null); break;
-        default: {
-            const char* t = reinterpret_cast<const char*>(sqlite3_column_text(s, i));
-            auto n = static_cast<std::uint32_t>(sqlite3_column_bytes(s, i));
-            arena += static_cast<char>(Cell::Kind::Text);
-            arena.append(reinterpret_cast<const char*>(&n), sizeof n);
-            if (t) arena.append(t, n);
-        }
-    }
-}
-
-Cell unpack(const char*& p) {
-    Cell c;
-    c.kind = static_cast<Cell::Kind>(*p++);
-    switch (c.kind) {
-        case Cell::Kind::Null: break;
-        case Cell::Kind::Int: std::memcpy(&c.i, p, sizeof c.i); p += sizeof c.i; break;
-        case Cell::Kind::Real: std::memcpy(&c.d, p, sizeof c.d); p += sizeof c.d; break;
-        case Cell::Kind::Text: {
-            std::uint32_t n = 0;
-            std::memcpy(&n, p, sizeof n);
-            p += sizeof n;
-            c.s.assign(p, n);
-            p += n;
-            break;
-        }
-    }
-    return c;
-}
-
 std::string trimmed(std::string_view s) {
     auto b = s.find_first_not_of(" \t\r\n");
     if (b == std::string_view::npos) return {};
@@ -98,7 +36,7 @@ struct Recordset::Impl {
         bool writable = false;
     };
     struct Row {
-        std::size_t offset = 0;
+        const char* data = nullptr;  // in the buffer
         std::int64_t rowid = 0;
         bool deleted = false;
     };
@@ -114,14 +52,14 @@ struct Recordset::Impl {
     bool fetchedAll = false;
     bool closed = false;
 
-    std::string arena;
+    detail::RowBuffer arena;
     std::vector<Row> rows;
     long deleted = 0;
 
     Pos pos = Pos::Eof;
     std::size_t cur = 0;
-    std::vector<Value> current;
-    std::size_t decoded = kNone;
+    std::vector<const char*> fieldAt;  // where the values of row `located` lie in the buffer
+    std::size_t located = kNone;
 
     EditMode mode = EditMode::None;
     std::vector<Value> pending;
@@ -174,8 +112,10 @@ struct Recordset::Impl {
             return false;
         }
         Row r;
-        r.offset = arena.size();
-        for (std::size_t i = 0; i < cols.size(); ++i) packColumn(arena, st().get(), static_cast<int>(i));
+        arena.startRow();
+        for (std::size_t i = 0; i < cols.size(); ++i)
+            detail::packColumn(arena, cols[i].result.type, st().get(), static_cast<int>(i));
+        r.data = arena.row();
         if (tr.hasRowid) r.rowid = sqlite3_column_int64(st().get(), static_cast<int>(cols.size()));
         rows.push_back(r);
         return true;
@@ -222,33 +162,36 @@ struct Recordset::Impl {
         rows.clear();
         arena.clear();
         deleted = 0;
-        decoded = kNone;
+        located = kNone;
         placeOn(nextLive(0), Pos::Eof);
     }
 
     // ---- values
-    std::vector<Cell> rowCells(std::size_t i) const {
-        std::vector<Cell> cells;
-        const char* p = arena.data() + rows[i].offset;
-        for (std::size_t c = 0; c < cols.size(); ++c) cells.push_back(unpack(p));
-        return cells;
+    void unpackRow(std::size_t i, std::vector<Value>& out) const {
+        const char* p = rows[i].data;
+        out.clear();
+        for (std::size_t c = 0; c < cols.size(); ++c, p = detail::skipValue(p)) out.push_back(detail::unpackValue(p));
     }
 
-    const std::vector<Value>& currentValues() {
+    std::vector<Value> currentValues() {
         checkCurrent();
-        if (decoded != cur) {
-            const char* p = arena.data() + rows[cur].offset;
-            current.clear();
-            for (const Column& c : cols) current.push_back(detail::readCell(c.result.type, unpack(p)));
-            decoded = cur;
-        }
-        return current;
+        std::vector<Value> values;
+        unpackRow(cur, values);
+        return values;
     }
 
+    // A field is read straight from the buffer into the value handed out.
     Value value(int index) {
         checkOpen();
         if (mode != EditMode::None) return pending[static_cast<std::size_t>(index)];
-        return currentValues()[static_cast<std::size_t>(index)];
+        checkCurrent();
+        if (located != cur) {
+            const char* p = rows[cur].data;
+            fieldAt.resize(cols.size());
+            for (std::size_t c = 0; c < cols.size(); ++c, p = detail::skipValue(p)) fieldAt[c] = p;
+            located = cur;
+        }
+        return detail::unpackValue(fieldAt[static_cast<std::size_t>(index)]);
     }
 
     void setValue(int index, const Value& v) {
@@ -352,20 +295,22 @@ struct Recordset::Impl {
 
     // The row as the statement now shows it (defaults, values of joined tables), or, when the
     // statement no longer selects it, what was written over what was there.
-    void storeRow(std::size_t index, std::int64_t rowid, const std::vector<Cell>* before) {
+    void storeRow(std::size_t index, std::int64_t rowid, const std::vector<Value>* before) {
         std::vector<Cell> cells = refetch(rowid);
-        if (cells.empty()) {
-            cells = before ? *before : std::vector<Cell>(cols.size());
-            for (std::size_t i = 0; i < cols.size(); ++i)
-                if (dirty[i]) cells[i] = pendingCells[i];
+        std::vector<Value> values(cols.size());
+        for (std::size_t i = 0; i < cols.size(); ++i) {
+            if (!cells.empty()) values[i] = detail::readCell(cols[i].result.type, std::move(cells[i]));
+            else if (dirty[i]) values[i] = detail::readCell(cols[i].result.type, pendingCells[i]);
+            else if (before) values[i] = (*before)[i];
         }
         Row r;
-        r.offset = arena.size();
         r.rowid = rowid;
-        for (const Cell& c : cells) pack(arena, c);
+        arena.startRow();
+        for (const Value& v : values) detail::packValue(arena, v);
+        r.data = arena.row();
         if (index == rows.size()) rows.push_back(r);
         else rows[index] = r;
-        decoded = kNone;
+        located = kNone;
     }
 
     std::vector<Cell> refetch(std::int64_t rowid) {
@@ -397,7 +342,8 @@ struct Recordset::Impl {
         } else {
             checkCurrent();
             updateRow(rows[cur].rowid);
-            auto before = rowCells(cur);
+            std::vector<Value> before;
+            unpackRow(cur, before);
             storeRow(cur, rows[cur].rowid, &before);
             lastModified = cur;
         }
@@ -416,7 +362,7 @@ struct Recordset::Impl {
         db->afterWrite();
         rows[cur].deleted = true;
         ++deleted;
-        decoded = kNone;
+        located = kNone;
     }
 
     // ---- moves

@@ -1,7 +1,9 @@
 // Program values <-> what SQLite stores, by the platform's field types.
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -78,6 +80,20 @@ Value textValue(FieldType type, std::string s) {
     return Value::Text(std::move(s));
 }
 
+void packNumber(RowBuffer& buffer, Value::Kind kind, double d) {
+    char* p = buffer.extend(1 + sizeof d);
+    p[0] = static_cast<char>(kind);
+    std::memcpy(p + 1, &d, sizeof d);
+}
+
+void packText(RowBuffer& buffer, std::string_view text) {
+    const auto n = static_cast<std::uint32_t>(text.size());
+    char* p = buffer.extend(1 + sizeof n + text.size());
+    p[0] = static_cast<char>(Value::Kind::Text);
+    std::memcpy(p + 1, &n, sizeof n);
+    if (n) std::memcpy(p + 1 + sizeof n, text.data(), n);
+}
+
 Cell intCell(std::int64_t i) { Cell c; c.kind = Cell::Kind::Int; c.i = i; return c; }
 Cell realCell(double d) { Cell c; c.kind = Cell::Kind::Real; c.d = d; return c; }
 Cell textCell(std::string s) { Cell c; c.kind = Cell::Kind::Text; c.s = std::move(s); return c; }
@@ -124,6 +140,92 @@ Value readCell(FieldType type, Cell c) {
         case Cell::Kind::Text: return textValue(type, std::move(c.s));
     }
     return Value::Null();
+}
+
+void RowBuffer::grow(std::size_t n) {
+    static constexpr std::size_t kBlock = 256 * 1024;
+    const std::size_t partial = used_ - start_;
+    const std::size_t cap = std::max(kBlock, 2 * (partial + n));
+    auto block = std::make_unique_for_overwrite<char[]>(cap);
+    if (partial) std::memcpy(block.get(), block_ + start_, partial);
+    block_ = block.get();
+    blocks_.push_back(std::move(block));
+    start_ = 0;
+    used_ = partial;
+    cap_ = cap;
+}
+
+void RowBuffer::clear() {
+    blocks_.clear();
+    block_ = nullptr;
+    used_ = cap_ = start_ = 0;
+}
+
+void packValue(RowBuffer& buffer, const Value& v) {
+    if (v.kind() == Value::Kind::Text) packText(buffer, v.text());
+    else if (v.isNull()) *buffer.extend(1) = static_cast<char>(Value::Kind::Null);
+    else packNumber(buffer, v.kind(), v.number());
+}
+
+// The common kinds go in without a Value in between: a text as its bytes, a stored date read from
+// its ISO text once here rather than at every reading.
+void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column) {
+    sqlite3_value* v = sqlite3_column_value(s, column);
+    switch (sqlite3_value_type(v)) {
+        case SQLITE_NULL: *buffer.extend(1) = static_cast<char>(Value::Kind::Null); return;
+        case SQLITE_INTEGER: {
+            const std::int64_t i = sqlite3_value_int64(v);
+            if (type == FieldType::Long && i >= INT32_MIN && i <= INT32_MAX)
+                return packNumber(buffer, Value::Kind::Long, static_cast<double>(i));
+            Cell c;
+            c.kind = Cell::Kind::Int;
+            c.i = i;
+            return packValue(buffer, readCell(type, std::move(c)));
+        }
+        case SQLITE_FLOAT: {
+            const double d = sqlite3_value_double(v);
+            if (type == FieldType::Double || type == FieldType::Currency || type == FieldType::Single)
+                return packNumber(buffer, Value::Kind::Double, d);
+            return packValue(buffer, realValue(type, d));
+        }
+        default: {
+            const char* t = reinterpret_cast<const char*>(sqlite3_value_text(v));
+            const std::string_view text(t ? t : "", t ? static_cast<std::size_t>(sqlite3_value_bytes(v)) : 0);
+            if (type == FieldType::Date) {
+                if (auto d = plainIsoDay(text)) return packNumber(buffer, Value::Kind::Date, *d);
+                if (auto d = DateFromIso(text)) return packNumber(buffer, Value::Kind::Date, *d);
+            }
+            packText(buffer, text);
+        }
+    }
+}
+
+Value unpackValue(const char* p) {
+    const auto kind = static_cast<Value::Kind>(*p++);
+    if (kind == Value::Kind::Null) return Value::Null();
+    if (kind == Value::Kind::Text) {
+        std::uint32_t n = 0;
+        std::memcpy(&n, p, sizeof n);
+        return Value::Text(std::string(p + sizeof n, n));
+    }
+    double d = 0;
+    std::memcpy(&d, p, sizeof d);
+    switch (kind) {
+        case Value::Kind::Boolean: return Value::Bool(d != 0);
+        case Value::Kind::Integer: return Value::Int(static_cast<std::int16_t>(d));
+        case Value::Kind::Long: return Value::Long(static_cast<std::int32_t>(d));
+        case Value::Kind::Date: return Value::Date(d);
+        default: return Value::Double(d);
+    }
+}
+
+const char* skipValue(const char* p) {
+    const auto kind = static_cast<Value::Kind>(*p++);
+    if (kind == Value::Kind::Null) return p;
+    if (kind != Value::Kind::Text) return p + sizeof(double);
+    std::uint32_t n = 0;
+    std::memcpy(&n, p, sizeof n);
+    return p + sizeof n + n;
 }
 
 Cell storeValue(FieldType type, int size, const Value& v, Conversion mode) {
