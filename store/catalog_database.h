@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <set>
 #include <string>
@@ -63,8 +64,28 @@ private:
 
 void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column);
 void packValue(RowBuffer& buffer, const Value& v);
-Value unpackValue(const char* p);
-const char* skipValue(const char* p);  // the next value's place
+
+inline const char* skipValue(const char* p) {  // the next value's place
+    const auto kind = static_cast<Value::Kind>(*p);
+    if (kind == Value::Kind::Null) return p + 1;
+    if (kind != Value::Kind::Text) return p + 1 + sizeof(double);
+    std::uint32_t n = 0;
+    std::memcpy(&n, p + 1, sizeof n);
+    return p + 1 + sizeof n + n;
+}
+
+inline Value unpackValue(const char* p) {
+    const auto kind = static_cast<Value::Kind>(*p);
+    if (kind == Value::Kind::Null) return Value::Null();
+    if (kind == Value::Kind::Text) {
+        std::uint32_t n = 0;
+        std::memcpy(&n, p + 1, sizeof n);
+        return Value::Text(std::string(p + 1 + sizeof n, n));
+    }
+    double d = 0;
+    std::memcpy(&d, p + 1, sizeof d);
+    return Value::Stored(kind, d);
+}
 
 // A program value converted to the storage of a field. Strict (a recordset's write): a text longer
 // than `size` is error 3163 and a value that does not convert raises. Lenient (a change of a field's

@@ -93,6 +93,7 @@ struct Recordset::Impl {
     void close() {
         if (closed) return;
         closed = true;
+        located = kNone;
         stmt.reset();
         rows.clear();
         arena.clear();
@@ -180,8 +181,15 @@ struct Recordset::Impl {
         return values;
     }
 
-    // A field is read straight from the buffer into the value handed out.
+    // A field is read straight from the buffer into the value handed out. `located` is the current
+    // row only while it is open, live and not being edited, so that is all the common case checks.
     Value value(int index) {
+        if (located == cur && pos == Pos::On && mode == EditMode::None)
+            return detail::unpackValue(fieldAt[static_cast<std::size_t>(index)]);
+        return otherValue(index);
+    }
+
+    [[gnu::noinline]] Value otherValue(int index) {
         checkOpen();
         if (mode != EditMode::None) return pending[static_cast<std::size_t>(index)];
         checkCurrent();

@@ -177,6 +177,7 @@ void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column) 
             const std::int64_t i = sqlite3_value_int64(v);
             if (type == FieldType::Long && i >= INT32_MIN && i <= INT32_MAX)
                 return packNumber(buffer, Value::Kind::Long, static_cast<double>(i));
+            if (type == FieldType::Boolean) return packNumber(buffer, Value::Kind::Boolean, i != 0 ? -1 : 0);
             Cell c;
             c.kind = Cell::Kind::Int;
             c.i = i;
@@ -198,34 +199,6 @@ void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column) 
             packText(buffer, text);
         }
     }
-}
-
-Value unpackValue(const char* p) {
-    const auto kind = static_cast<Value::Kind>(*p++);
-    if (kind == Value::Kind::Null) return Value::Null();
-    if (kind == Value::Kind::Text) {
-        std::uint32_t n = 0;
-        std::memcpy(&n, p, sizeof n);
-        return Value::Text(std::string(p + sizeof n, n));
-    }
-    double d = 0;
-    std::memcpy(&d, p, sizeof d);
-    switch (kind) {
-        case Value::Kind::Boolean: return Value::Bool(d != 0);
-        case Value::Kind::Integer: return Value::Int(static_cast<std::int16_t>(d));
-        case Value::Kind::Long: return Value::Long(static_cast<std::int32_t>(d));
-        case Value::Kind::Date: return Value::Date(d);
-        default: return Value::Double(d);
-    }
-}
-
-const char* skipValue(const char* p) {
-    const auto kind = static_cast<Value::Kind>(*p++);
-    if (kind == Value::Kind::Null) return p;
-    if (kind != Value::Kind::Text) return p + sizeof(double);
-    std::uint32_t n = 0;
-    std::memcpy(&n, p, sizeof n);
-    return p + sizeof n + n;
 }
 
 Cell storeValue(FieldType type, int size, const Value& v, Conversion mode) {

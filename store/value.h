@@ -34,6 +34,8 @@ public:
     static Value Double(double d) { return Value(Kind::Double, d); }
     static Value Date(double serial) { return Value(Kind::Date, serial); }
     static Value Text(std::string s) { return Value(std::move(s)); }
+    // A number kept with its kind (Boolean -1/0, Integer, Long, Double, Date), as it was read.
+    static Value Stored(Kind kind, double num) { return Value(kind, num); }
 
     Kind kind() const { return kind_; }
     bool isNull() const { return kind_ == Kind::Null; }
