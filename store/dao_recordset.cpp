@@ -1,6 +1,9 @@
 // The recordset: rows come from the SQLite statement as the program moves through them and are kept
 // once fetched, packed in one buffer, so a register of many rows opens at once and stays light.
 // While rows remain unread the statement holds SQLite's read lock on the file.
+// Reading on to the end (MoveLast, a write) keeps only the rowid of the rows passed over when the
+// statement reads one table alone, so that each rowid stands for one row: their values are read by
+// rowid, a block at a time, when the program comes to them.
 // Writes go to the base table of the statement (or of the saved query it reads) by the row's rowid.
 #include <sqlite3.h>
 
@@ -18,6 +21,29 @@ using detail::Cell;
 namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+// The rows of a recordset: in segments that never move, so that a result of many rows grows without
+// copying what it holds.
+template <typename T>
+class Segmented {
+public:
+    std::size_t size() const { return size_; }
+    T& operator[](std::size_t i) { return segments_[i >> kShift][i & kMask]; }
+    const T& operator[](std::size_t i) const { return segments_[i >> kShift][i & kMask]; }
+    void push_back(const T& v) {
+        if ((size_ >> kShift) == segments_.size()) segments_.push_back(std::make_unique<T[]>(kSize));
+        (*this)[size_++] = v;
+    }
+    void clear() {
+        segments_.clear();
+        size_ = 0;
+    }
+
+private:
+    static constexpr std::size_t kShift = 14, kSize = std::size_t{1} << kShift, kMask = kSize - 1;
+    std::vector<std::unique_ptr<T[]>> segments_;
+    std::size_t size_ = 0;
+};
 
 std::string trimmed(std::string_view s) {
     auto b = s.find_first_not_of(" \t\r\n");
@@ -39,6 +65,8 @@ struct Recordset::Impl {
         const char* data = nullptr;  // in the buffer
         std::int64_t rowid = 0;
         bool deleted = false;
+        bool loaded = true;   // false: only the rowid is known yet
+        bool missing = false; // its rowid no longer reads a row (another user deleted it)
     };
     enum class Pos { Bof, On, Eof };
 
@@ -51,9 +79,11 @@ struct Recordset::Impl {
     std::vector<Field> fields;
     bool fetchedAll = false;
     bool closed = false;
+    bool keyed = false;   // one row per rowid: rows can be read again by rowid
+    bool unread = false;  // some rows are known by their rowid only
 
     detail::RowBuffer arena;
-    std::vector<Row> rows;
+    Segmented<Row> rows;
     long deleted = 0;
 
     Pos pos = Pos::Eof;
@@ -105,6 +135,13 @@ struct Recordset::Impl {
         for (std::size_t i = 0; i < tr.params.size(); ++i) st().bind(static_cast<int>(i + 1), tr.params[i]);
     }
 
+    // The visible columns of the statement's current row into the buffer; where they begin.
+    const char* packRow(sqlite3_stmt* s) {
+        arena.startRow();
+        for (std::size_t c = 0; c < cols.size(); ++c) detail::packColumn(arena, cols[c].result.type, s, static_cast<int>(c));
+        return arena.row();
+    }
+
     bool fetchOne() {
         if (fetchedAll) return false;
         if (!st().step()) {
@@ -113,18 +150,89 @@ struct Recordset::Impl {
             return false;
         }
         Row r;
-        arena.startRow();
-        for (std::size_t i = 0; i < cols.size(); ++i)
-            detail::packColumn(arena, cols[i].result.type, st().get(), static_cast<int>(i));
-        r.data = arena.row();
+        r.data = packRow(st().get());
         if (tr.hasRowid) r.rowid = sqlite3_column_int64(st().get(), static_cast<int>(cols.size()));
         rows.push_back(r);
         return true;
     }
 
-    void fetchAll() {
-        while (fetchOne()) {
+    // To the end of the result: with only the rowids of the rows passed over when `keysOnly` and
+    // the statement allows it.
+    void fetchAll(bool keysOnly) {
+        if (!keyed || !keysOnly) {
+            while (fetchOne()) {
+            }
+            return;
         }
+        const int rowidColumn = static_cast<int>(cols.size());
+        while (!fetchedAll) {
+            if (!st().step()) {
+                fetchedAll = true;
+                sqlite3_reset(st().get());
+                break;
+            }
+            Row r;
+            r.rowid = sqlite3_column_int64(st().get(), rowidColumn);
+            r.loaded = false;
+            rows.push_back(r);
+            unread = true;
+        }
+    }
+
+    // Reads the values of every row passed over, before a write or a change of structure after
+    // which the statement may no longer give the same rows: from then on the recordset shows them
+    // as they were, as it does every row it read. The statement, run again before anything has
+    // changed, gives the same rows in the same order; whatever it does not match is read by rowid.
+    void loadAll() {
+        if (!unread) return;
+        unread = false;
+        st().reset();
+        bindParams();
+        const int rowidColumn = static_cast<int>(cols.size());
+        for (std::size_t k = 0; k < rows.size() && st().step(); ++k) {
+            Row& r = rows[k];
+            if (r.rowid != sqlite3_column_int64(st().get(), rowidColumn)) break;
+            if (r.loaded || r.missing) continue;
+            r.data = packRow(st().get());
+            r.loaded = true;
+        }
+        sqlite3_reset(st().get());
+        for (std::size_t k = 0; k < rows.size(); ++k)
+            if (!rows[k].loaded && !rows[k].missing) load(k);
+    }
+
+    // Reads the values of row i, and of the rows not yet read next to it, by their rowids.
+    void load(std::size_t i) {
+        static constexpr std::size_t kBlock = 64;
+        std::vector<std::size_t> block;
+        const bool forward = i + 1 < rows.size() && !rows[i + 1].loaded;
+        for (std::size_t k = i; block.size() < kBlock && k < rows.size() && !rows[k].loaded; k = forward ? k + 1 : k - 1) {
+            block.push_back(k);
+            if (!forward && k == 0) break;
+        }
+        std::string sql = "SELECT * FROM (" + tr.sql + ") AS __jet_row WHERE __jet_row.\"__rowid\" IN (?";
+        for (std::size_t k = 1; k < kBlock; ++k) sql += ", ?";
+        detail::CachedStmt s = statement(sql + ")");
+        for (std::size_t k = 0; k < tr.params.size(); ++k) s->bind(static_cast<int>(k + 1), tr.params[k]);
+        for (std::size_t k = 0; k < kBlock; ++k)
+            s->bindInt(static_cast<int>(tr.params.size() + k + 1), rows[block[k < block.size() ? k : 0]].rowid);
+        const int rowidColumn = static_cast<int>(cols.size());
+        while (s->step()) {
+            const std::int64_t rowid = sqlite3_column_int64(s->get(), rowidColumn);
+            auto at = std::find_if(block.begin(), block.end(), [&](std::size_t k) { return rows[k].rowid == rowid; });
+            if (at == block.end() || rows[*at].loaded) continue;
+            rows[*at].data = packRow(s->get());
+            rows[*at].loaded = true;
+        }
+        for (std::size_t k : block)
+            if (!rows[k].loaded) rows[k].missing = true;
+    }
+
+    // The current row with its values read; error 3167 when another user deleted it meanwhile.
+    void checkLoaded() {
+        Row& r = rows[cur];
+        if (!r.loaded && !r.missing) load(cur);
+        if (!r.loaded) raise(3167);
     }
 
     // Rows come in small batches: a result of a few rows (an editor's "where ID=") is read to its
@@ -160,6 +268,7 @@ struct Recordset::Impl {
 
     void start() {
         fetchedAll = false;
+        unread = false;
         rows.clear();
         arena.clear();
         deleted = 0;
@@ -176,6 +285,7 @@ struct Recordset::Impl {
 
     std::vector<Value> currentValues() {
         checkCurrent();
+        checkLoaded();
         std::vector<Value> values;
         unpackRow(cur, values);
         return values;
@@ -193,6 +303,7 @@ struct Recordset::Impl {
         checkOpen();
         if (mode != EditMode::None) return pending[static_cast<std::size_t>(index)];
         checkCurrent();
+        checkLoaded();
         if (located != cur) {
             const char* p = rows[cur].data;
             fieldAt.resize(cols.size());
@@ -349,6 +460,7 @@ struct Recordset::Impl {
             cur = savedCur;
         } else {
             checkCurrent();
+            checkLoaded();
             updateRow(rows[cur].rowid);
             std::vector<Value> before;
             unpackRow(cur, before);
@@ -399,7 +511,7 @@ struct Recordset::Impl {
     void moveLast() {
         checkOpen();
         cancelEdit();
-        fetchAll();
+        fetchAll(true);
         std::size_t i = previousLive(rows.size());
         if (i == kNone) raise(3021);
         placeOn(i, Pos::Eof);
@@ -452,6 +564,13 @@ std::string statementFor(std::string_view sqlOrName) {
     return oneName ? "SELECT * FROM [" + name + "]" : std::string(sqlOrName);
 }
 
+// A statement whose rows are rows of one table read alone, without joins or unions: its rowid
+// stands for one row of the result.
+bool oneRowPerRowid(const sql::Translation& tr) {
+    return tr.hasRowid && tr.sql.find(".rowid AS \"__rowid\"") != std::string::npos &&
+           tr.sql.find("JOIN") == std::string::npos && tr.sql.find("UNION") == std::string::npos;
+}
+
 const FieldDef* baseField(const TableDef& def, const std::string& column) {
     if (column.empty()) return nullptr;
     for (const FieldDef& f : def.Fields)
@@ -493,13 +612,17 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->stmt.emplace(db.statements, db.handle(), impl->tr.sql);
     impl->bindParams();
     impl->cols = columnsOf(db, impl->tr, impl->st().get());
+    impl->keyed = oneRowPerRowid(impl->tr);
     impl->start();
     db.recordsets.insert(impl.get());
     return std::make_unique<Recordset>(std::move(impl));
 }
 
 void closeRecordset(Recordset::Impl* rs) { rs->close(); }
-void finishRecordset(Recordset::Impl* rs) { rs->fetchAll(); }
+void finishRecordset(Recordset::Impl* rs) {
+    rs->fetchAll(false);
+    rs->loadAll();
+}
 
 // ---- Recordset -----------------------------------------------------------------------------------
 
