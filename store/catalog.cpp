@@ -187,7 +187,14 @@ std::string quoteText(std::string_view text) {
     return out + "'";
 }
 
-bool sameName(std::string_view a, std::string_view b) { return AsciiLower(a) == AsciiLower(b); }
+// Compared in place: a recordset looks its fields up by name over and over.
+bool sameName(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (a[i] != b[i] && lower(a[i]) != lower(b[i])) return false;
+    return true;
+}
 
 std::size_t utf8Length(std::string_view s) {
     return static_cast<std::size_t>(
