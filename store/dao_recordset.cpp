@@ -76,6 +76,7 @@ struct Recordset::Impl {
     sql::Translation tr;
     std::optional<detail::CachedStmt> stmt;  // out of the cache while the recordset is open
     std::vector<Column> cols;
+    std::vector<FieldType> types;  // of the columns, as read
     std::vector<Field> fields;
     bool fetchedAll = false;
     bool closed = false;
@@ -138,7 +139,7 @@ struct Recordset::Impl {
     // The visible columns of the statement's current row into the buffer; where they begin.
     const char* packRow(sqlite3_stmt* s) {
         arena.startRow();
-        for (std::size_t c = 0; c < cols.size(); ++c) detail::packColumn(arena, cols[c].result.type, s, static_cast<int>(c));
+        for (std::size_t c = 0; c < types.size(); ++c) detail::packColumn(arena, types[c], s, static_cast<int>(c));
         return arena.row();
     }
 
@@ -612,6 +613,7 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->stmt.emplace(db.statements, db.handle(), impl->tr.sql);
     impl->bindParams();
     impl->cols = columnsOf(db, impl->tr, impl->st().get());
+    for (const auto& c : impl->cols) impl->types.push_back(c.result.type);
     impl->keyed = oneRowPerRowid(impl->tr);
     impl->start();
     db.recordsets.insert(impl.get());

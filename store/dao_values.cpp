@@ -61,15 +61,15 @@ Value realValue(FieldType type, double d) {
 // read thousands of them.
 std::optional<double> plainIsoDay(std::string_view s) {
     if (s.size() != 10 || s[4] != '-' || s[7] != '-') return std::nullopt;
-    int parts[3] = {0, 0, 0};
-    const std::size_t starts[3] = {0, 5, 8}, lengths[3] = {4, 2, 2};
-    for (int k = 0; k < 3; ++k)
-        for (std::size_t i = starts[k]; i < starts[k] + lengths[k]; ++i) {
-            if (s[i] < '0' || s[i] > '9') return std::nullopt;
-            parts[k] = parts[k] * 10 + (s[i] - '0');
-        }
-    if (!ValidDate(parts[0], parts[1], parts[2])) return std::nullopt;
-    return DateSerial(parts[0], parts[1], parts[2]);
+    unsigned d[10];
+    for (std::size_t i = 0; i < 10; ++i) {
+        d[i] = static_cast<unsigned char>(s[i]) - unsigned{'0'};
+        if (d[i] > 9 && i != 4 && i != 7) return std::nullopt;
+    }
+    const int year = static_cast<int>(d[0] * 1000 + d[1] * 100 + d[2] * 10 + d[3]);
+    const int month = static_cast<int>(d[5] * 10 + d[6]), day = static_cast<int>(d[8] * 10 + d[9]);
+    if (!ValidDate(year, month, day)) return std::nullopt;
+    return DateSerial(year, month, day);
 }
 
 Value textValue(FieldType type, std::string s) {
