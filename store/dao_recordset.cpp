@@ -45,6 +45,10 @@ private:
     std::size_t size_ = 0;
 };
 
+constexpr char kDeletedRow[1] = {};  // deleted through this recordset
+constexpr char kMissingRow[1] = {};  // another user deleted it before it was read
+constexpr char kEmptyRow[1] = {};    // a row without columns
+
 std::string trimmed(std::string_view s) {
     auto b = s.find_first_not_of(" \t\r\n");
     if (b == std::string_view::npos) return {};
@@ -61,12 +65,12 @@ struct Recordset::Impl {
         int writeSize = 0;
         bool writable = false;
     };
+    // A row is its rowid and where its values lie in the buffer, or one of the marks below.
     struct Row {
-        const char* data = nullptr;  // in the buffer
+        const char* data = nullptr;  // nullptr: only the rowid is known yet
         std::int64_t rowid = 0;
-        bool deleted = false;
-        bool loaded = true;   // false: only the rowid is known yet
-        bool missing = false; // its rowid no longer reads a row (another user deleted it)
+        bool deleted() const { return data == kDeletedRow; }
+        bool loaded() const { return data != nullptr && data != kMissingRow; }
     };
     enum class Pos { Bof, On, Eof };
 
@@ -113,10 +117,10 @@ struct Recordset::Impl {
         if (db->readOnly) raise(3027);
         if (!updatable()) raise(3326);
     }
-    bool onRow() const { return pos == Pos::On && cur < rows.size() && !rows[cur].deleted; }
+    bool onRow() const { return pos == Pos::On && cur < rows.size() && !rows[cur].deleted(); }
     void checkCurrent() const {
         checkOpen();
-        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted) raise(3167);
+        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted()) raise(3167);
         if (!onRow()) raise(3021);
     }
     long liveCount() const { return static_cast<long>(rows.size()) - deleted; }
@@ -140,7 +144,12 @@ struct Recordset::Impl {
     const char* packRow(sqlite3_stmt* s) {
         arena.startRow();
         for (std::size_t c = 0; c < types.size(); ++c) detail::packColumn(arena, types[c], s, static_cast<int>(c));
-        return arena.row();
+        return endRow();
+    }
+
+    const char* endRow() const {
+        const char* p = arena.row();
+        return p ? p : kEmptyRow;
     }
 
     bool fetchOne() {
@@ -174,7 +183,6 @@ struct Recordset::Impl {
             }
             Row r;
             r.rowid = sqlite3_column_int64(st().get(), rowidColumn);
-            r.loaded = false;
             rows.push_back(r);
             unread = true;
         }
@@ -193,21 +201,20 @@ struct Recordset::Impl {
         for (std::size_t k = 0; k < rows.size() && st().step(); ++k) {
             Row& r = rows[k];
             if (r.rowid != sqlite3_column_int64(st().get(), rowidColumn)) break;
-            if (r.loaded || r.missing) continue;
+            if (r.data) continue;
             r.data = packRow(st().get());
-            r.loaded = true;
         }
         sqlite3_reset(st().get());
         for (std::size_t k = 0; k < rows.size(); ++k)
-            if (!rows[k].loaded && !rows[k].missing) load(k);
+            if (!rows[k].data) load(k);
     }
 
     // Reads the values of row i, and of the rows not yet read next to it, by their rowids.
     void load(std::size_t i) {
         static constexpr std::size_t kBlock = 64;
         std::vector<std::size_t> block;
-        const bool forward = i + 1 < rows.size() && !rows[i + 1].loaded;
-        for (std::size_t k = i; block.size() < kBlock && k < rows.size() && !rows[k].loaded; k = forward ? k + 1 : k - 1) {
+        const bool forward = i + 1 < rows.size() && rows[i + 1].data == nullptr;
+        for (std::size_t k = i; block.size() < kBlock && k < rows.size() && rows[k].data == nullptr; k = forward ? k + 1 : k - 1) {
             block.push_back(k);
             if (!forward && k == 0) break;
         }
@@ -221,19 +228,18 @@ struct Recordset::Impl {
         while (s->step()) {
             const std::int64_t rowid = sqlite3_column_int64(s->get(), rowidColumn);
             auto at = std::find_if(block.begin(), block.end(), [&](std::size_t k) { return rows[k].rowid == rowid; });
-            if (at == block.end() || rows[*at].loaded) continue;
+            if (at == block.end() || rows[*at].data) continue;
             rows[*at].data = packRow(s->get());
-            rows[*at].loaded = true;
         }
         for (std::size_t k : block)
-            if (!rows[k].loaded) rows[k].missing = true;
+            if (!rows[k].data) rows[k].data = kMissingRow;
     }
 
     // The current row with its values read; error 3167 when another user deleted it meanwhile.
     void checkLoaded() {
         Row& r = rows[cur];
-        if (!r.loaded && !r.missing) load(cur);
-        if (!r.loaded) raise(3167);
+        if (!r.data) load(cur);
+        if (!r.loaded()) raise(3167);
     }
 
     // Rows come in small batches: a result of a few rows (an editor's "where ID=") is read to its
@@ -248,13 +254,13 @@ struct Recordset::Impl {
     std::size_t nextLive(std::size_t from) {
         for (std::size_t i = from;; ++i) {
             if (i >= rows.size() && !fetchBatch()) return kNone;
-            if (!rows[i].deleted) return i;
+            if (!rows[i].deleted()) return i;
         }
     }
 
     std::size_t previousLive(std::size_t before) const {
         for (std::size_t i = std::min(before, rows.size()); i-- > 0;)
-            if (!rows[i].deleted) return i;
+            if (!rows[i].deleted()) return i;
         return kNone;
     }
 
@@ -427,7 +433,7 @@ struct Recordset::Impl {
         r.rowid = rowid;
         arena.startRow();
         for (const Value& v : values) detail::packValue(arena, v);
-        r.data = arena.row();
+        r.data = endRow();
         if (index == rows.size()) rows.push_back(r);
         else rows[index] = r;
         located = kNone;
@@ -481,7 +487,7 @@ struct Recordset::Impl {
         db->beforeWrite();
         s->step();
         db->afterWrite();
-        rows[cur].deleted = true;
+        rows[cur].data = kDeletedRow;
         ++deleted;
         located = kNone;
     }
@@ -523,7 +529,7 @@ struct Recordset::Impl {
         if (!onRow()) return -1;
         if (deleted == 0) return static_cast<long>(cur);
         long n = 0;
-        for (std::size_t i = 0; i < cur; ++i) n += rows[i].deleted ? 0 : 1;
+        for (std::size_t i = 0; i < cur; ++i) n += rows[i].deleted() ? 0 : 1;
         return n;
     }
 
@@ -540,7 +546,7 @@ struct Recordset::Impl {
     void setBookmark(Bookmark b) {
         checkOpen();
         cancelEdit();
-        if (b < 1 || static_cast<std::size_t>(b) > rows.size() || rows[static_cast<std::size_t>(b - 1)].deleted)
+        if (b < 1 || static_cast<std::size_t>(b) > rows.size() || rows[static_cast<std::size_t>(b - 1)].deleted())
             raise(3159);
         placeOn(static_cast<std::size_t>(b - 1), Pos::Eof);
     }
