@@ -572,10 +572,12 @@ std::string statementFor(std::string_view sqlOrName) {
 }
 
 // A statement whose rows are rows of one table read alone, without joins or unions: its rowid
-// stands for one row of the result.
+// stands for one row of the result. A Top (a limit, a window) is left out too: SQLite would run it
+// whole again for every block of rows read by rowid.
 bool oneRowPerRowid(const sql::Translation& tr) {
-    return tr.hasRowid && tr.sql.find(".rowid AS \"__rowid\"") != std::string::npos &&
-           tr.sql.find("JOIN") == std::string::npos && tr.sql.find("UNION") == std::string::npos;
+    const auto has = [&](const char* word) { return tr.sql.find(word) != std::string::npos; };
+    return tr.hasRowid && has(".rowid AS \"__rowid\"") && !has("JOIN") && !has("UNION") && !has("LIMIT") &&
+           !has(" OVER (");
 }
 
 const FieldDef* baseField(const TableDef& def, const std::string& column) {
