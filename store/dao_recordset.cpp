@@ -86,6 +86,7 @@ struct Recordset::Impl {
     bool closed = false;
     bool keyed = false;   // one row per rowid: rows can be read again by rowid
     bool unread = false;  // some rows are known by their rowid only
+    std::size_t firstUnread = kNone;  // the first row read by rowid only
 
     detail::RowBuffer arena;
     Segmented<Row> rows;
@@ -183,6 +184,7 @@ struct Recordset::Impl {
             }
             Row r;
             r.rowid = sqlite3_column_int64(st().get(), rowidColumn);
+            if (!unread) firstUnread = rows.size();
             rows.push_back(r);
             unread = true;
         }
@@ -236,9 +238,12 @@ struct Recordset::Impl {
     }
 
     // The current row with its values read; error 3167 when another user deleted it meanwhile.
+    // Walking on from the rows read in order (MoveLast, MoveFirst and every row, as an export does)
+    // reads all the rest again in one pass, which costs far less than by rowid.
     void checkLoaded() {
         Row& r = rows[cur];
-        if (!r.data) load(cur);
+        if (!r.data && cur == firstUnread) loadAll();
+        else if (!r.data) load(cur);
         if (!r.loaded()) raise(3167);
     }
 

@@ -351,6 +351,11 @@ TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
         EXPECT_EQ(backwards, expected);
         rs->setAbsolutePosition(150);
         EXPECT_EQ(row(*rs), expected[150]);
+        auto again = db_->OpenRecordset(sql);
+        again->MoveLast();
+        std::vector<std::string> forwards;
+        for (again->MoveFirst(); !again->Eof(); again->MoveNext()) forwards.push_back(row(*again));
+        EXPECT_EQ(forwards, expected);
     }
 
     // Another user deletes a row the recordset knows by its rowid only: it reads as deleted.
