@@ -56,7 +56,7 @@ struct QueryDef {
 // One column of the current row of a recordset.
 class Field {
 public:
-    const std::string& Name() const { return name_; }
+    const std::string& Name() const { return *name_; }
     FieldType Type() const { return type_; }
     int Size() const { return size_; }
     Value value() const;                 // Null reads as Null
@@ -67,7 +67,7 @@ private:
     friend class Recordset;
     Recordset* rs_ = nullptr;
     int index_ = 0;
-    std::string name_;
+    const std::string* name_ = nullptr;  // the recordset's own column name
     FieldType type_ = FieldType::Text;
     int size_ = 0;
 };

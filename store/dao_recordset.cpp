@@ -22,27 +22,30 @@ namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-// The rows of a recordset: in segments that never move, so that a result of many rows grows without
-// copying what it holds.
+// The rows of a recordset: the first ones in a vector that grows as usual, the rest in segments
+// that never move, so that a result of many rows grows without copying what it holds.
 template <typename T>
 class Segmented {
 public:
-    std::size_t size() const { return size_; }
-    T& operator[](std::size_t i) { return segments_[i >> kShift][i & kMask]; }
-    const T& operator[](std::size_t i) const { return segments_[i >> kShift][i & kMask]; }
+    std::size_t size() const { return first_.size() + rest_; }
+    T& operator[](std::size_t i) { return i < kSize ? first_[i] : segments_[(i >> kShift) - 1][i & kMask]; }
+    const T& operator[](std::size_t i) const { return i < kSize ? first_[i] : segments_[(i >> kShift) - 1][i & kMask]; }
     void push_back(const T& v) {
-        if ((size_ >> kShift) == segments_.size()) segments_.push_back(std::make_unique<T[]>(kSize));
-        (*this)[size_++] = v;
+        if (first_.size() < kSize) return first_.push_back(v);
+        if ((rest_ & kMask) == 0) segments_.push_back(std::make_unique<T[]>(kSize));
+        segments_.back()[rest_++ & kMask] = v;
     }
     void clear() {
+        first_.clear();
         segments_.clear();
-        size_ = 0;
+        rest_ = 0;
     }
 
 private:
     static constexpr std::size_t kShift = 14, kSize = std::size_t{1} << kShift, kMask = kSize - 1;
+    std::vector<T> first_;
     std::vector<std::unique_ptr<T[]>> segments_;
-    std::size_t size_ = 0;
+    std::size_t rest_ = 0;
 };
 
 constexpr char kDeletedRow[1] = {};  // deleted through this recordset
@@ -58,9 +61,13 @@ std::string trimmed(std::string_view s) {
 
 }  // namespace
 
+namespace {
+bool oneRowPerRowid(const sql::Translation& tr);
+}  // namespace
+
 struct Recordset::Impl {
     struct Column {
-        sql::ResultColumn result;
+        const sql::ResultColumn* result = nullptr;  // in tr.columns
         FieldType writeType = FieldType::Text;  // the base field's type and size, for writes
         int writeSize = 0;
         bool writable = false;
@@ -84,7 +91,7 @@ struct Recordset::Impl {
     std::vector<Field> fields;
     bool fetchedAll = false;
     bool closed = false;
-    bool keyed = false;   // one row per rowid: rows can be read again by rowid
+    std::optional<bool> keyed;  // one row per rowid: rows can be read again by rowid (known when needed)
     bool unread = false;  // some rows are known by their rowid only
     std::size_t firstUnread = kNone;  // the first row read by rowid only
 
@@ -170,7 +177,8 @@ struct Recordset::Impl {
     // To the end of the result: with only the rowids of the rows passed over when `keysOnly` and
     // the statement allows it.
     void fetchAll(bool keysOnly) {
-        if (!keyed || !keysOnly) {
+        if (!fetchedAll && !keyed) keyed = oneRowPerRowid(tr);
+        if (!keysOnly || !*keyed) {
             while (fetchOne()) {
             }
             return;
@@ -329,7 +337,7 @@ struct Recordset::Impl {
         checkOpen();
         if (mode == EditMode::None) raise(3020);
         const Column& c = cols[static_cast<std::size_t>(index)];
-        if (!c.writable) raise(3164, c.result.name);
+        if (!c.writable) raise(3164, c.result->name);
         Cell cell = detail::storeValue(c.writeType, c.writeSize, v);
         auto i = static_cast<std::size_t>(index);
         pending[i] = detail::readCell(c.writeType, cell);
@@ -375,7 +383,7 @@ struct Recordset::Impl {
         for (std::size_t i = 0; i < cols.size(); ++i) {
             if (!dirty[i]) continue;
             if (!out.empty()) out += separator;
-            out += detail::quoteIdent(cols[i].result.baseColumn);
+            out += detail::quoteIdent(cols[i].result->baseColumn);
             if (withPlaceholders) out += " = ?";
         }
         return out;
@@ -430,8 +438,8 @@ struct Recordset::Impl {
         std::vector<Cell> cells = refetch(rowid);
         std::vector<Value> values(cols.size());
         for (std::size_t i = 0; i < cols.size(); ++i) {
-            if (!cells.empty()) values[i] = detail::readCell(cols[i].result.type, std::move(cells[i]));
-            else if (dirty[i]) values[i] = detail::readCell(cols[i].result.type, pendingCells[i]);
+            if (!cells.empty()) values[i] = detail::readCell(cols[i].result->type, std::move(cells[i]));
+            else if (dirty[i]) values[i] = detail::readCell(cols[i].result->type, pendingCells[i]);
             else if (before) values[i] = (*before)[i];
         }
         Row r;
@@ -592,18 +600,27 @@ const FieldDef* baseField(const TableDef& def, const std::string& column) {
     return nullptr;
 }
 
-// The columns the recordset shows, with what a write to each of them needs.
-std::vector<Recordset::Impl::Column> columnsOf(Database::Impl& db, const sql::Translation& tr, sqlite3_stmt* s) {
+// The columns the recordset shows, with what a write to each of them needs. Columns SQLite shows
+// beyond the translation's are added to it as text, so that every column is one of tr.columns.
+std::vector<Recordset::Impl::Column> columnsOf(Database::Impl& db, sql::Translation& tr, sqlite3_stmt* s) {
     std::vector<Recordset::Impl::Column> cols;
     const detail::TableEntry* base = tr.baseTable.empty() ? nullptr : db.catalogue.table(tr.baseTable);
-    int visible = sqlite3_column_count(s) - (tr.hasRowid ? 1 : 0);
-    for (int i = 0; i < visible; ++i) {
+    const auto visible = static_cast<std::size_t>(sqlite3_column_count(s) - (tr.hasRowid ? 1 : 0));
+    for (std::size_t i = tr.columns.size(); i < visible; ++i)
+        tr.columns.emplace_back().name = sqlite3_column_name(s, static_cast<int>(i));
+    for (std::size_t i = 0; i < visible; ++i) {
         Recordset::Impl::Column c;
-        if (static_cast<std::size_t>(i) < tr.columns.size()) c.result = tr.columns[static_cast<std::size_t>(i)];
-        else c.result.name = sqlite3_column_name(s, i);
-        c.writeType = c.result.type;
-        c.writeSize = c.result.size;
-        if (const FieldDef* f = base ? baseField(base->def, c.result.baseColumn) : nullptr) {
+        c.result = &tr.columns[i];
+        c.writeType = c.result->type;
+        c.writeSize = c.result->size;
+        // A statement of a whole table has its columns in the table's order: that place is tried first.
+        const FieldDef* f = nullptr;
+        if (base && i < base->def.Fields.size() && !c.result->baseColumn.empty() &&
+            detail::sameName(base->def.Fields[i].Name, c.result->baseColumn))
+            f = &base->def.Fields[i];
+        else if (base)
+            f = baseField(base->def, c.result->baseColumn);
+        if (f) {
             c.writeType = f->Type;
             c.writeSize = f->Size;
             c.writable = true;
@@ -626,8 +643,7 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->stmt.emplace(db.statements, db.handle(), impl->tr.sql);
     impl->bindParams();
     impl->cols = columnsOf(db, impl->tr, impl->st().get());
-    for (const auto& c : impl->cols) impl->types.push_back(c.result.type);
-    impl->keyed = oneRowPerRowid(impl->tr);
+    for (const auto& c : impl->cols) impl->types.push_back(c.result->type);
     impl->start();
     db.recordsets.insert(impl.get());
     return std::make_unique<Recordset>(std::move(impl));
@@ -647,9 +663,9 @@ Recordset::Recordset(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
         Field& f = impl_->fields[i];
         f.rs_ = this;
         f.index_ = static_cast<int>(i);
-        f.name_ = impl_->cols[i].result.name;
-        f.type_ = impl_->cols[i].result.type;
-        const sql::ResultColumn& c = impl_->cols[i].result;
+        const sql::ResultColumn& c = *impl_->cols[i].result;
+        f.name_ = &c.name;
+        f.type_ = c.type;
         f.size_ = c.size > 0 || detail::isTextType(c.type) ? c.size : detail::defaultSize(c.type);
     }
 }

@@ -142,10 +142,11 @@ Value readCell(FieldType type, Cell c) {
     return Value::Null();
 }
 
+// Blocks double from 4 KB to 256 KB: a recordset of one row stays small.
 void RowBuffer::grow(std::size_t n) {
-    static constexpr std::size_t kBlock = 256 * 1024;
+    static constexpr std::size_t kFirst = 4 * 1024, kLargest = 256 * 1024;
     const std::size_t partial = used_ - start_;
-    const std::size_t cap = std::max(kBlock, 2 * (partial + n));
+    const std::size_t cap = std::max(std::min(kLargest, std::max(kFirst, cap_ * 2)), 2 * (partial + n));
     auto block = std::make_unique_for_overwrite<char[]>(cap);
     if (partial) std::memcpy(block.get(), block_ + start_, partial);
     block_ = block.get();
