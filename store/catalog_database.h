@@ -53,6 +53,7 @@ public:
         return p;
     }
     const char* row() const { return block_ + start_; }  // the row begun last
+    std::size_t rowSize() const { return used_ - start_; }  // bytes of it written so far
     void clear();
 
 private:

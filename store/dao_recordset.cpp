@@ -89,6 +89,7 @@ struct Recordset::Impl {
     std::vector<Column> cols;
     std::vector<FieldType> types;  // of the columns, as read
     std::vector<Field> fields;
+    Recordset* self = nullptr;  // the object the program holds
     bool fetchedAll = false;
     bool closed = false;
     std::optional<bool> keyed;  // one row per rowid: rows can be read again by rowid (known when needed)
@@ -102,6 +103,7 @@ struct Recordset::Impl {
     Pos pos = Pos::Eof;
     std::size_t cur = 0;
     std::vector<const char*> fieldAt;  // where the values of row `located` lie in the buffer
+    std::vector<std::size_t> rowOffsets;
     std::size_t located = kNone;
 
     EditMode mode = EditMode::None;
@@ -137,6 +139,7 @@ struct Recordset::Impl {
         if (closed) return;
         closed = true;
         located = kNone;
+        if (self) self->open_ = 0;
         stmt.reset();
         rows.clear();
         arena.clear();
@@ -155,12 +158,28 @@ struct Recordset::Impl {
         return endRow();
     }
 
+    // The same, noting where each value lies: the row fetched as the program moves onto it needs
+    // no second pass to find its fields.
+    const char* packAndLocateRow(sqlite3_stmt* s) {
+        arena.startRow();
+        rowOffsets.resize(types.size());
+        for (std::size_t c = 0; c < types.size(); ++c) {
+            rowOffsets[c] = arena.rowSize();
+            detail::packColumn(arena, types[c], s, static_cast<int>(c));
+        }
+        const char* p = endRow();
+        fieldAt.resize(types.size());
+        for (std::size_t c = 0; c < types.size(); ++c) fieldAt[c] = p + rowOffsets[c];
+        located = rows.size();
+        return p;
+    }
+
     const char* endRow() const {
         const char* p = arena.row();
         return p ? p : kEmptyRow;
     }
 
-    bool fetchOne() {
+    bool fetchOne(bool locate = false) {
         if (fetchedAll) return false;
         if (!st().step()) {
             fetchedAll = true;
@@ -168,7 +187,7 @@ struct Recordset::Impl {
             return false;
         }
         Row r;
-        r.data = packRow(st().get());
+        r.data = locate ? packAndLocateRow(st().get()) : packRow(st().get());
         if (tr.hasRowid) r.rowid = sqlite3_column_int64(st().get(), static_cast<int>(cols.size()));
         rows.push_back(r);
         return true;
@@ -257,16 +276,17 @@ struct Recordset::Impl {
 
     // Rows come in small batches: a result of a few rows (an editor's "where ID=") is read to its
     // end at once, which gives back SQLite's read lock, so other users can write while it stays open.
+    // Later ones come one at a time, as the program moves onto them.
+    static constexpr std::size_t kBatch = 64;
     bool fetchBatch() {
-        static constexpr int kBatch = 64;
-        int n = 0;
+        std::size_t n = 0;
         while (n < kBatch && fetchOne()) ++n;
         return n > 0;
     }
 
     std::size_t nextLive(std::size_t from) {
         for (std::size_t i = from;; ++i) {
-            if (i >= rows.size() && !fetchBatch()) return kNone;
+            if (i >= rows.size() && !(rows.size() < kBatch ? fetchBatch() : fetchOne(true))) return kNone;
             if (!rows[i].deleted()) return i;
         }
     }
@@ -668,6 +688,9 @@ Recordset::Recordset(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
         f.type_ = c.type;
         f.size_ = c.size > 0 || detail::isTextType(c.type) ? c.size : detail::defaultSize(c.type);
     }
+    impl_->self = this;
+    fields_ = impl_->fields.data();
+    open_ = static_cast<unsigned>(impl_->fields.size());
 }
 
 Recordset::~Recordset() = default;
@@ -751,7 +774,7 @@ int Recordset::FieldCount() const {
     return static_cast<int>(impl_->fields.size());
 }
 
-Field& Recordset::Fields(int index) {
+Field& Recordset::otherField(int index) {
     impl_->checkOpen();
     if (index < 0 || static_cast<std::size_t>(index) >= impl_->fields.size()) raise(3265);
     return impl_->fields[static_cast<std::size_t>(index)];
