@@ -7,9 +7,9 @@
 
 #include "core/avvio.h"
 #include "core/dialogs.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
-#include "core/screens/frmAggiorna.h"
+#include "tools/screens/frmAggiorna.h"
 #include "payments/screens/RegistraCondizioni.h"
 #include "tools/screens/RegistraCodici.h"
 #include "ui/Dialoghi.h"

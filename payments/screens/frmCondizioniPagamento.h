@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "core/screens/EditorBase.h"
-#include "core/screens/RegistroBase.h"
+#include "ui/EditorBase.h"
+#include "ui/RegistroBase.h"
 
 class QCheckBox;
 namespace ui {

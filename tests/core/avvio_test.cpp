@@ -13,7 +13,7 @@
 #include "store/convert.h"
 #include "store/errors.h"
 #include "store/model/model.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "core/registro_schermi.h"
 #include "store/errors.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The checks before a document header is written, with the user's answers scripted.
 #include <deque>
 
-#include "archivio_prova.h"
-#include "core/supporto.h"
+#include "support/archivio_logica.h"
+#include "support/sessione_prova.h"
 #include "sales/controllo_documento.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "archivio_prova.h"
+#include "support/archivio_modello.h"
 
 namespace fs = std::filesystem;
 

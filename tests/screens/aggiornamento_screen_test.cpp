@@ -8,11 +8,11 @@
 
 #include <cstdlib>
 
-#include "avvio_supporto.h"
+#include "support/avvio_prova.h"
 #include "books/screens/frmAggiornaPrimaNota.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
-#include "core/screens/frmAggiorna.h"
+#include "tools/screens/frmAggiorna.h"
 #include "store/convert.h"
 
 using namespace prova;

@@ -2,7 +2,7 @@
 #include <QCheckBox>
 
 #include "core/impostazioni.h"
-#include "pattern_archivio.h"
+#include "support/registro_prova.h"
 #include "payments/condizioni.h"
 #include "payments/screens/frmCondizioniPagamento.h"
 #include "ui/VBars.h"

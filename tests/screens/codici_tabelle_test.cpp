@@ -3,7 +3,7 @@
 #include <QComboBox>
 
 #include "core/impostazioni.h"
-#include "pattern_archivio.h"
+#include "support/registro_prova.h"
 #include "tools/completa.h"
 #include "tools/screens/frmTipiSpesa.h"
 #include "ui/VText.h"

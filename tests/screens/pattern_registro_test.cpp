@@ -8,7 +8,7 @@
 #include "core/registro_schermi.h"
 #include "payments/screens/RegistraCondizioni.h"
 #include "tools/screens/RegistraCodici.h"
-#include "pattern_archivio.h"
+#include "support/registro_prova.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"

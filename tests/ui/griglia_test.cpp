@@ -6,7 +6,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include "archivio_prova.h"
+#include "support/archivio_kit.h"
 #include "store/convert.h"
 #include "ui/VBars.h"
 #include "ui/VText.h"
@@ -26,7 +26,7 @@ struct CasoIstruzione {
 };
 
 TEST(VetraGridIstruzione, OrdinamentoGruppiEOrderByProprio) {
-    ui::applicazioneDiProva();
+    prova::applicazioneDiProva();
     const CasoIstruzione casi[] = {
         {"Select * from CodiciIva", "DescIva", Direzione::Crescente, {}, "Select * from CodiciIva ORDER BY DescIva"},
         {"Select * from CodiciIva", "", Direzione::Crescente, {}, "Select * from CodiciIva"},

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "core/screens/EditorBase.h"
-#include "core/screens/RegistroBase.h"
+#include "ui/EditorBase.h"
+#include "ui/RegistroBase.h"
 
 namespace ui {
 class VText;

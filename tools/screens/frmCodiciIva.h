@@ -1,8 +1,8 @@
 // VAT codes: the register and its editor.
 #pragma once
 
-#include "core/screens/EditorBase.h"
-#include "core/screens/RegistroBase.h"
+#include "ui/EditorBase.h"
+#include "ui/RegistroBase.h"
 
 namespace ui {
 class VText;

@@ -1,4 +1,4 @@
-#include "core/screens/frmMain.h"
+#include "app/screens/frmMain.h"
 
 #include <QAction>
 #include <QApplication>
@@ -27,14 +27,14 @@
 #include "core/impostazioni.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
-#include "core/screens/frmArchiviEdita.h"
-#include "core/screens/frmAziende.h"
-#include "core/screens/frmAziendeEdita.h"
-#include "core/screens/frmConfigurazione.h"
-#include "core/screens/frmLogin.h"
-#include "core/screens/frmSelPeriodo.h"
-#include "core/screens/frmUtenti.h"
-#include "core/screens/frmUtentiEdita.h"
+#include "app/screens/frmArchiviEdita.h"
+#include "app/screens/frmAziende.h"
+#include "app/screens/frmAziendeEdita.h"
+#include "app/screens/frmConfigurazione.h"
+#include "app/screens/frmLogin.h"
+#include "app/screens/frmSelPeriodo.h"
+#include "app/screens/frmUtenti.h"
+#include "app/screens/frmUtentiEdita.h"
 #include "core/session.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"

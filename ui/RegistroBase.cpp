@@ -1,4 +1,4 @@
-#include "core/screens/RegistroBase.h"
+#include "ui/RegistroBase.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -14,7 +14,7 @@
 #include "core/impostazioni.h"
 #include "core/record.h"
 #include "core/session.h"
-#include "core/screens/EditorBase.h"
+#include "ui/EditorBase.h"
 #include "core/varie.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"

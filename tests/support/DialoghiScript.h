@@ -14,7 +14,7 @@
 class QApplication;
 class QWidget;
 
-namespace ui {
+namespace prova {
 
 class ScriptedDialogs : public core::Dialogs {
 public:
@@ -73,4 +73,4 @@ std::shared_ptr<ScriptedDialogs> installaScript();
 // The application object of a test program, made once (offscreen unless a platform is set).
 QApplication& applicazioneDiProva();
 
-}  // namespace ui
+}  // namespace prova

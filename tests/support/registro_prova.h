@@ -18,7 +18,7 @@
 #include "store/convert.h"
 #include "store/dao.h"
 #include "store/model/model.h"
-#include "ui/DialoghiScript.h"
+#include "support/DialoghiScript.h"
 
 namespace pattern {
 
@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 class Archivio : public ::testing::Test {
 protected:
     void SetUp() override {
-        ui::applicazioneDiProva();
+        prova::applicazioneDiProva();
         std::string modello = (fs::temp_directory_path() / "brevano-pattern-XXXXXX").string();
         cartella_ = ::mkdtemp(modello.data());
         fs::copy_file(fs::path(BREVANO_SOURCE_DIR) / "data" / "Italiano.lng", cartella_ / "Italiano.lng");
@@ -37,7 +37,7 @@ protected:
         store::model::CreaArchivio(*db);
         core::session().dbArchivio = db;
         core::session().IDRecordEdit = 0;
-        script = ui::installaScript();
+        script = prova::installaScript();
     }
     void TearDown() override {
         core::session().dbArchivio.reset();
@@ -55,13 +55,13 @@ protected:
         auto rs = db->OpenRecordset(sql);
         return rs->Eof() ? store::Value::Null() : rs->get(nome);
     }
-    const ui::ScriptedDialogs::Messaggio& ultimoMessaggio() const {
-        static const ui::ScriptedDialogs::Messaggio nessuno{"(nessun messaggio)", -1, ""};
+    const prova::ScriptedDialogs::Messaggio& ultimoMessaggio() const {
+        static const prova::ScriptedDialogs::Messaggio nessuno{"(nessun messaggio)", -1, ""};
         return script->messaggi().empty() ? nessuno : script->messaggi().back();
     }
 
     store::DatabasePtr db;
-    std::shared_ptr<ui::ScriptedDialogs> script;
+    std::shared_ptr<prova::ScriptedDialogs> script;
 
 private:
     fs::path cartella_;

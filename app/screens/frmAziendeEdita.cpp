@@ -1,4 +1,4 @@
-#include "core/screens/frmAziendeEdita.h"
+#include "app/screens/frmAziendeEdita.h"
 
 #include <QPushButton>
 
@@ -6,7 +6,7 @@
 #include "core/dialogs.h"
 #include "core/impostazioni.h"
 #include "core/pannello.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "ui/Dialoghi.h"
 #include "ui/VText.h"

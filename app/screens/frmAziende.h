@@ -1,7 +1,7 @@
 // The register of the managed companies.
 #pragma once
 
-#include "core/screens/RegistroBase.h"
+#include "ui/RegistroBase.h"
 
 class frmAziende : public RegistroBase {
     Q_OBJECT

@@ -1,4 +1,4 @@
-#include "core/screens/frmConfigurazione.h"
+#include "app/screens/frmConfigurazione.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -14,9 +14,9 @@
 #include "core/dialogs.h"
 #include "core/impostazioni.h"
 #include "core/pannello.h"
-#include "core/screens/frmAziendeEdita.h"
-#include "core/screens/frmArchiviEdita.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmAziendeEdita.h"
+#include "app/screens/frmArchiviEdita.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"

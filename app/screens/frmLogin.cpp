@@ -1,4 +1,4 @@
-#include "core/screens/frmLogin.h"
+#include "app/screens/frmLogin.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

@@ -1,4 +1,4 @@
-#include "core/screens/frmSelPeriodo.h"
+#include "app/screens/frmSelPeriodo.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

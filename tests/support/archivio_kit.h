@@ -11,20 +11,20 @@
 
 #include "core/session.h"
 #include "store/dao.h"
-#include "ui/DialoghiScript.h"
+#include "support/DialoghiScript.h"
 
 namespace prova {
 
 class ArchivioProva {
 public:
     ArchivioProva() {
-        ui::applicazioneDiProva();
+        prova::applicazioneDiProva();
         std::string modello = (std::filesystem::temp_directory_path() / "brevano-kit-XXXXXX").string();
         cartella_ = ::mkdtemp(modello.data());
         percorso_ = cartella_ + "/archivio.mdb";
         db = store::Workspace::Default().CreateDatabase(percorso_);
         core::session().dbArchivio = db;
-        script = ui::installaScript();
+        script = prova::installaScript();
     }
     ~ArchivioProva() {
         core::session().dbArchivio.reset();
@@ -53,7 +53,7 @@ public:
     }
 
     store::DatabasePtr db;
-    std::shared_ptr<ui::ScriptedDialogs> script;
+    std::shared_ptr<prova::ScriptedDialogs> script;
 
 private:
     std::string cartella_;

@@ -1,4 +1,4 @@
-#include "core/screens/EditorBase.h"
+#include "ui/EditorBase.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>

@@ -1,4 +1,4 @@
-#include "sales/archivio_sql.h"
+#include "core/archivio_sql.h"
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@
 #include "store/convert.h"
 #include "store/errors.h"
 
-namespace sales {
+namespace core {
 
 store::Database& Archivio() {
     auto& db = core::session().dbArchivio;
@@ -37,4 +37,4 @@ std::optional<double> NumeroOpzionale(const store::Value& valore) {
 CursoreOccupato::CursoreOccupato() { core::dialogs().setBusy(true); }
 CursoreOccupato::~CursoreOccupato() { core::dialogs().setBusy(false); }
 
-}  // namespace sales
+}  // namespace core

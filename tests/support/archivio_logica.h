@@ -12,7 +12,7 @@
 
 #include "core/dialogs.h"
 #include "core/session.h"
-#include "sales/archivio_sql.h"
+#include "core/archivio_sql.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/dao.h"
@@ -138,7 +138,7 @@ protected:
                Sql(importo) + ")");
     }
 
-    static std::string Sql(double d) { return sales::NumeroSql(d); }
+    static std::string Sql(double d) { return core::NumeroSql(d); }
 
 private:
     std::string cartella_;

@@ -1,11 +1,11 @@
-#include "core/screens/frmAziende.h"
+#include "app/screens/frmAziende.h"
 
 #include <QPushButton>
 
 #include "core/aziende.h"
 #include "core/pannello.h"
-#include "core/screens/frmAziendeEdita.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmAziendeEdita.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"

@@ -17,9 +17,9 @@
 #include "core/avvio.h"
 #include "core/impostazioni.h"
 #include "core/registro_schermi.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
-#include "ui/DialoghiScript.h"
+#include "support/DialoghiScript.h"
 
 namespace prova {
 
@@ -28,7 +28,7 @@ namespace fs = std::filesystem;
 class ProgrammaDiProva {
 public:
     ProgrammaDiProva() {
-        ui::applicazioneDiProva();
+        prova::applicazioneDiProva();
         std::string modello = (fs::temp_directory_path() / "brevano-avvio-XXXXXX").string();
         radice_ = ::mkdtemp(modello.data());
         programma = radice_ / "programma";
@@ -46,7 +46,7 @@ public:
         core::RipristinaLingua();
         core::svuotaRegistroSchermi();
         RegistraSchermiAvvio();
-        script = ui::installaScript();
+        script = prova::installaScript();
     }
     ~ProgrammaDiProva() {
         chiudiFinestre();
@@ -77,7 +77,7 @@ public:
 
     fs::path programma;
     fs::path dati;
-    std::shared_ptr<ui::ScriptedDialogs> script;
+    std::shared_ptr<prova::ScriptedDialogs> script;
 
 private:
     fs::path radice_;
@@ -95,7 +95,7 @@ inline void clic(QWidget* schermo, const char* nome) {
 }
 
 // The texts of the messages shown so far.
-inline std::vector<std::string> testiMostrati(const ui::ScriptedDialogs& s) {
+inline std::vector<std::string> testiMostrati(const prova::ScriptedDialogs& s) {
     std::vector<std::string> t;
     for (const auto& m : s.messaggi()) t.push_back(m.testo);
     return t;

@@ -1,4 +1,4 @@
-#include "core/screens/frmArchiviEdita.h"
+#include "app/screens/frmArchiviEdita.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -8,7 +8,7 @@
 
 #include "core/dialogs.h"
 #include "core/esercizi.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "store/clock.h"
 #include "store/convert.h"

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "core/screens/EditorBase.h"
+#include "ui/EditorBase.h"
 
 class QListWidget;
 namespace ui {

@@ -1,4 +1,4 @@
-#include "core/screens/frmUtenti.h"
+#include "app/screens/frmUtenti.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -8,7 +8,7 @@
 
 #include "core/impostazioni.h"
 #include "core/pannello.h"
-#include "core/screens/frmUtentiEdita.h"
+#include "app/screens/frmUtentiEdita.h"
 #include "core/session.h"
 #include "core/utenti.h"
 #include "store/convert.h"

@@ -1,7 +1,7 @@
 // The editor of a managed company. A new company also receives its report folder and report list.
 #pragma once
 
-#include "core/screens/EditorBase.h"
+#include "ui/EditorBase.h"
 
 namespace ui { class VText; }
 

@@ -1,4 +1,4 @@
-#include "core/screens/frmAggiorna.h"
+#include "tools/screens/frmAggiorna.h"
 
 #include <QApplication>
 #include <QFrame>
@@ -16,7 +16,7 @@
 #include "core/dialogs.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/frmMain.h"
 #include "tools/aggiornamento.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"

@@ -1,4 +1,4 @@
-#include "ui/DialoghiScript.h"
+#include "support/DialoghiScript.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -8,7 +8,7 @@
 
 #include "ui/Dialoghi.h"
 
-namespace ui {
+namespace prova {
 
 namespace {
 
@@ -21,7 +21,7 @@ std::optional<T> prendi(std::deque<T>& coda) {
 }
 
 QWidget* cercaSchermo(const std::string& nome) {
-    QWidget* corrente = schermoInCorso();
+    QWidget* corrente = ui::schermoInCorso();
     if (corrente && corrente->objectName().toStdString() == nome) return corrente;
     for (QWidget* w : QApplication::topLevelWidgets())
         if (w->objectName().toStdString() == nome) return w;
@@ -100,4 +100,4 @@ QApplication& applicazioneDiProva() {
     return *app;
 }
 
-}  // namespace ui
+}  // namespace prova

@@ -1,4 +1,4 @@
-// How the logic of documents, expenses and payments talks to the archive: the statement text is
+// How the logic of every area talks to the archive: the statement text is
 // built at the point of use, with each user text's apostrophes doubled, each number's decimal comma
 // turned to a point and each date in the short form that DateValue reads back.
 #pragma once
@@ -10,7 +10,7 @@
 
 #include "store/dao.h"
 
-namespace sales {
+namespace core {
 
 // The session's archive; error 3420 (object no longer set) when none is open.
 store::Database& Archivio();
@@ -37,4 +37,4 @@ public:
     CursoreOccupato& operator=(const CursoreOccupato&) = delete;
 };
 
-}  // namespace sales
+}  // namespace core

@@ -1,11 +1,11 @@
-#include "core/screens/frmUtentiEdita.h"
+#include "app/screens/frmUtentiEdita.h"
 
 #include <QListWidget>
 
 #include "core/dialogs.h"
 #include "core/impostazioni.h"
 #include "core/pannello.h"
-#include "core/screens/frmAziendeEdita.h"
+#include "app/screens/frmAziendeEdita.h"
 #include "core/session.h"
 #include "core/utenti.h"
 #include "store/convert.h"

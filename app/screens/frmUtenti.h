@@ -1,7 +1,7 @@
 // The register of users, with the rights of the current row beside the list.
 #pragma once
 
-#include "core/screens/RegistroBase.h"
+#include "ui/RegistroBase.h"
 
 class QLabel;
 class QLineEdit;
