@@ -14,6 +14,7 @@
 #include "core/impostazioni.h"
 #include "core/login.h"
 #include "core/registro_schermi.h"
+#include "app/screens/Registra.h"
 #include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "core/utenti.h"
@@ -77,7 +78,7 @@ void BM_AvvioFinoAlPannello(benchmark::State& state) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     prova::applicazioneDiProva();
     Installazione inst;
-    RegistraSchermiAvvio();
+    RegistraSchermi();
     auto script = prova::installaScript();
     for (auto _ : state) {
         script->schermo("frmLogin", [](QWidget*) {

@@ -7,11 +7,12 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "core/archivio_sql.h"
 #include "core/impostazioni.h"
 #include "core/record.h"
-#include "core/session.h"
 #include "core/varie.h"
 #include "store/convert.h"
+#include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Legami.h"
 #include "ui/Stile.h"
@@ -28,6 +29,8 @@ QString nomeLibero(const QWidget* radice, const QString& base) {
     for (int i = 1; radice->findChild<QWidget*>(nome); ++i) nome = base + QString::number(i);
     return nome;
 }
+
+long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
 
 }  // namespace
 
@@ -61,6 +64,11 @@ EditorBase::EditorBase(const char* nome, std::string tabella, std::string titolo
 
 void EditorBase::aggiungiCampo(const QString& etichetta, QWidget* controllo) { campi_->addRow(etichetta, controllo); }
 
+void EditorBase::aggiungiCampo(const core::Campo& campo, QWidget* controllo) {
+    controllo->setProperty("DataField", Q(campo.nome));
+    aggiungiCampo(Q(core::Didascalia(campo.didascalia)), controllo);
+}
+
 bool EditorBase::richiesto(QLineEdit* casella, const std::string& chiave) {
     if (!core::Trim(casella->text().toStdString()).empty()) return true;
     core::MsgBox(core::Testo(chiave), core::vbExclamation);
@@ -69,104 +77,124 @@ bool EditorBase::richiesto(QLineEdit* casella, const std::string& chiave) {
 }
 
 void EditorBase::setDatabase(store::DatabasePtr db) { db_ = std::move(db); }
-store::DatabasePtr EditorBase::database() const { return db_ ? db_ : core::session().dbArchivio; }
+store::DatabasePtr EditorBase::database() const { return db_ ? db_ : core::ArchivioAperto(); }
 
-void EditorBase::impostaTitolo() {
-    setWindowTitle(Q(titolo_ + " - " + core::Testo(Nuovo ? "s109" : "s110")));
+void EditorBase::impostaTitolo() { setWindowTitle(Q(titolo_ + " - " + core::Testo(nuovo() ? "s109" : "s110"))); }
+
+std::optional<long> EditorBase::Edita(const Apertura& apertura) {
+    Prepara(apertura);
+    return Mostra();
 }
 
 void EditorBase::EditaGriglia(ui::VetraGrid* grid, bool nuovo) {
-    Grid = grid;
-    Nuovo = nuovo;
-    Modo = 0;
+    Prepara({nuovo ? Modalita::Nuovo : Modalita::Modifica, 0, grid});
+}
+
+void EditorBase::EditaRecordset(long id, bool nuovo) { Prepara({nuovo ? Modalita::Nuovo : Modalita::Modifica, id}); }
+
+void EditorBase::Prepara(const Apertura& apertura) {
+    apertura_ = apertura;
+    ui::VetraGrid* lista = apertura_.griglia;
+    const bool dallaLista = lista && apertura_.modalita != Modalita::Nuovo && lista->haRigaCorrente();
+    id_ = apertura_.modalita == Modalita::Nuovo ? 0 : dallaLista ? lista->idCorrente() : apertura_.id;
+    salvato_.reset();
     impostaTitolo();
     Carica();
 }
 
-void EditorBase::EditaRecordset(long id, bool nuovo) {
-    Grid = nullptr;
-    ID = id;
-    Nuovo = nuovo;
-    Modo = 1;
-    impostaTitolo();
-    Carica();
-}
-
-std::unique_ptr<store::Recordset> EditorBase::apriRecord() {
+std::unique_ptr<store::Recordset> EditorBase::apriRecord(long id) {
     store::DatabasePtr db = database();
-    if (!db) throw store::JetError(3420, "Nessun archivio aperto");
-    return db->OpenRecordset("Select * from " + tabella_ + " where ID=" + std::to_string(ID));
+    if (!db) store::raise(3420, "Nessun archivio aperto");
+    return db->OpenRecordset("Select * from " + tabella_ + " where ID=" + std::to_string(id));
 }
 
 void EditorBase::Carica() {
     ui::protetto([this] {
-        if (Modo == 0) {
-            store::Recordset* rs = Grid ? Grid->Recordset() : nullptr;
-            if (rs && !Nuovo && Grid->haRigaCorrente()) ui::caricaControlli(this, *rs);
-            else if (rs) ui::preparaControlli(this, *rs);
-        } else {
-            auto rs = apriRecord();
-            if (!Nuovo && !rs->Eof()) ui::caricaControlli(this, *rs);
-            else ui::preparaControlli(this, *rs);
+        ui::VetraGrid* lista = apertura_.griglia;
+        const bool esistente = apertura_.modalita != Modalita::Nuovo;
+        if (esistente && lista && lista->haRigaCorrente()) {
+            ui::caricaControlli(this, *lista->Recordset());
+            return;
         }
+        auto rs = apriRecord(id_);
+        if (esistente && !rs->Eof()) ui::caricaControlli(this, *rs);
+        else ui::preparaControlli(this, *rs);
     });
+    // A copy is a new record from the moment its values are loaded.
+    if (apertura_.modalita == Modalita::Duplica) id_ = 0;
+    caricaDettagli();
     ui::protetto([this] { DopoCarica(); });
 }
 
-bool EditorBase::Mostra() {
+ui::Dettaglio* EditorBase::aggiungiDettaglio(const ui::DefinizioneDettaglio& definizione) {
+    auto padre = [this](bool perNuovaRiga) -> std::optional<long> {
+        if (id_ != 0 || !perNuovaRiga) return id_;
+        return SalvaSenzaChiudere();
+    };
+    auto* d = new ui::Dettaglio(definizione, padre, [this] { ui::protetto([this] { DopoRigheCambiate(); }); }, this);
+    dettagli_.push_back(d);
+    return d;
+}
+
+void EditorBase::caricaDettagli() {
+    for (ui::Dettaglio* d : dettagli_) ui::protetto([&] { d->Carica(id_); });
+}
+
+std::optional<long> EditorBase::Mostra() {
     // Only btnConferma confirms: a script that drives the screen reports through it too.
     ui::eseguiModale(this, [this] { return exec() == QDialog::Accepted; });
-    return confermato_;
+    return salvato_;
+}
+
+std::optional<long> EditorBase::SalvaSenzaChiudere() {
+    bool valido = false;
+    if (!ui::protetto([&] { valido = Valida(); }) || !valido) return std::nullopt;
+    std::optional<long> id;
+    if (!ui::protetto([&] { id = Salva(); })) return std::nullopt;
+    id_ = *id;
+    salvato_ = id;
+    ui::protetto([&] { DopoSalvato(*id); });
+    // From now on the record exists: a later confirm changes it instead of adding another.
+    apertura_.modalita = Modalita::Modifica;
+    impostaTitolo();
+    caricaDettagli();
+    return id;
 }
 
 void EditorBase::Conferma() {
-    bool valido = false;
-    if (!ui::protetto([&] { valido = Valida(); }) || !valido) return;
-    if (!ui::protetto([this] { Salva(); })) return;
-    confermato_ = true;
+    if (!SalvaSenzaChiudere()) return;
+    if (ui::VetraGrid* lista = apertura_.griglia) {
+        ui::protetto([&] {
+            lista->Aggiorna();
+            lista->vaiAId(*salvato_);
+        });
+    }
     accept();
 }
 
 void EditorBase::Annulla() { reject(); }
 
-void EditorBase::Salva() {
-    if (Modo == 0) salvaSuGriglia();
-    else salvaSuRecordset();
-}
-
-void EditorBase::salvaSuGriglia() {
-    if (!Grid) return;
-    try {
-        if (Nuovo) Grid->NuovaRiga();
-        else Grid->ModificaRiga();
-        store::Recordset& rs = *Grid->Recordset();
-        ui::salvaControlli(this, rs);
-        PrimaDiAggiornare(rs);
-        Grid->SalvaRiga();
-    } catch (...) {
-        // A failed write must not leave the list's recordset half in AddNew or Edit.
-        Grid->AnnullaRiga();
-        throw;
-    }
-}
-
-void EditorBase::salvaSuRecordset() {
-    auto rs = apriRecord();
-    if (Nuovo) {
+// The one save: the record by its id (or the table's empty result for a new one), the bound
+// controls, the fields of the screen's own, the id of a new record, the update.
+long EditorBase::Salva() {
+    auto rs = apriRecord(nuovo() ? 0 : id_);
+    if (nuovo()) {
         rs->AddNew();
     } else {
-        if (rs->Eof()) throw store::JetError(3021, "Nessun record corrente.");
+        if (rs->Eof()) store::raise(3021, "Nessun record corrente.");
         rs->Edit();
     }
     ui::salvaControlli(this, *rs);
+    if (nuovo() && !apertura_.campoPadre.empty())
+        rs->set(apertura_.campoPadre, store::Value::Long(static_cast<std::int32_t>(apertura_.idPadre)));
     PrimaDiAggiornare(*rs);
-    if (Nuovo) core::NuovoID(*rs, database());
+    if (nuovo()) core::NuovoID(*rs, database());
     rs->Update();
     rs->setBookmark(rs->LastModified());
-    core::session().IDRecordEdit = store::CLng(rs->get("ID"));
+    return store::CLng(rs->get("ID"));
 }
 
-QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, std::function<std::unique_ptr<EditorBase>()> editor) {
+QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, FabbricaEditor editor) {
     auto* riga = new QWidget(this);
     auto* l = new QHBoxLayout(riga);
     l->setContentsMargins(0, 0, 0, 0);
@@ -181,26 +209,21 @@ QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, std::function<std::uniqu
     imgEdit->setObjectName(nomeEdit);
     l->addWidget(imgNew);
     l->addWidget(imgEdit);
-    auto apri = [combo, editor](bool nuovo) {
+    auto apri = [this, combo, editor](Modalita modalita) {
         ui::protetto([&] {
-            core::Session& s = core::session();
-            s.IDRecordEdit = 0;
-            std::unique_ptr<EditorBase> e = editor();
-            store::Value v = combo->valore();
-            e->EditaRecordset(nuovo || v.isNull() ? 0 : store::CLng(v), nuovo);
-            e->Mostra();
+            std::optional<long> salvato = editor(this)->Edita({modalita, idDi(combo->valore())});
             combo->Aggiorna();
-            if (s.IDRecordEdit > 0) combo->setValore(store::Value::Long(static_cast<std::int32_t>(s.IDRecordEdit)));
+            if (salvato) combo->setValore(store::Value::Long(static_cast<std::int32_t>(*salvato)));
         });
+        combo->setFocus();
     };
-    connect(imgNew, &QToolButton::clicked, this, [apri] { apri(true); });
+    connect(imgNew, &QToolButton::clicked, this, [apri] { apri(Modalita::Nuovo); });
     connect(imgEdit, &QToolButton::clicked, this, [combo, apri] {
-        store::Value v = combo->valore();
-        if (v.isNull() || store::CDbl(v) == 0) {
+        if (idDi(combo->valore()) == 0) {
             core::MsgBox(core::Testo("s203"), core::vbExclamation);
             return;
         }
-        apri(false);
+        apri(Modalita::Modifica);
     });
     return riga;
 }

@@ -8,34 +8,18 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include <cctype>
-
+#include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/impostazioni.h"
-#include "core/record.h"
-#include "core/session.h"
-#include "ui/EditorBase.h"
 #include "core/varie.h"
+#include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
 #include "ui/VBars.h"
 
 namespace {
-
-bool chiaveLingua(const std::string& s) {
-    if (s.size() < 2 || s[0] != 's') return false;
-    for (size_t i = 1; i < s.size(); ++i)
-        if (!std::isdigit(static_cast<unsigned char>(s[i]))) return false;
-    return true;
-}
-
 QString Q(const std::string& s) { return QString::fromStdString(s); }
-
 }  // namespace
-
-std::string Didascalia(const std::string& chiaveOTesto) {
-    return chiaveLingua(chiaveOTesto) ? core::Testo(chiaveOTesto) : chiaveOTesto;
-}
 
 RegistroBase::RegistroBase(const char* nome, QWidget* parent)
     : QWidget(parent, Qt::Window),
@@ -46,7 +30,8 @@ RegistroBase::RegistroBase(const char* nome, QWidget* parent)
       btnNuovo(ui::comando("btnNuovo", Q(core::Testo("s109")), this)),
       btnModifica(ui::comando("btnModifica", Q(core::Testo("s110")), this)),
       btnElimina(ui::comando("btnElimina", Q(core::Testo("s111")), this)),
-      btnChiudi(ui::comando("btnChiudi", Q(core::Testo("s112")), this)) {
+      btnChiudi(ui::comando("btnChiudi", Q(core::Testo("s112")), this)),
+      elenco_(Grid, *this, this) {
     setObjectName(nome);
     Grid->setObjectName("Grid");
     cbCerca->setObjectName("cbCerca");
@@ -61,6 +46,7 @@ RegistroBase::RegistroBase(const char* nome, QWidget* parent)
     connect(btnChiudi, &QPushButton::clicked, this, &QWidget::close);
     connect(Grid, &ui::VetraGrid::modificaRichiesta, this, &RegistroBase::Modifica);
     connect(Grid, &ui::VetraGrid::eliminaRichiesta, this, &RegistroBase::Elimina);
+    connect(Grid, &ui::VetraGrid::rigaCambiata, this, &RegistroBase::rigaCambiata);
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] {
         txtCerca->setFocus();
         txtCerca->selectAll();
@@ -94,101 +80,71 @@ void RegistroBase::costruisciVista() {
     resize(720, 520);
 }
 
-ui::VBars* RegistroBase::aggiungiPannello() {
+ui::VBars* RegistroBase::aggiungiPannello(int diritto) {
     if (!VisCampi) {
         VisCampi = new ui::VBars(this);
         VisCampi->setObjectName("VisCampi");
         centro_->addWidget(VisCampi);
+        dirittoPannello_ = diritto;
         Grid->aggiungiSeguace(VisCampi);
         resize(width() + VisCampi->minimumWidth() + ui::Spaziatura, height());
     }
     return VisCampi;
 }
 
-QPushButton* RegistroBase::aggiungiComando(const char* nome, const QString& testo) {
+ui::Dettaglio* RegistroBase::aggiungiDettaglio(const ui::DefinizioneDettaglio& definizione) {
+    auto padre = [this](bool) -> std::optional<long> { return Grid->haRigaCorrente() ? Grid->idCorrente() : 0; };
+    auto* d = new ui::Dettaglio(definizione, padre, [this] { ui::protetto([this] { DopoRigheCambiate(); }); }, this);
+    dettagli_.push_back(d);
+    return d;
+}
+
+QPushButton* RegistroBase::aggiungiComando(const char* nome, const QString& testo, int diritto,
+                                           std::function<void()> azione) {
     QPushButton* b = ui::comando(nome, testo, this);
     comandi_->insertWidget(comandi_->indexOf(btnChiudi) - 1, b);
+    connect(b, &QPushButton::clicked, this, [diritto, azione = std::move(azione)] {
+        if (ui::consentito(diritto)) ui::protetto(azione);
+    });
     return b;
 }
 
-void RegistroBase::setDatabase(store::DatabasePtr db) {
-    db_ = std::move(db);
-    Grid->setDatabase(db_);
-}
-
-store::DatabasePtr RegistroBase::database() const { return db_ ? db_ : core::session().dbArchivio; }
-
 void RegistroBase::carica(Definizione d) {
     def_ = std::move(d);
-    setWindowTitle(Q(def_.titolo));
-    Grid->setSorgente(def_.sorgente);
-    Grid->setOrdinamento(def_.ordinamento, def_.direzione);
-    Grid->pulisciColonne();
-    for (const auto& c : def_.colonne) Grid->aggiungiColonna(c);
+    setWindowTitle(Q(core::Didascalia(def_.titolo)));
+    elenco_.imposta(def_);
     cbCerca->clear();
-    for (const auto& r : def_.ricerca) cbCerca->addItem(Q(Didascalia(r.chiave)));
+    for (const std::string& campo : def_.ricerca)
+        cbCerca->addItem(Q(def_.campi ? core::Didascalia((*def_.campi)[campo].didascalia) : campo), Q(campo));
     cbCerca->setCurrentIndex(cbCerca->count() > 0 ? 0 : -1);
-    ui::protetto([this] { Grid->Aggiorna(); });
+    if (VisCampi) VisCampi->setVisible(dirittoPannello_ == 0 || core::HaPrivilegio(dirittoPannello_));
+    sorgenteCorrente_ = def_.sorgente;
+    ui::protetto([this] { elenco_.Carica(sorgenteCorrente_); });
+    rigaCambiata();
 }
 
 std::string RegistroBase::IstruzioneRicerca(const std::string& sorgente, const std::string& campo,
                                             const std::string& testo) {
-    return sorgente + " where " + campo + " Like '*" + core::Apici(testo) + "*'";
+    return core::AggiungiCondizione(sorgente, campo + " Like '*" + core::Apici(testo) + "*'");
 }
 
 void RegistroBase::Cerca() {
-    ui::protetto([this] {
-        const std::string scelta = cbCerca->currentText().toStdString();
-        for (const auto& r : def_.ricerca) {
-            if (Didascalia(r.chiave) != scelta) continue;
-            Grid->setSorgente(IstruzioneRicerca(def_.sorgente, r.campo, txtCerca->text().toStdString()));
-            Grid->Aggiorna();
-            return;
-        }
-    });
+    if (cbCerca->currentIndex() < 0) return;
+    const std::string campo = cbCerca->currentData().toString().toStdString();
+    sorgenteCorrente_ = IstruzioneRicerca(def_.sorgente, campo, txtCerca->text().toStdString());
+    ui::protetto([this] { elenco_.Carica(sorgenteCorrente_); });
 }
 
-bool RegistroBase::consentito() const {
-    if (def_.dirittoModifica <= 0 || core::HaPrivilegio(def_.dirittoModifica)) return true;
-    core::MsgBox(core::session().MsgNegato, core::vbExclamation);
-    return false;
+void RegistroBase::Aggiorna() {
+    ui::protetto([this] { elenco_.Carica(sorgenteCorrente_); });
 }
 
-void RegistroBase::apriEditor(bool nuovo) {
-    ui::protetto([this, nuovo] {
-        std::unique_ptr<EditorBase> editor = creaEditor();
-        editor->EditaGriglia(Grid, nuovo);
-        editor->Mostra();
-        if (!nuovo) Grid->Aggiorna();
-    });
-    Grid->setFocus();
+void RegistroBase::rigaCambiata() {
+    const long id = Grid->haRigaCorrente() ? Grid->idCorrente() : 0;
+    for (ui::Dettaglio* d : dettagli_) ui::protetto([&] { d->Carica(id); });
+    ui::protetto([this] { DopoCambioRiga(); });
 }
 
-void RegistroBase::Nuovo() {
-    if (consentito()) apriEditor(true);
-}
-
-void RegistroBase::Modifica() {
-    if (Grid->haRigaCorrente()) apriEditor(false);
-}
-
-bool RegistroBase::movimentato(long id) {
-    if (!def_.guardia) return false;
-    std::vector<core::VoceTabella> voci;
-    for (const auto& t : def_.guardia->tabelle) voci.push_back({t.tabella, Didascalia(t.descrizione)});
-    std::string messaggio;
-    if (!core::RecordMovimentato(id, def_.guardia->campo, voci, messaggio)) return false;
-    core::MsgBox(messaggio, core::vbExclamation);
-    return true;
-}
-
-void RegistroBase::Elimina() {
-    if (!Grid->haRigaCorrente() || !consentito()) return;
-    ui::protetto([this] {
-        if (movimentato(Grid->idCorrente())) return;
-        std::string domanda = def_.domandaElimina ? def_.domandaElimina(*Grid->Recordset()) : std::string();
-        if (core::MsgBox(domanda, core::vbYesNo | core::vbQuestion) == core::vbYes) Grid->EliminaRiga();
-        if (def_.ricaricaDopoElimina) Grid->Aggiorna();
-    });
-    Grid->setFocus();
+std::optional<Apertura> RegistroBase::aperturaPer(ui::Elenco&, Modalita modalita) {
+    return Apertura{modalita, 0, Grid};
 }

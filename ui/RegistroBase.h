@@ -1,6 +1,8 @@
 // The skeleton every register shares: a list over one statement with search, new, change, delete
-// and close, and the keys of the list. A register says only what differs: its statement, columns,
-// search fields, delete guard and question, and which editor it opens.
+// and close, and the keys of the list. A register is its definition: the statement with its own
+// filter, the columns and search fields from the entity's field table, colour rules, the rights
+// that guard each command and panel, the editor it opens, the delete guard and question. What a
+// register does beyond that goes in the hooks.
 #pragma once
 
 #include <QWidget>
@@ -11,8 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "store/dao.h"
-#include "ui/VetraGrid.h"
+#include "ui/Elenco.h"
 
 class QComboBox;
 class QHBoxLayout;
@@ -20,74 +21,59 @@ class QLineEdit;
 class QPushButton;
 
 namespace ui {
+class Dettaglio;
+struct DefinizioneDettaglio;
 class VBars;
-}
+}  // namespace ui
 
-class EditorBase;
-
-// The text of a language key ("s77"), or the caption itself when it is no key ("Giorni per rata").
-std::string Didascalia(const std::string& chiaveOTesto);
-
-class RegistroBase : public QWidget {
+class RegistroBase : public QWidget, protected ui::OspiteElenco {
     Q_OBJECT
 public:
-    // One entry of the search choice: the caption's language key (or a literal caption) and its field.
-    struct Ricerca {
-        std::string chiave;
-        std::string campo;
-    };
-    // One table that may refer to the record, and the caption shown when it does.
-    struct Riferimento {
-        std::string tabella;
-        std::string descrizione;
-    };
-    struct Guardia {
-        std::string campo;                  // the referring field in every table listed
-        std::vector<Riferimento> tabelle;
-    };
-    struct Definizione {
-        std::string titolo;                 // the screen's caption, already a text
-        std::string sorgente;               // "Select * from CodiciIva"
-        std::string ordinamento;            // sort field(s)
-        ui::Direzione direzione = ui::Direzione::Crescente;
-        std::vector<ui::Colonna> colonne;
-        std::vector<Ricerca> ricerca;
-        std::optional<Guardia> guardia;
-        // The delete question for the current row ("Eliminare l'iva " + DescIva + "?").
-        std::function<std::string(store::Recordset&)> domandaElimina;
-        int dirittoModifica = 0;            // rights position tested before new and delete; 0 none
-        bool ricaricaDopoElimina = false;   // reload the list after a delete, answered or not
+    struct Definizione : ui::DefinizioneElenco {
+        std::string titolo;                 // the screen's caption, a language key or a fixed text
+        std::vector<std::string> ricerca;   // fields offered by cbCerca, from the field table
     };
 
+    const Definizione& definizione() const { return def_; }
     ui::VetraGrid* griglia() const { return Grid; }
     ui::VBars* pannello() const { return VisCampi; }   // null unless the register asked for one
 
-    // "Select * from T where F Like '*text*'" with the text's apostrophes doubled; a '*' the user
-    // typed stays a wildcard.
+    // The source with the user's search ANDed into its own filter: "F Like '*text*'" with the
+    // text's apostrophes doubled; a '*' the user typed stays a wildcard.
     static std::string IstruzioneRicerca(const std::string& sorgente, const std::string& campo,
                                          const std::string& testo);
 
     // The commands, as the buttons and keys run them.
     void Cerca();
-    void Nuovo();
-    void Modifica();
-    void Elimina();
+    void Nuovo() { elenco_.Nuovo(); }
+    void Modifica() { elenco_.Modifica(); }
+    void Elimina() { elenco_.Elimina(); }
+    // Reads the rows again with the current search.
+    void Aggiorna();
 
 protected:
     RegistroBase(const char* nome, QWidget* parent = nullptr);
 
     // Register load: statement, sort, columns, search choice, captions; then the first rows.
     void carica(Definizione d);
-    // A side panel (VisCampi) beside the list, following its row; call before carica.
-    ui::VBars* aggiungiPannello();
-    // A command of the screen's own, placed before btnChiudi.
-    QPushButton* aggiungiComando(const char* nome, const QString& testo);
+    // A side panel (VisCampi) beside the list, following its row, shown only with the right; call
+    // before carica.
+    ui::VBars* aggiungiPannello(int diritto = 0);
+    // A list of lines of the current row, reloaded as the row changes; the register places it.
+    ui::Dettaglio* aggiungiDettaglio(const ui::DefinizioneDettaglio& definizione);
+    // A command of the screen's own, placed before btnChiudi, guarded by a right.
+    QPushButton* aggiungiComando(const char* nome, const QString& testo, int diritto, std::function<void()> azione);
 
-    // The editor of this register, made fresh for each use, owned by the caller.
-    virtual std::unique_ptr<EditorBase> creaEditor() = 0;
-    // The database of the list and of the delete guard; unset, the session's archive.
-    void setDatabase(store::DatabasePtr db);
-    store::DatabasePtr database() const;
+    // Hooks.
+    // After the refusals and the delete guard, before the question: false stops the delete.
+    virtual bool PrimaDiEliminare(long /*id*/) { return true; }
+    virtual void DopoEliminato(long /*id*/) {}
+    // After the editor saved a record (new or changed); the list already shows it.
+    virtual void DopoSalvato(long /*id*/) {}
+    // After the current row changed (also to no row), once the followers show it.
+    virtual void DopoCambioRiga() {}
+    // After a line of a detail list was saved or deleted.
+    virtual void DopoRigheCambiate() {}
 
     ui::VetraGrid* Grid;
     ui::VBars* VisCampi = nullptr;
@@ -100,22 +86,32 @@ protected:
     QPushButton* btnChiudi;
 
 private:
+    std::optional<Apertura> aperturaPer(ui::Elenco&, Modalita modalita) override;
+    bool primaDiEliminare(ui::Elenco&, long id) override { return PrimaDiEliminare(id); }
+    void dopoEliminato(ui::Elenco&, long id) override { DopoEliminato(id); }
+    void dopoSalvato(ui::Elenco&, long id) override { DopoSalvato(id); }
     void costruisciVista();
-    bool consentito() const;
-    bool movimentato(long id);
-    void apriEditor(bool nuovo);
+    void rigaCambiata();
 
     Definizione def_;
-    store::DatabasePtr db_;
+    ui::Elenco elenco_;
+    std::string sorgenteCorrente_;
+    std::vector<ui::Dettaglio*> dettagli_;
+    int dirittoPannello_ = 0;
     QHBoxLayout* centro_;
     QHBoxLayout* comandi_;
 };
 
-// What the screen registry runs for a register: a fresh window, unloaded when it is closed.
+// What the screen registry runs for a register: the right to see it first, then a fresh window,
+// unloaded when it is closed.
 template <class Registro>
 bool ApriRegistro() {
     auto* r = new Registro;
     r->setAttribute(Qt::WA_DeleteOnClose);
+    if (!ui::consentito(r->definizione().diritti.vedere)) {
+        delete r;
+        return false;
+    }
     r->show();
     return true;
 }

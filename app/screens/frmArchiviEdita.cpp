@@ -8,7 +8,7 @@
 
 #include "core/dialogs.h"
 #include "core/esercizi.h"
-#include "app/screens/frmMain.h"
+#include "core/registro_schermi.h"
 #include "core/session.h"
 #include "store/clock.h"
 #include "store/convert.h"
@@ -18,7 +18,7 @@
 #include "ui/VetraPicker.h"
 
 frmArchiviEdita::frmArchiviEdita(QWidget* parent) : QDialog(parent) {
-    setObjectName("frmArchiviEdita");
+    setObjectName(Nome);
     setWindowTitle("Nuovo Esercizio");
     setMinimumWidth(420);
     auto* colonna = new QVBoxLayout(this);
@@ -58,14 +58,14 @@ void frmArchiviEdita::Conferma() {
     }
     // The carry-over of the last period's data into the new archive is not part of this screen
     // yet: every period made here starts empty.
-    const long id = core::CreaEsercizioVuoto(azienda_, nome, store::CDate(pkData->valore()));
-    core::session().IDRecordEdit = id;
+    creato_ = core::CreaEsercizioVuoto(azienda_, nome, store::CDate(pkData->valore()));
     accept();
-    if (frmMain* pannello = frmMain::istanza()) pannello->CaricaAziende();
+    core::AnnunciaNovita(core::Novita::Aziende);
 }
 
-bool frmArchiviEdita::NuovoEsercizioVuoto(long azienda, QWidget* parent) {
+std::optional<long> frmArchiviEdita::NuovoEsercizioVuoto(long azienda, QWidget* parent) {
     frmArchiviEdita schermo(parent);
     schermo.Edita(0, true, azienda, 0, false);
-    return ui::eseguiModale(&schermo, [&schermo] { return schermo.exec() == QDialog::Accepted; });
+    ui::eseguiModale(&schermo, [&schermo] { return schermo.exec() == QDialog::Accepted; });
+    return schermo.creato_;
 }

@@ -1,6 +1,8 @@
 // A new period of a company: its description (the archive's file name) and its start date.
 #pragma once
 
+#include <optional>
+
 #include <QDialog>
 
 class QPushButton;
@@ -12,6 +14,7 @@ class VetraPicker;
 class frmArchiviEdita : public QDialog {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmArchiviEdita";
     explicit frmArchiviEdita(QWidget* parent = nullptr);
 
     // The entry operation: the period's id, whether it is new, its company, a start date to offer
@@ -19,7 +22,7 @@ public:
     // carried over.
     void Edita(long id, bool nuovo, long azienda, double data, bool riporto);
     // Opens the screen for a new period of that company with an empty archive; true when made.
-    static bool NuovoEsercizioVuoto(long azienda, QWidget* parent = nullptr);
+    static std::optional<long> NuovoEsercizioVuoto(long azienda, QWidget* parent = nullptr);
 
     void Conferma();
 
@@ -30,5 +33,6 @@ public:
 
 private:
     long azienda_ = 0;
+    std::optional<long> creato_;
     bool riporto_ = false;
 };

@@ -1,49 +1,36 @@
 #include "app/screens/frmAziende.h"
 
-#include <QPushButton>
-
-#include "core/aziende.h"
-#include "core/pannello.h"
 #include "app/screens/frmAziendeEdita.h"
-#include "app/screens/frmMain.h"
+#include "core/aziende.h"
+#include "core/impostazioni.h"
+#include "core/registro_schermi.h"
 #include "core/session.h"
 #include "store/convert.h"
-#include "ui/Dialoghi.h"
 #include "ui/VBars.h"
 
-frmAziende::frmAziende(QWidget* parent) : RegistroBase("frmAziende", parent) {
-    setDatabase(core::session().dbAziende);
+frmAziende::frmAziende(QWidget* parent) : RegistroBase(Nome, parent) {
+    const core::TabellaCampi& campi = core::CampiAziende();
     ui::VBars* pannello = aggiungiPannello();
-    const int generale = pannello->aggiungiGruppo(core::Didascalia("s142", "Generale"));
-    for (const auto& [campo, titolo] : std::vector<std::pair<const char*, const char*>>{
-             {"Denominazione", "Denominazione"}, {"Indirizzo", "Indirizzo"}, {"Cap", "Cap"}, {"Citta", "Città"},
-             {"Provincia", "Provincia"}, {"PartitaIva", "Partita Iva"}, {"CodiceFiscale", "Codice Fiscale"},
-             {"Telefono", "Telefono"}, {"Fax", "Fax"}})
-        pannello->aggiungiCampo(generale, campo, titolo);
+    const int generale = pannello->aggiungiGruppo(core::Didascalia("s142"));
+    for (const core::Campo& c : campi.tutti()) pannello->aggiungiCampo(generale, c.nome, core::Didascalia(c.didascalia));
 
     Definizione d;
-    d.titolo = core::Didascalia("", "Aziende Gestite");
+    d.titolo = "Aziende Gestite";
     d.sorgente = "Select * from Aziende";
     d.ordinamento = "Denominazione";
-    d.colonne = {{"Denominazione", core::Didascalia("s101", "Denominazione"), 3500},
-                 {"Citta", core::Didascalia("s104", "Città"), 2000},
-                 {"PartitaIva", core::Didascalia("s106", "Partita Iva"), 1600}};
-    d.ricerca = {{"s101", "Denominazione"}};
+    d.campi = &campi;
+    d.colonne = {"Denominazione", "Citta", "PartitaIva"};
+    d.ricerca = {"Denominazione"};
+    d.editor = [](QWidget* parent) { return std::make_unique<frmAziendeEdita>(parent); };
+    d.database = core::session().dbAziende;
     carica(std::move(d));
-
-    disconnect(btnElimina, nullptr, this, nullptr);
-    disconnect(Grid, &ui::VetraGrid::eliminaRichiesta, this, nullptr);
-    auto elimina = [this] { ui::protetto([this] { EliminaAzienda(); }); };
-    connect(btnElimina, &QPushButton::clicked, this, elimina);
-    connect(Grid, &ui::VetraGrid::eliminaRichiesta, this, elimina);
 }
 
-std::unique_ptr<EditorBase> frmAziende::creaEditor() { return std::make_unique<frmAziendeEdita>(this); }
-
-void frmAziende::EliminaAzienda() {
-    const long id = Grid->idCorrente();
-    if (id == 0) return;
-    if (!core::EliminaAzienda(id, store::ConcatText(Grid->valore("Denominazione")))) return;
-    Grid->EliminaRiga();
-    if (frmMain* pannello = frmMain::istanza()) pannello->CaricaAziende();
+bool frmAziende::PrimaDiEliminare(long id) {
+    return core::EliminaAzienda(id, store::ConcatText(Grid->valore("Denominazione")));
 }
+
+void frmAziende::DopoEliminato(long) { core::AnnunciaNovita(core::Novita::Aziende); }
+
+// A rename shows in the panel's choice of company at once.
+void frmAziende::DopoSalvato(long) { core::AnnunciaNovita(core::Novita::Aziende); }

@@ -8,17 +8,12 @@ namespace ui { class VText; }
 class frmAziendeEdita : public EditorBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmAziendeEdita";
     explicit frmAziendeEdita(QWidget* parent = nullptr);
-
-    // Opens the editor on a company by id, or for a new one; true when confirmed.
-    static bool ApriRecord(long id, bool nuovo, QWidget* parent = nullptr);
 
     ui::VText* VText1;   // Denominazione
 
 protected:
     bool Valida() override;
-
-private:
-    void ConfermaAzienda();
-    long idSalvato() const;
+    void DopoSalvato(long id) override;
 };

@@ -16,7 +16,7 @@
 #include "core/pannello.h"
 #include "app/screens/frmAziendeEdita.h"
 #include "app/screens/frmArchiviEdita.h"
-#include "app/screens/frmMain.h"
+#include "core/registro_schermi.h"
 #include "core/session.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
@@ -27,7 +27,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-std::string T(const char* chiave, const char* predefinita) { return core::Didascalia(chiave, predefinita); }
 
 QLabel* Avviso(const char* testo, QWidget* parent) {
     auto* l = new QLabel(QString::fromUtf8(testo), parent);
@@ -44,7 +43,7 @@ auto Protetto(F f) {
 }  // namespace
 
 frmConfigurazione::frmConfigurazione(QWidget* parent) : QDialog(parent) {
-    setObjectName("frmConfigurazione");
+    setObjectName(Nome);
     setWindowTitle("Configurazione");
     setWindowIcon(ui::icona("preferences-system"));
     resize(760, 420);
@@ -77,11 +76,11 @@ frmConfigurazione::frmConfigurazione(QWidget* parent) : QDialog(parent) {
     imgEdit3 = ui::immagine("imgEdit3", "Modifica azienda", scelta);
     imgNew2 = ui::immagine("imgNew2", "Nuovo esercizio", scelta);
     imgNew2->setEnabled(false);
-    griglia->addWidget(new QLabel(Q(T("s5", "Azienda")), scelta), 0, 0);
+    griglia->addWidget(new QLabel(Q(core::Didascalia("s5")), scelta), 0, 0);
     griglia->addWidget(cbAziendaClient, 0, 1);
     griglia->addWidget(imgNew3, 0, 2);
     griglia->addWidget(imgEdit3, 0, 3);
-    griglia->addWidget(new QLabel(Q(T("s133", "Esercizio")), scelta), 1, 0);
+    griglia->addWidget(new QLabel(Q(core::Didascalia("s133")), scelta), 1, 0);
     griglia->addWidget(cbEsercizioClient, 1, 1);
     griglia->addWidget(imgNew2, 1, 2);
     griglia->setColumnStretch(1, 1);
@@ -112,18 +111,18 @@ long frmConfigurazione::aziendaScelta() const {
 void frmConfigurazione::RiempiCombo() {
     const auto& db = core::session().dbAziende;
     cbAziendaClient->setDatabase(db);
-    cbAziendaClient->setColonne({{"Denominazione", T("s101", "Denominazione"), 3000, ""},
-                                 {"Indirizzo", T("s102", "Indirizzo"), 2500, ""},
-                                 {"Cap", T("s103", "Cap"), 700, ""},
-                                 {"Citta", T("s104", "Città"), 1800, ""},
-                                 {"Provincia", T("s105", "Prov."), 600, ""},
-                                 {"PartitaIva", T("s106", "Partita Iva"), 1500, ""}});
+    cbAziendaClient->setColonne({{"Denominazione", core::Didascalia("s101"), 3000, ""},
+                                 {"Indirizzo", core::Didascalia("s102"), 2500, ""},
+                                 {"Cap", core::Didascalia("s103"), 700, ""},
+                                 {"Citta", core::Didascalia("s104"), 1800, ""},
+                                 {"Provincia", core::Didascalia("s105"), 600, ""},
+                                 {"PartitaIva", core::Didascalia("s106"), 1500, ""}});
     cbAziendaClient->setSorgente("Select * from Aziende");
     cbAziendaClient->Aggiorna();
     cbEsercizioClient->setDatabase(db);
-    cbEsercizioClient->setColonne({{"Nome", T("s133", "Esercizio"), 2500, ""},
-                                   {"Dal", T("s115", "Dal"), 1200, "dd/mm/yyyy"},
-                                   {"Al", T("s116", "Al"), 1200, "dd/mm/yyyy"}});
+    cbEsercizioClient->setColonne({{"Nome", core::Didascalia("s133"), 2500, ""},
+                                   {"Dal", core::Didascalia("s115"), 1200, "dd/mm/yyyy"},
+                                   {"Al", core::Didascalia("s116"), 1200, "dd/mm/yyyy"}});
     cbEsercizioClient->setSorgente("Select * from Esercizi");
     cbEsercizioClient->Aggiorna();
 }
@@ -145,17 +144,12 @@ void frmConfigurazione::Sfoglia() {
     RiempiCombo();
 }
 
-void frmConfigurazione::ScegliCreato(ui::VetraCombo* combo) {
-    const long creato = core::session().IDRecordEdit;
+void frmConfigurazione::ScegliCreato(ui::VetraCombo* combo, std::optional<long> creato) {
     combo->Aggiorna();
-    if (creato > 0) combo->setValore(store::Value::Long(static_cast<std::int32_t>(creato)));
+    if (creato) combo->setValore(store::Value::Long(static_cast<std::int32_t>(*creato)));
 }
 
-void frmConfigurazione::NuovaAzienda() {
-    core::session().IDRecordEdit = 0;
-    frmAziendeEdita::ApriRecord(0, true, this);
-    ScegliCreato(cbAziendaClient);
-}
+void frmConfigurazione::NuovaAzienda() { ScegliCreato(cbAziendaClient, frmAziendeEdita(this).Edita({Modalita::Nuovo})); }
 
 void frmConfigurazione::ModificaAzienda() {
     const long id = aziendaScelta();
@@ -163,15 +157,11 @@ void frmConfigurazione::ModificaAzienda() {
         core::MsgBox(core::Testo("s203"), core::vbExclamation);
         return;
     }
-    core::session().IDRecordEdit = 0;
-    frmAziendeEdita::ApriRecord(id, false, this);
-    ScegliCreato(cbAziendaClient);
+    ScegliCreato(cbAziendaClient, frmAziendeEdita(this).Edita({Modalita::Modifica, id}));
 }
 
 void frmConfigurazione::NuovoEsercizio() {
-    core::session().IDRecordEdit = 0;
-    frmArchiviEdita::NuovoEsercizioVuoto(aziendaScelta(), this);
-    ScegliCreato(cbEsercizioClient);
+    ScegliCreato(cbEsercizioClient, frmArchiviEdita::NuovoEsercizioVuoto(aziendaScelta(), this));
 }
 
 void frmConfigurazione::Conferma() {
@@ -179,7 +169,7 @@ void frmConfigurazione::Conferma() {
     if (!core::ConfermaConfigurazione(txtAziende->text().toStdString(), aziendaScelta(),
                                       es.isNull() ? 0 : store::CLng(es)))
         return;
-    if (frmMain* pannello = frmMain::istanza()) pannello->CaricaComboDati();
+    core::AnnunciaNovita(core::Novita::Esercizi);
     accept();
 }
 

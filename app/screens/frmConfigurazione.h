@@ -2,6 +2,8 @@
 // then the company and the period to work on.
 #pragma once
 
+#include <optional>
+
 #include <QDialog>
 
 class QLineEdit;
@@ -12,6 +14,7 @@ namespace ui { class VetraCombo; }
 class frmConfigurazione : public QDialog {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmConfigurazione";
     explicit frmConfigurazione(QWidget* parent = nullptr);
 
     void Sfoglia();
@@ -37,6 +40,6 @@ protected:
 private:
     void RiempiCombo();
     void AziendaScelta();
-    void ScegliCreato(ui::VetraCombo* combo);
+    void ScegliCreato(ui::VetraCombo* combo, std::optional<long> creato);
     long aziendaScelta() const;
 };

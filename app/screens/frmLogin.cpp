@@ -21,7 +21,7 @@ QString Q(const std::string& s) { return QString::fromStdString(s); }
 }  // namespace
 
 frmLogin::frmLogin(QWidget* parent) : QDialog(parent) {
-    setObjectName("frmLogin");
+    setObjectName(Nome);
     setWindowTitle("Login");
     setWindowIcon(ui::icona("system-lock-screen"));
     setMinimumWidth(460);
@@ -75,11 +75,10 @@ frmLogin::frmLogin(QWidget* parent) : QDialog(parent) {
 
 void frmLogin::ImpostaDidascalie() {
     const char* chiavi[] = {"s2", "s62", "s63", "s64"};
-    const char* predefinite[] = {"Azienda", "Esercizio", "Nome utente", "Password"};
-    for (int i = 0; i < 4; ++i) etichette_[i]->setText(Q(core::Didascalia(chiavi[i], predefinite[i])));
-    suggerimento_->setText(Q(core::Didascalia("s65", "Inserire nome utente e password.")));
-    btnAnnulla->setText(Q(core::Didascalia("s66", "Annulla")));
-    btnConferma->setText(Q(core::Didascalia("s67", "Conferma")));
+    for (int i = 0; i < 4; ++i) etichette_[i]->setText(Q(core::Didascalia(chiavi[i])));
+    suggerimento_->setText(Q(core::Didascalia("s65")));
+    btnAnnulla->setText(Q(core::Didascalia("s66")));
+    btnConferma->setText(Q(core::Didascalia("s67")));
 }
 
 void frmLogin::Conferma() {

@@ -10,6 +10,7 @@ class QPushButton;
 class frmLogin : public QDialog {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmLogin";
     explicit frmLogin(QWidget* parent = nullptr);
 
     void Conferma();

@@ -28,13 +28,7 @@
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
 #include "app/screens/frmArchiviEdita.h"
-#include "app/screens/frmAziende.h"
-#include "app/screens/frmAziendeEdita.h"
-#include "app/screens/frmConfigurazione.h"
-#include "app/screens/frmLogin.h"
 #include "app/screens/frmSelPeriodo.h"
-#include "app/screens/frmUtenti.h"
-#include "app/screens/frmUtentiEdita.h"
 #include "core/session.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
@@ -78,45 +72,10 @@ auto Protetto(F f) {
     return [f] { ui::protetto(f); };
 }
 
-// A modal screen opened by name from start-up or from a menu.
-template <class Schermo>
-bool MostraSchermo() {
-    Schermo s(frmMain::istanza());
-    return s.exec() == QDialog::Accepted;
-}
-
-bool ChiudiSchermoAperto(const std::string& nome) {
-    const QString cercato = Q(nome);
-    for (QWidget* w : QApplication::topLevelWidgets()) {
-        if (!w->isVisible() || w->objectName().compare(cercato, Qt::CaseInsensitive) != 0) continue;
-        w->close();
-        return true;
-    }
-    return false;
-}
-
 }  // namespace
 
-void RegistraSchermiAvvio() {
-    core::registraSchermo("frmLogin", MostraSchermo<frmLogin>);
-    core::registraSchermo("frmConfigurazione", MostraSchermo<frmConfigurazione>);
-    core::registraSchermo("frmSelPeriodo", MostraSchermo<frmSelPeriodo>);
-    core::registraSchermo("frmMain", [] {
-        frmMain::Apri();
-        return true;
-    });
-    core::registraSchermo("frmAziende", ApriRegistro<frmAziende>);
-    core::registraSchermo("frmAziendeEdita", NuovoRecord<frmAziendeEdita>);
-    core::registraSchermo("frmUtenti", ApriRegistro<frmUtenti>);
-    core::registraSchermo("frmUtentiEdita", NuovoRecord<frmUtentiEdita>);
-    core::installaChiusuraSchermo(ChiudiSchermoAperto);
-    core::installaFineCaricamento([] {
-        if (frmMain* p = frmMain::istanza()) p->FineCaricamento();
-    });
-}
-
 frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
-    setObjectName("frmMain");
+    setObjectName(Nome);
     setWindowTitle("Brevano - Pannello Principale");
     setWindowIcon(ui::icona("go-home"));
     resize(1180, 700);
@@ -130,7 +89,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
     lblVersione->setObjectName("lblVersione");
 
     ui::protetto([this] {
-        lblVersione->setText(Q(core::Didascalia("s52", "Versione") + " " + store::DateText(core::DataEseguibile())));
+        lblVersione->setText(Q(core::Didascalia("s52") + " " + store::DateText(core::DataEseguibile())));
         txtUtente->setText(Q(core::session().NomeUtente));
         lblCartellaDati->setText(Q(core::LeggiIni("Azienda", "PATH")));
         Abilita(core::session().dbArchivio != nullptr);
@@ -155,6 +114,7 @@ void frmMain::Apri() {
     auto* p = new frmMain;
     p->setAttribute(Qt::WA_DeleteOnClose);
     pannelloAttuale() = p;
+    ui::impostaFinestraPrincipale(p);
     p->show();
 }
 
@@ -285,7 +245,7 @@ QWidget* frmMain::CostruisciListe() {
         QListWidget* lista = NuovaLista(sezione.chiaveTesto == "s13" ? "ListBarContabilita" : "ListBarAnagrafiche");
         for (const core::VoceLista& v : sezione.voci) {
             const core::ComandoPannello* c = core::CercaComando(v.chiave);
-            const std::string titolo = core::Didascalia(v.chiaveTesto, v.titolo.empty() && c ? c->titolo : v.titolo);
+            const std::string titolo = core::Didascalia(!v.chiaveTesto.empty() ? v.chiaveTesto : v.titolo.empty() && c ? c->titolo : v.titolo);
             auto* voce = new QListWidgetItem(ui::icona(c ? c->icona.c_str() : "text-x-generic"), Q(titolo), lista);
             voce->setData(Qt::UserRole, Q(v.chiave));
         }
@@ -293,7 +253,7 @@ QWidget* frmMain::CostruisciListe() {
         connect(lista, &QListWidget::itemActivated, this, esegui);
         connect(lista, &QListWidget::itemClicked, this, esegui);
         ListBar->addItem(lista, ui::icona(sezione.chiaveTesto == "s13" ? "x-office-document" : "system-users"),
-                         Q(core::Didascalia(sezione.chiaveTesto, sezione.titolo)));
+                         Q(core::Didascalia(sezione.chiaveTesto.empty() ? sezione.titolo : sezione.chiaveTesto)));
     }
     righe->addWidget(ListBar);
 
@@ -306,11 +266,11 @@ QWidget* frmMain::CostruisciListe() {
     righe->addLayout(centro, 1);
 
     auto* destra = new QVBoxLayout;
-    auto* rapido = new QGroupBox(Q(core::Didascalia("s36", "Menu Rapido")), this);
+    auto* rapido = new QGroupBox(Q(core::Didascalia("s36")), this);
     auto* rapidoL = new QVBoxLayout(rapido);
     MenuRapidi = NuovaLista("MenuRapidi");
     for (const core::ComandoPannello& c : core::ComandiRapidi()) {
-        auto* voce = new QListWidgetItem(ui::icona(c.icona.c_str()), Q(core::Didascalia(c.chiaveTesto, c.titolo)),
+        auto* voce = new QListWidgetItem(ui::icona(c.icona.c_str()), Q(c.didascalia()),
                                          MenuRapidi);
         voce->setData(Qt::UserRole, Q(c.nome));
     }
@@ -404,6 +364,11 @@ void frmMain::CaricaComboDati() {
     Caricamento = prima;
 }
 
+void frmMain::Novita(core::Novita novita) {
+    if (novita == core::Novita::Aziende) CaricaAziende();
+    else CaricaComboDati();
+}
+
 void frmMain::CambiaAzienda() {
     if (Caricamento || cbAzienda->currentIndex() < 0) return;
     const long id = IdScelto(cbAzienda);
@@ -472,7 +437,7 @@ void frmMain::ComandoRapido(const std::string& chiave) {
     core::MostraModale(c->schermo);
     // After a new fattura or expense, its lines follow one after another until one is cancelled.
     // The line editor finds the record it belongs to as its mode.
-    const std::string righe = chiave == "mFAV" ? "frmMovimentiEdita" : chiave == "mSpesa" ? "frmSpeseMovEdita" : "";
+    const std::string& righe = c->righe;
     if (righe.empty() || !core::schermoRegistrato(righe)) return;
     const long record = s.IDRecordEdit;
     while (record != 0 && s.IDRecordEdit != 0) {

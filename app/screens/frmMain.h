@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+#include "core/registro_schermi.h"
+
 class QAction;
 class QComboBox;
 class QLabel;
@@ -17,13 +19,11 @@ class QMenu;
 class QPushButton;
 class QToolBox;
 
-// Registers the screens of start-up, companies, periods and users, and the hooks the start-up
-// needs (closing a screen by name, the end of loading).
-void RegistraSchermiAvvio();
 
 class frmMain : public QMainWindow {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmMain";
     explicit frmMain(QWidget* parent = nullptr);
     ~frmMain() override;
 
@@ -39,6 +39,8 @@ public:
     // Start-up's last act: from now on the combos react to the user.
     void FineCaricamento() { Caricamento = false; }
     void AggiornaAvvisi();
+    // What another screen announced: the companies, or the periods, changed.
+    void Novita(core::Novita novita);
     // The dates and archive of the current period, below the choice of company and period.
     void MostraEsercizio();
 

@@ -17,7 +17,7 @@
 #include "ui/VetraPicker.h"
 
 frmSelPeriodo::frmSelPeriodo(QWidget* parent) : QDialog(parent) {
-    setObjectName("frmSelPeriodo");
+    setObjectName(Nome);
     setWindowTitle("Seleziona Periodo");
     setWindowIcon(ui::icona("x-office-calendar"));
     setMinimumWidth(320);

@@ -9,6 +9,7 @@ namespace ui { class VetraPicker; }
 class frmSelPeriodo : public QDialog {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmSelPeriodo";
     explicit frmSelPeriodo(QWidget* parent = nullptr);
 
     // Confirm puts the two dates in the session's PeriodoDal and PeriodoAl; cancel sets PeriodoAl

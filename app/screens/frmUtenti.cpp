@@ -6,6 +6,7 @@
 #include <QListWidget>
 #include <QPushButton>
 
+#include "core/diritti.h"
 #include "core/impostazioni.h"
 #include "core/pannello.h"
 #include "app/screens/frmUtentiEdita.h"
@@ -15,8 +16,7 @@
 #include "ui/Dialoghi.h"
 #include "ui/VBars.h"
 
-frmUtenti::frmUtenti(QWidget* parent) : RegistroBase("frmUtenti", parent) {
-    setDatabase(core::session().dbAziende);
+frmUtenti::frmUtenti(QWidget* parent) : RegistroBase(Nome, parent) {
     ui::VBars* pannello = aggiungiPannello();
     const int fmPrivilegi = pannello->aggiungiGruppo("Privilegi");
     lblUser = new QLabel(this);
@@ -34,33 +34,22 @@ frmUtenti::frmUtenti(QWidget* parent) : RegistroBase("frmUtenti", parent) {
     pannello->aggiungiControllo(fmPrivilegi, "", ListPrivilegi);
 
     Definizione d;
-    d.titolo = core::Didascalia("s32", "Utenti");
+    d.titolo = "s32";
     d.sorgente = "Select * from qrUtenti";
     d.ordinamento = "UserName";
-    d.colonne = {{"UserName", core::Didascalia("s297", "Nome utente"), 2500},
-                 {"Denominazione", core::Didascalia("s101", "Azienda"), 3500}};
-    d.ricerca = {{"s297", "Username"}};
+    d.campi = &core::CampiUtenti();
+    d.colonne = {"UserName", "Denominazione"};
+    d.ricerca = {"Username"};
     d.domandaElimina = [](store::Recordset& rs) {
         return core::Testo("s298") + " " + store::ConcatText(rs.get("Username")) + "?";
     };
-    d.dirittoModifica = 2;
-    connect(Grid, &ui::VetraGrid::rigaCambiata, this, [this] { ui::protetto([this] { MostraPrivilegi(); }); });
+    d.diritti = {core::UtentiVedere, core::UtentiModificare, core::UtentiModificare, core::UtentiModificare};
+    d.editor = [](QWidget* parent) { return std::make_unique<frmUtentiEdita>(parent); };
+    d.database = core::session().dbAziende;
     carica(std::move(d));
-
-    // A change is guarded like new and delete.
-    disconnect(btnModifica, nullptr, this, nullptr);
-    disconnect(Grid, &ui::VetraGrid::modificaRichiesta, this, nullptr);
-    auto modifica = [this] {
-        if (core::PrivilegioConcesso(2)) Modifica();
-    };
-    connect(btnModifica, &QPushButton::clicked, this, modifica);
-    connect(Grid, &ui::VetraGrid::modificaRichiesta, this, modifica);
-    MostraPrivilegi();
 }
 
-std::unique_ptr<EditorBase> frmUtenti::creaEditor() { return std::make_unique<frmUtentiEdita>(this); }
-
-void frmUtenti::MostraPrivilegi() {
+void frmUtenti::DopoCambioRiga() {
     if (!Grid->haRigaCorrente()) {
         SpuntaPrivilegi(ListPrivilegi, {});
         lblUser->clear();

@@ -10,6 +10,7 @@ class QListWidget;
 class frmUtenti : public RegistroBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmUtenti";
     explicit frmUtenti(QWidget* parent = nullptr);
 
     QLabel* lblUser;
@@ -17,8 +18,6 @@ public:
     QListWidget* ListPrivilegi;
 
 protected:
-    std::unique_ptr<EditorBase> creaEditor() override;
-
-private:
-    void MostraPrivilegi();
+    // The rights of the current row, ticked in ListPrivilegi; all unticked with no row.
+    void DopoCambioRiga() override;
 };

@@ -11,14 +11,13 @@
 #include "store/convert.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
-#include "ui/VetraGrid.h"
 
 void RiempiListaPrivilegi(QListWidget* lista, bool modificabile) {
     lista->clear();
     Qt::ItemFlags flag = Qt::ItemIsEnabled;
     if (modificabile) flag |= Qt::ItemIsUserCheckable | Qt::ItemIsSelectable;
     for (const std::string& chiave : core::ChiaviPrivilegi()) {
-        auto* voce = new QListWidgetItem(QString::fromStdString(core::Didascalia(chiave, chiave)), lista);
+        auto* voce = new QListWidgetItem(QString::fromStdString(core::Didascalia(chiave)), lista);
         voce->setFlags(flag);
         voce->setCheckState(Qt::Unchecked);
     }
@@ -30,7 +29,7 @@ void SpuntaPrivilegi(QListWidget* lista, const std::vector<bool>& spunte) {
 }
 
 frmUtentiEdita::frmUtentiEdita(QWidget* parent)
-    : EditorBase("frmUtentiEdita", "Utenti", core::Didascalia("s32", "Utenti"), parent) {
+    : EditorBase(Nome, "Utenti", core::Didascalia("s32"), parent) {
     setDatabase(core::session().dbAziende);
     VText1 = new ui::VText(this);
     VText1->setObjectName("VText1");
@@ -53,7 +52,7 @@ frmUtentiEdita::frmUtentiEdita(QWidget* parent)
     RiempiListaPrivilegi(ListPrivilegi, true);
     aggiungiCampo("Nome utente", VText1);
     aggiungiCampo("Password", VText2);
-    aggiungiCampo("Azienda", conImmagini(cbAzienda, [this] { return std::make_unique<frmAziendeEdita>(this); }));
+    aggiungiCampo("Azienda", conImmagini(cbAzienda, [](QWidget* parent) { return std::make_unique<frmAziendeEdita>(parent); }));
     aggiungiCampo("Privilegi", ListPrivilegi);
 }
 
@@ -64,22 +63,15 @@ std::vector<bool> frmUtentiEdita::spunte() const {
 }
 
 void frmUtentiEdita::DopoCarica() {
-    if (Nuovo) {
+    if (nuovo()) {
         cbAzienda->setValore(store::Value::Long(static_cast<std::int32_t>(core::session().IDAzienda)));
         SpuntaPrivilegi(ListPrivilegi, {});
         return;
     }
-    std::string accessi, username;
-    if (Modo == 0 && Grid) {
-        accessi = store::ConcatText(Grid->valore("Accessi"));
-        username = store::ConcatText(Grid->valore("Username"));
-    } else {
-        auto rs = core::session().dbAziende->OpenRecordset("Select * from Utenti where ID=" + std::to_string(ID));
-        if (rs->Eof()) return;
-        accessi = store::ConcatText(rs->get("Accessi"));
-        username = store::ConcatText(rs->get("Username"));
-    }
-    SpuntaPrivilegi(ListPrivilegi, core::PrivilegiUtente(accessi, username));
+    auto rs = core::session().dbAziende->OpenRecordset("Select * from Utenti where ID=" + std::to_string(id()));
+    if (rs->Eof()) return;
+    const std::string username = store::ConcatText(rs->get("Username"));
+    SpuntaPrivilegi(ListPrivilegi, core::PrivilegiUtente(store::ConcatText(rs->get("Accessi")), username));
 }
 
 bool frmUtentiEdita::Valida() {
@@ -89,7 +81,7 @@ bool frmUtentiEdita::Valida() {
     dati.username = VText1->testo();
     dati.password = VText2->testo();
     dati.privilegi = spunte();
-    const std::string chiave = core::ControllaUtente(*core::session().dbAziende, dati, Nuovo);
+    const std::string chiave = core::ControllaUtente(*core::session().dbAziende, dati, nuovo());
     if (chiave.empty()) return true;
     core::MsgBox(core::Testo(chiave), core::vbExclamation);
     return false;

@@ -19,6 +19,7 @@ void SpuntaPrivilegi(QListWidget* lista, const std::vector<bool>& spunte);
 class frmUtentiEdita : public EditorBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmUtentiEdita";
     explicit frmUtentiEdita(QWidget* parent = nullptr);
 
     ui::VText* VText1;          // Username

@@ -38,7 +38,6 @@ void ClicQuandoVisibile(const QString& schermo, const char* pulsante) {
 // One company with one period whose archive an older version left: Documenti lacks Colli, there is
 // one payment and no journal, and DataAggiornamento is empty. Returns the archive's path.
 std::string PreparaArchivioVecchio(ProgrammaDiProva& p) {
-    registraSchermiAggiornamento();
     core::ScegliCartellaDati(p.dati.string());
     auto& master = *core::session().dbAziende;
     master.Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Alfa')");

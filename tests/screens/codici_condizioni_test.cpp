@@ -108,8 +108,7 @@ TEST_F(Condizioni, SalvaECaricaUnaCondizione) {
         clicca(e, "btnConferma");
         return true;
     });
-    EXPECT_TRUE(zero.Mostra());
-    EXPECT_EQ(core::session().IDRecordEdit, 2);
+    EXPECT_EQ(zero.Mostra(), 2);
     frmCondizioniPagamentoEdita riaperta;
     riaperta.EditaRecordset(1, false);
     EXPECT_EQ(riaperta.txtRate->testo(), "2");

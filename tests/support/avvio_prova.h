@@ -17,6 +17,7 @@
 #include "core/avvio.h"
 #include "core/impostazioni.h"
 #include "core/registro_schermi.h"
+#include "app/screens/Registra.h"
 #include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "support/DialoghiScript.h"
@@ -45,7 +46,7 @@ public:
         core::session().CartellaProgramma = programma.string();
         core::RipristinaLingua();
         core::svuotaRegistroSchermi();
-        RegistraSchermiAvvio();
+        RegistraSchermi();
         script = prova::installaScript();
     }
     ~ProgrammaDiProva() {

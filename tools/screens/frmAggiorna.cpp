@@ -11,12 +11,11 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "books/screens/frmAggiornaPrimaNota.h"
 #include "core/avvio.h"
 #include "core/dialogs.h"
+#include "core/impostazioni.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
-#include "app/screens/frmMain.h"
 #include "tools/aggiornamento.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
@@ -25,7 +24,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-std::string T(const char* chiave, const char* predefinita) { return core::Didascalia(chiave, predefinita); }
 
 constexpr int kLarghezzaPista = 220;
 constexpr int kPassiFreccia = 20;
@@ -42,11 +40,13 @@ private:
     frmAggiorna& f_;
 };
 
+}  // namespace
+
 bool MostraAggiorna() {
-    frmAggiorna f(frmMain::istanza());
+    frmAggiorna f(ui::finestraPrincipale());
     const bool fatto = f.exec() == QDialog::Accepted;
     if (!f.ProgrammaDaChiudere()) return fatto;
-    if (frmMain::istanza()) {
+    if (ui::finestraPrincipale()) {
         // The panel's event loop is running (a change of Esercizio): leaving it ends the program.
         for (QWidget* w : QApplication::topLevelWidgets()) w->hide();
         QCoreApplication::exit(0);
@@ -55,15 +55,8 @@ bool MostraAggiorna() {
     throw core::TerminaProgramma();
 }
 
-bool MostraAggiornaPrimaNota() {
-    frmAggiornaPrimaNota f(frmMain::istanza());
-    return f.exec() == QDialog::Accepted;
-}
-
-}  // namespace
-
 frmAggiorna::frmAggiorna(QWidget* parent) : QDialog(parent) {
-    setObjectName("frmAggiorna");
+    setObjectName(Nome);
     setWindowTitle("Aggiornamento automatico");
     setWindowIcon(ui::iconaComando("btnAggiorna"));
     resize(640, 520);
@@ -133,12 +126,11 @@ frmAggiorna::frmAggiorna(QWidget* parent) : QDialog(parent) {
         file_ = tools::FileDaAggiornare();
         modello_ = tools::PreparaModello();
     });
-    lblAvviso->setText(Q(T("s68", "È stata installata una nuova versione del programma: la struttura degli archivi "
-                                  "deve essere aggiornata.")));
-    btnAggiorna->setText(Q(T("s69", "Aggiorna")));
-    btnAnnulla->setText(Q(T("s66", "Annulla")));
-    lblReport->setText(Q(T("s74", "I seguenti report di stampa saranno aggiornati")));
-    lblOperazioni->setText(Q(T("s75", "Operazioni eseguite")));
+    lblAvviso->setText(Q(core::Didascalia("s68")));
+    btnAggiorna->setText(Q(core::Didascalia("s69")));
+    btnAnnulla->setText(Q(core::Didascalia("s66")));
+    lblReport->setText(Q(core::Didascalia("s74")));
+    lblOperazioni->setText(Q(core::Didascalia("s75")));
 }
 
 void frmAggiorna::Aggiorna() {
@@ -178,9 +170,4 @@ void frmAggiorna::MuoviFreccia() {
     passoFreccia_ = (passoFreccia_ + 1) % kPassiFreccia;
     const int x = (kLarghezzaPista - imgFreccia->width()) * passoFreccia_ / (kPassiFreccia - 1);
     imgFreccia->move(x, imgFreccia->y());
-}
-
-void registraSchermiAggiornamento() {
-    core::registraSchermo("frmAggiorna", MostraAggiorna);
-    core::registraSchermo("frmAggiornaPrimaNota", MostraAggiornaPrimaNota);
 }

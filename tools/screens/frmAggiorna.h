@@ -19,6 +19,7 @@ class QTimer;
 class frmAggiorna : public QDialog {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmAggiorna";
     explicit frmAggiorna(QWidget* parent = nullptr);
 
     void Aggiorna();
@@ -52,5 +53,6 @@ private:
     int passoFreccia_ = 0;
 };
 
-// Registers frmAggiorna and frmAggiornaPrimaNota in the screen registry under their names.
-void registraSchermiAggiornamento();
+// What the registry runs for frmAggiorna: the screen over the panel; a cancelled update ends the
+// program, leaving the panel's event loop when it runs.
+bool MostraAggiorna();

@@ -11,15 +11,14 @@ class VText;
 class frmCodiciIva : public RegistroBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmCodiciIva";
     explicit frmCodiciIva(QWidget* parent = nullptr);
-
-protected:
-    std::unique_ptr<EditorBase> creaEditor() override;
 };
 
 class frmCodiciIvaEdita : public EditorBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmCodiciIvaEdita";
     explicit frmCodiciIvaEdita(QWidget* parent = nullptr);
 
     ui::VText* VText1;   // DescIva
