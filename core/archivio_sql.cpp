@@ -70,7 +70,7 @@ std::string AggiungiCondizione(const std::string& sql, const std::string& condiz
     const size_t filtro = where + parolaA(testa, where, "where");
     size_t inizio = filtro;
     while (inizio < testa.size() && spazio(testa[inizio])) ++inizio;
-    return testa.substr(0, where) + "where (" + testa.substr(inizio) + ") and " + condizione + resto;
+    return testa.substr(0, filtro) + " (" + testa.substr(inizio) + ") and " + condizione + resto;
 }
 
 store::DatabasePtr ArchivioAperto() { return core::session().dbArchivio; }

@@ -48,7 +48,7 @@ Dettaglio::Dettaglio(Definizione definizione, Padre padre, std::function<void()>
 void Dettaglio::Carica(long idPadre) {
     idPadre_ = idPadre;
     daLeggere_ = true;
-    if (isVisible()) leggi();
+    if (isVisibleTo(window())) leggi();
 }
 
 void Dettaglio::showEvent(QShowEvent* e) {

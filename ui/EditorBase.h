@@ -62,6 +62,7 @@ public:
 
     bool nuovo() const { return apertura_.modalita != Modalita::Modifica; }
     long id() const { return id_; }
+    const std::string& tabella() const { return tabella_; }
     const Apertura& apertura() const { return apertura_; }
 
 protected:
@@ -102,7 +103,6 @@ protected:
     // The database of the record; unset, the open archive.
     void setDatabase(store::DatabasePtr db);
     store::DatabasePtr database() const;
-    const std::string& tabella() const { return tabella_; }
 
     QPushButton* btnConferma;
     QPushButton* btnAnnulla;

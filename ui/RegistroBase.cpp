@@ -11,6 +11,7 @@
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/impostazioni.h"
+#include "core/registro_schermi.h"
 #include "core/varie.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
@@ -18,8 +19,28 @@
 #include "ui/VBars.h"
 
 namespace {
+
 QString Q(const std::string& s) { return QString::fromStdString(s); }
+
+std::map<std::string, FabbricaRegistro>& registri() {
+    static std::map<std::string, FabbricaRegistro> r;
+    return r;
+}
+
 }  // namespace
+
+const std::map<std::string, FabbricaRegistro>& RegistriNoti() { return registri(); }
+
+void registraRegistro(const std::string& nome, FabbricaRegistro fabbrica) {
+    registri()[nome] = fabbrica;
+    core::registraSchermo(nome, [fabbrica] {
+        std::unique_ptr<RegistroBase> r = fabbrica();
+        if (!ui::consentito(r->definizione().diritti.vedere)) return false;
+        r->setAttribute(Qt::WA_DeleteOnClose);
+        r.release()->show();
+        return true;
+    });
+}
 
 RegistroBase::RegistroBase(const char* nome, QWidget* parent)
     : QWidget(parent, Qt::Window),

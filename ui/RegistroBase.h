@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -102,16 +103,15 @@ private:
     QHBoxLayout* comandi_;
 };
 
-// What the screen registry runs for a register: the right to see it first, then a fresh window,
-// unloaded when it is closed.
+// Every register the program registered, by name, with a way to make one: what the menus open,
+// and what the contract's test walks.
+using FabbricaRegistro = std::function<std::unique_ptr<RegistroBase>()>;
+const std::map<std::string, FabbricaRegistro>& RegistriNoti();
+void registraRegistro(const std::string& nome, FabbricaRegistro fabbrica);
+
+// Puts a register in the screen registry under its name. Opened, it tests the right to see it
+// first, then shows a fresh window, unloaded when it is closed.
 template <class Registro>
-bool ApriRegistro() {
-    auto* r = new Registro;
-    r->setAttribute(Qt::WA_DeleteOnClose);
-    if (!ui::consentito(r->definizione().diritti.vedere)) {
-        delete r;
-        return false;
-    }
-    r->show();
-    return true;
+void RegistraRegistro() {
+    registraRegistro(Registro::Nome, [] { return std::make_unique<Registro>(); });
 }

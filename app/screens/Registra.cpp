@@ -38,9 +38,9 @@ void RegistraSchermiProgramma() {
         frmMain::Apri();
         return true;
     });
-    core::registraSchermo(frmAziende::Nome, ApriRegistro<frmAziende>);
+    RegistraRegistro<frmAziende>();
     core::registraEditor(frmAziendeEdita::Nome, NuovoRecord<frmAziendeEdita>);
-    core::registraSchermo(frmUtenti::Nome, ApriRegistro<frmUtenti>);
+    RegistraRegistro<frmUtenti>();
     core::registraEditor(frmUtentiEdita::Nome, NuovoRecord<frmUtentiEdita>);
     core::installaChiusuraSchermo(ChiudiSchermoAperto);
     core::installaFineCaricamento([] {

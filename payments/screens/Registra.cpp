@@ -4,6 +4,6 @@
 #include "payments/screens/frmCondizioniPagamento.h"
 
 void RegistraSchermiPagamenti() {
-    core::registraSchermo(frmCondizioniPagamento::Nome, ApriRegistro<frmCondizioniPagamento>);
+    RegistraRegistro<frmCondizioniPagamento>();
     core::registraEditor(frmCondizioniPagamentoEdita::Nome, NuovoRecord<frmCondizioniPagamentoEdita>);
 }

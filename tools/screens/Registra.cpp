@@ -6,11 +6,11 @@
 #include "tools/screens/frmTipiSpesa.h"
 
 void RegistraSchermiStrumenti() {
-    core::registraSchermo(frmCodiciIva::Nome, ApriRegistro<frmCodiciIva>);
+    RegistraRegistro<frmCodiciIva>();
     core::registraEditor(frmCodiciIvaEdita::Nome, NuovoRecord<frmCodiciIvaEdita>);
-    core::registraSchermo(frmTipiSpesa::Nome, ApriRegistro<frmTipiSpesa>);
+    RegistraRegistro<frmTipiSpesa>();
     core::registraEditor(frmTipiSpesaEdita::Nome, NuovoRecord<frmTipiSpesaEdita>);
-    core::registraSchermo(frmClassificazioniSpese::Nome, ApriRegistro<frmClassificazioniSpese>);
+    RegistraRegistro<frmClassificazioniSpese>();
     core::registraEditor(frmClassificazioniSpeseEdita::Nome, NuovoRecord<frmClassificazioniSpeseEdita>);
     core::registraSchermo(frmAggiorna::Nome, MostraAggiorna);
 }
