@@ -133,7 +133,7 @@ TEST(AggiornamentoAvvio, ArchivioIllegibileAvvisaEChiude) {
     EXPECT_EQ(core::Main(), core::EsitoAvvio::Termina);
     EXPECT_EQ(frmMain::istanza(), nullptr);
     ASSERT_EQ(p.script->messaggi().size(), 1u);
-    EXPECT_EQ(p.script->messaggi()[0].testo, core::Testo("s70") + assente + core::Testo("s71"));
+    EXPECT_EQ(p.script->messaggi()[0].testo, "Impossibile aggiornare l'archivio " + assente + ". Il programma verrà chiuso: verificare l'archivio e riavviare.");
     EXPECT_EQ(p.script->messaggi()[0].stile, core::vbExclamation);
     // The readable archive was brought up to date all the same.
     EXPECT_TRUE(core::ArchivioAggiornato(file));

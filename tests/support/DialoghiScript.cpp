@@ -1,12 +1,5 @@
 #include "support/DialoghiScript.h"
 
-#include <QApplication>
-#include <QIcon>
-#include <QWidget>
-
-#include <cstdlib>
-
-#include "ui/Dialoghi.h"
 
 namespace prova {
 
@@ -20,13 +13,12 @@ std::optional<T> prendi(std::deque<T>& coda) {
     return v;
 }
 
-QWidget* cercaSchermo(const std::string& nome) {
-    QWidget* corrente = ui::schermoInCorso();
-    if (corrente && corrente->objectName().toStdString() == nome) return corrente;
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (w->objectName().toStdString() == nome) return w;
-    return nullptr;
+std::function<QWidget*(const std::string&)>& ricercaSchermi() {
+    static std::function<QWidget*(const std::string&)> r;
+    return r;
 }
+
+QWidget* cercaSchermo(const std::string& nome) { return ricercaSchermi() ? ricercaSchermi()(nome) : nullptr; }
 
 }  // namespace
 
@@ -35,6 +27,9 @@ void ScriptedDialogs::percorso(std::optional<std::string> p) { percorsi_.push_ba
 void ScriptedDialogs::testo(std::optional<std::string> t) { testi_.push_back(std::move(t)); }
 void ScriptedDialogs::schermo(const std::string& nome, Copione c) {
     if (c) copioni_[nome].push_back(std::move(c));
+}
+void ScriptedDialogs::sempre(const std::string& nome, std::function<bool()> risposta) {
+    sempre_[nome] = std::move(risposta);
 }
 void ScriptedDialogs::lasciaAprire(const std::string& nome) { copioni_[nome].push_back(nullptr); }
 
@@ -54,7 +49,10 @@ int ScriptedDialogs::msgBox(const std::string& text, int style, const std::strin
 bool ScriptedDialogs::runModal(const std::string& screen, const std::function<bool()>& show) {
     schermi_.push_back(screen);
     auto it = copioni_.find(screen);
-    if (it == copioni_.end() || it->second.empty()) return false;
+    if (it == copioni_.end() || it->second.empty()) {
+        const auto fisso = sempre_.find(screen);
+        return fisso != sempre_.end() && fisso->second();
+    }
     Copione c = std::move(it->second.front());
     it->second.pop_front();
     if (!c) return show ? show() : false;
@@ -81,23 +79,15 @@ std::optional<std::string> ScriptedDialogs::chooseFolder(const std::string&, con
 
 void ScriptedDialogs::setBusy(bool busy) { occupato_ += busy ? 1 : (occupato_ > 0 ? -1 : 0); }
 
+void installaRicercaSchermi(std::function<QWidget*(const std::string& nome)> ricerca) {
+    ricercaSchermi() = std::move(ricerca);
+}
+
 std::shared_ptr<ScriptedDialogs> installaScript() {
     auto s = std::make_shared<ScriptedDialogs>();
     core::installDialogs(s);
     return s;
 }
 
-QApplication& applicazioneDiProva() {
-    if (auto* app = qobject_cast<QApplication*>(QCoreApplication::instance())) return *app;
-    if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    static int argc = 1;
-    static char nome[] = "brevano-test";
-    static char* argv[] = {nome, nullptr};
-    // Made once and never destroyed: a static QApplication would be torn down by the exit handlers
-    // after Qt's own globals, and the process would crash on its way out.
-    static auto* app = new QApplication(argc, argv);
-    QIcon::setThemeName("Tango");
-    return *app;
-}
 
 }  // namespace prova

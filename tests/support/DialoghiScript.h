@@ -1,5 +1,6 @@
-// For tests: a core::Dialogs that answers from queues instead of showing anything, and records
-// every message, input and screen it was asked for.
+// For tests: the one core::Dialogs that answers from queues instead of showing anything, and
+// records every message, input and screen it was asked for. It needs no widgets: the tests of the
+// core and of the logic use it as the screen tests do.
 #pragma once
 
 #include <deque>
@@ -37,6 +38,8 @@ public:
     void testo(std::optional<std::string> t);
     // Behaviour of the next showing of the named screen; unscripted screens are not shown and report false.
     void schermo(const std::string& nome, Copione c);
+    // Every showing of the named screen answers so, after the queued behaviours are used up.
+    void sempre(const std::string& nome, std::function<bool()> risposta);
     // The next showing of the named screen runs its real code (the registry's factory, say), so that
     // the screen it builds comes back to the script when it is shown in turn.
     void lasciaAprire(const std::string& nome);
@@ -61,6 +64,7 @@ private:
     std::deque<std::optional<std::string>> percorsi_;
     std::deque<std::optional<std::string>> testi_;
     std::map<std::string, std::deque<Copione>> copioni_;
+    std::map<std::string, std::function<bool()>> sempre_;
     std::vector<Messaggio> messaggi_;
     std::vector<std::string> schermi_;
     std::vector<std::string> domande_;
@@ -70,7 +74,12 @@ private:
 // Installs a fresh script as the dialogs service and returns it.
 std::shared_ptr<ScriptedDialogs> installaScript();
 
-// The application object of a test program, made once (offscreen unless a platform is set).
+// How a script finds the screen being shown by its name; the application of the screen tests
+// installs it (without one, scripted behaviours get no screen).
+void installaRicercaSchermi(std::function<QWidget*(const std::string& nome)> ricerca);
+
+// The application object of a test program, made once (offscreen unless a platform is set); it
+// also installs the search of screens by name.
 QApplication& applicazioneDiProva();
 
 }  // namespace prova

@@ -1,4 +1,4 @@
-// What the core tests share: a throw-away program folder, a clean session, and a dialog script
+// What the core tests share: a throw-away program folder, a clean session, and the dialog script
 // that answers the screens by name and records what the user would have seen.
 #pragma once
 
@@ -15,38 +15,9 @@
 #include "core/registro_schermi.h"
 #include "core/session.h"
 #include "store/dao.h"
+#include "support/DialoghiScript.h"
 
 namespace test {
-
-struct Messaggio {
-    std::string testo;
-    int stile;
-};
-
-class DialoghiScript : public core::Dialogs {
-public:
-    std::map<std::string, std::function<bool()>> schermi;  // answer of a modal screen by name
-    std::vector<std::string> aperti;                       // modal screens in the order shown
-    std::vector<Messaggio> messaggi;
-
-    int msgBox(const std::string& testo, int stile, const std::string&) override {
-        messaggi.push_back({testo, stile});
-        return core::vbOK;
-    }
-    bool runModal(const std::string& schermo, const std::function<bool()>&) override {
-        aperti.push_back(schermo);
-        const auto it = schermi.find(schermo);
-        return it != schermi.end() && it->second();
-    }
-    std::optional<std::string> inputBox(const std::string&, const std::string&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> chooseFile(const std::string&, const std::string&, bool, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> chooseFolder(const std::string&, const std::string&) override { return std::nullopt; }
-    void setBusy(bool) override {}
-};
 
 // A fresh folder under the system's temporary folder, removed with everything in it at the end.
 class CartellaTemporanea {
@@ -78,13 +49,11 @@ inline std::string LeggiFile(const std::string& percorso) {
 }
 
 // A session with nothing open, the program folder given, no screens and a fresh script.
-inline std::shared_ptr<DialoghiScript> SessioneNuova(const std::string& cartellaProgramma) {
+inline std::shared_ptr<prova::ScriptedDialogs> SessioneNuova(const std::string& cartellaProgramma) {
     core::session() = core::Session{};
     core::session().CartellaProgramma = cartellaProgramma;
     core::svuotaRegistroSchermi();
-    auto script = std::make_shared<DialoghiScript>();
-    core::installDialogs(script);
-    return script;
+    return prova::installaScript();
 }
 
 // A new database file with the given statements run on it.
