@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "store/convert.h"
+#include "store/errors.h"
 
 namespace store::detail {
 
@@ -139,12 +140,12 @@ std::string notNullField(std::string_view message) {
 
 [[noreturn]] void raiseConstraint(int extended, std::string_view message) {
     if (extended == SQLITE_CONSTRAINT_CHECK) {
-        if (checkedField(message, kCheckSize)) raise(3163);
-        if (auto f = checkedField(message, kCheckRequired)) raise(3314, *f);
-        if (auto f = checkedField(message, kCheckZeroLength)) raise(3315, *f);
+        if (checkedField(message, kCheckSize)) raise(err::CampoTroppoPiccolo);
+        if (auto f = checkedField(message, kCheckRequired)) raise(err::ValoreRichiesto, *f);
+        if (auto f = checkedField(message, kCheckZeroLength)) raise(err::StringaVuotaNonAmmessa, *f);
     }
-    if (extended == SQLITE_CONSTRAINT_NOTNULL) raise(3314, notNullField(message));
-    raise(3022);
+    if (extended == SQLITE_CONSTRAINT_NOTNULL) raise(err::ValoreRichiesto, notNullField(message));
+    raise(err::ValoriDuplicati);
 }
 
 }  // namespace
@@ -154,14 +155,14 @@ void raiseSqlite(sqlite3* db, int rc, std::string_view context) {
     std::string message = sqlite3_errmsg(db);
     switch (extended & 0xff) {
         case SQLITE_CONSTRAINT: raiseConstraint(extended, message);
-        case SQLITE_BUSY: raise(3218);
-        case SQLITE_LOCKED: raise(3211, std::string(context.empty() ? std::string_view(message) : context));
-        case SQLITE_READONLY: raise(3027);
+        case SQLITE_BUSY: raise(err::RecordBloccato);
+        case SQLITE_LOCKED: raise(err::TabellaBloccata, std::string(context.empty() ? std::string_view(message) : context));
+        case SQLITE_READONLY: raise(err::SolaLettura);
         case SQLITE_NOTADB:
-        case SQLITE_CORRUPT: raise(3049, std::string(context));
-        case SQLITE_NOMEM: raise(7);
+        case SQLITE_CORRUPT: raise(err::DatabaseNonRiconosciuto, std::string(context));
+        case SQLITE_NOMEM: raise(err::MemoriaEsaurita);
         case SQLITE_FULL:
-        case SQLITE_IOERR: raise(3043, message);
+        case SQLITE_IOERR: raise(err::ErroreDiscoORete, message);
         default: break;
     }
     sql::raiseFromSqlite(db, rc == SQLITE_OK ? extended : rc, context);

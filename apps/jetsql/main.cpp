@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "store/convert.h"
+#include "store/errors.h"
 #include "store/dao.h"
 
 namespace {
@@ -91,7 +92,7 @@ void runStatement(store::Database& db, const std::string& text, std::ostream& ou
     try {
         rs = db.OpenRecordset(text);
     } catch (const store::JetError& e) {
-        if (e.number() != 3219) throw;
+        if (e.number() != store::err::OperazioneNonValida) throw;
         db.Execute(text);
         return;
     }

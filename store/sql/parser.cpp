@@ -27,7 +27,7 @@ bool identChar(unsigned char c) { return std::isalnum(c) || c == '_' || c >= 0x8
     std::string d(text.substr(0, 200));
     for (auto& c : d)
         if (c == '\0') c = ' ';
-    raise(3075, d);
+    raise(err::SintassiEspressione, d);
 }
 
 }  // namespace
@@ -189,36 +189,36 @@ public:
     Statement statement() {
         Statement st;
         if (isKw("select")) {
-            err_ = 3141;
+            err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
             st.select = select(true);
         } else if (isKw("insert")) {
-            err_ = 3134;
+            err_ = err::SintassiInsertInto;
             insert(st);
         } else if (isKw("update")) {
-            err_ = 3144;
+            err_ = err::SintassiUpdate;
             update(st);
         } else if (isKw("delete")) {
-            err_ = 3075;
+            err_ = err::SintassiEspressione;
             del(st);
         } else if (isKw("create")) {
             create(st);
         } else if (isKw("drop")) {
-            err_ = 3295;
+            err_ = err::SintassiDrop;
             drop(st);
         } else if (isKw("alter")) {
-            err_ = 3293;
+            err_ = err::SintassiAlterTable;
             alter(st);
         } else if (peek().kind == Tok::Op && peek().op[0] == '(' && lookSelectInParens()) {
-            err_ = 3141;
+            err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
             st.select = select(true);
         } else {
-            raise(3129);
+            raise(err::IstruzioneNonValida);
         }
         if (isOp(";")) {
             ++p_;
-            if (peek().kind != Tok::End) raise(3142);  // characters after the end of the statement
+            if (peek().kind != Tok::End) raise(err::CaratteriDopoIstruzione);  // characters after the end of the statement
         }
         if (peek().kind != Tok::End) {
             if (st.kind == StatementKind::Select) fail(pendingClauseErr());
@@ -231,7 +231,7 @@ private:
     std::string_view s_;
     const std::vector<Token>& t_;
     std::size_t p_ = 0;
-    int err_ = 3075;     // error number of the clause being read
+    int err_ = err::SintassiEspressione;     // error number of the clause being read
     int depth_ = 0;
     std::uint32_t clauseStart_ = 0;
 
@@ -285,18 +285,18 @@ private:
     }
 
     [[noreturn]] void fail(int e) {
-        if (e == 3075) {
+        if (e == err::SintassiEspressione) {
             std::uint32_t from = clauseStart_;
             std::string d(s_.substr(std::min<std::size_t>(from, s_.size()), 200));
             for (auto& c : d)
                 if (c == '\0') c = ' ';
             while (!d.empty() && d.back() == ' ') d.pop_back();
-            raise(3075, d);
+            raise(err::SintassiEspressione, d);
         }
         raise(e);
     }
     void enter() {
-        if (++depth_ > kMaxDepth) fail(3075);
+        if (++depth_ > kMaxDepth) fail(err::SintassiEspressione);
     }
     void leave() { --depth_; }
 
@@ -308,7 +308,7 @@ private:
 
     // After a SELECT's last clause: the next token tells which clause is broken.
     int pendingClauseErr() const { return lastClauseErr_; }
-    int lastClauseErr_ = 3141;
+    int lastClauseErr_ = err::SintassiSelect;
 
     // ---- SELECT
     std::unique_ptr<Select> select(bool topLevel) {
@@ -324,20 +324,20 @@ private:
                 paren = true;
                 ++p_;
             }
-            if (!isKw("select")) fail(3319);
+            if (!isKw("select")) fail(err::SintassiUnione);
             sel->cores.push_back(core());
-            if (paren) expectOp(")", 3319);
+            if (paren) expectOp(")", err::SintassiUnione);
         }
         if (isKw("order")) {
             ++p_;
             int saved = err_;
-            err_ = 3138;
-            lastClauseErr_ = 3138;
-            expectKw("by", 3138);
+            err_ = err::SintassiOrderBy;
+            lastClauseErr_ = err::SintassiOrderBy;
+            expectKw("by", err::SintassiOrderBy);
             clauseStart_ = peek().pos;
             do {
                 OrderItem oi;
-                oi.e = expr(3138);
+                oi.e = expr(err::SintassiOrderBy);
                 if (acceptKw("desc")) oi.desc = true;
                 else acceptKw("asc");
                 sel->orderBy.push_back(std::move(oi));
@@ -350,14 +350,14 @@ private:
 
     SelectCore core() {
         SelectCore c;
-        expectKw("select", 3141);
-        lastClauseErr_ = 3141;
+        expectKw("select", err::SintassiSelect);
+        lastClauseErr_ = err::SintassiSelect;
         if (acceptKw("distinct")) c.distinct = true;
         else if (acceptKw("distinctrow")) {
         } else acceptKw("all");
         if (acceptKw("top")) {
             const Token& t = peek();
-            if (t.kind != Tok::Number || !t.integer) fail(3141);
+            if (t.kind != Tok::Number || !t.integer) fail(err::SintassiSelect);
             c.top = true;
             c.topLit = t.lit;
             c.topN = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
@@ -373,28 +373,28 @@ private:
             } else if (isName() && peek(1).kind == Tok::Op && peek(1).op[0] == '.' && peek(2).kind == Tok::Op &&
                        peek(2).op[0] == '*') {
                 it.star = true;
-                it.starQual = name(3141);
+                it.starQual = name(err::SintassiSelect);
                 p_ += 2;
             } else {
-                it.e = expr(3075);
+                it.e = expr(err::SintassiEspressione);
                 if (acceptKw("as")) {
-                    if (!isName() && peek().kind != Tok::String) fail(3141);
+                    if (!isName() && peek().kind != Tok::String) fail(err::SintassiSelect);
                     if (peek().kind == Tok::String) {
                         it.alias = stringValue(s_, t_[p_++]);
                         it.aliasLiteral = true;
                     }
-                    else it.alias = name(3141);
+                    else it.alias = name(err::SintassiSelect);
                 } else if (isName()) {
-                    fail(3141);  // missing operator or comma
+                    fail(err::SintassiSelect);  // missing operator or comma
                 }
             }
             c.items.push_back(std::move(it));
         } while (acceptOp(","));
-        if (acceptKw("into")) fail(3141);  // SELECT INTO is not supported
+        if (acceptKw("into")) fail(err::SintassiSelect);  // SELECT INTO is not supported
         if (acceptKw("from")) {
-            lastClauseErr_ = 3131;
+            lastClauseErr_ = err::SintassiFrom;
             int saved = err_;
-            err_ = 3131;
+            err_ = err::SintassiFrom;
             clauseStart_ = peek().pos;
             do c.from.push_back(fromItem());
             while (acceptOp(","));
@@ -402,30 +402,30 @@ private:
             // What follows a FROM list must start a clause.
             if (peek().kind != Tok::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
                 !isKw("having") && !isKw("order") && !isKw("union"))
-                fail(3131);
+                fail(err::SintassiFrom);
         }
         if (acceptKw("where")) {
-            lastClauseErr_ = 3075;
+            lastClauseErr_ = err::SintassiEspressione;
             clauseStart_ = peek().pos;
-            c.where = expr(3075);
-            if (!clauseEnd()) fail(3075);
+            c.where = expr(err::SintassiEspressione);
+            if (!clauseEnd()) fail(err::SintassiEspressione);
         }
         if (isKw("group")) {
             ++p_;
-            expectKw("by", 3075);
-            lastClauseErr_ = 3075;
+            expectKw("by", err::SintassiEspressione);
+            lastClauseErr_ = err::SintassiEspressione;
             clauseStart_ = peek().pos;
-            do c.groupBy.push_back(expr(3075));
+            do c.groupBy.push_back(expr(err::SintassiEspressione));
             while (acceptOp(","));
-            if (!clauseEnd()) fail(3075);
+            if (!clauseEnd()) fail(err::SintassiEspressione);
         }
         if (acceptKw("having")) {
-            lastClauseErr_ = 3075;
+            lastClauseErr_ = err::SintassiEspressione;
             clauseStart_ = peek().pos;
-            c.having = expr(3075);
-            if (!clauseEnd()) fail(3075);
+            c.having = expr(err::SintassiEspressione);
+            if (!clauseEnd()) fail(err::SintassiEspressione);
         }
-        if (c.from.empty() && (c.where || !c.groupBy.empty() || c.having)) fail(3141);
+        if (c.from.empty() && (c.where || !c.groupBy.empty() || c.having)) fail(err::SintassiSelect);
         return c;
     }
 
@@ -445,16 +445,16 @@ private:
             else break;
             ++p_;
             if (j != FromItem::J::Inner) acceptKw("outer");
-            expectKw("join", 3131);
+            expectKw("join", err::SintassiFrom);
             auto jn = std::make_unique<FromItem>();
             jn->k = FromItem::K::Join;
             jn->join = j;
             jn->left = std::move(left);
             jn->right = fromPrimary();
-            expectKw("on", 3131);
+            expectKw("on", err::SintassiFrom);
             std::uint32_t cs = clauseStart_;
             clauseStart_ = peek().pos;
-            jn->on = expr(3075);
+            jn->on = expr(err::SintassiEspressione);
             clauseStart_ = cs;
             left = std::move(jn);
         }
@@ -471,7 +471,7 @@ private:
                 int saved = err_;
                 f->sub = select(false);
                 err_ = saved;
-                expectOp(")", 3131);
+                expectOp(")", err::SintassiFrom);
                 alias(f->alias);
                 return f;
             }
@@ -479,7 +479,7 @@ private:
             enter();
             FromP inner = fromItem();
             leave();
-            expectOp(")", 3131);
+            expectOp(")", err::SintassiFrom);
             if (inner->k != FromItem::K::Join) {
                 // "(T)" alone: allowed, as a table in parentheses
             }
@@ -487,16 +487,16 @@ private:
         }
         auto f = std::make_unique<FromItem>();
         f->k = FromItem::K::Table;
-        f->name = name(3131);
+        f->name = name(err::SintassiFrom);
         alias(f->alias);
         return f;
     }
 
     void alias(std::string& a) {
         if (acceptKw("as")) {
-            a = name(3131);
+            a = name(err::SintassiFrom);
         } else if (isName()) {
-            a = name(3131);
+            a = name(err::SintassiFrom);
         }
     }
 
@@ -522,7 +522,7 @@ private:
             if (ad > d) d = ad;
         }
         e.depth = d + 1;
-        if (e.depth > kMaxExprDepth || e.chain > kMaxChain) fail(err_ == 3141 ? 3075 : err_);
+        if (e.depth > kMaxExprDepth || e.chain > kMaxChain) fail(err_ == err::SintassiSelect ? err::SintassiEspressione : err_);
     }
     ExprP binary(Op op, ExprP l, ExprP r) {
         auto e = mk(Expr::K::Binary, l->pos);
@@ -876,29 +876,29 @@ private:
     void insert(Statement& st) {
         st.kind = StatementKind::Insert;
         ++p_;
-        expectKw("into", 3134);
-        st.table = name(3134);
+        expectKw("into", err::SintassiInsertInto);
+        st.table = name(err::SintassiInsertInto);
         if (isOp("(") && !lookSelectInParens()) {
             ++p_;
-            do st.columns.push_back(name(3134));
+            do st.columns.push_back(name(err::SintassiInsertInto));
             while (acceptOp(","));
-            expectOp(")", 3134);
+            expectOp(")", err::SintassiInsertInto);
         }
         if (acceptKw("values")) {
-            expectOp("(", 3134);
+            expectOp("(", err::SintassiInsertInto);
             clauseStart_ = peek().pos;
-            do st.values.push_back(expr(3134));
+            do st.values.push_back(expr(err::SintassiInsertInto));
             while (acceptOp(","));
-            expectOp(")", 3134);
+            expectOp(")", err::SintassiInsertInto);
         } else if (isKw("select") || isOp("(")) {
             bool paren = acceptOp("(");
             int saved = err_;
-            err_ = 3141;
+            err_ = err::SintassiSelect;
             st.select = select(false);
             err_ = saved;
-            if (paren) expectOp(")", 3134);
+            if (paren) expectOp(")", err::SintassiInsertInto);
         } else {
-            fail(3134);
+            fail(err::SintassiInsertInto);
         }
     }
 
@@ -908,26 +908,26 @@ private:
         ++p_;
         {
             int saved = err_;
-            err_ = 3144;
+            err_ = err::SintassiUpdate;
             st.from.push_back(fromItem());
             err_ = saved;
         }
-        expectKw("set", 3144);
+        expectKw("set", err::SintassiUpdate);
         clauseStart_ = peek().pos;
         do {
             Assignment a;
-            a.column = name(3144);
+            a.column = name(err::SintassiUpdate);
             if (acceptOp(".")) {
                 a.qual = std::move(a.column);
-                a.column = name(3144);
+                a.column = name(err::SintassiUpdate);
             }
-            expectOp("=", 3144);
-            a.value = expr(3144);
+            expectOp("=", err::SintassiUpdate);
+            a.value = expr(err::SintassiUpdate);
             st.sets.push_back(std::move(a));
         } while (acceptOp(","));
         if (acceptKw("where")) {
             clauseStart_ = peek().pos;
-            st.where = expr(3075);
+            st.where = expr(err::SintassiEspressione);
         }
     }
 
@@ -938,24 +938,24 @@ private:
         if (acceptOp("*")) {
         } else if (isName() && peek(1).kind == Tok::Op && peek(1).op[0] == '.' && peek(2).kind == Tok::Op &&
                    peek(2).op[0] == '*') {
-            st.deleteQual = name(3075);
+            st.deleteQual = name(err::SintassiEspressione);
             p_ += 2;
         } else if (isName() && !isKw("from")) {
-            st.deleteQual = name(3075);  // Delete T From T ...
+            st.deleteQual = name(err::SintassiEspressione);  // Delete T From T ...
         }
-        expectKw("from", 3075);
+        expectKw("from", err::SintassiEspressione);
         {
             int saved = err_;
-            err_ = 3131;
+            err_ = err::SintassiFrom;
             clauseStart_ = peek().pos;
             do st.from.push_back(fromItem());
             while (acceptOp(","));
             err_ = saved;
         }
-        if (peek().kind != Tok::End && !isOp(";") && !isKw("where")) fail(3131);
+        if (peek().kind != Tok::End && !isOp(";") && !isKw("where")) fail(err::SintassiFrom);
         if (acceptKw("where")) {
             clauseStart_ = peek().pos;
-            st.where = expr(3075);
+            st.where = expr(err::SintassiEspressione);
         }
     }
 
@@ -1052,50 +1052,50 @@ private:
         ++p_;
         DdlCommand d;
         if (acceptKw("table")) {
-            err_ = 3290;
+            err_ = err::SintassiCreateTable;
             d.op = DdlCommand::Op::CreateTable;
-            d.table = name(3290);
-            expectOp("(", 3290);
+            d.table = name(err::SintassiCreateTable);
+            expectOp("(", err::SintassiCreateTable);
             do {
                 if (isKw("constraint")) {
                     ++p_;
-                    name(3290);
-                    tableConstraint(d, 3290);
+                    name(err::SintassiCreateTable);
+                    tableConstraint(d, err::SintassiCreateTable);
                 } else if (isKw("primary") || isKw("unique")) {
-                    tableConstraint(d, 3290);
+                    tableConstraint(d, err::SintassiCreateTable);
                 } else {
-                    d.fields.push_back(fieldSpec(3290));
+                    d.fields.push_back(fieldSpec(err::SintassiCreateTable));
                 }
             } while (acceptOp(","));
-            expectOp(")", 3290);
-            if (d.fields.empty()) fail(3290);
+            expectOp(")", err::SintassiCreateTable);
+            if (d.fields.empty()) fail(err::SintassiCreateTable);
             for (std::size_t i = 0; i < d.fields.size(); ++i)
                 for (std::size_t j = i + 1; j < d.fields.size(); ++j)
-                    if (iequals(d.fields[i].name, d.fields[j].name)) raise(3191);
+                    if (iequals(d.fields[i].name, d.fields[j].name)) raise(err::CampoDefinitoPiuVolte);
         } else {
-            err_ = 3290;
+            err_ = err::SintassiCreateTable;
             if (acceptKw("unique")) d.unique = true;
-            expectKw("index", 3290);
+            expectKw("index", err::SintassiCreateTable);
             d.op = DdlCommand::Op::CreateIndex;
-            d.index = name(3290);
-            expectKw("on", 3290);
-            d.table = name(3290);
-            expectOp("(", 3290);
+            d.index = name(err::SintassiCreateTable);
+            expectKw("on", err::SintassiCreateTable);
+            d.table = name(err::SintassiCreateTable);
+            expectOp("(", err::SintassiCreateTable);
             do {
-                d.indexFields.push_back(name(3290));
+                d.indexFields.push_back(name(err::SintassiCreateTable));
                 if (acceptKw("desc")) d.indexFields.back() = "-" + d.indexFields.back();
                 else acceptKw("asc");
             } while (acceptOp(","));
-            expectOp(")", 3290);
+            expectOp(")", err::SintassiCreateTable);
             if (acceptKw("with")) {
                 do {
                     if (acceptKw("primary")) {
                         d.primary = true;
                         d.unique = true;
                     } else if (acceptKw("disallow") || acceptKw("ignore")) {
-                        expectKw("null", 3290);
+                        expectKw("null", err::SintassiCreateTable);
                     } else {
-                        fail(3290);
+                        fail(err::SintassiCreateTable);
                     }
                 } while (true && (isKw("primary") || isKw("disallow") || isKw("ignore")));
             }
@@ -1143,14 +1143,14 @@ private:
         DdlCommand d;
         if (acceptKw("table")) {
             d.op = DdlCommand::Op::DropTable;
-            d.table = name(3295);
+            d.table = name(err::SintassiDrop);
         } else if (acceptKw("index")) {
             d.op = DdlCommand::Op::DropIndex;
-            d.index = name(3295);
-            expectKw("on", 3295);
-            d.table = name(3295);
+            d.index = name(err::SintassiDrop);
+            expectKw("on", err::SintassiDrop);
+            d.table = name(err::SintassiDrop);
         } else {
-            fail(3295);
+            fail(err::SintassiDrop);
         }
         st.ddl = std::move(d);
     }
@@ -1158,49 +1158,49 @@ private:
     void alter(Statement& st) {
         st.kind = StatementKind::Ddl;
         ++p_;
-        expectKw("table", 3293);
+        expectKw("table", err::SintassiAlterTable);
         DdlCommand d;
-        d.table = name(3293);
+        d.table = name(err::SintassiAlterTable);
         if (acceptKw("add")) {
             if (isKw("constraint") || isKw("primary") || isKw("unique")) {
                 // ADD CONSTRAINT name PRIMARY KEY (c) / UNIQUE (c): an index
                 std::string iname = "PrimaryKey";
-                if (acceptKw("constraint")) iname = name(3293);
+                if (acceptKw("constraint")) iname = name(err::SintassiAlterTable);
                 d.op = DdlCommand::Op::CreateIndex;
                 d.index = iname;
                 if (acceptKw("primary")) {
-                    expectKw("key", 3293);
+                    expectKw("key", err::SintassiAlterTable);
                     d.primary = d.unique = true;
                 } else {
-                    expectKw("unique", 3293);
+                    expectKw("unique", err::SintassiAlterTable);
                     d.unique = true;
                 }
-                expectOp("(", 3293);
-                do d.indexFields.push_back(name(3293));
+                expectOp("(", err::SintassiAlterTable);
+                do d.indexFields.push_back(name(err::SintassiAlterTable));
                 while (acceptOp(","));
-                expectOp(")", 3293);
+                expectOp(")", err::SintassiAlterTable);
             } else {
                 acceptKw("column");
                 d.op = DdlCommand::Op::AddColumn;
-                d.fields.push_back(fieldSpec(3293));
+                d.fields.push_back(fieldSpec(err::SintassiAlterTable));
             }
         } else if (acceptKw("alter")) {
             acceptKw("column");
             d.op = DdlCommand::Op::AlterColumn;
-            d.fields.push_back(fieldSpec(3293));
+            d.fields.push_back(fieldSpec(err::SintassiAlterTable));
         } else if (acceptKw("drop")) {
             if (acceptKw("constraint")) {
                 d.op = DdlCommand::Op::DropIndex;
-                d.index = name(3293);
+                d.index = name(err::SintassiAlterTable);
             } else {
                 acceptKw("column");
                 d.op = DdlCommand::Op::DropColumn;
                 FieldSpec f;
-                f.name = name(3293);
+                f.name = name(err::SintassiAlterTable);
                 d.fields.push_back(f);
             }
         } else {
-            fail(3293);
+            fail(err::SintassiAlterTable);
         }
         st.ddl = std::move(d);
     }

@@ -198,7 +198,7 @@ private:
                                    e.end > e.pos ? e.end - e.pos : 0));
         for (auto& c : d)
             if (c == '\0') c = ' ';
-        raise(3075, d);
+        raise(err::SintassiEspressione, d);
     }
 
     // ---- literals
@@ -282,7 +282,7 @@ private:
             for (Source* src : s->sources)
                 for (const SrcCol& c : src->cols)
                     if (iequals(c.name, e.text)) {
-                        if (found && found != src) raise(3079, e.text);
+                        if (found && found != src) raise(err::CampoAmbiguo, e.text);
                         if (!found) {
                             found = src;
                             fc = &c;
@@ -625,7 +625,7 @@ private:
         static const char* aggs[] = {"sum", "avg", "min", "max", "count"};
         for (const char* ag : aggs) {
             if (n != ag) continue;
-            if (!cx.allowAgg) raise(3096);
+            if (!cx.allowAgg) raise(err::AggregazioneInWhere);
             R r;
             r.agg = true;
             if (n == "count" && e.star) {
@@ -691,7 +691,7 @@ private:
             return r;
         }
         const FnInfo* fi = findFunction(n);
-        if (!fi) raise(3085, e.text);
+        if (!fi) raise(err::FunzioneNonDefinita, e.text);
         if (static_cast<int>(e.args.size()) < fi->minArgs || static_cast<int>(e.args.size()) > fi->maxArgs)
             exprError(e);
         R r;
@@ -733,7 +733,7 @@ private:
         switch (f.k) {
             case FromItem::K::Table: {
                 const RelationInfo* rel = cat_.findRelation(f.name);
-                if (!rel) raise(3078, f.name);
+                if (!rel) raise(err::TabellaOQueryNonTrovata, f.name);
                 Source* s = newSource();
                 s->alias = f.alias.empty() ? f.name : f.alias;
                 s->sqlAlias = quoteId(s->alias);
@@ -776,7 +776,7 @@ private:
                 Ctx cx;
                 cx.scope = &scope;
                 R on = expr(*f.on, cx);
-                if (on.agg) raise(3096);
+                if (on.agg) raise(err::AggregazioneInWhere);
                 const char* j = f.join == FromItem::J::Left ? " LEFT JOIN " : f.join == FromItem::J::Right ? " RIGHT JOIN " : " JOIN ";
                 return l + j + r + " ON " + (on.logical ? on.sql : "(" + val(on) + "<>0)");
             }
@@ -820,7 +820,7 @@ public:
             SelOut c = core(s.cores[i], nullptr, outer, false, positional && i == 0, true);
             if (i == 0) out.cols = c.cols;
             else {
-                if (c.cols.size() != out.cols.size()) raise(3307);
+                if (c.cols.size() != out.cols.size()) raise(err::ColonneUnioneDiverse);
                 for (std::size_t k = 0; k < c.cols.size(); ++k) {
                     Ty& t = out.cols[k].ty;
                     Ty u = c.cols[k].ty;
@@ -916,7 +916,7 @@ private:
                     // T.* of no source: the platform asks for it as a parameter
                     missing(it.starQual + ".*");
                 }
-                if (it.starQual.empty() && scope.sources.empty()) raise(3141);
+                if (it.starQual.empty() && scope.sources.empty()) raise(err::SintassiSelect);
                 continue;
             }
             R r = expr(*it.e, cx);
@@ -1113,7 +1113,7 @@ private:
 
     const RelationInfo& targetTable(const std::string& name) {
         const RelationInfo* rel = cat_.findRelation(name);
-        if (!rel) raise(3078, name);
+        if (!rel) raise(err::TabellaOQueryNonTrovata, name);
         return *rel;
     }
 
@@ -1124,23 +1124,23 @@ private:
     }
 
     void checkMissing() {
-        if (!missing_.empty()) raise(3061, std::to_string(missing_.size()));
+        if (!missing_.empty()) raise(err::ParametriInsufficienti, std::to_string(missing_.size()));
     }
 
     Translation insert(Statement& st) {
         Translation t;
         t.kind = StatementKind::Insert;
         const RelationInfo& rel = targetTable(st.table);
-        if (rel.isQuery) raise(3326);
+        if (rel.isQuery) raise(err::RecordsetNonAggiornabile);
         std::vector<const ColumnInfo*> cols;
         if (st.columns.empty()) {
             for (auto& c : rel.columns) cols.push_back(&c);
         } else {
             for (auto& n : st.columns) {
                 const ColumnInfo* c = findColumn(rel, n);
-                if (!c) raise(3127, n);
+                if (!c) raise(err::CampoDestinazioneSconosciuto, n);
                 for (auto* p : cols)
-                    if (p == c) raise(3191);
+                    if (p == c) raise(err::CampoDefinitoPiuVolte);
                 cols.push_back(c);
             }
         }
@@ -1149,7 +1149,7 @@ private:
         sql += ") ";
         if (st.select) {
             SelOut so = select(*st.select, nullptr, false, true);
-            if (so.cols.size() != cols.size()) raise(3346);
+            if (so.cols.size() != cols.size()) raise(err::NumeroValoriDiverso);
             sql += "SELECT ";
             for (std::size_t i = 0; i < cols.size(); ++i) {
                 R r;
@@ -1159,14 +1159,14 @@ private:
             }
             sql += " FROM (" + so.sql + ") AS \"__s\"";
         } else {
-            if (st.values.size() != cols.size()) raise(3346);
+            if (st.values.size() != cols.size()) raise(err::NumeroValoriDiverso);
             Scope empty;
             Ctx cx;
             cx.scope = &empty;
             sql += "VALUES (";
             for (std::size_t i = 0; i < cols.size(); ++i) {
                 R r = expr(*st.values[i], cx);
-                if (r.agg) raise(3096);
+                if (r.agg) raise(err::AggregazioneInWhere);
                 sql += (i ? ", " : "") + store(r, *cols[i]);
             }
             sql += ")";
@@ -1194,12 +1194,12 @@ private:
         if (!target) {
             const FromItem* bi = st.from[0].get();
             while (bi->k == FromItem::K::Join) bi = bi->left.get();
-            if (bi->k != FromItem::K::Table) raise(3144);
+            if (bi->k != FromItem::K::Table) raise(err::SintassiUpdate);
             for (Source* s : scope.sources)
                 if (iequals(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
         }
         if (!target) checkMissing();
-        if (!target || !target->table) raise(3326);
+        if (!target || !target->table) raise(err::RecordsetNonAggiornabile);
         const RelationInfo& rel = targetTable(target->relName);
         bool joined = st.from[0]->k == FromItem::K::Join;
         Ctx cx;
@@ -1207,10 +1207,10 @@ private:
         std::string sets;
         std::vector<std::string> setCols;
         for (auto& a : st.sets) {
-            if (!a.qual.empty() && !iequals(a.qual, target->alias)) raise(3144);
+            if (!a.qual.empty() && !iequals(a.qual, target->alias)) raise(err::SintassiUpdate);
             const ColumnInfo* col = findColumn(rel, a.column);
             R r = expr(*a.value, cx);
-            if (r.agg) raise(3096);
+            if (r.agg) raise(err::AggregazioneInWhere);
             if (!col) {
                 missing(a.column);
                 continue;
@@ -1223,7 +1223,7 @@ private:
         std::string where;
         if (st.where) {
             R w = expr(*st.where, cx);
-            if (w.agg) raise(3096);
+            if (w.agg) raise(err::AggregazioneInWhere);
             where = w.logical ? w.sql : "(" + val(w) + "<>0)";
         }
         checkMissing();
@@ -1246,21 +1246,21 @@ private:
         Source* target = nullptr;
         if (!st.deleteQual.empty()) {
             target = findSource(&scope, st.deleteQual, nullptr);
-            if (!target) raise(3078, st.deleteQual);
+            if (!target) raise(err::TabellaOQueryNonTrovata, st.deleteQual);
         } else {
             const FromItem* bi = st.from[0].get();
             while (bi->k == FromItem::K::Join) bi = bi->left.get();
-            if (bi->k != FromItem::K::Table) raise(3086);
+            if (bi->k != FromItem::K::Table) raise(err::EliminazioneImpossibile);
             for (Source* s : scope.sources)
                 if (iequals(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
         }
-        if (!target || target->baseTable.empty()) raise(3086);
+        if (!target || target->baseTable.empty()) raise(err::EliminazioneImpossibile);
         std::string where;
         if (st.where) {
             Ctx cx;
             cx.scope = &scope;
             R w = expr(*st.where, cx);
-            if (w.agg) raise(3096);
+            if (w.agg) raise(err::AggregazioneInWhere);
             where = w.logical ? w.sql : "(" + val(w) + "<>0)";
         }
         checkMissing();
@@ -1341,13 +1341,13 @@ void literalValues(std::string_view text, const std::vector<Token>& toks, std::v
             case 'I': out.push_back(Value::Long(static_cast<std::int32_t>(parseNumberToken(text.substr(t.pos, t.len))))); break;
             case 'D': {
                 double d = parseNumberToken(text.substr(t.pos, t.len));
-                if (!std::isfinite(d)) raise(3075, std::string(text.substr(t.pos, t.len)));
+                if (!std::isfinite(d)) raise(err::SintassiEspressione, std::string(text.substr(t.pos, t.len)));
                 out.push_back(Value::Double(d));
                 break;
             }
             case 'T': {
                 auto d = ParseDateLiteral(dateBody(text, t));
-                if (!d) raise(3075, std::string(text.substr(t.pos, t.len)));
+                if (!d) raise(err::SintassiEspressione, std::string(text.substr(t.pos, t.len)));
                 out.push_back(Value::Text(DateToIso(*d)));
                 break;
             }
@@ -1410,7 +1410,7 @@ Translation Translator::translate(std::string_view text, const Options& options)
     Statement st = parse(text, m.toks);
     Compiler comp(m.catalog, text, m.lits, options.inlineLiterals);
     Translation t = comp.run(st);
-    if (nesting(t.sql) > kMaxSqlNesting) raise(3075, std::string(text.substr(0, 200)));
+    if (nesting(t.sql) > kMaxSqlNesting) raise(err::SintassiEspressione, std::string(text.substr(0, 200)));
     if (!options.inlineLiterals && t.kind != StatementKind::Ddl) {
         int n = comp.maxParam();
         t.params.clear();
