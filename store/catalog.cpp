@@ -170,26 +170,6 @@ void raiseSqlite(sqlite3* db, int rc, std::string_view context) {
 
 // ---- names ---------------------------------------------------------------------------------------
 
-std::string quoteIdent(std::string_view name) {
-    std::string out = "\"";
-    for (char c : name) {
-        if (c == '"') out += '"';
-        out += c;
-    }
-    return out + "\"";
-}
-
-std::string quoteText(std::string_view text) {
-    std::string out = "'";
-    for (char c : text) {
-        if (c == '\'') out += '\'';
-        out += c;
-    }
-    return out + "'";
-}
-
-bool sameName(std::string_view a, std::string_view b) { return AsciiLower(a) == AsciiLower(b); }
-
 std::size_t utf8Length(std::string_view s) {
     return static_cast<std::size_t>(
         std::count_if(s.begin(), s.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));

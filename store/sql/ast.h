@@ -144,6 +144,4 @@ struct Statement {
 // Parses one statement. Throws JetError with the platform's syntax error numbers.
 Statement parse(std::string_view text, const std::vector<Token>& tokens);
 
-bool iequals(std::string_view a, std::string_view b);
-
 }  // namespace store::sql::detail

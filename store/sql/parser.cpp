@@ -5,18 +5,12 @@
 #include <cstring>
 
 #include "store/errors.h"
+#include "store/names.h"
 #include "store/sql/ast.h"
 
 namespace store::sql::detail {
 
-bool iequals(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
-        if (x != y && std::tolower(x) != std::tolower(y)) return false;
-    }
-    return true;
-}
+using store::detail::sameName;
 
 namespace {
 
@@ -242,7 +236,7 @@ private:
     }
     bool isKwAt(std::size_t k, const char* kw) const {
         const Token& t = peek(k);
-        return t.kind == Tok::Ident && iequals(s_.substr(t.pos, t.len), kw);
+        return t.kind == Tok::Ident && sameName(s_.substr(t.pos, t.len), kw);
     }
     bool isKw(const char* kw) const { return isKwAt(0, kw); }
     bool acceptKw(const char* kw) {
@@ -271,7 +265,7 @@ private:
     }
     static bool reserved(std::string_view w) {
         for (const char* r : kReserved)
-            if (iequals(w, r)) return true;
+            if (sameName(w, r)) return true;
         return false;
     }
     bool isName(std::size_t k = 0) const {
@@ -793,15 +787,15 @@ private:
             case Tok::BIdent: {
                 std::string_view w = s_.substr(t.pos, t.len);
                 if (t.kind == Tok::Ident) {
-                    if (iequals(w, "null") || iequals(w, "true") || iequals(w, "false")) {
+                    if (sameName(w, "null") || sameName(w, "true") || sameName(w, "false")) {
                         auto e = mk(Expr::K::Lit, pos);
-                        e->lit = iequals(w, "null") ? 'N' : 'B';
-                        e->num = iequals(w, "true") ? -1 : 0;
+                        e->lit = sameName(w, "null") ? 'N' : 'B';
+                        e->num = sameName(w, "true") ? -1 : 0;
                         ++p_;
                         finish(*e);
                         return e;
                     }
-                    if (iequals(w, "exists")) {
+                    if (sameName(w, "exists")) {
                         ++p_;
                         expectOp("(", err_);
                         if (!isKw("select")) fail(err_);
@@ -815,7 +809,7 @@ private:
                     }
                     // function call: a plain name followed by '('
                     if (peek(1).kind == Tok::Op && peek(1).op[0] == '(' &&
-                        (!reserved(w) || iequals(w, "left") || iequals(w, "right"))) {
+                        (!reserved(w) || sameName(w, "left") || sameName(w, "right"))) {
                         auto e = mk(Expr::K::Func, pos);
                         e->text = std::string(w);
                         p_ += 2;
@@ -842,7 +836,7 @@ private:
                     }
                     if (reserved(w)) fail(err_);
                     // Functions without parentheses
-                    if (iequals(w, "now") || iequals(w, "date") || iequals(w, "time")) {
+                    if (sameName(w, "now") || sameName(w, "date") || sameName(w, "time")) {
                         if (!(peek(1).kind == Tok::Op && peek(1).op[0] == '.')) {
                             auto e = mk(Expr::K::Func, pos);
                             e->text = std::string(w);
@@ -981,12 +975,12 @@ private:
             {"yesno", FieldType::Boolean}, {"bit", FieldType::Boolean}, {"logical", FieldType::Boolean},
             {"boolean", FieldType::Boolean}, {"logical1", FieldType::Boolean},
         };
-        if (iequals(w, "counter") || iequals(w, "autoincrement") || iequals(w, "identity")) {
+        if (sameName(w, "counter") || sameName(w, "autoincrement") || sameName(w, "identity")) {
             counter = true;
             return FieldType::Long;
         }
         for (auto& x : words)
-            if (iequals(w, x.w)) return x.t;
+            if (sameName(w, x.w)) return x.t;
         ok = false;
         return FieldType::Text;
     }
@@ -1071,7 +1065,7 @@ private:
             if (d.fields.empty()) fail(err::SintassiCreateTable);
             for (std::size_t i = 0; i < d.fields.size(); ++i)
                 for (std::size_t j = i + 1; j < d.fields.size(); ++j)
-                    if (iequals(d.fields[i].name, d.fields[j].name)) raise(err::CampoDefinitoPiuVolte);
+                    if (sameName(d.fields[i].name, d.fields[j].name)) raise(err::CampoDefinitoPiuVolte);
         } else {
             err_ = err::SintassiCreateTable;
             if (acceptKw("unique")) d.unique = true;
@@ -1119,7 +1113,7 @@ private:
         expectOp(")", e);
         if (cols.size() == 1) {
             for (auto& f : d.fields)
-                if (iequals(f.name, cols[0])) {
+                if (sameName(f.name, cols[0])) {
                     (primary ? f.primaryKey : f.unique) = true;
                     return;
                 }
@@ -1129,7 +1123,7 @@ private:
         for (auto& c : cols) {
             bool found = false;
             for (auto& f : d.fields)
-                if (iequals(f.name, c)) {
+                if (sameName(f.name, c)) {
                     found = true;
                     if (primary) f.primaryKey = true;
                 }

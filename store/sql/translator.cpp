@@ -10,12 +10,16 @@
 
 #include "store/convert.h"
 #include "store/errors.h"
+#include "store/names.h"
 #include "store/sql/ast.h"
 #include "store/sql/functions.h"
 
 namespace store::sql {
 
 using namespace detail;
+using store::detail::quoteIdent;
+using store::detail::quoteText;
+using store::detail::sameName;
 
 namespace {
 
@@ -69,30 +73,6 @@ Ty widen(Ty a, Ty b) {
     if (a == Ty::Dbl || b == Ty::Dbl || a == Ty::Sng || b == Ty::Sng) return Ty::Dbl;
     if (a == Ty::Cur || b == Ty::Cur) return Ty::Cur;
     return Ty::Long;
-}
-
-std::string quoteId(std::string_view s) {
-    std::string r;
-    r.reserve(s.size() + 2);
-    r.push_back('"');
-    for (char c : s) {
-        if (c == '"') r.push_back('"');
-        r.push_back(c);
-    }
-    r.push_back('"');
-    return r;
-}
-
-std::string quoteStr(std::string_view s) {
-    std::string r;
-    r.reserve(s.size() + 2);
-    r.push_back('\'');
-    for (char c : s) {
-        if (c == '\'') r.push_back('\'');
-        r.push_back(c);
-    }
-    r.push_back('\'');
-    return r;
 }
 
 std::string numText(double d) {
@@ -217,7 +197,7 @@ private:
             const Value& v = lits_.at(static_cast<std::size_t>(e.litIndex));
             if (v.kind() == Value::Kind::Text) {
                 if (v.text().find('\0') != std::string::npos) exprError(e);
-                r.sql = quoteStr(v.text());
+                r.sql = quoteText(v.text());
             } else if (v.kind() == Value::Kind::Long) {
                 r.sql = std::to_string(static_cast<long long>(v.number()));
             } else {
@@ -249,7 +229,7 @@ private:
     Source* findSource(Scope* sc, std::string_view alias, Scope** where) {
         for (Scope* s = sc; s; s = s->parent)
             for (Source* src : s->sources)
-                if (iequals(src->alias, alias)) {
+                if (sameName(src->alias, alias)) {
                     if (where) *where = s;
                     return src;
                 }
@@ -262,16 +242,16 @@ private:
             Source* src = findSource(cx.scope, e.qual, nullptr);
             if (src) {
                 for (const SrcCol& c : src->cols)
-                    if (iequals(c.name, e.text)) return colRef(*src, c, cx);
+                    if (sameName(c.name, e.text)) return colRef(*src, c, cx);
             }
             // The platform merges a saved query into the statement, so a field of the query's base
             // table may be named with that table: "Spese.Numero" selecting from qrSpese.
             if (!src) {
                 for (Scope* s = cx.scope; s; s = s->parent)
                     for (Source* q : s->sources) {
-                        if (q->table || !iequals(q->baseTable, e.qual)) continue;
+                        if (q->table || !sameName(q->baseTable, e.qual)) continue;
                         for (const SrcCol& c : q->cols)
-                            if (iequals(c.baseColumn, e.text)) return colRef(*q, c, cx);
+                            if (sameName(c.baseColumn, e.text)) return colRef(*q, c, cx);
                     }
             }
             return missing(e.qual + "." + e.text);
@@ -281,7 +261,7 @@ private:
             const SrcCol* fc = nullptr;
             for (Source* src : s->sources)
                 for (const SrcCol& c : src->cols)
-                    if (iequals(c.name, e.text)) {
+                    if (sameName(c.name, e.text)) {
                         if (found && found != src) raise(err::CampoAmbiguo, e.text);
                         if (!found) {
                             found = src;
@@ -291,7 +271,7 @@ private:
             if (found) return colRef(*found, *fc, cx);
             if (s == cx.scope && cx.aliases) {
                 for (auto& [n, ar] : *cx.aliases)
-                    if (iequals(n, e.text)) return ar;
+                    if (sameName(n, e.text)) return ar;
             }
         }
         return missing(e.text);
@@ -299,7 +279,7 @@ private:
 
     R colRef(const Source& src, const SrcCol& c, Ctx& cx) {
         R r;
-        r.sql = src.sqlAlias + "." + quoteId(c.name);
+        r.sql = src.sqlAlias + "." + quoteIdent(c.name);
         r.ty = c.ty;
         r.size = c.size;
         r.src = &src;
@@ -311,7 +291,7 @@ private:
     R missing(const std::string& name) {
         bool seen = false;
         for (auto& m : missing_)
-            if (iequals(m, name)) seen = true;
+            if (sameName(m, name)) seen = true;
         if (!seen) missing_.push_back(name);
         R r;
         r.sql = "NULL";
@@ -736,7 +716,7 @@ private:
                 if (!rel) raise(err::TabellaOQueryNonTrovata, f.name);
                 Source* s = newSource();
                 s->alias = f.alias.empty() ? f.name : f.alias;
-                s->sqlAlias = quoteId(s->alias);
+                s->sqlAlias = quoteIdent(s->alias);
                 s->relName = rel->name;
                 s->table = !rel->isQuery;
                 s->baseTable = rel->isQuery ? rel->baseTable : rel->name;
@@ -751,20 +731,20 @@ private:
                         if (!c.baseColumn.empty()) sc.baseColumn = c.baseColumn;
                         else if (base)
                             for (auto& bc : base->columns)
-                                if (iequals(bc.name, c.name)) sc.baseColumn = bc.name;
+                                if (sameName(bc.name, c.name)) sc.baseColumn = bc.name;
                     }
                     s->cols.push_back(std::move(sc));
                 }
                 scope.sources.push_back(s);
-                std::string r = quoteId(rel->name);
-                if (!iequals(s->alias, rel->name) || s->alias != rel->name) r += " AS " + s->sqlAlias;
+                std::string r = quoteIdent(rel->name);
+                if (!sameName(s->alias, rel->name) || s->alias != rel->name) r += " AS " + s->sqlAlias;
                 return r;
             }
             case FromItem::K::Derived: {
                 SelOut so = select(*f.sub, outer, false, false);
                 Source* s = newSource();
                 s->alias = f.alias.empty() ? "__d" + std::to_string(++derivedCount_) : f.alias;
-                s->sqlAlias = quoteId(s->alias);
+                s->sqlAlias = quoteIdent(s->alias);
                 for (auto& c : so.cols) s->cols.push_back({c.name, c.ty, c.size, {}});
                 scope.sources.push_back(s);
                 return "(" + so.sql + ") AS " + s->sqlAlias;
@@ -837,7 +817,7 @@ public:
             // ORDER BY names the union's columns
             Source* u = newSource();
             u->alias = "__u";
-            u->sqlAlias = quoteId("__u");
+            u->sqlAlias = quoteIdent("__u");
             for (auto& c : out.cols) u->cols.push_back({c.name, c.ty, c.size, {}});
             Scope sc;
             sc.sources.push_back(u);
@@ -879,7 +859,7 @@ private:
             const FromItem* bi = baseItem(*c.from[0]);
             if (bi) {
                 for (Source* src : scope.sources)
-                    if (iequals(src->alias, bi->alias.empty() ? bi->name : bi->alias)) {
+                    if (sameName(src->alias, bi->alias.empty() ? bi->name : bi->alias)) {
                         if (!src->baseTable.empty()) base = src;
                         break;
                     }
@@ -898,7 +878,7 @@ private:
             if (it.star) {
                 bool any = false;
                 for (Source* src : scope.sources) {
-                    if (!it.starQual.empty() && !iequals(src->alias, it.starQual)) continue;
+                    if (!it.starQual.empty() && !sameName(src->alias, it.starQual)) continue;
                     any = true;
                     for (const SrcCol& col : src->cols) {
                         OutCol oc;
@@ -909,7 +889,7 @@ private:
                         oc.srcAlias = src->alias;
                         if (base == src) oc.baseColumn = col.baseColumn;
                         out.cols.push_back(oc);
-                        itemSql.push_back(src->sqlAlias + "." + quoteId(col.name));
+                        itemSql.push_back(src->sqlAlias + "." + quoteIdent(col.name));
                     }
                 }
                 if (!it.starQual.empty() && !any) {
@@ -943,11 +923,11 @@ private:
         for (std::size_t i = 0; i < out.cols.size(); ++i) {
             if (!out.cols[i].fromColumn) continue;
             for (std::size_t j = 0; j < out.cols.size(); ++j)
-                if (i != j && out.cols[j].fromColumn && iequals(out.cols[i].name, out.cols[j].name) &&
-                    !iequals(out.cols[i].srcAlias, out.cols[j].srcAlias)) {
+                if (i != j && out.cols[j].fromColumn && sameName(out.cols[i].name, out.cols[j].name) &&
+                    !sameName(out.cols[i].srcAlias, out.cols[j].srcAlias)) {
                     const std::string clash = out.cols[i].name;
                     for (std::size_t k = 0; k < out.cols.size(); ++k)
-                        if (out.cols[k].fromColumn && iequals(out.cols[k].name, clash) &&
+                        if (out.cols[k].fromColumn && sameName(out.cols[k].name, clash) &&
                             out.cols[k].name.find('.') == std::string::npos)
                             out.cols[k].name = out.cols[k].srcAlias + "." + out.cols[k].name;
                     break;
@@ -1023,11 +1003,11 @@ private:
             if (i) sel += ", ";
             sel += itemSql[i];
             if (collateOut && isTxt(out.cols[i].ty)) sel += " COLLATE JET";
-            sel += " AS " + quoteId(ties ? "_c" + std::to_string(i) : names[i]);
+            sel += " AS " + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]);
         }
         std::string rowid;
         if (base) {
-            rowid = base->table ? base->sqlAlias + ".rowid" : base->sqlAlias + "." + quoteId("__rowid");
+            rowid = base->table ? base->sqlAlias + ".rowid" : base->sqlAlias + "." + quoteIdent("__rowid");
             sel += (out.cols.empty() ? "" : ", ") + rowid + " AS \"__rowid\"";
             out.baseTable = base->baseTable;
             out.hasRowid = true;
@@ -1070,8 +1050,8 @@ private:
         if (ties || (c.top && c.percent)) {
             std::string outerSel = "SELECT ";
             for (std::size_t i = 0; i < out.cols.size(); ++i)
-                outerSel += (i ? ", " : "") + quoteId(ties ? "_c" + std::to_string(i) : names[i]) +
-                            (ties ? " AS " + quoteId(names[i]) : "");
+                outerSel += (i ? ", " : "") + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]) +
+                            (ties ? " AS " + quoteIdent(names[i]) : "");
             if (base) outerSel += (out.cols.empty() ? "" : ", ") + std::string("\"__rowid\"");
             std::string cond = c.percent ? "\"__rk\" <= (" + topN + " * \"__cnt\" + 99) / 100" : "\"__rk\" <= " + topN;
             out.sql = outerSel + " FROM (" + sel + body + ") WHERE " + cond + " ORDER BY \"__rk\"";
@@ -1119,7 +1099,7 @@ private:
 
     const ColumnInfo* findColumn(const RelationInfo& rel, std::string_view name) {
         for (auto& c : rel.columns)
-            if (iequals(c.name, name)) return &c;
+            if (sameName(c.name, name)) return &c;
         return nullptr;
     }
 
@@ -1144,8 +1124,8 @@ private:
                 cols.push_back(c);
             }
         }
-        std::string sql = "INSERT INTO " + quoteId(rel.name) + " (";
-        for (std::size_t i = 0; i < cols.size(); ++i) sql += (i ? ", " : "") + quoteId(cols[i]->name);
+        std::string sql = "INSERT INTO " + quoteIdent(rel.name) + " (";
+        for (std::size_t i = 0; i < cols.size(); ++i) sql += (i ? ", " : "") + quoteIdent(cols[i]->name);
         sql += ") ";
         if (st.select) {
             SelOut so = select(*st.select, nullptr, false, true);
@@ -1154,7 +1134,7 @@ private:
             for (std::size_t i = 0; i < cols.size(); ++i) {
                 R r;
                 r.ty = so.cols[i].ty;
-                r.sql = "\"__s\"." + quoteId(so.cols[i].name);
+                r.sql = "\"__s\"." + quoteIdent(so.cols[i].name);
                 sql += (i ? ", " : "") + store(r, *cols[i]);
             }
             sql += " FROM (" + so.sql + ") AS \"__s\"";
@@ -1196,7 +1176,7 @@ private:
             while (bi->k == FromItem::K::Join) bi = bi->left.get();
             if (bi->k != FromItem::K::Table) raise(err::SintassiUpdate);
             for (Source* s : scope.sources)
-                if (iequals(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
+                if (sameName(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
         }
         if (!target) checkMissing();
         if (!target || !target->table) raise(err::RecordsetNonAggiornabile);
@@ -1207,7 +1187,7 @@ private:
         std::string sets;
         std::vector<std::string> setCols;
         for (auto& a : st.sets) {
-            if (!a.qual.empty() && !iequals(a.qual, target->alias)) raise(err::SintassiUpdate);
+            if (!a.qual.empty() && !sameName(a.qual, target->alias)) raise(err::SintassiUpdate);
             const ColumnInfo* col = findColumn(rel, a.column);
             R r = expr(*a.value, cx);
             if (r.agg) raise(err::AggregazioneInWhere);
@@ -1218,7 +1198,7 @@ private:
             std::string v = store(r, *col);
             if (joined)
                 v = "(SELECT " + v + " FROM " + fromSql + " WHERE " + target->sqlAlias + ".rowid = \"__upd\".rowid)";
-            sets += (sets.empty() ? "" : ", ") + quoteId(col->name) + " = " + v;
+            sets += (sets.empty() ? "" : ", ") + quoteIdent(col->name) + " = " + v;
         }
         std::string where;
         if (st.where) {
@@ -1228,10 +1208,10 @@ private:
         }
         checkMissing();
         if (joined) {
-            t.sql = "UPDATE " + quoteId(rel.name) + " AS \"__upd\" SET " + sets + " WHERE \"__upd\".rowid IN (SELECT " +
+            t.sql = "UPDATE " + quoteIdent(rel.name) + " AS \"__upd\" SET " + sets + " WHERE \"__upd\".rowid IN (SELECT " +
                     target->sqlAlias + ".rowid FROM " + fromSql + (where.empty() ? "" : " WHERE " + where) + ")";
         } else {
-            t.sql = "UPDATE " + quoteId(rel.name) + (target->alias != rel.name ? " AS " + target->sqlAlias : "") +
+            t.sql = "UPDATE " + quoteIdent(rel.name) + (target->alias != rel.name ? " AS " + target->sqlAlias : "") +
                     " SET " + sets + (where.empty() ? "" : " WHERE " + where);
         }
         return t;
@@ -1252,7 +1232,7 @@ private:
             while (bi->k == FromItem::K::Join) bi = bi->left.get();
             if (bi->k != FromItem::K::Table) raise(err::EliminazioneImpossibile);
             for (Source* s : scope.sources)
-                if (iequals(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
+                if (sameName(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
         }
         if (!target || target->baseTable.empty()) raise(err::EliminazioneImpossibile);
         std::string where;
@@ -1266,12 +1246,12 @@ private:
         checkMissing();
         bool simple = st.from.size() == 1 && st.from[0]->k == FromItem::K::Table && target->table;
         if (simple) {
-            t.sql = "DELETE FROM " + quoteId(target->relName) +
+            t.sql = "DELETE FROM " + quoteIdent(target->relName) +
                     (target->alias != target->relName ? " AS " + target->sqlAlias : "") +
                     (where.empty() ? "" : " WHERE " + where);
         } else {
             std::string rowid = target->table ? target->sqlAlias + ".rowid" : target->sqlAlias + ".\"__rowid\"";
-            t.sql = "DELETE FROM " + quoteId(target->baseTable) + " WHERE rowid IN (SELECT " + rowid + " FROM " +
+            t.sql = "DELETE FROM " + quoteIdent(target->baseTable) + " WHERE rowid IN (SELECT " + rowid + " FROM " +
                     fromSql + (where.empty() ? "" : " WHERE " + where) + ")";
         }
         return t;
