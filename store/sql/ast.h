@@ -31,6 +31,7 @@ void lex(std::string_view text, std::vector<Token>& out);
 std::string stringValue(std::string_view text, const Token& t);
 std::string_view identValue(std::string_view text, const Token& t);  // without brackets
 std::string_view dateBody(std::string_view text, const Token& t);
+double numberTokenValue(std::string_view text, const Token& t);  // independent of the C locale
 
 // The literal's kind as it enters the cache key and the binder: 'S' text, 'I' integer that fits a
 // Long, 'D' any other number, 'T' date.

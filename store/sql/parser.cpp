@@ -1,5 +1,6 @@
 // Lexer and parser of the dialect: text -> tokens -> syntax tree.
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -139,6 +140,47 @@ std::string stringValue(std::string_view text, const Token& t) {
         if (raw[i] == q) ++i;  // doubled quote
     }
     return s;
+}
+
+namespace {
+// The power of ten of a number token's leading digit (1 for "5", 3 for "120", 0 for "0.5", -1 for
+// "0.05"), exponent included: whether a number out of a double's range is too large or too small.
+long long decimalMagnitude(std::string_view digits) {
+    long long magnitude = 0;
+    bool significant = false, fraction = false;
+    std::size_t i = 0;
+    for (; i < digits.size() && digits[i] != 'e' && digits[i] != 'E'; ++i) {
+        const char c = digits[i];
+        if (c == '.') {
+            fraction = true;
+            continue;
+        }
+        if (!significant && c == '0') {
+            if (fraction) --magnitude;
+            continue;
+        }
+        significant = true;
+        if (!fraction) ++magnitude;
+    }
+    if (i + 1 < digits.size()) {
+        std::size_t from = i + 1 + (digits[i + 1] == '+');
+        long long exponent = 0;
+        auto [end, ec] = std::from_chars(digits.data() + from, digits.data() + digits.size(), exponent);
+        if (ec == std::errc::result_out_of_range) exponent = digits[i + 1] == '-' ? -(1LL << 40) : 1LL << 40;
+        magnitude += exponent;
+    }
+    return magnitude;
+}
+}  // namespace
+
+// from_chars, not strtod: strtod reads the decimal separator of the C locale, so a program that set an
+// Italian locale would read "1.5" as 1. Out of range gives what strtod gives: infinity or zero.
+double numberTokenValue(std::string_view text, const Token& t) {
+    std::string_view digits = text.substr(t.pos, t.len);
+    double value = 0;
+    auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (ec == std::errc::result_out_of_range) return decimalMagnitude(digits) > 0 ? HUGE_VAL : 0.0;
+    return value;
 }
 
 std::string_view identValue(std::string_view text, const Token& t) {
@@ -354,7 +396,7 @@ private:
             if (t.kind != Tok::Number || !t.integer) fail(err::SintassiSelect);
             c.top = true;
             c.topLit = t.lit;
-            c.topN = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
+            c.topN = numberTokenValue(s_, t);
             ++p_;
             if (acceptKw("percent")) c.percent = true;
         }
@@ -749,7 +791,7 @@ private:
                 auto e = mk(Expr::K::Lit, pos);
                 e->lit = literalKind(s_, t);
                 e->litIndex = t.lit;
-                e->num = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
+                e->num = numberTokenValue(s_, t);
                 ++p_;
                 finish(*e);
                 return e;
@@ -997,7 +1039,7 @@ private:
         if (acceptOp("(")) {
             const Token& t = peek();
             if (t.kind != Tok::Number || !t.integer) fail(e);
-            double v = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
+            double v = numberTokenValue(s_, t);
             ++p_;
             if (acceptOp(",")) {  // COUNTER(seed, step)
                 if (peek().kind != Tok::Number) fail(e);

@@ -83,12 +83,6 @@ std::string numText(double d) {
     return s;
 }
 
-double parseNumberToken(std::string_view s) {
-    double d = 0;
-    std::from_chars(s.data(), s.data() + s.size(), d);
-    return d;
-}
-
 // ---- scopes ------------------------------------------------------------------------------------
 struct SrcCol {
     std::string name;
@@ -1318,9 +1312,9 @@ void literalValues(std::string_view text, const std::vector<Token>& toks, std::v
         if (t.lit < 0) continue;
         switch (literalKind(text, t)) {
             case 'S': out.push_back(Value::Text(stringValue(text, t))); break;
-            case 'I': out.push_back(Value::Long(static_cast<std::int32_t>(parseNumberToken(text.substr(t.pos, t.len))))); break;
+            case 'I': out.push_back(Value::Long(static_cast<std::int32_t>(numberTokenValue(text, t)))); break;
             case 'D': {
-                double d = parseNumberToken(text.substr(t.pos, t.len));
+                double d = numberTokenValue(text, t);
                 if (!std::isfinite(d)) raise(err::SintassiEspressione, std::string(text.substr(t.pos, t.len)));
                 out.push_back(Value::Double(d));
                 break;
