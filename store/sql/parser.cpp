@@ -32,7 +32,7 @@ void lex(std::string_view text, std::vector<Token>& out) {
     if (text.size() > 0x7fffffff) lexError(text);
     std::size_t i = 0, n = text.size();
     int lit = 0;
-    auto push = [&](Tok k, std::size_t start, std::size_t end) {
+    auto push = [&](TokenKind k, std::size_t start, std::size_t end) {
         Token t;
         t.kind = k;
         t.pos = static_cast<std::uint32_t>(start);
@@ -49,7 +49,7 @@ void lex(std::string_view text, std::vector<Token>& out) {
         std::size_t start = i;
         if (identStart(c)) {
             while (i < n && identChar(static_cast<unsigned char>(text[i]))) ++i;
-            push(Tok::Ident, start, i);
+            push(TokenKind::Ident, start, i);
         } else if (c == '[') {
             ++i;
             while (i < n && text[i] != ']') {
@@ -59,7 +59,7 @@ void lex(std::string_view text, std::vector<Token>& out) {
             if (i >= n) lexError(text);
             ++i;
             if (i - start <= 2) lexError(text);  // []
-            push(Tok::BIdent, start, i);
+            push(TokenKind::BIdent, start, i);
         } else if (c == '\'' || c == '"') {
             char q = static_cast<char>(c);
             ++i;
@@ -75,11 +75,11 @@ void lex(std::string_view text, std::vector<Token>& out) {
                 }
                 ++i;
             }
-            push(Tok::String, start, i)->lit = lit++;
+            push(TokenKind::String, start, i)->lit = lit++;
         } else if (std::isdigit(c) ||
                    (c == '.' && i + 1 < n && std::isdigit(static_cast<unsigned char>(text[i + 1])) &&
-                    (out.empty() || (out.back().kind != Tok::Ident && out.back().kind != Tok::BIdent &&
-                                     !(out.back().kind == Tok::Op && out.back().op[0] == ')'))))) {
+                    (out.empty() || (out.back().kind != TokenKind::Ident && out.back().kind != TokenKind::BIdent &&
+                                     !(out.back().kind == TokenKind::Op && out.back().op[0] == ')'))))) {
             bool integer = true;
             while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
             if (i < n && text[i] == '.') {
@@ -97,7 +97,7 @@ void lex(std::string_view text, std::vector<Token>& out) {
                 }
             }
             if (i < n && identStart(static_cast<unsigned char>(text[i]))) lexError(text);  // 12abc
-            Token* t = push(Tok::Number, start, i);
+            Token* t = push(TokenKind::Number, start, i);
             t->lit = lit++;
             t->integer = integer;
         } else if (c == '#') {
@@ -105,18 +105,18 @@ void lex(std::string_view text, std::vector<Token>& out) {
             while (i < n && text[i] != '#' && text[i] != '\0' && text[i] != '\n') ++i;
             if (i >= n || text[i] != '#') lexError(text);
             ++i;
-            push(Tok::Date, start, i)->lit = lit++;
+            push(TokenKind::Date, start, i)->lit = lit++;
         } else {
             Token* t = nullptr;
             if ((c == '<' || c == '>') && i + 1 < n && (text[i + 1] == '=' || (c == '<' && text[i + 1] == '>'))) {
-                t = push(Tok::Op, start, i + 2);
+                t = push(TokenKind::Op, start, i + 2);
                 t->op[0] = static_cast<char>(c);
                 t->op[1] = text[i + 1];
                 i += 2;
                 continue;
             }
             if (std::strchr("=<>+-*/\\^&(),.;", c) && c != '\0') {
-                t = push(Tok::Op, start, i + 1);
+                t = push(TokenKind::Op, start, i + 1);
                 t->op[0] = static_cast<char>(c);
                 ++i;
                 continue;
@@ -125,7 +125,7 @@ void lex(std::string_view text, std::vector<Token>& out) {
         }
     }
     Token e;
-    e.kind = Tok::End;
+    e.kind = TokenKind::End;
     e.pos = static_cast<std::uint32_t>(n);
     out.push_back(e);
 }
@@ -184,7 +184,7 @@ double numberTokenValue(std::string_view text, const Token& t) {
 }
 
 std::string_view identValue(std::string_view text, const Token& t) {
-    if (t.kind == Tok::BIdent) return text.substr(t.pos + 1, t.len - 2);
+    if (t.kind == TokenKind::BIdent) return text.substr(t.pos + 1, t.len - 2);
     return text.substr(t.pos, t.len);
 }
 
@@ -192,9 +192,9 @@ std::string_view dateBody(std::string_view text, const Token& t) { return text.s
 
 char literalKind(std::string_view text, const Token& t) {
     switch (t.kind) {
-        case Tok::String: return 'S';
-        case Tok::Date: return 'T';
-        case Tok::Number: {
+        case TokenKind::String: return 'S';
+        case TokenKind::Date: return 'T';
+        case TokenKind::Number: {
             if (!t.integer || t.len > 10) return 'D';
             long long v = 0;
             for (std::size_t i = 0; i < t.len; ++i) v = v * 10 + (text[t.pos + i] - '0');
@@ -220,7 +220,7 @@ const char* const kReserved[] = {
 
 class Parser {
 public:
-    Parser(std::string_view text, const std::vector<Token>& toks) : s_(text), t_(toks) {}
+    Parser(std::string_view text, const std::vector<Token>& toks) : text_(text), tokens_(toks) {}
 
     Statement statement() {
         Statement st;
@@ -245,7 +245,7 @@ public:
         } else if (isKw("alter")) {
             err_ = err::SintassiAlterTable;
             alter(st);
-        } else if (peek().kind == Tok::Op && peek().op[0] == '(' && lookSelectInParens()) {
+        } else if (peek().kind == TokenKind::Op && peek().op[0] == '(' && lookSelectInParens()) {
             err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
             st.select = select(true);
@@ -253,10 +253,10 @@ public:
             raise(err::IstruzioneNonValida);
         }
         if (isOp(";")) {
-            ++p_;
-            if (peek().kind != Tok::End) raise(err::CaratteriDopoIstruzione);  // characters after the end of the statement
+            ++pos_;
+            if (peek().kind != TokenKind::End) raise(err::CaratteriDopoIstruzione);  // characters after the end of the statement
         }
-        if (peek().kind != Tok::End) {
+        if (peek().kind != TokenKind::End) {
             if (st.kind == StatementKind::Select) fail(pendingClauseErr());
             fail(err_);
         }
@@ -264,26 +264,26 @@ public:
     }
 
 private:
-    std::string_view s_;
-    const std::vector<Token>& t_;
-    std::size_t p_ = 0;
+    std::string_view text_;
+    const std::vector<Token>& tokens_;
+    std::size_t pos_ = 0;
     int err_ = err::SintassiEspressione;     // error number of the clause being read
     int depth_ = 0;
     std::uint32_t clauseStart_ = 0;
 
     // ---- token helpers
     const Token& peek(std::size_t k = 0) const {
-        std::size_t i = p_ + k;
-        return i < t_.size() ? t_[i] : t_.back();
+        std::size_t i = pos_ + k;
+        return i < tokens_.size() ? tokens_[i] : tokens_.back();
     }
     bool isKwAt(std::size_t k, const char* kw) const {
         const Token& t = peek(k);
-        return t.kind == Tok::Ident && sameName(s_.substr(t.pos, t.len), kw);
+        return t.kind == TokenKind::Ident && sameName(text_.substr(t.pos, t.len), kw);
     }
     bool isKw(const char* kw) const { return isKwAt(0, kw); }
     bool acceptKw(const char* kw) {
         if (isKw(kw)) {
-            ++p_;
+            ++pos_;
             return true;
         }
         return false;
@@ -293,11 +293,11 @@ private:
     }
     bool isOp(const char* o) const {
         const Token& t = peek();
-        return t.kind == Tok::Op && std::strncmp(t.op, o, 3) == 0;
+        return t.kind == TokenKind::Op && std::strncmp(t.op, o, 3) == 0;
     }
     bool acceptOp(const char* o) {
         if (isOp(o)) {
-            ++p_;
+            ++pos_;
             return true;
         }
         return false;
@@ -312,18 +312,18 @@ private:
     }
     bool isName(std::size_t k = 0) const {
         const Token& t = peek(k);
-        if (t.kind == Tok::BIdent) return true;
-        return t.kind == Tok::Ident && !reserved(s_.substr(t.pos, t.len));
+        if (t.kind == TokenKind::BIdent) return true;
+        return t.kind == TokenKind::Ident && !reserved(text_.substr(t.pos, t.len));
     }
     std::string name(int e) {
         if (!isName()) fail(e);
-        return std::string(identValue(s_, t_[p_++]));
+        return std::string(identValue(text_, tokens_[pos_++]));
     }
 
     [[noreturn]] void fail(int e) {
         if (e == err::SintassiEspressione) {
             std::uint32_t from = clauseStart_;
-            std::string d(s_.substr(std::min<std::size_t>(from, s_.size()), 200));
+            std::string d(text_.substr(std::min<std::size_t>(from, text_.size()), 200));
             for (auto& c : d)
                 if (c == '\0') c = ' ';
             while (!d.empty() && d.back() == ' ') d.pop_back();
@@ -338,7 +338,7 @@ private:
 
     bool lookSelectInParens() const {
         std::size_t k = 0;
-        while (peek(k).kind == Tok::Op && peek(k).op[0] == '(') ++k;
+        while (peek(k).kind == TokenKind::Op && peek(k).op[0] == '(') ++k;
         return isKwAt(k, "select");
     }
 
@@ -352,20 +352,20 @@ private:
         auto sel = std::make_unique<Select>();
         sel->cores.push_back(core());
         while (isKw("union")) {
-            ++p_;
+            ++pos_;
             bool all = acceptKw("all");
             sel->unionAll.push_back(all);
             bool paren = false;
             if (isOp("(") && lookSelectInParens()) {
                 paren = true;
-                ++p_;
+                ++pos_;
             }
             if (!isKw("select")) fail(err::SintassiUnione);
             sel->cores.push_back(core());
             if (paren) expectOp(")", err::SintassiUnione);
         }
         if (isKw("order")) {
-            ++p_;
+            ++pos_;
             int saved = err_;
             err_ = err::SintassiOrderBy;
             lastClauseErr_ = err::SintassiOrderBy;
@@ -393,30 +393,30 @@ private:
         } else acceptKw("all");
         if (acceptKw("top")) {
             const Token& t = peek();
-            if (t.kind != Tok::Number || !t.integer) fail(err::SintassiSelect);
+            if (t.kind != TokenKind::Number || !t.integer) fail(err::SintassiSelect);
             c.top = true;
             c.topLit = t.lit;
-            c.topN = numberTokenValue(s_, t);
-            ++p_;
+            c.topN = numberTokenValue(text_, t);
+            ++pos_;
             if (acceptKw("percent")) c.percent = true;
         }
         clauseStart_ = peek().pos;
         do {
             SelItem it;
             if (isOp("*")) {
-                ++p_;
+                ++pos_;
                 it.star = true;
-            } else if (isName() && peek(1).kind == Tok::Op && peek(1).op[0] == '.' && peek(2).kind == Tok::Op &&
+            } else if (isName() && peek(1).kind == TokenKind::Op && peek(1).op[0] == '.' && peek(2).kind == TokenKind::Op &&
                        peek(2).op[0] == '*') {
                 it.star = true;
                 it.starQual = name(err::SintassiSelect);
-                p_ += 2;
+                pos_ += 2;
             } else {
                 it.e = expr(err::SintassiEspressione);
                 if (acceptKw("as")) {
-                    if (!isName() && peek().kind != Tok::String) fail(err::SintassiSelect);
-                    if (peek().kind == Tok::String) {
-                        it.alias = stringValue(s_, t_[p_++]);
+                    if (!isName() && peek().kind != TokenKind::String) fail(err::SintassiSelect);
+                    if (peek().kind == TokenKind::String) {
+                        it.alias = stringValue(text_, tokens_[pos_++]);
                         it.aliasLiteral = true;
                     }
                     else it.alias = name(err::SintassiSelect);
@@ -436,7 +436,7 @@ private:
             while (acceptOp(","));
             err_ = saved;
             // What follows a FROM list must start a clause.
-            if (peek().kind != Tok::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
+            if (peek().kind != TokenKind::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
                 !isKw("having") && !isKw("order") && !isKw("union"))
                 fail(err::SintassiFrom);
         }
@@ -447,7 +447,7 @@ private:
             if (!clauseEnd()) fail(err::SintassiEspressione);
         }
         if (isKw("group")) {
-            ++p_;
+            ++pos_;
             expectKw("by", err::SintassiEspressione);
             lastClauseErr_ = err::SintassiEspressione;
             clauseStart_ = peek().pos;
@@ -466,7 +466,7 @@ private:
     }
 
     bool clauseEnd() const {
-        return peek().kind == Tok::End || isOp(";") || isOp(")") || isKw("group") || isKw("having") ||
+        return peek().kind == TokenKind::End || isOp(";") || isOp(")") || isKw("group") || isKw("having") ||
                isKw("order") || isKw("union");
     }
 
@@ -474,17 +474,17 @@ private:
         enter();
         FromP left = fromPrimary();
         for (;;) {
-            FromItem::J j;
-            if (isKw("inner")) j = FromItem::J::Inner;
-            else if (isKw("left")) j = FromItem::J::Left;
-            else if (isKw("right")) j = FromItem::J::Right;
+            FromItem::JoinKind join;
+            if (isKw("inner")) join = FromItem::JoinKind::Inner;
+            else if (isKw("left")) join = FromItem::JoinKind::Left;
+            else if (isKw("right")) join = FromItem::JoinKind::Right;
             else break;
-            ++p_;
-            if (j != FromItem::J::Inner) acceptKw("outer");
+            ++pos_;
+            if (join != FromItem::JoinKind::Inner) acceptKw("outer");
             expectKw("join", err::SintassiFrom);
             auto jn = std::make_unique<FromItem>();
-            jn->k = FromItem::K::Join;
-            jn->join = j;
+            jn->kind = FromItem::Kind::Join;
+            jn->join = join;
             jn->left = std::move(left);
             jn->right = fromPrimary();
             expectKw("on", err::SintassiFrom);
@@ -501,9 +501,9 @@ private:
     FromP fromPrimary() {
         if (isOp("(")) {
             if (lookSelectInParens()) {
-                ++p_;
+                ++pos_;
                 auto f = std::make_unique<FromItem>();
-                f->k = FromItem::K::Derived;
+                f->kind = FromItem::Kind::Derived;
                 int saved = err_;
                 f->sub = select(false);
                 err_ = saved;
@@ -511,18 +511,18 @@ private:
                 alias(f->alias);
                 return f;
             }
-            ++p_;
+            ++pos_;
             enter();
             FromP inner = fromItem();
             leave();
             expectOp(")", err::SintassiFrom);
-            if (inner->k != FromItem::K::Join) {
+            if (inner->kind != FromItem::Kind::Join) {
                 // "(T)" alone: allowed, as a table in parentheses
             }
             return inner;
         }
         auto f = std::make_unique<FromItem>();
-        f->k = FromItem::K::Table;
+        f->kind = FromItem::Kind::Table;
         f->name = name(err::SintassiFrom);
         alias(f->alias);
         return f;
@@ -537,21 +537,21 @@ private:
     }
 
     // ---- expressions
-    ExprP mk(Expr::K k, std::uint32_t pos) {
+    ExprP mk(Expr::Kind kind, std::uint32_t pos) {
         auto e = std::make_unique<Expr>();
-        e->k = k;
+        e->kind = kind;
         e->pos = pos;
         return e;
     }
     void finish(Expr& e) {
-        e.end = p_ > 0 ? t_[p_ - 1].pos + t_[p_ - 1].len : 0;
+        e.end = pos_ > 0 ? tokens_[pos_ - 1].pos + tokens_[pos_ - 1].len : 0;
         int d = 0;
-        bool chainOp = e.k == Expr::K::Binary && (e.op == Op::And || e.op == Op::Or || e.op == Op::Cat);
+        bool chainOp = e.kind == Expr::Kind::Binary && (e.op == Operator::And || e.op == Operator::Or || e.op == Operator::Cat);
         for (std::size_t i = 0; i < e.args.size(); ++i) {
             const auto& a = e.args[i];
             if (!a) continue;
             int ad = a->depth;
-            if (chainOp && i == 0 && a->k == Expr::K::Binary && a->op == e.op) {
+            if (chainOp && i == 0 && a->kind == Expr::Kind::Binary && a->op == e.op) {
                 ad -= 1;  // a link of the chain: written flat
                 e.chain = a->chain + 1;
             }
@@ -560,8 +560,8 @@ private:
         e.depth = d + 1;
         if (e.depth > kMaxExprDepth || e.chain > kMaxChain) fail(err_ == err::SintassiSelect ? err::SintassiEspressione : err_);
     }
-    ExprP binary(Op op, ExprP l, ExprP r) {
-        auto e = mk(Expr::K::Binary, l->pos);
+    ExprP binary(Operator op, ExprP l, ExprP r) {
+        auto e = mk(Expr::Kind::Binary, l->pos);
         e->op = op;
         e->args.push_back(std::move(l));
         e->args.push_back(std::move(r));
@@ -580,38 +580,38 @@ private:
     }
     ExprP parseImp() {
         ExprP l = parseEqv();
-        while (acceptKw("imp")) l = binary(Op::Imp, std::move(l), parseEqv());
+        while (acceptKw("imp")) l = binary(Operator::Imp, std::move(l), parseEqv());
         return l;
     }
     ExprP parseEqv() {
         ExprP l = parseXor();
-        while (acceptKw("eqv")) l = binary(Op::Eqv, std::move(l), parseXor());
+        while (acceptKw("eqv")) l = binary(Operator::Eqv, std::move(l), parseXor());
         return l;
     }
     ExprP parseXor() {
         ExprP l = parseOr();
-        while (acceptKw("xor")) l = binary(Op::Xor, std::move(l), parseOr());
+        while (acceptKw("xor")) l = binary(Operator::Xor, std::move(l), parseOr());
         return l;
     }
     ExprP parseOr() {
         ExprP l = parseAnd();
-        while (acceptKw("or")) l = binary(Op::Or, std::move(l), parseAnd());
+        while (acceptKw("or")) l = binary(Operator::Or, std::move(l), parseAnd());
         return l;
     }
     ExprP parseAnd() {
         ExprP l = parseNot();
-        while (acceptKw("and")) l = binary(Op::And, std::move(l), parseNot());
+        while (acceptKw("and")) l = binary(Operator::And, std::move(l), parseNot());
         return l;
     }
     ExprP parseNot() {
         if (isKw("not")) {
             std::uint32_t pos = peek().pos;
-            ++p_;
+            ++pos_;
             enter();
             ExprP a = parseNot();
             leave();
-            auto e = mk(Expr::K::Unary, pos);
-            e->op = Op::Not;
+            auto e = mk(Expr::Kind::Unary, pos);
+            e->op = Operator::Not;
             e->args.push_back(std::move(a));
             finish(*e);
             return e;
@@ -622,34 +622,34 @@ private:
         ExprP l = parseCat();
         for (;;) {
             const Token& t = peek();
-            Op op;
-            if (t.kind == Tok::Op) {
-                if (isOp("=")) op = Op::Eq;
-                else if (isOp("<>")) op = Op::Ne;
-                else if (isOp("<")) op = Op::Lt;
-                else if (isOp(">")) op = Op::Gt;
-                else if (isOp("<=")) op = Op::Le;
-                else if (isOp(">=")) op = Op::Ge;
+            Operator op;
+            if (t.kind == TokenKind::Op) {
+                if (isOp("=")) op = Operator::Eq;
+                else if (isOp("<>")) op = Operator::Ne;
+                else if (isOp("<")) op = Operator::Lt;
+                else if (isOp(">")) op = Operator::Gt;
+                else if (isOp("<=")) op = Operator::Le;
+                else if (isOp(">=")) op = Operator::Ge;
                 else break;
-                ++p_;
+                ++pos_;
                 l = binary(op, std::move(l), parseCat());
                 continue;
             }
             bool neg = false;
-            std::size_t save = p_;
+            std::size_t save = pos_;
             if (isKw("not") && (isKwAt(1, "like") || isKwAt(1, "in") || isKwAt(1, "between"))) {
                 neg = true;
-                ++p_;
+                ++pos_;
             }
             if (acceptKw("like")) {
-                l = binary(Op::Like, std::move(l), parseCat());
+                l = binary(Operator::Like, std::move(l), parseCat());
                 if (neg) l = wrapNot(std::move(l));
                 continue;
             }
             if (acceptKw("is")) {
                 bool n = acceptKw("not");
                 expectKw("null", err_);
-                auto e = mk(Expr::K::IsNull, l->pos);
+                auto e = mk(Expr::Kind::IsNull, l->pos);
                 e->negated = n;
                 e->args.push_back(std::move(l));
                 finish(*e);
@@ -657,7 +657,7 @@ private:
                 continue;
             }
             if (acceptKw("between")) {
-                auto e = mk(Expr::K::Between, l->pos);
+                auto e = mk(Expr::Kind::Between, l->pos);
                 e->negated = neg;
                 e->args.push_back(std::move(l));
                 e->args.push_back(parseCat());
@@ -670,7 +670,7 @@ private:
             if (acceptKw("in")) {
                 expectOp("(", err_);
                 if (isKw("select")) {
-                    auto e = mk(Expr::K::InSelect, l->pos);
+                    auto e = mk(Expr::Kind::InSelect, l->pos);
                     e->negated = neg;
                     e->args.push_back(std::move(l));
                     int saved = err_;
@@ -680,7 +680,7 @@ private:
                     finish(*e);
                     l = std::move(e);
                 } else {
-                    auto e = mk(Expr::K::InList, l->pos);
+                    auto e = mk(Expr::Kind::InList, l->pos);
                     e->negated = neg;
                     e->args.push_back(std::move(l));
                     do e->args.push_back(parseImp());
@@ -691,47 +691,47 @@ private:
                 }
                 continue;
             }
-            p_ = save;
+            pos_ = save;
             break;
         }
         return l;
     }
     ExprP wrapNot(ExprP a) {
-        auto e = mk(Expr::K::Unary, a->pos);
-        e->op = Op::Not;
+        auto e = mk(Expr::Kind::Unary, a->pos);
+        e->op = Operator::Not;
         e->args.push_back(std::move(a));
         finish(*e);
         return e;
     }
     ExprP parseCat() {
         ExprP l = parseAdd();
-        while (acceptOp("&")) l = binary(Op::Cat, std::move(l), parseAdd());
+        while (acceptOp("&")) l = binary(Operator::Cat, std::move(l), parseAdd());
         return l;
     }
     ExprP parseAdd() {
         ExprP l = parseMod();
         for (;;) {
-            if (acceptOp("+")) l = binary(Op::Add, std::move(l), parseMod());
-            else if (acceptOp("-")) l = binary(Op::Sub, std::move(l), parseMod());
+            if (acceptOp("+")) l = binary(Operator::Add, std::move(l), parseMod());
+            else if (acceptOp("-")) l = binary(Operator::Sub, std::move(l), parseMod());
             else break;
         }
         return l;
     }
     ExprP parseMod() {
         ExprP l = parseIDiv();
-        while (acceptKw("mod")) l = binary(Op::Mod, std::move(l), parseIDiv());
+        while (acceptKw("mod")) l = binary(Operator::Mod, std::move(l), parseIDiv());
         return l;
     }
     ExprP parseIDiv() {
         ExprP l = parseMul();
-        while (acceptOp("\\")) l = binary(Op::IDiv, std::move(l), parseMul());
+        while (acceptOp("\\")) l = binary(Operator::IDiv, std::move(l), parseMul());
         return l;
     }
     ExprP parseMul() {
         ExprP l = parseNeg();
         for (;;) {
-            if (acceptOp("*")) l = binary(Op::Mul, std::move(l), parseNeg());
-            else if (acceptOp("/")) l = binary(Op::Div, std::move(l), parseNeg());
+            if (acceptOp("*")) l = binary(Operator::Mul, std::move(l), parseNeg());
+            else if (acceptOp("/")) l = binary(Operator::Div, std::move(l), parseNeg());
             else break;
         }
         return l;
@@ -739,12 +739,12 @@ private:
     ExprP parseNeg() {
         if (isOp("-") || isOp("+")) {
             std::uint32_t pos = peek().pos;
-            Op op = isOp("-") ? Op::Neg : Op::Pos;
-            ++p_;
+            Operator op = isOp("-") ? Operator::Neg : Operator::Pos;
+            ++pos_;
             enter();
             ExprP a = parseNeg();
             leave();
-            auto e = mk(Expr::K::Unary, pos);
+            auto e = mk(Expr::Kind::Unary, pos);
             e->op = op;
             e->args.push_back(std::move(a));
             finish(*e);
@@ -759,9 +759,9 @@ private:
             ExprP r;
             if (isOp("-") || isOp("+")) {
                 std::uint32_t pos = peek().pos;
-                Op op = isOp("-") ? Op::Neg : Op::Pos;
-                ++p_;
-                auto e = mk(Expr::K::Unary, pos);
+                Operator op = isOp("-") ? Operator::Neg : Operator::Pos;
+                ++pos_;
+                auto e = mk(Expr::Kind::Unary, pos);
                 e->op = op;
                 e->args.push_back(parsePrimary());
                 finish(*e);
@@ -769,7 +769,7 @@ private:
             } else {
                 r = parsePrimary();
             }
-            l = binary(Op::Pow, std::move(l), std::move(r));
+            l = binary(Operator::Pow, std::move(l), std::move(r));
         }
         return l;
     }
@@ -778,38 +778,38 @@ private:
         const Token& t = peek();
         std::uint32_t pos = t.pos;
         switch (t.kind) {
-            case Tok::String: {
-                auto e = mk(Expr::K::Lit, pos);
+            case TokenKind::String: {
+                auto e = mk(Expr::Kind::Lit, pos);
                 e->lit = 'S';
                 e->litIndex = t.lit;
-                e->text = stringValue(s_, t);
-                ++p_;
+                e->text = stringValue(text_, t);
+                ++pos_;
                 finish(*e);
                 return e;
             }
-            case Tok::Number: {
-                auto e = mk(Expr::K::Lit, pos);
-                e->lit = literalKind(s_, t);
+            case TokenKind::Number: {
+                auto e = mk(Expr::Kind::Lit, pos);
+                e->lit = literalKind(text_, t);
                 e->litIndex = t.lit;
-                e->num = numberTokenValue(s_, t);
-                ++p_;
+                e->num = numberTokenValue(text_, t);
+                ++pos_;
                 finish(*e);
                 return e;
             }
-            case Tok::Date: {
-                auto e = mk(Expr::K::Lit, pos);
+            case TokenKind::Date: {
+                auto e = mk(Expr::Kind::Lit, pos);
                 e->lit = 'T';
                 e->litIndex = t.lit;
-                e->text = std::string(dateBody(s_, t));
-                ++p_;
+                e->text = std::string(dateBody(text_, t));
+                ++pos_;
                 finish(*e);
                 return e;
             }
-            case Tok::Op: {
+            case TokenKind::Op: {
                 if (t.op[0] == '(') {
-                    ++p_;
+                    ++pos_;
                     if (isKw("select")) {
-                        auto e = mk(Expr::K::SubQuery, pos);
+                        auto e = mk(Expr::Kind::SubQuery, pos);
                         int saved = err_;
                         e->sub = select(false);
                         err_ = saved;
@@ -825,23 +825,23 @@ private:
                 }
                 fail(err_);
             }
-            case Tok::Ident:
-            case Tok::BIdent: {
-                std::string_view w = s_.substr(t.pos, t.len);
-                if (t.kind == Tok::Ident) {
+            case TokenKind::Ident:
+            case TokenKind::BIdent: {
+                std::string_view w = text_.substr(t.pos, t.len);
+                if (t.kind == TokenKind::Ident) {
                     if (sameName(w, "null") || sameName(w, "true") || sameName(w, "false")) {
-                        auto e = mk(Expr::K::Lit, pos);
+                        auto e = mk(Expr::Kind::Lit, pos);
                         e->lit = sameName(w, "null") ? 'N' : 'B';
                         e->num = sameName(w, "true") ? -1 : 0;
-                        ++p_;
+                        ++pos_;
                         finish(*e);
                         return e;
                     }
                     if (sameName(w, "exists")) {
-                        ++p_;
+                        ++pos_;
                         expectOp("(", err_);
                         if (!isKw("select")) fail(err_);
-                        auto e = mk(Expr::K::Exists, pos);
+                        auto e = mk(Expr::Kind::Exists, pos);
                         int saved = err_;
                         e->sub = select(false);
                         err_ = saved;
@@ -850,17 +850,17 @@ private:
                         return e;
                     }
                     // function call: a plain name followed by '('
-                    if (peek(1).kind == Tok::Op && peek(1).op[0] == '(' &&
+                    if (peek(1).kind == TokenKind::Op && peek(1).op[0] == '(' &&
                         (!reserved(w) || sameName(w, "left") || sameName(w, "right"))) {
-                        auto e = mk(Expr::K::Func, pos);
+                        auto e = mk(Expr::Kind::Func, pos);
                         e->text = std::string(w);
-                        p_ += 2;
+                        pos_ += 2;
                         if (acceptOp(")")) {
                             finish(*e);
                             return e;
                         }
                         if (isOp("*")) {
-                            ++p_;
+                            ++pos_;
                             e->star = true;
                             expectOp(")", err_);
                             finish(*e);
@@ -879,30 +879,30 @@ private:
                     if (reserved(w)) fail(err_);
                     // Functions without parentheses
                     if (sameName(w, "now") || sameName(w, "date") || sameName(w, "time")) {
-                        if (!(peek(1).kind == Tok::Op && peek(1).op[0] == '.')) {
-                            auto e = mk(Expr::K::Func, pos);
+                        if (!(peek(1).kind == TokenKind::Op && peek(1).op[0] == '.')) {
+                            auto e = mk(Expr::Kind::Func, pos);
                             e->text = std::string(w);
-                            ++p_;
+                            ++pos_;
                             finish(*e);
                             return e;
                         }
                     }
                 }
-                auto e = mk(Expr::K::Col, pos);
-                e->text = std::string(identValue(s_, t));
-                ++p_;
+                auto e = mk(Expr::Kind::Col, pos);
+                e->text = std::string(identValue(text_, t));
+                ++pos_;
                 if (isOp(".")) {
-                    ++p_;
-                    if (!isName() && !(peek().kind == Tok::Ident)) fail(err_);
+                    ++pos_;
+                    if (!isName() && !(peek().kind == TokenKind::Ident)) fail(err_);
                     e->qual = std::move(e->text);
-                    e->text = std::string(identValue(s_, t_[p_]));
-                    ++p_;
+                    e->text = std::string(identValue(text_, tokens_[pos_]));
+                    ++pos_;
                     if (isOp(".")) fail(err_);
                 }
                 finish(*e);
                 return e;
             }
-            case Tok::End:
+            case TokenKind::End:
             default:
                 fail(err_);
         }
@@ -911,11 +911,11 @@ private:
     // ---- INSERT
     void insert(Statement& st) {
         st.kind = StatementKind::Insert;
-        ++p_;
+        ++pos_;
         expectKw("into", err::SintassiInsertInto);
         st.table = name(err::SintassiInsertInto);
         if (isOp("(") && !lookSelectInParens()) {
-            ++p_;
+            ++pos_;
             do st.columns.push_back(name(err::SintassiInsertInto));
             while (acceptOp(","));
             expectOp(")", err::SintassiInsertInto);
@@ -941,7 +941,7 @@ private:
     // ---- UPDATE
     void update(Statement& st) {
         st.kind = StatementKind::Update;
-        ++p_;
+        ++pos_;
         {
             int saved = err_;
             err_ = err::SintassiUpdate;
@@ -970,12 +970,12 @@ private:
     // ---- DELETE
     void del(Statement& st) {
         st.kind = StatementKind::Delete;
-        ++p_;
+        ++pos_;
         if (acceptOp("*")) {
-        } else if (isName() && peek(1).kind == Tok::Op && peek(1).op[0] == '.' && peek(2).kind == Tok::Op &&
+        } else if (isName() && peek(1).kind == TokenKind::Op && peek(1).op[0] == '.' && peek(2).kind == TokenKind::Op &&
                    peek(2).op[0] == '*') {
             st.deleteQual = name(err::SintassiEspressione);
-            p_ += 2;
+            pos_ += 2;
         } else if (isName() && !isKw("from")) {
             st.deleteQual = name(err::SintassiEspressione);  // Delete T From T ...
         }
@@ -988,7 +988,7 @@ private:
             while (acceptOp(","));
             err_ = saved;
         }
-        if (peek().kind != Tok::End && !isOp(";") && !isKw("where")) fail(err::SintassiFrom);
+        if (peek().kind != TokenKind::End && !isOp(";") && !isKw("where")) fail(err::SintassiFrom);
         if (acceptKw("where")) {
             clauseStart_ = peek().pos;
             st.where = expr(err::SintassiEspressione);
@@ -1030,20 +1030,20 @@ private:
     FieldSpec fieldSpec(int e) {
         FieldSpec f;
         f.name = name(e);
-        if (peek().kind != Tok::Ident) fail(e);
+        if (peek().kind != TokenKind::Ident) fail(e);
         bool counter, ok;
-        f.type = typeWord(s_.substr(peek().pos, peek().len), counter, ok);
+        f.type = typeWord(text_.substr(peek().pos, peek().len), counter, ok);
         if (!ok) fail(e);
         f.counter = counter;
-        ++p_;
+        ++pos_;
         if (acceptOp("(")) {
             const Token& t = peek();
-            if (t.kind != Tok::Number || !t.integer) fail(e);
-            double v = numberTokenValue(s_, t);
-            ++p_;
+            if (t.kind != TokenKind::Number || !t.integer) fail(e);
+            double v = numberTokenValue(text_, t);
+            ++pos_;
             if (acceptOp(",")) {  // COUNTER(seed, step)
-                if (peek().kind != Tok::Number) fail(e);
-                ++p_;
+                if (peek().kind != TokenKind::Number) fail(e);
+                ++pos_;
             }
             expectOp(")", e);
             if (f.type == FieldType::Text) {
@@ -1053,11 +1053,11 @@ private:
         }
         for (;;) {
             if (isKw("not") && isKwAt(1, "null")) {
-                p_ += 2;
+                pos_ += 2;
                 f.notNull = true;
             } else if (acceptKw("null")) {
             } else if (isKw("primary")) {
-                ++p_;
+                ++pos_;
                 expectKw("key", e);
                 f.primaryKey = true;
             } else if (acceptKw("unique")) {
@@ -1065,13 +1065,13 @@ private:
             } else if (acceptKw("constraint")) {
                 name(e);
                 if (isKw("primary")) {
-                    ++p_;
+                    ++pos_;
                     expectKw("key", e);
                     f.primaryKey = true;
                 } else if (acceptKw("unique")) {
                     f.unique = true;
                 } else if (isKw("not") && isKwAt(1, "null")) {
-                    p_ += 2;
+                    pos_ += 2;
                     f.notNull = true;
                 } else {
                     fail(e);
@@ -1085,7 +1085,7 @@ private:
 
     void create(Statement& st) {
         st.kind = StatementKind::Ddl;
-        ++p_;
+        ++pos_;
         DdlCommand d;
         if (acceptKw("table")) {
             err_ = err::SintassiCreateTable;
@@ -1094,7 +1094,7 @@ private:
             expectOp("(", err::SintassiCreateTable);
             do {
                 if (isKw("constraint")) {
-                    ++p_;
+                    ++pos_;
                     name(err::SintassiCreateTable);
                     tableConstraint(d, err::SintassiCreateTable);
                 } else if (isKw("primary") || isKw("unique")) {
@@ -1142,7 +1142,7 @@ private:
     void tableConstraint(DdlCommand& d, int e) {
         bool primary = false;
         if (isKw("primary")) {
-            ++p_;
+            ++pos_;
             expectKw("key", e);
             primary = true;
         } else {
@@ -1175,7 +1175,7 @@ private:
 
     void drop(Statement& st) {
         st.kind = StatementKind::Ddl;
-        ++p_;
+        ++pos_;
         DdlCommand d;
         if (acceptKw("table")) {
             d.op = DdlCommand::Op::DropTable;
@@ -1193,7 +1193,7 @@ private:
 
     void alter(Statement& st) {
         st.kind = StatementKind::Ddl;
-        ++p_;
+        ++pos_;
         expectKw("table", err::SintassiAlterTable);
         DdlCommand d;
         d.table = name(err::SintassiAlterTable);

@@ -24,55 +24,55 @@ using store::detail::sameName;
 namespace {
 
 // ---- types -------------------------------------------------------------------------------------
-enum class Ty : std::uint8_t { Null, Bool, Byte, Int, Long, Cur, Sng, Dbl, Date, Text, Memo, Var };
+enum class SqlType : std::uint8_t { Null, Bool, Byte, Int, Long, Cur, Sng, Dbl, Date, Text, Memo, Var };
 
-bool isNum(Ty t) { return t >= Ty::Bool && t <= Ty::Dbl; }
-bool isIntTy(Ty t) { return t >= Ty::Bool && t <= Ty::Long; }
-bool isTxt(Ty t) { return t == Ty::Text || t == Ty::Memo; }
+bool isNum(SqlType t) { return t >= SqlType::Bool && t <= SqlType::Dbl; }
+bool isIntTy(SqlType t) { return t >= SqlType::Bool && t <= SqlType::Long; }
+bool isTxt(SqlType t) { return t == SqlType::Text || t == SqlType::Memo; }
 
-Ty fromField(FieldType f) {
+SqlType fromField(FieldType f) {
     switch (f) {
-        case FieldType::Boolean: return Ty::Bool;
-        case FieldType::Byte: return Ty::Byte;
-        case FieldType::Integer: return Ty::Int;
-        case FieldType::Long: return Ty::Long;
-        case FieldType::Currency: return Ty::Cur;
-        case FieldType::Single: return Ty::Sng;
-        case FieldType::Double: return Ty::Dbl;
-        case FieldType::Date: return Ty::Date;
-        case FieldType::Memo: return Ty::Memo;
-        case FieldType::Text: default: return Ty::Text;
+        case FieldType::Boolean: return SqlType::Bool;
+        case FieldType::Byte: return SqlType::Byte;
+        case FieldType::Integer: return SqlType::Int;
+        case FieldType::Long: return SqlType::Long;
+        case FieldType::Currency: return SqlType::Cur;
+        case FieldType::Single: return SqlType::Sng;
+        case FieldType::Double: return SqlType::Dbl;
+        case FieldType::Date: return SqlType::Date;
+        case FieldType::Memo: return SqlType::Memo;
+        case FieldType::Text: default: return SqlType::Text;
     }
 }
 
-FieldType toField(Ty t) {
+FieldType toField(SqlType t) {
     switch (t) {
-        case Ty::Bool: return FieldType::Boolean;
-        case Ty::Byte: return FieldType::Byte;
-        case Ty::Int: return FieldType::Integer;
-        case Ty::Long: return FieldType::Long;
-        case Ty::Cur: return FieldType::Currency;
-        case Ty::Sng: return FieldType::Single;
-        case Ty::Dbl: return FieldType::Double;
-        case Ty::Date: return FieldType::Date;
-        case Ty::Memo: return FieldType::Memo;
+        case SqlType::Bool: return FieldType::Boolean;
+        case SqlType::Byte: return FieldType::Byte;
+        case SqlType::Int: return FieldType::Integer;
+        case SqlType::Long: return FieldType::Long;
+        case SqlType::Cur: return FieldType::Currency;
+        case SqlType::Sng: return FieldType::Single;
+        case SqlType::Dbl: return FieldType::Double;
+        case SqlType::Date: return FieldType::Date;
+        case SqlType::Memo: return FieldType::Memo;
         default: return FieldType::Text;
     }
 }
 
-char kindChar(Ty t) {
-    if (t == Ty::Bool) return 'b';
+char kindChar(SqlType t) {
+    if (t == SqlType::Bool) return 'b';
     if (isNum(t)) return 'n';
-    if (t == Ty::Date) return 'd';
+    if (t == SqlType::Date) return 'd';
     if (isTxt(t)) return 't';
     return 'v';
 }
 
 // The wider of two numeric types for + - *.
-Ty widen(Ty a, Ty b) {
-    if (a == Ty::Dbl || b == Ty::Dbl || a == Ty::Sng || b == Ty::Sng) return Ty::Dbl;
-    if (a == Ty::Cur || b == Ty::Cur) return Ty::Cur;
-    return Ty::Long;
+SqlType widen(SqlType a, SqlType b) {
+    if (a == SqlType::Dbl || b == SqlType::Dbl || a == SqlType::Sng || b == SqlType::Sng) return SqlType::Dbl;
+    if (a == SqlType::Cur || b == SqlType::Cur) return SqlType::Cur;
+    return SqlType::Long;
 }
 
 std::string numText(double d) {
@@ -84,9 +84,9 @@ std::string numText(double d) {
 }
 
 // ---- scopes ------------------------------------------------------------------------------------
-struct SrcCol {
+struct SourceColumn {
     std::string name;
-    Ty ty = Ty::Text;
+    SqlType type = SqlType::Text;
     int size = 0;
     std::string baseColumn;  // the column of the source's base table it shows; "" when computed
 };
@@ -94,7 +94,7 @@ struct SrcCol {
 struct Source {
     std::string alias;     // as the statement names it
     std::string sqlAlias;  // quoted
-    std::vector<SrcCol> cols;
+    std::vector<SourceColumn> cols;
     bool table = false;          // a base table
     std::string relName;         // stored name of the table or query
     std::string baseTable;       // table: relName; query: RelationInfo::baseTable; derived: ""
@@ -107,32 +107,32 @@ struct Scope {
 
 // An expression as written in SQLite, with its type. A logical one is in predicate form (1/0/Null);
 // its value form (-1/0/Null) is -(sql).
-struct R {
+struct SqlExpr {
     std::string sql;
-    Ty ty = Ty::Var;
+    SqlType type = SqlType::Var;
     bool logical = false;
     bool agg = false;
     bool literal = false;  // a literal or Null/True/False
     int size = 0;
     const Source* src = nullptr;  // plain column
-    const SrcCol* col = nullptr;
+    const SourceColumn* col = nullptr;
 };
 
-std::string val(const R& r) { return r.logical ? "(- " + r.sql + ")" : r.sql; }
-std::string pred(const R& r) { return r.sql; }
+std::string val(const SqlExpr& r) { return r.logical ? "(- " + r.sql + ")" : r.sql; }
+std::string pred(const SqlExpr& r) { return r.sql; }
 
-struct OutCol {
+struct OutputColumn {
     std::string name;
-    Ty ty = Ty::Text;
+    SqlType type = SqlType::Text;
     int size = 0;
     std::string baseColumn;
     bool fromColumn = false;  // named after a column (may be renamed "T.Col" on a clash)
     std::string srcAlias;
 };
 
-struct SelOut {
+struct SelectOutput {
     std::string sql;
-    std::vector<OutCol> cols;
+    std::vector<OutputColumn> cols;
     std::string baseTable;
     bool hasRowid = false;
 };
@@ -159,11 +159,11 @@ private:
     std::vector<std::unique_ptr<Source>> pool_;
 
     // per-expression context
-    struct Ctx {
+    struct ExprContext {
         Scope* scope = nullptr;
         bool allowAgg = false;
-        const std::vector<std::pair<std::string, R>>* aliases = nullptr;
-        std::vector<const SrcCol*>* refs = nullptr;  // columns read (for HAVING -> WHERE)
+        const std::vector<std::pair<std::string, SqlExpr>>* aliases = nullptr;
+        std::vector<const SourceColumn*>* refs = nullptr;  // columns read (for HAVING -> WHERE)
         bool* sawSub = nullptr;
     };
 
@@ -176,16 +176,16 @@ private:
     }
 
     // ---- literals
-    R literal(const Expr& e) {
-        R r;
+    SqlExpr literal(const Expr& e) {
+        SqlExpr r;
         r.literal = true;
         switch (e.lit) {
-            case 'N': r.sql = "NULL"; r.ty = Ty::Null; return r;
-            case 'B': r.sql = e.num != 0 ? "-1" : "0"; r.ty = Ty::Bool; return r;
-            case 'S': r.ty = Ty::Text; break;
-            case 'I': r.ty = Ty::Long; break;
-            case 'D': r.ty = Ty::Dbl; break;
-            case 'T': r.ty = Ty::Date; break;
+            case 'N': r.sql = "NULL"; r.type = SqlType::Null; return r;
+            case 'B': r.sql = e.num != 0 ? "-1" : "0"; r.type = SqlType::Bool; return r;
+            case 'S': r.type = SqlType::Text; break;
+            case 'I': r.type = SqlType::Long; break;
+            case 'D': r.type = SqlType::Dbl; break;
+            case 'T': r.type = SqlType::Date; break;
         }
         if (inline_) {
             const Value& v = lits_.at(static_cast<std::size_t>(e.litIndex));
@@ -206,17 +206,17 @@ private:
     }
 
     // ---- conversions between representations
-    std::string asText(const R& r) {
-        if (isTxt(r.ty) || r.ty == Ty::Null) return r.sql;
-        return "jet_fn('cstrn','" + std::string(1, kindChar(r.ty)) + "'," + val(r) + ")";
+    std::string asText(const SqlExpr& r) {
+        if (isTxt(r.type) || r.type == SqlType::Null) return r.sql;
+        return "jet_fn('cstrn','" + std::string(1, kindChar(r.type)) + "'," + val(r) + ")";
     }
-    std::string asDate(const R& r) {
-        if (r.ty == Ty::Date || r.ty == Ty::Null) return r.sql;
-        return "jet_fn('cdaten','" + std::string(1, kindChar(r.ty)) + "'," + val(r) + ")";
+    std::string asDate(const SqlExpr& r) {
+        if (r.type == SqlType::Date || r.type == SqlType::Null) return r.sql;
+        return "jet_fn('cdaten','" + std::string(1, kindChar(r.type)) + "'," + val(r) + ")";
     }
-    std::string asNum(const R& r) {
-        if (isNum(r.ty) || r.ty == Ty::Null) return val(r);
-        return "jet_fn('cdbln','" + std::string(1, kindChar(r.ty)) + "'," + val(r) + ")";
+    std::string asNum(const SqlExpr& r) {
+        if (isNum(r.type) || r.type == SqlType::Null) return val(r);
+        return "jet_fn('cdbln','" + std::string(1, kindChar(r.type)) + "'," + val(r) + ")";
     }
 
     // ---- names
@@ -230,12 +230,12 @@ private:
         return nullptr;
     }
 
-    R column(const Expr& e, Ctx& cx) {
-        R r;
+    SqlExpr column(const Expr& e, ExprContext& cx) {
+        SqlExpr r;
         if (!e.qual.empty()) {
             Source* src = findSource(cx.scope, e.qual, nullptr);
             if (src) {
-                for (const SrcCol& c : src->cols)
+                for (const SourceColumn& c : src->cols)
                     if (sameName(c.name, e.text)) return colRef(*src, c, cx);
             }
             // The platform merges a saved query into the statement, so a field of the query's base
@@ -244,7 +244,7 @@ private:
                 for (Scope* s = cx.scope; s; s = s->parent)
                     for (Source* q : s->sources) {
                         if (q->table || !sameName(q->baseTable, e.qual)) continue;
-                        for (const SrcCol& c : q->cols)
+                        for (const SourceColumn& c : q->cols)
                             if (sameName(c.baseColumn, e.text)) return colRef(*q, c, cx);
                     }
             }
@@ -252,9 +252,9 @@ private:
         }
         for (Scope* s = cx.scope; s; s = s->parent) {
             const Source* found = nullptr;
-            const SrcCol* fc = nullptr;
+            const SourceColumn* fc = nullptr;
             for (Source* src : s->sources)
-                for (const SrcCol& c : src->cols)
+                for (const SourceColumn& c : src->cols)
                     if (sameName(c.name, e.text)) {
                         if (found && found != src) raise(err::CampoAmbiguo, e.text);
                         if (!found) {
@@ -271,10 +271,10 @@ private:
         return missing(e.text);
     }
 
-    R colRef(const Source& src, const SrcCol& c, Ctx& cx) {
-        R r;
+    SqlExpr colRef(const Source& src, const SourceColumn& c, ExprContext& cx) {
+        SqlExpr r;
         r.sql = src.sqlAlias + "." + quoteIdent(c.name);
-        r.ty = c.ty;
+        r.type = c.type;
         r.size = c.size;
         r.src = &src;
         r.col = &c;
@@ -282,126 +282,126 @@ private:
         return r;
     }
 
-    R missing(const std::string& name) {
+    SqlExpr missing(const std::string& name) {
         bool seen = false;
         for (auto& m : missing_)
             if (sameName(m, name)) seen = true;
         if (!seen) missing_.push_back(name);
-        R r;
+        SqlExpr r;
         r.sql = "NULL";
-        r.ty = Ty::Var;
+        r.type = SqlType::Var;
         return r;
     }
 
     // ---- comparison
-    R compare(Op op, const R& a, const R& b) {
+    SqlExpr compare(Operator op, const SqlExpr& a, const SqlExpr& b) {
         static const char* ops[] = {"=", "<>", "<", ">", "<=", ">="};
-        const char* o = ops[static_cast<int>(op) - static_cast<int>(Op::Eq)];
-        R r;
-        r.ty = Ty::Bool;
+        const char* o = ops[static_cast<int>(op) - static_cast<int>(Operator::Eq)];
+        SqlExpr r;
+        r.type = SqlType::Bool;
         r.logical = true;
         r.agg = a.agg || b.agg;
-        if (a.ty == Ty::Null || b.ty == Ty::Null) {
+        if (a.type == SqlType::Null || b.type == SqlType::Null) {
             r.sql = "(NULL)";
             r.logical = false;
-            r.ty = Ty::Null;
+            r.type = SqlType::Null;
             return r;
         }
         std::string x = val(a), y = val(b);
         bool collate = false;
-        if (isTxt(a.ty) && isTxt(b.ty)) collate = true;
-        else if (a.ty == Ty::Date && b.ty != Ty::Date && b.ty != Ty::Var) y = asDate(b);
-        else if (b.ty == Ty::Date && a.ty != Ty::Date && a.ty != Ty::Var) x = asDate(a);
-        else if (isTxt(a.ty) && isNum(b.ty)) x = asNum(a);
-        else if (isNum(a.ty) && isTxt(b.ty)) y = asNum(b);
-        else if ((isTxt(a.ty) && b.ty == Ty::Var) || (a.ty == Ty::Var && isTxt(b.ty))) collate = true;
+        if (isTxt(a.type) && isTxt(b.type)) collate = true;
+        else if (a.type == SqlType::Date && b.type != SqlType::Date && b.type != SqlType::Var) y = asDate(b);
+        else if (b.type == SqlType::Date && a.type != SqlType::Date && a.type != SqlType::Var) x = asDate(a);
+        else if (isTxt(a.type) && isNum(b.type)) x = asNum(a);
+        else if (isNum(a.type) && isTxt(b.type)) y = asNum(b);
+        else if ((isTxt(a.type) && b.type == SqlType::Var) || (a.type == SqlType::Var && isTxt(b.type))) collate = true;
         r.sql = "(" + x + " " + o + " " + y + (collate ? " COLLATE JET)" : ")");
         return r;
     }
 
     // ---- expressions
-    R expr(const Expr& e, Ctx& cx) {
-        switch (e.k) {
-            case Expr::K::Lit: return literal(e);
-            case Expr::K::Col: return column(e, cx);
-            case Expr::K::Unary: return unary(e, cx);
-            case Expr::K::Binary: return binary(e, cx);
-            case Expr::K::Func: return func(e, cx);
-            case Expr::K::IsNull: {
-                R a = expr(*e.args[0], cx);
-                R r;
-                r.ty = Ty::Bool;
+    SqlExpr expr(const Expr& e, ExprContext& cx) {
+        switch (e.kind) {
+            case Expr::Kind::Lit: return literal(e);
+            case Expr::Kind::Col: return column(e, cx);
+            case Expr::Kind::Unary: return unary(e, cx);
+            case Expr::Kind::Binary: return binary(e, cx);
+            case Expr::Kind::Func: return func(e, cx);
+            case Expr::Kind::IsNull: {
+                SqlExpr a = expr(*e.args[0], cx);
+                SqlExpr r;
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.agg = a.agg;
                 r.sql = "(" + val(a) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
                 return r;
             }
-            case Expr::K::Between: {
-                R a = expr(*e.args[0], cx), lo = expr(*e.args[1], cx), hi = expr(*e.args[2], cx);
-                R c1 = compare(Op::Ge, a, lo), c2 = compare(Op::Le, a, hi);
-                R r;
-                r.ty = Ty::Bool;
+            case Expr::Kind::Between: {
+                SqlExpr a = expr(*e.args[0], cx), lo = expr(*e.args[1], cx), hi = expr(*e.args[2], cx);
+                SqlExpr c1 = compare(Operator::Ge, a, lo), c2 = compare(Operator::Le, a, hi);
+                SqlExpr r;
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.agg = a.agg || lo.agg || hi.agg;
                 r.sql = "(" + pred(c1) + " AND " + pred(c2) + ")";
                 if (e.negated) r.sql = "(NOT " + r.sql + ")";
                 return r;
             }
-            case Expr::K::InList: {
+            case Expr::Kind::InList: {
                 // x In (a, b, ...): each item read as x's kind of value
-                R a = expr(*e.args[0], cx);
-                R r;
-                r.ty = Ty::Bool;
+                SqlExpr a = expr(*e.args[0], cx);
+                SqlExpr r;
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.agg = a.agg;
-                if (a.ty == Ty::Null) {
+                if (a.type == SqlType::Null) {
                     r.sql = "(NULL)";
                     return r;
                 }
                 std::string items;
                 for (std::size_t i = 1; i < e.args.size(); ++i) {
-                    R b = expr(*e.args[i], cx);
+                    SqlExpr b = expr(*e.args[i], cx);
                     r.agg = r.agg || b.agg;
                     std::string y = val(b);
-                    if (a.ty == Ty::Date) y = asDate(b);
-                    else if (isNum(a.ty) && !isNum(b.ty) && b.ty != Ty::Var) y = asNum(b);
-                    else if (isTxt(a.ty) && !isTxt(b.ty) && b.ty != Ty::Var) y = asText(b);
+                    if (a.type == SqlType::Date) y = asDate(b);
+                    else if (isNum(a.type) && !isNum(b.type) && b.type != SqlType::Var) y = asNum(b);
+                    else if (isTxt(a.type) && !isTxt(b.type) && b.type != SqlType::Var) y = asText(b);
                     items += (i > 1 ? ", " : "") + y;
                 }
-                std::string x = isTxt(a.ty) ? val(a) + " COLLATE JET" : val(a);
+                std::string x = isTxt(a.type) ? val(a) + " COLLATE JET" : val(a);
                 r.sql = "(" + x + (e.negated ? " NOT IN (" : " IN (") + items + "))";
                 return r;
             }
-            case Expr::K::InSelect: {
-                R a = expr(*e.args[0], cx);
+            case Expr::Kind::InSelect: {
+                SqlExpr a = expr(*e.args[0], cx);
                 if (cx.sawSub) *cx.sawSub = true;
-                SelOut so = select(*e.sub, cx.scope, false, false);
+                SelectOutput so = select(*e.sub, cx.scope, false, false);
                 if (so.cols.size() != 1) exprError(e);
-                R r;
-                r.ty = Ty::Bool;
+                SqlExpr r;
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.agg = a.agg;
                 std::string x = val(a);
-                if (a.ty == Ty::Date && so.cols[0].ty != Ty::Date) x = val(a);
-                bool collate = isTxt(a.ty) || isTxt(so.cols[0].ty);
+                if (a.type == SqlType::Date && so.cols[0].type != SqlType::Date) x = val(a);
+                bool collate = isTxt(a.type) || isTxt(so.cols[0].type);
                 r.sql = "(" + x + (collate ? " COLLATE JET" : "") + (e.negated ? " NOT IN (" : " IN (") + so.sql + "))";
                 return r;
             }
-            case Expr::K::Exists: {
+            case Expr::Kind::Exists: {
                 if (cx.sawSub) *cx.sawSub = true;
-                SelOut so = select(*e.sub, cx.scope, false, false);
-                R r;
-                r.ty = Ty::Bool;
+                SelectOutput so = select(*e.sub, cx.scope, false, false);
+                SqlExpr r;
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.sql = "(EXISTS (" + so.sql + "))";
                 return r;
             }
-            case Expr::K::SubQuery: {
+            case Expr::Kind::SubQuery: {
                 if (cx.sawSub) *cx.sawSub = true;
-                SelOut so = select(*e.sub, cx.scope, false, false);
+                SelectOutput so = select(*e.sub, cx.scope, false, false);
                 if (so.cols.size() != 1) exprError(e);
-                R r;
-                r.ty = so.cols[0].ty;
+                SqlExpr r;
+                r.type = so.cols[0].type;
                 r.size = so.cols[0].size;
                 r.sql = "(" + so.sql + ")";
                 return r;
@@ -410,19 +410,19 @@ private:
         exprError(e);
     }
 
-    R unary(const Expr& e, Ctx& cx) {
-        R a = expr(*e.args[0], cx);
-        R r;
+    SqlExpr unary(const Expr& e, ExprContext& cx) {
+        SqlExpr a = expr(*e.args[0], cx);
+        SqlExpr r;
         r.agg = a.agg;
-        if (e.op == Op::Pos) return a;
-        if (e.op == Op::Neg) {
-            if (a.ty == Ty::Null) return a;
-            if (isNum(a.ty)) {
-                r.ty = a.ty == Ty::Bool ? Ty::Int : a.ty;
+        if (e.op == Operator::Pos) return a;
+        if (e.op == Operator::Neg) {
+            if (a.type == SqlType::Null) return a;
+            if (isNum(a.type)) {
+                r.type = a.type == SqlType::Bool ? SqlType::Int : a.type;
                 r.sql = "(- " + val(a) + ")";
             } else {
-                r.ty = a.ty == Ty::Date ? Ty::Date : Ty::Dbl;
-                r.sql = "jet_arith('neg','" + std::string(1, kindChar(a.ty)) + "'," + val(a) + ",NULL)";
+                r.type = a.type == SqlType::Date ? SqlType::Date : SqlType::Dbl;
+                r.sql = "jet_arith('neg','" + std::string(1, kindChar(a.type)) + "'," + val(a) + ",NULL)";
             }
             return r;
         }
@@ -435,22 +435,22 @@ private:
             r.col = nullptr;
             return r;
         }
-        if (a.ty == Ty::Null) return a;
-        if (isIntTy(a.ty)) {
-            r.ty = a.ty == Ty::Bool ? Ty::Bool : Ty::Long;
+        if (a.type == SqlType::Null) return a;
+        if (isIntTy(a.type)) {
+            r.type = a.type == SqlType::Bool ? SqlType::Bool : SqlType::Long;
             r.sql = "(~" + val(a) + ")";
             return r;
         }
-        r.ty = Ty::Long;
-        r.sql = "jet_arith('not','" + std::string(1, kindChar(a.ty)) + "'," + val(a) + ",NULL)";
+        r.type = SqlType::Long;
+        r.sql = "jet_arith('not','" + std::string(1, kindChar(a.type)) + "'," + val(a) + ",NULL)";
         return r;
     }
 
     // The terms of a left-deep chain of one operator (a & b & c), in order, without recursion.
-    static void flattenChain(const Expr& e, Op op, std::vector<const Expr*>& out) {
+    static void flattenChain(const Expr& e, Operator op, std::vector<const Expr*>& out) {
         std::vector<const Expr*> rights;
         const Expr* cur = &e;
-        while (cur->k == Expr::K::Binary && cur->op == op) {
+        while (cur->kind == Expr::Kind::Binary && cur->op == op) {
             rights.push_back(cur->args[1].get());
             cur = cur->args[0].get();
         }
@@ -458,21 +458,21 @@ private:
         for (auto it = rights.rbegin(); it != rights.rend(); ++it) out.push_back(*it);
     }
 
-    R binary(const Expr& e, Ctx& cx) {
-        if (e.op == Op::Cat) {
+    SqlExpr binary(const Expr& e, ExprContext& cx) {
+        if (e.op == Operator::Cat) {
             std::vector<const Expr*> parts;
-            flattenChain(e, Op::Cat, parts);
-            R r;
-            r.ty = Ty::Text;
+            flattenChain(e, Operator::Cat, parts);
+            SqlExpr r;
+            r.type = SqlType::Text;
             r.size = 255;
             // SQLite takes at most 127 arguments: a long chain joins groups of 100
             std::string outerKinds, outerArgs;
             for (std::size_t g = 0; g < parts.size(); g += 100) {
                 std::string kinds, args;
                 for (std::size_t i = g; i < parts.size() && i < g + 100; ++i) {
-                    R a = expr(*parts[i], cx);
+                    SqlExpr a = expr(*parts[i], cx);
                     r.agg = r.agg || a.agg;
-                    kinds.push_back(a.logical ? 'b' : kindChar(a.ty));
+                    kinds.push_back(a.logical ? 'b' : kindChar(a.type));
                     args += "," + val(a);
                 }
                 outerKinds.push_back('t');
@@ -481,184 +481,184 @@ private:
             r.sql = parts.size() <= 100 ? outerArgs.substr(1) : "jet_cat('" + outerKinds + "'" + outerArgs + ")";
             return r;
         }
-        if ((e.op == Op::And || e.op == Op::Or) && e.chain > 2) {
+        if ((e.op == Operator::And || e.op == Operator::Or) && e.chain > 2) {
             // a chain of And (or Or) of conditions is written flat: (p1 AND p2 AND p3)
             std::vector<const Expr*> parts;
             flattenChain(e, e.op, parts);
-            std::vector<R> rs;
+            std::vector<SqlExpr> rs;
             bool logical = true;
             for (const Expr* p : parts) {
                 rs.push_back(expr(*p, cx));
-                const R& x = rs.back();
-                if (!(x.logical || x.ty == Ty::Bool || x.ty == Ty::Null)) logical = false;
+                const SqlExpr& x = rs.back();
+                if (!(x.logical || x.type == SqlType::Bool || x.type == SqlType::Null)) logical = false;
             }
             if (logical) {
-                R r;
-                r.ty = Ty::Bool;
+                SqlExpr r;
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.sql = "(";
                 for (std::size_t i = 0; i < rs.size(); ++i) {
-                    const R& x = rs[i];
+                    const SqlExpr& x = rs[i];
                     r.agg = r.agg || x.agg;
-                    if (i) r.sql += e.op == Op::And ? " AND " : " OR ";
-                    r.sql += x.ty == Ty::Null ? "NULL" : x.logical ? x.sql : "(" + x.sql + "<>0)";
+                    if (i) r.sql += e.op == Operator::And ? " AND " : " OR ";
+                    r.sql += x.type == SqlType::Null ? "NULL" : x.logical ? x.sql : "(" + x.sql + "<>0)";
                 }
                 r.sql += ")";
                 return r;
             }
         }
-        R a = expr(*e.args[0], cx);
-        R b = expr(*e.args[1], cx);
-        R r;
+        SqlExpr a = expr(*e.args[0], cx);
+        SqlExpr b = expr(*e.args[1], cx);
+        SqlExpr r;
         r.agg = a.agg || b.agg;
         switch (e.op) {
-            case Op::Eq: case Op::Ne: case Op::Lt: case Op::Gt: case Op::Le: case Op::Ge:
+            case Operator::Eq: case Operator::Ne: case Operator::Lt: case Operator::Gt: case Operator::Le: case Operator::Ge:
                 return compare(e.op, a, b);
-            case Op::Like: {
-                r.ty = Ty::Bool;
+            case Operator::Like: {
+                r.type = SqlType::Bool;
                 r.logical = true;
                 r.sql = "jet_like(" + asText(a) + "," + asText(b) + ")";
                 return r;
             }
-            case Op::And: case Op::Or: case Op::Xor: case Op::Eqv: case Op::Imp: {
-                bool la = a.logical || a.ty == Ty::Bool || a.ty == Ty::Null;
-                bool lb = b.logical || b.ty == Ty::Bool || b.ty == Ty::Null;
+            case Operator::And: case Operator::Or: case Operator::Xor: case Operator::Eqv: case Operator::Imp: {
+                bool la = a.logical || a.type == SqlType::Bool || a.type == SqlType::Null;
+                bool lb = b.logical || b.type == SqlType::Bool || b.type == SqlType::Null;
                 if (la && lb) {
-                    r.ty = Ty::Bool;
+                    r.type = SqlType::Bool;
                     r.logical = true;
                     std::string x = a.logical ? a.sql : "(" + a.sql + "<>0)";
                     std::string y = b.logical ? b.sql : "(" + b.sql + "<>0)";
-                    if (a.ty == Ty::Null) x = "NULL";
-                    if (b.ty == Ty::Null) y = "NULL";
+                    if (a.type == SqlType::Null) x = "NULL";
+                    if (b.type == SqlType::Null) y = "NULL";
                     switch (e.op) {
-                        case Op::And: r.sql = "(" + x + " AND " + y + ")"; break;
-                        case Op::Or: r.sql = "(" + x + " OR " + y + ")"; break;
-                        case Op::Xor: r.sql = "(" + x + " <> " + y + ")"; break;
-                        case Op::Eqv: r.sql = "(" + x + " = " + y + ")"; break;
+                        case Operator::And: r.sql = "(" + x + " AND " + y + ")"; break;
+                        case Operator::Or: r.sql = "(" + x + " OR " + y + ")"; break;
+                        case Operator::Xor: r.sql = "(" + x + " <> " + y + ")"; break;
+                        case Operator::Eqv: r.sql = "(" + x + " = " + y + ")"; break;
                         default: r.sql = "((NOT " + x + ") OR " + y + ")"; break;
                     }
                     return r;
                 }
-                r.ty = Ty::Long;
-                const char* name = e.op == Op::And ? "and" : e.op == Op::Or ? "or" : e.op == Op::Xor ? "xor"
-                                 : e.op == Op::Eqv ? "eqv" : "imp";
-                r.sql = std::string("jet_arith('") + name + "','" + kindChar(a.logical ? Ty::Bool : a.ty) +
-                        kindChar(b.logical ? Ty::Bool : b.ty) + "'," + val(a) + "," + val(b) + ")";
+                r.type = SqlType::Long;
+                const char* name = e.op == Operator::And ? "and" : e.op == Operator::Or ? "or" : e.op == Operator::Xor ? "xor"
+                                 : e.op == Operator::Eqv ? "eqv" : "imp";
+                r.sql = std::string("jet_arith('") + name + "','" + kindChar(a.logical ? SqlType::Bool : a.type) +
+                        kindChar(b.logical ? SqlType::Bool : b.type) + "'," + val(a) + "," + val(b) + ")";
                 return r;
             }
             default: break;
         }
         // arithmetic
-        if (a.ty == Ty::Null || b.ty == Ty::Null) {
+        if (a.type == SqlType::Null || b.type == SqlType::Null) {
             r.sql = "NULL";
-            r.ty = Ty::Null;
+            r.type = SqlType::Null;
             return r;
         }
-        bool na = isNum(a.ty), nb = isNum(b.ty);
+        bool na = isNum(a.type), nb = isNum(b.type);
         const char* opname = nullptr;
         switch (e.op) {
-            case Op::Add:
-                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = "(" + val(a) + " + " + val(b) + ")"; return r; }
-                if (isTxt(a.ty) && isTxt(b.ty)) { r.ty = Ty::Text; r.sql = "(" + a.sql + " || " + b.sql + ")"; return r; }
-                if ((a.ty == Ty::Date && (nb || isTxt(b.ty))) || (b.ty == Ty::Date && (na || isTxt(a.ty)))) r.ty = Ty::Date;
-                else if (a.ty == Ty::Var || b.ty == Ty::Var) r.ty = Ty::Var;
-                else r.ty = Ty::Dbl;
+            case Operator::Add:
+                if (na && nb) { r.type = widen(a.type, b.type); r.sql = "(" + val(a) + " + " + val(b) + ")"; return r; }
+                if (isTxt(a.type) && isTxt(b.type)) { r.type = SqlType::Text; r.sql = "(" + a.sql + " || " + b.sql + ")"; return r; }
+                if ((a.type == SqlType::Date && (nb || isTxt(b.type))) || (b.type == SqlType::Date && (na || isTxt(a.type)))) r.type = SqlType::Date;
+                else if (a.type == SqlType::Var || b.type == SqlType::Var) r.type = SqlType::Var;
+                else r.type = SqlType::Dbl;
                 opname = "+";
                 break;
-            case Op::Sub:
-                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = "(" + val(a) + " - " + val(b) + ")"; return r; }
-                if (a.ty == Ty::Date && b.ty == Ty::Date) r.ty = Ty::Dbl;
-                else if (a.ty == Ty::Date) r.ty = Ty::Date;
-                else if (a.ty == Ty::Var || b.ty == Ty::Var) r.ty = Ty::Var;
-                else r.ty = Ty::Dbl;
+            case Operator::Sub:
+                if (na && nb) { r.type = widen(a.type, b.type); r.sql = "(" + val(a) + " - " + val(b) + ")"; return r; }
+                if (a.type == SqlType::Date && b.type == SqlType::Date) r.type = SqlType::Dbl;
+                else if (a.type == SqlType::Date) r.type = SqlType::Date;
+                else if (a.type == SqlType::Var || b.type == SqlType::Var) r.type = SqlType::Var;
+                else r.type = SqlType::Dbl;
                 opname = "-";
                 break;
-            case Op::Mul:
-                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = "(" + val(a) + " * " + val(b) + ")"; return r; }
-                r.ty = Ty::Dbl;
+            case Operator::Mul:
+                if (na && nb) { r.type = widen(a.type, b.type); r.sql = "(" + val(a) + " * " + val(b) + ")"; return r; }
+                r.type = SqlType::Dbl;
                 opname = "*";
                 break;
-            case Op::Div:
-                r.ty = Ty::Dbl;
+            case Operator::Div:
+                r.type = SqlType::Dbl;
                 if (na && nb) { r.sql = "jet_div(" + val(a) + "," + val(b) + ")"; return r; }
                 opname = "/";
                 break;
-            case Op::IDiv: r.ty = Ty::Long; opname = "\\"; break;
-            case Op::Mod: r.ty = Ty::Long; opname = "mod"; break;
-            case Op::Pow: r.ty = Ty::Dbl; opname = "^"; break;
+            case Operator::IDiv: r.type = SqlType::Long; opname = "\\"; break;
+            case Operator::Mod: r.type = SqlType::Long; opname = "mod"; break;
+            case Operator::Pow: r.type = SqlType::Dbl; opname = "^"; break;
             default: exprError(e);
         }
-        r.sql = std::string("jet_arith('") + opname + "','" + kindChar(a.logical ? Ty::Bool : a.ty) +
-                kindChar(b.logical ? Ty::Bool : b.ty) + "'," + val(a) + "," + val(b) + ")";
+        r.sql = std::string("jet_arith('") + opname + "','" + kindChar(a.logical ? SqlType::Bool : a.type) +
+                kindChar(b.logical ? SqlType::Bool : b.type) + "'," + val(a) + "," + val(b) + ")";
         return r;
     }
 
-    R func(const Expr& e, Ctx& cx) {
+    SqlExpr func(const Expr& e, ExprContext& cx) {
         std::string n = AsciiLower(e.text);
         // aggregates
         static const char* aggs[] = {"sum", "avg", "min", "max", "count"};
         for (const char* ag : aggs) {
             if (n != ag) continue;
             if (!cx.allowAgg) raise(err::AggregazioneInWhere);
-            R r;
+            SqlExpr r;
             r.agg = true;
             if (n == "count" && e.star) {
                 if (!e.args.empty()) exprError(e);
                 r.sql = "COUNT(*)";
-                r.ty = Ty::Long;
+                r.type = SqlType::Long;
                 return r;
             }
             if (e.args.size() != 1 || e.star) exprError(e);
-            Ctx inner = cx;
+            ExprContext inner = cx;
             inner.allowAgg = false;
-            R a = expr(*e.args[0], inner);
+            SqlExpr a = expr(*e.args[0], inner);
             if (a.agg) exprError(e);
             if (n == "count") {
-                r.ty = Ty::Long;
+                r.type = SqlType::Long;
                 r.sql = "COUNT(" + val(a) + ")";
             } else if (n == "sum" || n == "avg") {
-                std::string x = a.ty == Ty::Date ? "jet_fn('cdbl','d'," + a.sql + ")" : asNum(a);
-                if (n == "avg") r.ty = a.ty == Ty::Cur ? Ty::Cur : Ty::Dbl;
-                else if (isIntTy(a.ty)) r.ty = Ty::Long;
-                else if (a.ty == Ty::Cur) r.ty = Ty::Cur;
-                else r.ty = Ty::Dbl;
+                std::string x = a.type == SqlType::Date ? "jet_fn('cdbl','d'," + a.sql + ")" : asNum(a);
+                if (n == "avg") r.type = a.type == SqlType::Cur ? SqlType::Cur : SqlType::Dbl;
+                else if (isIntTy(a.type)) r.type = SqlType::Long;
+                else if (a.type == SqlType::Cur) r.type = SqlType::Cur;
+                else r.type = SqlType::Dbl;
                 r.sql = (n == "sum" ? "SUM(" : "AVG(") + x + ")";
             } else {
-                r.ty = a.logical ? Ty::Bool : a.ty;
+                r.type = a.logical ? SqlType::Bool : a.type;
                 r.size = a.size;
-                r.sql = (n == "min" ? "MIN(" : "MAX(") + val(a) + (isTxt(a.ty) ? " COLLATE JET)" : ")");
+                r.sql = (n == "min" ? "MIN(" : "MAX(") + val(a) + (isTxt(a.type) ? " COLLATE JET)" : ")");
             }
             return r;
         }
         if (e.star) exprError(e);
         if (n == "iif") {
             if (e.args.size() != 3) exprError(e);
-            R c = expr(*e.args[0], cx), a = expr(*e.args[1], cx), b = expr(*e.args[2], cx);
-            R r;
+            SqlExpr c = expr(*e.args[0], cx), a = expr(*e.args[1], cx), b = expr(*e.args[2], cx);
+            SqlExpr r;
             r.agg = c.agg || a.agg || b.agg;
-            Ty ta = a.logical ? Ty::Bool : a.ty, tb = b.logical ? Ty::Bool : b.ty;
+            SqlType ta = a.logical ? SqlType::Bool : a.type, tb = b.logical ? SqlType::Bool : b.type;
             std::string x = val(a), y = val(b);
-            if (ta == tb) r.ty = ta;
-            else if (ta == Ty::Null) r.ty = tb;
-            else if (tb == Ty::Null) r.ty = ta;
-            else if (isNum(ta) && isNum(tb)) r.ty = (isIntTy(ta) && isIntTy(tb)) ? Ty::Long : Ty::Dbl;
-            else if (isTxt(ta) && isTxt(tb)) r.ty = Ty::Memo;
+            if (ta == tb) r.type = ta;
+            else if (ta == SqlType::Null) r.type = tb;
+            else if (tb == SqlType::Null) r.type = ta;
+            else if (isNum(ta) && isNum(tb)) r.type = (isIntTy(ta) && isIntTy(tb)) ? SqlType::Long : SqlType::Dbl;
+            else if (isTxt(ta) && isTxt(tb)) r.type = SqlType::Memo;
             else if (isTxt(ta) || isTxt(tb)) {
-                r.ty = Ty::Text;
+                r.type = SqlType::Text;
                 x = asText(a);
                 y = asText(b);
-            } else r.ty = Ty::Var;
+            } else r.type = SqlType::Var;
             std::string cond = c.logical ? c.sql : "(" + val(c) + "<>0)";
-            if (c.ty == Ty::Null) cond = "NULL";
+            if (c.type == SqlType::Null) cond = "NULL";
             r.sql = "(CASE WHEN " + cond + " THEN " + x + " ELSE " + y + " END)";
             r.size = std::max(a.size, b.size);
             return r;
         }
         if (n == "isnull") {
             if (e.args.size() != 1) exprError(e);
-            R a = expr(*e.args[0], cx);
-            R r;
-            r.ty = Ty::Bool;
+            SqlExpr a = expr(*e.args[0], cx);
+            SqlExpr r;
+            r.type = SqlType::Bool;
             r.logical = true;
             r.agg = a.agg;
             r.sql = "(" + val(a) + " IS NULL)";
@@ -668,25 +668,25 @@ private:
         if (!fi) raise(err::FunzioneNonDefinita, e.text);
         if (static_cast<int>(e.args.size()) < fi->minArgs || static_cast<int>(e.args.size()) > fi->maxArgs)
             exprError(e);
-        R r;
+        SqlExpr r;
         std::string kinds, args;
-        std::vector<R> as;
+        std::vector<SqlExpr> as;
         for (auto& ap : e.args) {
-            R a = expr(*ap, cx);
+            SqlExpr a = expr(*ap, cx);
             r.agg = r.agg || a.agg;
-            kinds.push_back(a.logical ? 'b' : kindChar(a.ty));
+            kinds.push_back(a.logical ? 'b' : kindChar(a.type));
             args += "," + val(a);
             as.push_back(std::move(a));
         }
         switch (fi->result) {
-            case 'd': r.ty = Ty::Date; break;
-            case 'i': r.ty = Ty::Int; break;
-            case 'l': r.ty = Ty::Long; break;
-            case 'f': r.ty = Ty::Dbl; break;
-            case 't': r.ty = Ty::Text; r.size = 255; break;
-            case 'b': r.ty = Ty::Bool; break;
-            case 'a': r.ty = (!as.empty() && isNum(as[0].ty)) ? (as[0].ty == Ty::Bool ? Ty::Int : as[0].ty) : Ty::Dbl; break;
-            default: r.ty = Ty::Var; break;
+            case 'd': r.type = SqlType::Date; break;
+            case 'i': r.type = SqlType::Int; break;
+            case 'l': r.type = SqlType::Long; break;
+            case 'f': r.type = SqlType::Dbl; break;
+            case 't': r.type = SqlType::Text; r.size = 255; break;
+            case 'b': r.type = SqlType::Bool; break;
+            case 'a': r.type = (!as.empty() && isNum(as[0].type)) ? (as[0].type == SqlType::Bool ? SqlType::Int : as[0].type) : SqlType::Dbl; break;
+            default: r.type = SqlType::Var; break;
         }
         if (n == "now" || n == "date" || n == "time") {
             r.sql = "jet_" + n + "()";
@@ -704,8 +704,8 @@ private:
 
     // Writes the FROM item's SQL, adding its sources to scope (in order).
     std::string from(FromItem& f, Scope& scope, Scope* outer) {
-        switch (f.k) {
-            case FromItem::K::Table: {
+        switch (f.kind) {
+            case FromItem::Kind::Table: {
                 const RelationInfo* rel = cat_.findRelation(f.name);
                 if (!rel) raise(err::TabellaOQueryNonTrovata, f.name);
                 Source* s = newSource();
@@ -719,7 +719,7 @@ private:
                 for (auto& c : rel->columns) anyBase = anyBase || !c.baseColumn.empty();
                 if (rel->isQuery && !rel->baseTable.empty() && !anyBase) base = cat_.findRelation(rel->baseTable);
                 for (auto& c : rel->columns) {
-                    SrcCol sc{c.name, fromField(c.type), c.size, {}};
+                    SourceColumn sc{c.name, fromField(c.type), c.size, {}};
                     if (!rel->isQuery) sc.baseColumn = c.name;
                     else if (!rel->baseTable.empty()) {
                         if (!c.baseColumn.empty()) sc.baseColumn = c.baseColumn;
@@ -734,24 +734,24 @@ private:
                 if (!sameName(s->alias, rel->name) || s->alias != rel->name) r += " AS " + s->sqlAlias;
                 return r;
             }
-            case FromItem::K::Derived: {
-                SelOut so = select(*f.sub, outer, false, false);
+            case FromItem::Kind::Derived: {
+                SelectOutput so = select(*f.sub, outer, false, false);
                 Source* s = newSource();
                 s->alias = f.alias.empty() ? "__d" + std::to_string(++derivedCount_) : f.alias;
                 s->sqlAlias = quoteIdent(s->alias);
-                for (auto& c : so.cols) s->cols.push_back({c.name, c.ty, c.size, {}});
+                for (auto& c : so.cols) s->cols.push_back({c.name, c.type, c.size, {}});
                 scope.sources.push_back(s);
                 return "(" + so.sql + ") AS " + s->sqlAlias;
             }
-            case FromItem::K::Join: {
+            case FromItem::Kind::Join: {
                 std::string l = from(*f.left, scope, outer);
                 std::string r = from(*f.right, scope, outer);
-                if (f.right->k == FromItem::K::Join) r = "(" + r + ")";
-                Ctx cx;
+                if (f.right->kind == FromItem::Kind::Join) r = "(" + r + ")";
+                ExprContext cx;
                 cx.scope = &scope;
-                R on = expr(*f.on, cx);
+                SqlExpr on = expr(*f.on, cx);
                 if (on.agg) raise(err::AggregazioneInWhere);
-                const char* j = f.join == FromItem::J::Left ? " LEFT JOIN " : f.join == FromItem::J::Right ? " RIGHT JOIN " : " JOIN ";
+                const char* j = f.join == FromItem::JoinKind::Left ? " LEFT JOIN " : f.join == FromItem::JoinKind::Right ? " RIGHT JOIN " : " JOIN ";
                 return l + j + r + " ON " + (on.logical ? on.sql : "(" + val(on) + "<>0)");
             }
         }
@@ -760,13 +760,13 @@ private:
 
     // The source whose rows the FROM item's rows are: the leftmost of a chain of LEFT JOINs.
     static const FromItem* baseItem(const FromItem& f) {
-        if (f.k == FromItem::K::Table) return &f;
-        if (f.k == FromItem::K::Join && f.join == FromItem::J::Left) return baseItem(*f.left);
+        if (f.kind == FromItem::Kind::Table) return &f;
+        if (f.kind == FromItem::Kind::Join && f.join == FromItem::JoinKind::Left) return baseItem(*f.left);
         return nullptr;
     }
 
     static bool hasAggregate(const Expr& e) {
-        if (e.k == Expr::K::Func) {
+        if (e.kind == Expr::Kind::Func) {
             std::string n = AsciiLower(e.text);
             if (n == "sum" || n == "avg" || n == "min" || n == "max" || n == "count") return true;
         }
@@ -776,7 +776,7 @@ private:
     }
 
     static void conjuncts(ExprP& e, std::vector<ExprP*>& out) {
-        if (e->k == Expr::K::Binary && e->op == Op::And) {
+        if (e->kind == Expr::Kind::Binary && e->op == Operator::And) {
             conjuncts(e->args[0], out);
             conjuncts(e->args[1], out);
         } else {
@@ -786,22 +786,22 @@ private:
 
 public:
     // ---- SELECT
-    SelOut select(Select& s, Scope* outer, bool wantRowid, bool positional) {
+    SelectOutput select(Select& s, Scope* outer, bool wantRowid, bool positional) {
         if (s.cores.size() == 1) return core(s.cores[0], &s.orderBy, outer, wantRowid, positional, false);
-        SelOut out;
+        SelectOutput out;
         std::string sql;
         for (std::size_t i = 0; i < s.cores.size(); ++i) {
-            SelOut c = core(s.cores[i], nullptr, outer, false, positional && i == 0, true);
+            SelectOutput c = core(s.cores[i], nullptr, outer, false, positional && i == 0, true);
             if (i == 0) out.cols = c.cols;
             else {
                 if (c.cols.size() != out.cols.size()) raise(err::ColonneUnioneDiverse);
                 for (std::size_t k = 0; k < c.cols.size(); ++k) {
-                    Ty& t = out.cols[k].ty;
-                    Ty u = c.cols[k].ty;
+                    SqlType& t = out.cols[k].type;
+                    SqlType u = c.cols[k].type;
                     if (t == u) continue;
-                    if (t == Ty::Null) t = u;
+                    if (t == SqlType::Null) t = u;
                     else if (isNum(t) && isNum(u)) t = widen(t, u);
-                    else if (u != Ty::Null) t = isTxt(t) || isTxt(u) ? Ty::Text : Ty::Var;
+                    else if (u != SqlType::Null) t = isTxt(t) || isTxt(u) ? SqlType::Text : SqlType::Var;
                 }
                 sql += s.unionAll[i - 1] ? " UNION ALL " : " UNION ";
             }
@@ -812,18 +812,18 @@ public:
             Source* u = newSource();
             u->alias = "__u";
             u->sqlAlias = quoteIdent("__u");
-            for (auto& c : out.cols) u->cols.push_back({c.name, c.ty, c.size, {}});
+            for (auto& c : out.cols) u->cols.push_back({c.name, c.type, c.size, {}});
             Scope sc;
             sc.sources.push_back(u);
             sc.parent = outer;
-            Ctx cx;
+            ExprContext cx;
             cx.scope = &sc;
             std::string ob;
             for (auto& oi : s.orderBy) {
-                R r = expr(*oi.e, cx);
+                SqlExpr r = expr(*oi.e, cx);
                 if (r.literal) continue;
                 if (!ob.empty()) ob += ", ";
-                ob += val(r) + (isTxt(r.ty) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : "");
+                ob += val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : "");
             }
             sql = "SELECT * FROM (" + sql + ") AS \"__u\"" + (ob.empty() ? "" : " ORDER BY " + ob);
         }
@@ -832,9 +832,9 @@ public:
     }
 
 private:
-    SelOut core(SelectCore& c, std::vector<OrderItem>* orderBy, Scope* outer, bool wantRowid, bool positional,
+    SelectOutput core(SelectCore& c, std::vector<OrderItem>* orderBy, Scope* outer, bool wantRowid, bool positional,
                 bool inUnion) {
-        SelOut out;
+        SelectOutput out;
         Scope scope;
         scope.parent = outer;
         std::vector<std::string> fromSql;
@@ -861,10 +861,10 @@ private:
         }
 
         // select list
-        Ctx cx;
+        ExprContext cx;
         cx.scope = &scope;
         cx.allowAgg = true;
-        std::vector<std::pair<std::string, R>> aliases;
+        std::vector<std::pair<std::string, SqlExpr>> aliases;
         cx.aliases = &aliases;
         std::vector<std::string> itemSql;
         int exprNo = 0;
@@ -874,10 +874,10 @@ private:
                 for (Source* src : scope.sources) {
                     if (!it.starQual.empty() && !sameName(src->alias, it.starQual)) continue;
                     any = true;
-                    for (const SrcCol& col : src->cols) {
-                        OutCol oc;
+                    for (const SourceColumn& col : src->cols) {
+                        OutputColumn oc;
                         oc.name = col.name;
-                        oc.ty = col.ty;
+                        oc.type = col.type;
                         oc.size = col.size;
                         oc.fromColumn = true;
                         oc.srcAlias = src->alias;
@@ -893,10 +893,10 @@ private:
                 if (it.starQual.empty() && scope.sources.empty()) raise(err::SintassiSelect);
                 continue;
             }
-            R r = expr(*it.e, cx);
+            SqlExpr r = expr(*it.e, cx);
             if (it.aliasLiteral) cacheable_ = false;
-            OutCol oc;
-            oc.ty = r.logical ? Ty::Bool : r.ty;
+            OutputColumn oc;
+            oc.type = r.logical ? SqlType::Bool : r.type;
             oc.size = r.size;
             if (!it.alias.empty()) {
                 oc.name = it.alias;
@@ -931,36 +931,36 @@ private:
         // WHERE, and HAVING terms on grouped columns moved to WHERE
         std::vector<std::string> whereTerms, havingTerms;
         if (c.where) {
-            Ctx wx;
+            ExprContext wx;
             wx.scope = &scope;
-            R w = expr(*c.where, wx);
+            SqlExpr w = expr(*c.where, wx);
             whereTerms.push_back(w.logical ? w.sql : "(" + val(w) + "<>0)");
         }
-        std::vector<const SrcCol*> groupCols;
+        std::vector<const SourceColumn*> groupCols;
         std::vector<std::string> groupSql;
         for (auto& g : c.groupBy) {
-            Ctx gx;
+            ExprContext gx;
             gx.scope = &scope;
-            R r = expr(*g, gx);
+            SqlExpr r = expr(*g, gx);
             if (r.col) groupCols.push_back(r.col);
             if (r.literal) continue;
-            groupSql.push_back(val(r) + (isTxt(r.ty) ? " COLLATE JET" : ""));
+            groupSql.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : ""));
         }
         if (c.having) {
             std::vector<ExprP*> terms;
             conjuncts(c.having, terms);
             for (ExprP* t : terms) {
-                std::vector<const SrcCol*> refs;
+                std::vector<const SourceColumn*> refs;
                 bool sub = false;
-                Ctx hx;
+                ExprContext hx;
                 hx.scope = &scope;
                 hx.allowAgg = true;
                 hx.refs = &refs;
                 hx.sawSub = &sub;
                 std::size_t missingBefore = missing_.size();
-                R r = expr(**t, hx);
+                SqlExpr r = expr(**t, hx);
                 bool movable = grouped && !r.agg && !sub && !refs.empty() && missing_.size() == missingBefore;
-                for (const SrcCol* rc : refs)
+                for (const SourceColumn* rc : refs)
                     if (std::find(groupCols.begin(), groupCols.end(), rc) == groupCols.end()) movable = false;
                 std::string p = r.logical ? r.sql : "(" + val(r) + "<>0)";
                 (movable ? whereTerms : havingTerms).push_back(p);
@@ -970,14 +970,14 @@ private:
         // ORDER BY (a single SELECT: its sources, and the select list's aliases)
         std::vector<std::string> orderSql;
         if (orderBy) {
-            Ctx ox;
+            ExprContext ox;
             ox.scope = &scope;
             ox.allowAgg = aggregate;
             ox.aliases = &aliases;
             for (auto& oi : *orderBy) {
-                R r = expr(*oi.e, ox);
+                SqlExpr r = expr(*oi.e, ox);
                 if (r.literal) continue;
-                orderSql.push_back(val(r) + (isTxt(r.ty) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
+                orderSql.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
             }
         }
 
@@ -996,7 +996,7 @@ private:
         for (std::size_t i = 0; i < out.cols.size(); ++i) {
             if (i) sel += ", ";
             sel += itemSql[i];
-            if (collateOut && isTxt(out.cols[i].ty)) sel += " COLLATE JET";
+            if (collateOut && isTxt(out.cols[i].type)) sel += " COLLATE JET";
             sel += " AS " + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]);
         }
         std::string rowid;
@@ -1063,21 +1063,21 @@ private:
     }
 
     // ---- storage conversion for INSERT and UPDATE
-    std::string store(const R& r, const ColumnInfo& col) {
-        Ty t = fromField(col.type);
-        Ty s = r.logical ? Ty::Bool : r.ty;
-        if (s == Ty::Null) return "NULL";
+    std::string store(const SqlExpr& r, const ColumnInfo& col) {
+        SqlType t = fromField(col.type);
+        SqlType s = r.logical ? SqlType::Bool : r.type;
+        if (s == SqlType::Null) return "NULL";
         bool same = false;
         switch (t) {
-            case Ty::Long: same = s == Ty::Long || s == Ty::Int || s == Ty::Byte; break;
-            case Ty::Int: same = s == Ty::Int || s == Ty::Byte; break;
-            case Ty::Byte: same = s == Ty::Byte; break;
-            case Ty::Dbl: same = isNum(s) && s != Ty::Bool; break;
-            case Ty::Sng: case Ty::Cur: same = isNum(s) && s != Ty::Bool; break;
-            case Ty::Bool: same = s == Ty::Bool; break;
-            case Ty::Date: same = s == Ty::Date; break;
-            case Ty::Memo: same = isTxt(s); break;
-            case Ty::Text: same = isTxt(s) && col.size <= 0; break;
+            case SqlType::Long: same = s == SqlType::Long || s == SqlType::Int || s == SqlType::Byte; break;
+            case SqlType::Int: same = s == SqlType::Int || s == SqlType::Byte; break;
+            case SqlType::Byte: same = s == SqlType::Byte; break;
+            case SqlType::Dbl: same = isNum(s) && s != SqlType::Bool; break;
+            case SqlType::Sng: case SqlType::Cur: same = isNum(s) && s != SqlType::Bool; break;
+            case SqlType::Bool: same = s == SqlType::Bool; break;
+            case SqlType::Date: same = s == SqlType::Date; break;
+            case SqlType::Memo: same = isTxt(s); break;
+            case SqlType::Text: same = isTxt(s) && col.size <= 0; break;
             default: break;
         }
         if (same) return val(r);
@@ -1122,12 +1122,12 @@ private:
         for (std::size_t i = 0; i < cols.size(); ++i) sql += (i ? ", " : "") + quoteIdent(cols[i]->name);
         sql += ") ";
         if (st.select) {
-            SelOut so = select(*st.select, nullptr, false, true);
+            SelectOutput so = select(*st.select, nullptr, false, true);
             if (so.cols.size() != cols.size()) raise(err::NumeroValoriDiverso);
             sql += "SELECT ";
             for (std::size_t i = 0; i < cols.size(); ++i) {
-                R r;
-                r.ty = so.cols[i].ty;
+                SqlExpr r;
+                r.type = so.cols[i].type;
                 r.sql = "\"__s\"." + quoteIdent(so.cols[i].name);
                 sql += (i ? ", " : "") + store(r, *cols[i]);
             }
@@ -1135,11 +1135,11 @@ private:
         } else {
             if (st.values.size() != cols.size()) raise(err::NumeroValoriDiverso);
             Scope empty;
-            Ctx cx;
+            ExprContext cx;
             cx.scope = &empty;
             sql += "VALUES (";
             for (std::size_t i = 0; i < cols.size(); ++i) {
-                R r = expr(*st.values[i], cx);
+                SqlExpr r = expr(*st.values[i], cx);
                 if (r.agg) raise(err::AggregazioneInWhere);
                 sql += (i ? ", " : "") + store(r, *cols[i]);
             }
@@ -1167,23 +1167,23 @@ private:
             }
         if (!target) {
             const FromItem* bi = st.from[0].get();
-            while (bi->k == FromItem::K::Join) bi = bi->left.get();
-            if (bi->k != FromItem::K::Table) raise(err::SintassiUpdate);
+            while (bi->kind == FromItem::Kind::Join) bi = bi->left.get();
+            if (bi->kind != FromItem::Kind::Table) raise(err::SintassiUpdate);
             for (Source* s : scope.sources)
                 if (sameName(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
         }
         if (!target) checkMissing();
         if (!target || !target->table) raise(err::RecordsetNonAggiornabile);
         const RelationInfo& rel = targetTable(target->relName);
-        bool joined = st.from[0]->k == FromItem::K::Join;
-        Ctx cx;
+        bool joined = st.from[0]->kind == FromItem::Kind::Join;
+        ExprContext cx;
         cx.scope = &scope;
         std::string sets;
         std::vector<std::string> setCols;
         for (auto& a : st.sets) {
             if (!a.qual.empty() && !sameName(a.qual, target->alias)) raise(err::SintassiUpdate);
             const ColumnInfo* col = findColumn(rel, a.column);
-            R r = expr(*a.value, cx);
+            SqlExpr r = expr(*a.value, cx);
             if (r.agg) raise(err::AggregazioneInWhere);
             if (!col) {
                 missing(a.column);
@@ -1196,7 +1196,7 @@ private:
         }
         std::string where;
         if (st.where) {
-            R w = expr(*st.where, cx);
+            SqlExpr w = expr(*st.where, cx);
             if (w.agg) raise(err::AggregazioneInWhere);
             where = w.logical ? w.sql : "(" + val(w) + "<>0)";
         }
@@ -1223,22 +1223,22 @@ private:
             if (!target) raise(err::TabellaOQueryNonTrovata, st.deleteQual);
         } else {
             const FromItem* bi = st.from[0].get();
-            while (bi->k == FromItem::K::Join) bi = bi->left.get();
-            if (bi->k != FromItem::K::Table) raise(err::EliminazioneImpossibile);
+            while (bi->kind == FromItem::Kind::Join) bi = bi->left.get();
+            if (bi->kind != FromItem::Kind::Table) raise(err::EliminazioneImpossibile);
             for (Source* s : scope.sources)
                 if (sameName(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
         }
         if (!target || target->baseTable.empty()) raise(err::EliminazioneImpossibile);
         std::string where;
         if (st.where) {
-            Ctx cx;
+            ExprContext cx;
             cx.scope = &scope;
-            R w = expr(*st.where, cx);
+            SqlExpr w = expr(*st.where, cx);
             if (w.agg) raise(err::AggregazioneInWhere);
             where = w.logical ? w.sql : "(" + val(w) + "<>0)";
         }
         checkMissing();
-        bool simple = st.from.size() == 1 && st.from[0]->k == FromItem::K::Table && target->table;
+        bool simple = st.from.size() == 1 && st.from[0]->kind == FromItem::Kind::Table && target->table;
         if (simple) {
             t.sql = "DELETE FROM " + quoteIdent(target->relName) +
                     (target->alias != target->relName ? " AS " + target->sqlAlias : "") +
@@ -1255,7 +1255,7 @@ private:
 Translation Compiler::run(Statement& st) {
     switch (st.kind) {
         case StatementKind::Select: {
-            SelOut so = select(*st.select, nullptr, true, false);
+            SelectOutput so = select(*st.select, nullptr, true, false);
             checkMissing();
             Translation t;
             t.kind = StatementKind::Select;
@@ -1265,8 +1265,8 @@ Translation Compiler::run(Statement& st) {
             for (auto& c : so.cols) {
                 ResultColumn rc;
                 rc.name = c.name;
-                rc.type = toField(c.ty);
-                rc.size = isTxt(c.ty) ? (c.size > 0 ? c.size : (c.ty == Ty::Memo ? 0 : 255)) : 0;
+                rc.type = toField(c.type);
+                rc.size = isTxt(c.type) ? (c.size > 0 ? c.size : (c.type == SqlType::Memo ? 0 : 255)) : 0;
                 rc.baseColumn = c.baseColumn;
                 t.columns.push_back(std::move(rc));
             }
