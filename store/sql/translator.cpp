@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <unordered_map>
 
 #include "store/convert.h"
@@ -118,8 +119,46 @@ struct SqlExpr {
     const SourceColumn* col = nullptr;
 };
 
+// The value form: what a select list shows, what functions and operators receive.
 std::string val(const SqlExpr& r) { return r.logical ? "(- " + r.sql + ")" : r.sql; }
-std::string pred(const SqlExpr& r) { return r.sql; }
+
+// The predicate form: what WHERE, ON, HAVING, CASE WHEN, AND and OR test. A value is true when it is
+// not zero; an expression of type Null is unknown.
+std::string predicate(const SqlExpr& r) {
+    if (r.logical) return r.sql;
+    if (r.type == SqlType::Null) return "NULL";
+    return "(" + r.sql + "<>0)";
+}
+
+// A condition: a logical expression already in predicate form.
+SqlExpr condition(std::string sql, bool agg) {
+    SqlExpr r;
+    r.sql = std::move(sql);
+    r.type = SqlType::Bool;
+    r.logical = true;
+    r.agg = agg;
+    return r;
+}
+
+// True for what And and Or combine as conditions rather than as bits.
+bool isConditionLike(const SqlExpr& r) { return r.logical || r.type == SqlType::Bool || r.type == SqlType::Null; }
+
+// The type of the value form (a logical expression is a Boolean).
+SqlType valueType(const SqlExpr& r) { return r.logical ? SqlType::Bool : r.type; }
+
+// The kind letter the SQL functions read their argument as.
+char valueKind(const SqlExpr& r) { return kindChar(valueType(r)); }
+
+std::string joined(const std::vector<std::string>& parts, const char* separator) {
+    std::string out;
+    for (std::size_t i = 0; i < parts.size(); ++i) out += (i ? separator : "") + parts[i];
+    return out;
+}
+
+bool isAggregateName(std::string_view lowerName) {
+    return lowerName == "sum" || lowerName == "avg" || lowerName == "min" || lowerName == "max" ||
+           lowerName == "count";
+}
 
 struct OutputColumn {
     std::string name;
@@ -327,106 +366,109 @@ private:
             case Expr::Kind::Unary: return unary(e, cx);
             case Expr::Kind::Binary: return binary(e, cx);
             case Expr::Kind::Func: return func(e, cx);
-            case Expr::Kind::IsNull: {
-                SqlExpr a = expr(*e.args[0], cx);
-                SqlExpr r;
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.agg = a.agg;
-                r.sql = "(" + val(a) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
-                return r;
-            }
-            case Expr::Kind::Between: {
-                SqlExpr a = expr(*e.args[0], cx), lo = expr(*e.args[1], cx), hi = expr(*e.args[2], cx);
-                SqlExpr c1 = compare(Operator::Ge, a, lo), c2 = compare(Operator::Le, a, hi);
-                SqlExpr r;
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.agg = a.agg || lo.agg || hi.agg;
-                r.sql = "(" + pred(c1) + " AND " + pred(c2) + ")";
-                if (e.negated) r.sql = "(NOT " + r.sql + ")";
-                return r;
-            }
-            case Expr::Kind::InList: {
-                // x In (a, b, ...): each item read as x's kind of value
-                SqlExpr a = expr(*e.args[0], cx);
-                SqlExpr r;
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.agg = a.agg;
-                if (a.type == SqlType::Null) {
-                    r.sql = "(NULL)";
-                    return r;
-                }
-                std::string items;
-                for (std::size_t i = 1; i < e.args.size(); ++i) {
-                    SqlExpr b = expr(*e.args[i], cx);
-                    r.agg = r.agg || b.agg;
-                    std::string y = val(b);
-                    if (a.type == SqlType::Date) y = asDate(b);
-                    else if (isNum(a.type) && !isNum(b.type) && b.type != SqlType::Var) y = asNum(b);
-                    else if (isTxt(a.type) && !isTxt(b.type) && b.type != SqlType::Var) y = asText(b);
-                    items += (i > 1 ? ", " : "") + y;
-                }
-                std::string x = isTxt(a.type) ? val(a) + " COLLATE JET" : val(a);
-                r.sql = "(" + x + (e.negated ? " NOT IN (" : " IN (") + items + "))";
-                return r;
-            }
-            case Expr::Kind::InSelect: {
-                SqlExpr a = expr(*e.args[0], cx);
-                if (cx.sawSub) *cx.sawSub = true;
-                SelectOutput so = select(*e.sub, cx.scope, false, false);
-                if (so.cols.size() != 1) exprError(e);
-                SqlExpr r;
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.agg = a.agg;
-                std::string x = val(a);
-                if (a.type == SqlType::Date && so.cols[0].type != SqlType::Date) x = val(a);
-                bool collate = isTxt(a.type) || isTxt(so.cols[0].type);
-                r.sql = "(" + x + (collate ? " COLLATE JET" : "") + (e.negated ? " NOT IN (" : " IN (") + so.sql + "))";
-                return r;
-            }
-            case Expr::Kind::Exists: {
-                if (cx.sawSub) *cx.sawSub = true;
-                SelectOutput so = select(*e.sub, cx.scope, false, false);
-                SqlExpr r;
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.sql = "(EXISTS (" + so.sql + "))";
-                return r;
-            }
-            case Expr::Kind::SubQuery: {
-                if (cx.sawSub) *cx.sawSub = true;
-                SelectOutput so = select(*e.sub, cx.scope, false, false);
-                if (so.cols.size() != 1) exprError(e);
-                SqlExpr r;
-                r.type = so.cols[0].type;
-                r.size = so.cols[0].size;
-                r.sql = "(" + so.sql + ")";
-                return r;
-            }
+            case Expr::Kind::IsNull: return isNullTest(e, cx);
+            case Expr::Kind::Between: return between(e, cx);
+            case Expr::Kind::InList: return inList(e, cx);
+            case Expr::Kind::InSelect: return inSelect(e, cx);
+            case Expr::Kind::Exists: return exists(e, cx);
+            case Expr::Kind::SubQuery: return subQueryValue(e, cx);
         }
         exprError(e);
     }
 
+    SqlExpr isNullTest(const Expr& e, ExprContext& cx) {
+        SqlExpr a = expr(*e.args[0], cx);
+        return condition("(" + val(a) + (e.negated ? " IS NOT NULL)" : " IS NULL)"), a.agg);
+    }
+
+    // x Between lo And hi compares as x >= lo and x <= hi do, with their conversions.
+    SqlExpr between(const Expr& e, ExprContext& cx) {
+        SqlExpr a = expr(*e.args[0], cx), lo = expr(*e.args[1], cx), hi = expr(*e.args[2], cx);
+        std::string sql = "(" + predicate(compare(Operator::Ge, a, lo)) + " AND " +
+                          predicate(compare(Operator::Le, a, hi)) + ")";
+        if (e.negated) sql = "(NOT " + sql + ")";
+        return condition(std::move(sql), a.agg || lo.agg || hi.agg);
+    }
+
+    // x In (a, b, ...): each item read as x's kind of value. A Null x is unknown whatever the items.
+    SqlExpr inList(const Expr& e, ExprContext& cx) {
+        SqlExpr a = expr(*e.args[0], cx);
+        if (a.type == SqlType::Null) return condition("(NULL)", a.agg);
+        bool agg = a.agg;
+        std::string items;
+        for (std::size_t i = 1; i < e.args.size(); ++i) {
+            SqlExpr b = expr(*e.args[i], cx);
+            agg = agg || b.agg;
+            items += (i > 1 ? ", " : "") + inListItem(a.type, b);
+        }
+        std::string x = isTxt(a.type) ? val(a) + " COLLATE JET" : val(a);
+        return condition("(" + x + (e.negated ? " NOT IN (" : " IN (") + items + "))", agg);
+    }
+
+    std::string inListItem(SqlType tested, const SqlExpr& item) {
+        if (tested == SqlType::Date) return asDate(item);
+        if (item.type == SqlType::Var) return val(item);
+        if (isNum(tested) && !isNum(item.type)) return asNum(item);
+        if (isTxt(tested) && !isTxt(item.type)) return asText(item);
+        return val(item);
+    }
+
+    SqlExpr inSelect(const Expr& e, ExprContext& cx) {
+        SqlExpr a = expr(*e.args[0], cx);
+        SelectOutput so = subSelect(e, cx);
+        if (so.cols.size() != 1) exprError(e);
+        bool collate = isTxt(a.type) || isTxt(so.cols[0].type);
+        return condition("(" + val(a) + (collate ? " COLLATE JET" : "") + (e.negated ? " NOT IN (" : " IN (") +
+                             so.sql + "))",
+                         a.agg);
+    }
+
+    SqlExpr exists(const Expr& e, ExprContext& cx) {
+        SelectOutput so = subSelect(e, cx);
+        return condition("(EXISTS (" + so.sql + "))", false);
+    }
+
+    // (SELECT x ...) as a value: its one column's type.
+    SqlExpr subQueryValue(const Expr& e, ExprContext& cx) {
+        SelectOutput so = subSelect(e, cx);
+        if (so.cols.size() != 1) exprError(e);
+        SqlExpr r;
+        r.type = so.cols[0].type;
+        r.size = so.cols[0].size;
+        r.sql = "(" + so.sql + ")";
+        return r;
+    }
+
+    SelectOutput subSelect(const Expr& e, ExprContext& cx) {
+        if (cx.sawSub) *cx.sawSub = true;
+        return select(*e.sub, cx.scope, false, false);
+    }
+
     SqlExpr unary(const Expr& e, ExprContext& cx) {
         SqlExpr a = expr(*e.args[0], cx);
+        if (e.op == Operator::Pos) return a;
+        if (e.op == Operator::Neg) return negation(a);
+        return logicalNot(a);
+    }
+
+    SqlExpr negation(const SqlExpr& a) {
+        if (a.type == SqlType::Null) return a;
         SqlExpr r;
         r.agg = a.agg;
-        if (e.op == Operator::Pos) return a;
-        if (e.op == Operator::Neg) {
-            if (a.type == SqlType::Null) return a;
-            if (isNum(a.type)) {
-                r.type = a.type == SqlType::Bool ? SqlType::Int : a.type;
-                r.sql = "(- " + val(a) + ")";
-            } else {
-                r.type = a.type == SqlType::Date ? SqlType::Date : SqlType::Dbl;
-                r.sql = "jet_arith('neg','" + std::string(1, kindChar(a.type)) + "'," + val(a) + ",NULL)";
-            }
-            return r;
+        if (isNum(a.type)) {
+            r.type = a.type == SqlType::Bool ? SqlType::Int : a.type;
+            r.sql = "(- " + val(a) + ")";
+        } else {
+            r.type = a.type == SqlType::Date ? SqlType::Date : SqlType::Dbl;
+            r.sql = "jet_arith('neg','" + std::string(1, kindChar(a.type)) + "'," + val(a) + ",NULL)";
         }
-        // Not
+        return r;
+    }
+
+    // Not of a condition is a condition; Not of a number flips its bits.
+    SqlExpr logicalNot(const SqlExpr& a) {
+        SqlExpr r;
+        r.agg = a.agg;
         if (a.logical) {
             r = a;
             r.sql = "(NOT " + a.sql + ")";
@@ -459,241 +501,302 @@ private:
     }
 
     SqlExpr binary(const Expr& e, ExprContext& cx) {
-        if (e.op == Operator::Cat) {
-            std::vector<const Expr*> parts;
-            flattenChain(e, Operator::Cat, parts);
-            SqlExpr r;
-            r.type = SqlType::Text;
-            r.size = 255;
-            // SQLite takes at most 127 arguments: a long chain joins groups of 100
-            std::string outerKinds, outerArgs;
-            for (std::size_t g = 0; g < parts.size(); g += 100) {
-                std::string kinds, args;
-                for (std::size_t i = g; i < parts.size() && i < g + 100; ++i) {
-                    SqlExpr a = expr(*parts[i], cx);
-                    r.agg = r.agg || a.agg;
-                    kinds.push_back(a.logical ? 'b' : kindChar(a.type));
-                    args += "," + val(a);
-                }
-                outerKinds.push_back('t');
-                outerArgs += ",jet_cat('" + kinds + "'" + args + ")";
-            }
-            r.sql = parts.size() <= 100 ? outerArgs.substr(1) : "jet_cat('" + outerKinds + "'" + outerArgs + ")";
-            return r;
-        }
+        if (e.op == Operator::Cat) return concatenation(e, cx);
         if ((e.op == Operator::And || e.op == Operator::Or) && e.chain > 2) {
-            // a chain of And (or Or) of conditions is written flat: (p1 AND p2 AND p3)
-            std::vector<const Expr*> parts;
-            flattenChain(e, e.op, parts);
-            std::vector<SqlExpr> rs;
-            bool logical = true;
-            for (const Expr* p : parts) {
-                rs.push_back(expr(*p, cx));
-                const SqlExpr& x = rs.back();
-                if (!(x.logical || x.type == SqlType::Bool || x.type == SqlType::Null)) logical = false;
-            }
-            if (logical) {
-                SqlExpr r;
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.sql = "(";
-                for (std::size_t i = 0; i < rs.size(); ++i) {
-                    const SqlExpr& x = rs[i];
-                    r.agg = r.agg || x.agg;
-                    if (i) r.sql += e.op == Operator::And ? " AND " : " OR ";
-                    r.sql += x.type == SqlType::Null ? "NULL" : x.logical ? x.sql : "(" + x.sql + "<>0)";
-                }
-                r.sql += ")";
-                return r;
-            }
+            if (auto flat = conditionChain(e, cx)) return *flat;
         }
         SqlExpr a = expr(*e.args[0], cx);
         SqlExpr b = expr(*e.args[1], cx);
+        switch (e.op) {
+            case Operator::Eq: case Operator::Ne: case Operator::Lt:
+            case Operator::Gt: case Operator::Le: case Operator::Ge:
+                return compare(e.op, a, b);
+            case Operator::Like: return condition("jet_like(" + asText(a) + "," + asText(b) + ")", a.agg || b.agg);
+            case Operator::And: case Operator::Or: case Operator::Xor: case Operator::Eqv: case Operator::Imp:
+                return logical(e.op, a, b);
+            default: return arithmetic(e, a, b);
+        }
+    }
+
+    // a & b & ...: one jet_cat call, flat however long the chain.
+    SqlExpr concatenation(const Expr& e, ExprContext& cx) {
+        std::vector<const Expr*> parts;
+        flattenChain(e, Operator::Cat, parts);
+        SqlExpr r;
+        r.type = SqlType::Text;
+        r.size = 255;
+        // SQLite takes at most 127 arguments: a long chain joins groups of 100
+        std::string outerKinds, outerArgs;
+        for (std::size_t g = 0; g < parts.size(); g += 100) {
+            std::string kinds, args;
+            for (std::size_t i = g; i < parts.size() && i < g + 100; ++i) {
+                SqlExpr a = expr(*parts[i], cx);
+                r.agg = r.agg || a.agg;
+                kinds.push_back(valueKind(a));
+                args += "," + val(a);
+            }
+            outerKinds.push_back('t');
+            outerArgs += ",jet_cat('" + kinds + "'" + args + ")";
+        }
+        r.sql = parts.size() <= 100 ? outerArgs.substr(1) : "jet_cat('" + outerKinds + "'" + outerArgs + ")";
+        return r;
+    }
+
+    // A chain of And (or Or) of conditions is written flat: (p1 AND p2 AND p3), so that a long
+    // WHERE does not nest SQLite's parser too deep. Nothing when a term is a number: the chain is
+    // then a bitwise operation, done pair by pair.
+    std::optional<SqlExpr> conditionChain(const Expr& e, ExprContext& cx) {
+        std::vector<const Expr*> parts;
+        flattenChain(e, e.op, parts);
+        std::vector<SqlExpr> terms;
+        bool allConditions = true;
+        for (const Expr* p : parts) {
+            terms.push_back(expr(*p, cx));
+            if (!isConditionLike(terms.back())) allConditions = false;
+        }
+        if (!allConditions) return std::nullopt;
+        std::vector<std::string> sql;
+        bool agg = false;
+        for (const SqlExpr& t : terms) {
+            agg = agg || t.agg;
+            sql.push_back(predicate(t));
+        }
+        return condition("(" + joined(sql, e.op == Operator::And ? " AND " : " OR ") + ")", agg);
+    }
+
+    // And Or Xor Eqv Imp: of two conditions a condition, otherwise the bitwise operation.
+    SqlExpr logical(Operator op, const SqlExpr& a, const SqlExpr& b) {
+        if (!isConditionLike(a) || !isConditionLike(b)) {
+            SqlExpr r = arithCall(logicalName(op), a, b);
+            r.type = SqlType::Long;
+            return r;
+        }
+        const std::string x = predicate(a), y = predicate(b);
+        std::string sql;
+        switch (op) {
+            case Operator::And: sql = "(" + x + " AND " + y + ")"; break;
+            case Operator::Or: sql = "(" + x + " OR " + y + ")"; break;
+            case Operator::Xor: sql = "(" + x + " <> " + y + ")"; break;
+            case Operator::Eqv: sql = "(" + x + " = " + y + ")"; break;
+            default: sql = "((NOT " + x + ") OR " + y + ")"; break;
+        }
+        return condition(std::move(sql), a.agg || b.agg);
+    }
+
+    static const char* logicalName(Operator op) {
+        switch (op) {
+            case Operator::And: return "and";
+            case Operator::Or: return "or";
+            case Operator::Xor: return "xor";
+            case Operator::Eqv: return "eqv";
+            default: return "imp";
+        }
+    }
+
+    // The SQL function that does an operation SQLite cannot do on the operands' kinds.
+    static SqlExpr arithCall(const char* name, const SqlExpr& a, const SqlExpr& b) {
         SqlExpr r;
         r.agg = a.agg || b.agg;
-        switch (e.op) {
-            case Operator::Eq: case Operator::Ne: case Operator::Lt: case Operator::Gt: case Operator::Le: case Operator::Ge:
-                return compare(e.op, a, b);
-            case Operator::Like: {
-                r.type = SqlType::Bool;
-                r.logical = true;
-                r.sql = "jet_like(" + asText(a) + "," + asText(b) + ")";
-                return r;
-            }
-            case Operator::And: case Operator::Or: case Operator::Xor: case Operator::Eqv: case Operator::Imp: {
-                bool la = a.logical || a.type == SqlType::Bool || a.type == SqlType::Null;
-                bool lb = b.logical || b.type == SqlType::Bool || b.type == SqlType::Null;
-                if (la && lb) {
-                    r.type = SqlType::Bool;
-                    r.logical = true;
-                    std::string x = a.logical ? a.sql : "(" + a.sql + "<>0)";
-                    std::string y = b.logical ? b.sql : "(" + b.sql + "<>0)";
-                    if (a.type == SqlType::Null) x = "NULL";
-                    if (b.type == SqlType::Null) y = "NULL";
-                    switch (e.op) {
-                        case Operator::And: r.sql = "(" + x + " AND " + y + ")"; break;
-                        case Operator::Or: r.sql = "(" + x + " OR " + y + ")"; break;
-                        case Operator::Xor: r.sql = "(" + x + " <> " + y + ")"; break;
-                        case Operator::Eqv: r.sql = "(" + x + " = " + y + ")"; break;
-                        default: r.sql = "((NOT " + x + ") OR " + y + ")"; break;
-                    }
-                    return r;
-                }
-                r.type = SqlType::Long;
-                const char* name = e.op == Operator::And ? "and" : e.op == Operator::Or ? "or" : e.op == Operator::Xor ? "xor"
-                                 : e.op == Operator::Eqv ? "eqv" : "imp";
-                r.sql = std::string("jet_arith('") + name + "','" + kindChar(a.logical ? SqlType::Bool : a.type) +
-                        kindChar(b.logical ? SqlType::Bool : b.type) + "'," + val(a) + "," + val(b) + ")";
-                return r;
-            }
-            default: break;
-        }
-        // arithmetic
+        r.sql = std::string("jet_arith('") + name + "','" + valueKind(a) + valueKind(b) + "'," + val(a) + "," +
+                val(b) + ")";
+        return r;
+    }
+
+    // + - * / \ Mod ^: SQLite's own operator on two numbers, jet_arith on anything else.
+    SqlExpr arithmetic(const Expr& e, const SqlExpr& a, const SqlExpr& b) {
         if (a.type == SqlType::Null || b.type == SqlType::Null) {
+            SqlExpr r;
+            r.agg = a.agg || b.agg;
             r.sql = "NULL";
             r.type = SqlType::Null;
             return r;
         }
-        bool na = isNum(a.type), nb = isNum(b.type);
-        const char* opname = nullptr;
+        const bool numbers = isNum(a.type) && isNum(b.type);
         switch (e.op) {
             case Operator::Add:
-                if (na && nb) { r.type = widen(a.type, b.type); r.sql = "(" + val(a) + " + " + val(b) + ")"; return r; }
-                if (isTxt(a.type) && isTxt(b.type)) { r.type = SqlType::Text; r.sql = "(" + a.sql + " || " + b.sql + ")"; return r; }
-                if ((a.type == SqlType::Date && (nb || isTxt(b.type))) || (b.type == SqlType::Date && (na || isTxt(a.type)))) r.type = SqlType::Date;
-                else if (a.type == SqlType::Var || b.type == SqlType::Var) r.type = SqlType::Var;
-                else r.type = SqlType::Dbl;
-                opname = "+";
-                break;
+                if (numbers) return nativeArith("+", widen(a.type, b.type), a, b);
+                if (isTxt(a.type) && isTxt(b.type)) return textJoin(a, b);
+                return typedArithCall("+", additionType(a.type, b.type), a, b);
             case Operator::Sub:
-                if (na && nb) { r.type = widen(a.type, b.type); r.sql = "(" + val(a) + " - " + val(b) + ")"; return r; }
-                if (a.type == SqlType::Date && b.type == SqlType::Date) r.type = SqlType::Dbl;
-                else if (a.type == SqlType::Date) r.type = SqlType::Date;
-                else if (a.type == SqlType::Var || b.type == SqlType::Var) r.type = SqlType::Var;
-                else r.type = SqlType::Dbl;
-                opname = "-";
-                break;
+                if (numbers) return nativeArith("-", widen(a.type, b.type), a, b);
+                return typedArithCall("-", subtractionType(a.type, b.type), a, b);
             case Operator::Mul:
-                if (na && nb) { r.type = widen(a.type, b.type); r.sql = "(" + val(a) + " * " + val(b) + ")"; return r; }
-                r.type = SqlType::Dbl;
-                opname = "*";
-                break;
+                if (numbers) return nativeArith("*", widen(a.type, b.type), a, b);
+                return typedArithCall("*", SqlType::Dbl, a, b);
             case Operator::Div:
-                r.type = SqlType::Dbl;
-                if (na && nb) { r.sql = "jet_div(" + val(a) + "," + val(b) + ")"; return r; }
-                opname = "/";
-                break;
-            case Operator::IDiv: r.type = SqlType::Long; opname = "\\"; break;
-            case Operator::Mod: r.type = SqlType::Long; opname = "mod"; break;
-            case Operator::Pow: r.type = SqlType::Dbl; opname = "^"; break;
+                if (numbers) {
+                    SqlExpr r;
+                    r.agg = a.agg || b.agg;
+                    r.type = SqlType::Dbl;
+                    r.sql = "jet_div(" + val(a) + "," + val(b) + ")";
+                    return r;
+                }
+                return typedArithCall("/", SqlType::Dbl, a, b);
+            case Operator::IDiv: return typedArithCall("\\", SqlType::Long, a, b);
+            case Operator::Mod: return typedArithCall("mod", SqlType::Long, a, b);
+            case Operator::Pow: return typedArithCall("^", SqlType::Dbl, a, b);
             default: exprError(e);
         }
-        r.sql = std::string("jet_arith('") + opname + "','" + kindChar(a.logical ? SqlType::Bool : a.type) +
-                kindChar(b.logical ? SqlType::Bool : b.type) + "'," + val(a) + "," + val(b) + ")";
+    }
+
+    static SqlExpr nativeArith(const char* op, SqlType type, const SqlExpr& a, const SqlExpr& b) {
+        SqlExpr r;
+        r.agg = a.agg || b.agg;
+        r.type = type;
+        r.sql = "(" + val(a) + " " + op + " " + val(b) + ")";
         return r;
     }
 
+    static SqlExpr typedArithCall(const char* name, SqlType type, const SqlExpr& a, const SqlExpr& b) {
+        SqlExpr r = arithCall(name, a, b);
+        r.type = type;
+        return r;
+    }
+
+    // Text + text joins the texts (Null stays Null, unlike &).
+    static SqlExpr textJoin(const SqlExpr& a, const SqlExpr& b) {
+        SqlExpr r;
+        r.agg = a.agg || b.agg;
+        r.type = SqlType::Text;
+        r.sql = "(" + a.sql + " || " + b.sql + ")";
+        return r;
+    }
+
+    // A date plus a number (or a text read as one) is a date.
+    static SqlType additionType(SqlType a, SqlType b) {
+        if ((a == SqlType::Date && (isNum(b) || isTxt(b))) || (b == SqlType::Date && (isNum(a) || isTxt(a))))
+            return SqlType::Date;
+        if (a == SqlType::Var || b == SqlType::Var) return SqlType::Var;
+        return SqlType::Dbl;
+    }
+
+    // Date - date is a number of days; date - number a date.
+    static SqlType subtractionType(SqlType a, SqlType b) {
+        if (a == SqlType::Date && b == SqlType::Date) return SqlType::Dbl;
+        if (a == SqlType::Date) return SqlType::Date;
+        if (a == SqlType::Var || b == SqlType::Var) return SqlType::Var;
+        return SqlType::Dbl;
+    }
+
     SqlExpr func(const Expr& e, ExprContext& cx) {
-        std::string n = AsciiLower(e.text);
-        // aggregates
-        static const char* aggs[] = {"sum", "avg", "min", "max", "count"};
-        for (const char* ag : aggs) {
-            if (n != ag) continue;
-            if (!cx.allowAgg) raise(err::AggregazioneInWhere);
-            SqlExpr r;
-            r.agg = true;
-            if (n == "count" && e.star) {
-                if (!e.args.empty()) exprError(e);
-                r.sql = "COUNT(*)";
-                r.type = SqlType::Long;
-                return r;
-            }
-            if (e.args.size() != 1 || e.star) exprError(e);
-            ExprContext inner = cx;
-            inner.allowAgg = false;
-            SqlExpr a = expr(*e.args[0], inner);
-            if (a.agg) exprError(e);
-            if (n == "count") {
-                r.type = SqlType::Long;
-                r.sql = "COUNT(" + val(a) + ")";
-            } else if (n == "sum" || n == "avg") {
-                std::string x = a.type == SqlType::Date ? "jet_fn('cdbl','d'," + a.sql + ")" : asNum(a);
-                if (n == "avg") r.type = a.type == SqlType::Cur ? SqlType::Cur : SqlType::Dbl;
-                else if (isIntTy(a.type)) r.type = SqlType::Long;
-                else if (a.type == SqlType::Cur) r.type = SqlType::Cur;
-                else r.type = SqlType::Dbl;
-                r.sql = (n == "sum" ? "SUM(" : "AVG(") + x + ")";
-            } else {
-                r.type = a.logical ? SqlType::Bool : a.type;
-                r.size = a.size;
-                r.sql = (n == "min" ? "MIN(" : "MAX(") + val(a) + (isTxt(a.type) ? " COLLATE JET)" : ")");
-            }
-            return r;
-        }
+        const std::string name = AsciiLower(e.text);
+        if (isAggregateName(name)) return aggregate(e, name, cx);
         if (e.star) exprError(e);
-        if (n == "iif") {
-            if (e.args.size() != 3) exprError(e);
-            SqlExpr c = expr(*e.args[0], cx), a = expr(*e.args[1], cx), b = expr(*e.args[2], cx);
-            SqlExpr r;
-            r.agg = c.agg || a.agg || b.agg;
-            SqlType ta = a.logical ? SqlType::Bool : a.type, tb = b.logical ? SqlType::Bool : b.type;
-            std::string x = val(a), y = val(b);
-            if (ta == tb) r.type = ta;
-            else if (ta == SqlType::Null) r.type = tb;
-            else if (tb == SqlType::Null) r.type = ta;
-            else if (isNum(ta) && isNum(tb)) r.type = (isIntTy(ta) && isIntTy(tb)) ? SqlType::Long : SqlType::Dbl;
-            else if (isTxt(ta) && isTxt(tb)) r.type = SqlType::Memo;
-            else if (isTxt(ta) || isTxt(tb)) {
-                r.type = SqlType::Text;
-                x = asText(a);
-                y = asText(b);
-            } else r.type = SqlType::Var;
-            std::string cond = c.logical ? c.sql : "(" + val(c) + "<>0)";
-            if (c.type == SqlType::Null) cond = "NULL";
-            r.sql = "(CASE WHEN " + cond + " THEN " + x + " ELSE " + y + " END)";
-            r.size = std::max(a.size, b.size);
+        if (name == "iif") return iif(e, cx);
+        if (name == "isnull") return isNullCall(e, cx);
+        return functionCall(e, name, cx);
+    }
+
+    // Sum Avg Min Max Count, of an expression without aggregates; only where aggregates may stand.
+    SqlExpr aggregate(const Expr& e, const std::string& name, ExprContext& cx) {
+        if (!cx.allowAgg) raise(err::AggregazioneInWhere);
+        SqlExpr r;
+        r.agg = true;
+        if (name == "count" && e.star) {
+            if (!e.args.empty()) exprError(e);
+            r.sql = "COUNT(*)";
+            r.type = SqlType::Long;
             return r;
         }
-        if (n == "isnull") {
-            if (e.args.size() != 1) exprError(e);
-            SqlExpr a = expr(*e.args[0], cx);
-            SqlExpr r;
-            r.type = SqlType::Bool;
-            r.logical = true;
-            r.agg = a.agg;
-            r.sql = "(" + val(a) + " IS NULL)";
-            return r;
+        if (e.args.size() != 1 || e.star) exprError(e);
+        ExprContext inner = cx;
+        inner.allowAgg = false;
+        SqlExpr a = expr(*e.args[0], inner);
+        if (a.agg) exprError(e);
+        if (name == "count") {
+            r.type = SqlType::Long;
+            r.sql = "COUNT(" + val(a) + ")";
+        } else if (name == "sum" || name == "avg") {
+            std::string x = a.type == SqlType::Date ? "jet_fn('cdbl','d'," + a.sql + ")" : asNum(a);
+            r.type = name == "avg" ? averageType(a.type) : sumType(a.type);
+            r.sql = (name == "sum" ? "SUM(" : "AVG(") + x + ")";
+        } else {
+            r.type = valueType(a);
+            r.size = a.size;
+            r.sql = (name == "min" ? "MIN(" : "MAX(") + val(a) + (isTxt(a.type) ? " COLLATE JET)" : ")");
         }
-        const FnInfo* fi = findFunction(n);
+        return r;
+    }
+
+    static SqlType sumType(SqlType of) {
+        if (isIntTy(of)) return SqlType::Long;
+        if (of == SqlType::Cur) return SqlType::Cur;
+        return SqlType::Dbl;
+    }
+
+    static SqlType averageType(SqlType of) { return of == SqlType::Cur ? SqlType::Cur : SqlType::Dbl; }
+
+    // IIf(c, a, b) evaluates only the branch it takes, as CASE does.
+    SqlExpr iif(const Expr& e, ExprContext& cx) {
+        if (e.args.size() != 3) exprError(e);
+        SqlExpr c = expr(*e.args[0], cx), a = expr(*e.args[1], cx), b = expr(*e.args[2], cx);
+        SqlExpr r;
+        r.agg = c.agg || a.agg || b.agg;
+        const SqlType ta = valueType(a), tb = valueType(b);
+        std::string x = val(a), y = val(b);
+        if (ta == tb) r.type = ta;
+        else if (ta == SqlType::Null) r.type = tb;
+        else if (tb == SqlType::Null) r.type = ta;
+        else if (isNum(ta) && isNum(tb)) r.type = (isIntTy(ta) && isIntTy(tb)) ? SqlType::Long : SqlType::Dbl;
+        else if (isTxt(ta) && isTxt(tb)) r.type = SqlType::Memo;
+        else if (isTxt(ta) || isTxt(tb)) {
+            r.type = SqlType::Text;
+            x = asText(a);
+            y = asText(b);
+        } else r.type = SqlType::Var;
+        r.sql = "(CASE WHEN " + predicate(c) + " THEN " + x + " ELSE " + y + " END)";
+        r.size = std::max(a.size, b.size);
+        return r;
+    }
+
+    SqlExpr isNullCall(const Expr& e, ExprContext& cx) {
+        if (e.args.size() != 1) exprError(e);
+        SqlExpr a = expr(*e.args[0], cx);
+        return condition("(" + val(a) + " IS NULL)", a.agg);
+    }
+
+    // Any other function: jet_fn with the arguments' kinds, so that it converts them as the
+    // platform does; Now, Date and Time have their own functions (the clock of the statement).
+    SqlExpr functionCall(const Expr& e, const std::string& name, ExprContext& cx) {
+        const FnInfo* fi = findFunction(name);
         if (!fi) raise(err::FunzioneNonDefinita, e.text);
         if (static_cast<int>(e.args.size()) < fi->minArgs || static_cast<int>(e.args.size()) > fi->maxArgs)
             exprError(e);
         SqlExpr r;
         std::string kinds, args;
-        std::vector<SqlExpr> as;
+        std::optional<SqlType> firstType;
         for (auto& ap : e.args) {
             SqlExpr a = expr(*ap, cx);
             r.agg = r.agg || a.agg;
-            kinds.push_back(a.logical ? 'b' : kindChar(a.type));
+            kinds.push_back(valueKind(a));
             args += "," + val(a);
-            as.push_back(std::move(a));
+            if (!firstType) firstType = a.type;
         }
-        switch (fi->result) {
-            case 'd': r.type = SqlType::Date; break;
-            case 'i': r.type = SqlType::Int; break;
-            case 'l': r.type = SqlType::Long; break;
-            case 'f': r.type = SqlType::Dbl; break;
-            case 't': r.type = SqlType::Text; r.size = 255; break;
-            case 'b': r.type = SqlType::Bool; break;
-            case 'a': r.type = (!as.empty() && isNum(as[0].type)) ? (as[0].type == SqlType::Bool ? SqlType::Int : as[0].type) : SqlType::Dbl; break;
-            default: r.type = SqlType::Var; break;
-        }
-        if (n == "now" || n == "date" || n == "time") {
-            r.sql = "jet_" + n + "()";
+        r.type = resultType(fi->result, firstType);
+        if (fi->result == 't') r.size = 255;
+        if (name == "now" || name == "date" || name == "time") {
+            r.sql = "jet_" + name + "()";
             return r;
         }
-        r.sql = "jet_fn('" + n + "','" + kinds + "'" + args + ")";
+        r.sql = "jet_fn('" + name + "','" + kinds + "'" + args + ")";
         return r;
+    }
+
+    // The result letter of a function: d date, i Integer, l Long, f Double, t text, b Boolean,
+    // a the numeric type of the first argument; anything else a Variant.
+    static SqlType resultType(char result, std::optional<SqlType> firstArgument) {
+        switch (result) {
+            case 'd': return SqlType::Date;
+            case 'i': return SqlType::Int;
+            case 'l': return SqlType::Long;
+            case 'f': return SqlType::Dbl;
+            case 't': return SqlType::Text;
+            case 'b': return SqlType::Bool;
+            case 'a':
+                if (!firstArgument || !isNum(*firstArgument)) return SqlType::Dbl;
+                return *firstArgument == SqlType::Bool ? SqlType::Int : *firstArgument;
+            default: return SqlType::Var;
+        }
     }
 
     // ---- FROM
@@ -705,57 +808,73 @@ private:
     // Writes the FROM item's SQL, adding its sources to scope (in order).
     std::string from(FromItem& f, Scope& scope, Scope* outer) {
         switch (f.kind) {
-            case FromItem::Kind::Table: {
-                const RelationInfo* rel = cat_.findRelation(f.name);
-                if (!rel) raise(err::TabellaOQueryNonTrovata, f.name);
-                Source* s = newSource();
-                s->alias = f.alias.empty() ? f.name : f.alias;
-                s->sqlAlias = quoteIdent(s->alias);
-                s->relName = rel->name;
-                s->table = !rel->isQuery;
-                s->baseTable = rel->isQuery ? rel->baseTable : rel->name;
-                const RelationInfo* base = nullptr;
-                bool anyBase = false;
-                for (auto& c : rel->columns) anyBase = anyBase || !c.baseColumn.empty();
-                if (rel->isQuery && !rel->baseTable.empty() && !anyBase) base = cat_.findRelation(rel->baseTable);
-                for (auto& c : rel->columns) {
-                    SourceColumn sc{c.name, fromField(c.type), c.size, {}};
-                    if (!rel->isQuery) sc.baseColumn = c.name;
-                    else if (!rel->baseTable.empty()) {
-                        if (!c.baseColumn.empty()) sc.baseColumn = c.baseColumn;
-                        else if (base)
-                            for (auto& bc : base->columns)
-                                if (sameName(bc.name, c.name)) sc.baseColumn = bc.name;
-                    }
-                    s->cols.push_back(std::move(sc));
-                }
-                scope.sources.push_back(s);
-                std::string r = quoteIdent(rel->name);
-                if (!sameName(s->alias, rel->name) || s->alias != rel->name) r += " AS " + s->sqlAlias;
-                return r;
-            }
-            case FromItem::Kind::Derived: {
-                SelectOutput so = select(*f.sub, outer, false, false);
-                Source* s = newSource();
-                s->alias = f.alias.empty() ? "__d" + std::to_string(++derivedCount_) : f.alias;
-                s->sqlAlias = quoteIdent(s->alias);
-                for (auto& c : so.cols) s->cols.push_back({c.name, c.type, c.size, {}});
-                scope.sources.push_back(s);
-                return "(" + so.sql + ") AS " + s->sqlAlias;
-            }
-            case FromItem::Kind::Join: {
-                std::string l = from(*f.left, scope, outer);
-                std::string r = from(*f.right, scope, outer);
-                if (f.right->kind == FromItem::Kind::Join) r = "(" + r + ")";
-                ExprContext cx;
-                cx.scope = &scope;
-                SqlExpr on = expr(*f.on, cx);
-                if (on.agg) raise(err::AggregazioneInWhere);
-                const char* j = f.join == FromItem::JoinKind::Left ? " LEFT JOIN " : f.join == FromItem::JoinKind::Right ? " RIGHT JOIN " : " JOIN ";
-                return l + j + r + " ON " + (on.logical ? on.sql : "(" + val(on) + "<>0)");
-            }
+            case FromItem::Kind::Table: return tableSource(f, scope);
+            case FromItem::Kind::Derived: return derivedSource(f, scope, outer);
+            case FromItem::Kind::Join: return join(f, scope, outer);
         }
         return {};
+    }
+
+    std::string tableSource(const FromItem& f, Scope& scope) {
+        const RelationInfo* rel = cat_.findRelation(f.name);
+        if (!rel) raise(err::TabellaOQueryNonTrovata, f.name);
+        Source* s = newSource();
+        s->alias = f.alias.empty() ? f.name : f.alias;
+        s->sqlAlias = quoteIdent(s->alias);
+        s->relName = rel->name;
+        s->table = !rel->isQuery;
+        s->baseTable = rel->isQuery ? rel->baseTable : rel->name;
+        for (auto& c : rel->columns) s->cols.push_back({c.name, fromField(c.type), c.size, {}});
+        setBaseColumns(*rel, *s);
+        scope.sources.push_back(s);
+        std::string sql = quoteIdent(rel->name);
+        if (s->alias != rel->name) sql += " AS " + s->sqlAlias;
+        return sql;
+    }
+
+    // The column of the base table each column shows: a table's own; a writable query's as the
+    // catalogue records it, or, when it records none, the base table's column of the same name.
+    void setBaseColumns(const RelationInfo& rel, Source& s) {
+        if (!rel.isQuery) {
+            for (auto& sc : s.cols) sc.baseColumn = sc.name;
+            return;
+        }
+        if (rel.baseTable.empty()) return;
+        const bool recorded = std::any_of(rel.columns.begin(), rel.columns.end(),
+                                          [](const ColumnInfo& c) { return !c.baseColumn.empty(); });
+        const RelationInfo* base = recorded ? nullptr : cat_.findRelation(rel.baseTable);
+        for (std::size_t i = 0; i < rel.columns.size(); ++i) {
+            if (recorded) {
+                if (!rel.columns[i].baseColumn.empty()) s.cols[i].baseColumn = rel.columns[i].baseColumn;
+            } else if (base) {
+                for (auto& bc : base->columns)
+                    if (sameName(bc.name, rel.columns[i].name)) s.cols[i].baseColumn = bc.name;
+            }
+        }
+    }
+
+    std::string derivedSource(FromItem& f, Scope& scope, Scope* outer) {
+        SelectOutput so = select(*f.sub, outer, false, false);
+        Source* s = newSource();
+        s->alias = f.alias.empty() ? "__d" + std::to_string(++derivedCount_) : f.alias;
+        s->sqlAlias = quoteIdent(s->alias);
+        for (auto& c : so.cols) s->cols.push_back({c.name, c.type, c.size, {}});
+        scope.sources.push_back(s);
+        return "(" + so.sql + ") AS " + s->sqlAlias;
+    }
+
+    std::string join(FromItem& f, Scope& scope, Scope* outer) {
+        std::string left = from(*f.left, scope, outer);
+        std::string right = from(*f.right, scope, outer);
+        if (f.right->kind == FromItem::Kind::Join) right = "(" + right + ")";
+        ExprContext cx;
+        cx.scope = &scope;
+        SqlExpr on = expr(*f.on, cx);
+        if (on.agg) raise(err::AggregazioneInWhere);
+        const char* kind = f.join == FromItem::JoinKind::Left    ? " LEFT JOIN "
+                           : f.join == FromItem::JoinKind::Right ? " RIGHT JOIN "
+                                                                 : " JOIN ";
+        return left + kind + right + " ON " + predicate(on);
     }
 
     // The source whose rows the FROM item's rows are: the leftmost of a chain of LEFT JOINs.
@@ -765,11 +884,11 @@ private:
         return nullptr;
     }
 
+    // The name the statement gives a table of its FROM list.
+    static const std::string& itemAlias(const FromItem& f) { return f.alias.empty() ? f.name : f.alias; }
+
     static bool hasAggregate(const Expr& e) {
-        if (e.kind == Expr::Kind::Func) {
-            std::string n = AsciiLower(e.text);
-            if (n == "sum" || n == "avg" || n == "min" || n == "max" || n == "count") return true;
-        }
+        if (e.kind == Expr::Kind::Func && isAggregateName(AsciiLower(e.text))) return true;
         for (auto& a : e.args)
             if (a && hasAggregate(*a)) return true;
         return false;
@@ -794,278 +913,297 @@ public:
             SelectOutput c = core(s.cores[i], nullptr, outer, false, positional && i == 0, true);
             if (i == 0) out.cols = c.cols;
             else {
-                if (c.cols.size() != out.cols.size()) raise(err::ColonneUnioneDiverse);
-                for (std::size_t k = 0; k < c.cols.size(); ++k) {
-                    SqlType& t = out.cols[k].type;
-                    SqlType u = c.cols[k].type;
-                    if (t == u) continue;
-                    if (t == SqlType::Null) t = u;
-                    else if (isNum(t) && isNum(u)) t = widen(t, u);
-                    else if (u != SqlType::Null) t = isTxt(t) || isTxt(u) ? SqlType::Text : SqlType::Var;
-                }
+                mergeUnionTypes(out.cols, c.cols);
                 sql += s.unionAll[i - 1] ? " UNION ALL " : " UNION ";
             }
             sql += c.sql;
         }
-        if (!s.orderBy.empty()) {
-            // ORDER BY names the union's columns
-            Source* u = newSource();
-            u->alias = "__u";
-            u->sqlAlias = quoteIdent("__u");
-            for (auto& c : out.cols) u->cols.push_back({c.name, c.type, c.size, {}});
-            Scope sc;
-            sc.sources.push_back(u);
-            sc.parent = outer;
-            ExprContext cx;
-            cx.scope = &sc;
-            std::string ob;
-            for (auto& oi : s.orderBy) {
-                SqlExpr r = expr(*oi.e, cx);
-                if (r.literal) continue;
-                if (!ob.empty()) ob += ", ";
-                ob += val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : "");
-            }
-            sql = "SELECT * FROM (" + sql + ") AS \"__u\"" + (ob.empty() ? "" : " ORDER BY " + ob);
-        }
+        if (!s.orderBy.empty()) sql = orderedUnion(sql, out.cols, s.orderBy, outer);
         out.sql = std::move(sql);
         return out;
     }
 
 private:
+    // A column of a union takes the type that holds the values of every SELECT's column.
+    static void mergeUnionTypes(std::vector<OutputColumn>& cols, const std::vector<OutputColumn>& next) {
+        if (next.size() != cols.size()) raise(err::ColonneUnioneDiverse);
+        for (std::size_t k = 0; k < next.size(); ++k) {
+            SqlType& t = cols[k].type;
+            SqlType u = next[k].type;
+            if (t == u) continue;
+            if (t == SqlType::Null) t = u;
+            else if (isNum(t) && isNum(u)) t = widen(t, u);
+            else if (u != SqlType::Null) t = isTxt(t) || isTxt(u) ? SqlType::Text : SqlType::Var;
+        }
+    }
+
+    // The ORDER BY of a union names the union's columns: the union is wrapped as source "__u".
+    std::string orderedUnion(const std::string& unionSql, const std::vector<OutputColumn>& cols,
+                             std::vector<OrderItem>& orderBy, Scope* outer) {
+        Source* u = newSource();
+        u->alias = "__u";
+        u->sqlAlias = quoteIdent("__u");
+        for (auto& c : cols) u->cols.push_back({c.name, c.type, c.size, {}});
+        Scope sc;
+        sc.sources.push_back(u);
+        sc.parent = outer;
+        ExprContext cx;
+        cx.scope = &sc;
+        std::vector<std::string> terms = orderTerms(orderBy, cx);
+        return "SELECT * FROM (" + unionSql + ") AS \"__u\"" + (terms.empty() ? "" : " ORDER BY " + joined(terms, ", "));
+    }
+
+    // ORDER BY terms; a literal orders nothing and is left out.
+    std::vector<std::string> orderTerms(std::vector<OrderItem>& orderBy, ExprContext& cx) {
+        std::vector<std::string> terms;
+        for (auto& oi : orderBy) {
+            SqlExpr r = expr(*oi.e, cx);
+            if (r.literal) continue;
+            terms.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
+        }
+        return terms;
+    }
+
+    // The clauses of one SELECT as SQLite text, worked out in the order the statement reads.
+    struct CoreParts {
+        std::vector<std::string> from, items, where, groupBy, having, orderBy;
+        std::vector<std::pair<std::string, SqlExpr>> aliases;  // the select list's, for ORDER BY
+        const Source* base = nullptr;  // the table whose rowid the rows carry (updatable)
+        bool grouped = false;
+        bool aggregate = false;
+    };
+
     SelectOutput core(SelectCore& c, std::vector<OrderItem>* orderBy, Scope* outer, bool wantRowid, bool positional,
-                bool inUnion) {
+                      bool inUnion) {
         SelectOutput out;
+        CoreParts parts;
         Scope scope;
         scope.parent = outer;
-        std::vector<std::string> fromSql;
-        for (auto& f : c.from) fromSql.push_back(from(*f, scope, outer));
-
-        bool grouped = !c.groupBy.empty();
-        bool aggInSelect = false;
-        for (auto& it : c.items)
-            if (it.e && hasAggregate(*it.e)) aggInSelect = true;
-        if (c.having && hasAggregate(*c.having)) grouped = true;
-        bool aggregate = grouped || aggInSelect;
-
-        // updatable: one FROM item, a table (or writable query) at the left of LEFT JOINs
-        const Source* base = nullptr;
-        if (wantRowid && !aggregate && !c.distinct && c.from.size() == 1 && !inUnion) {
-            const FromItem* bi = baseItem(*c.from[0]);
-            if (bi) {
-                for (Source* src : scope.sources)
-                    if (sameName(src->alias, bi->alias.empty() ? bi->name : bi->alias)) {
-                        if (!src->baseTable.empty()) base = src;
-                        break;
-                    }
-            }
+        for (auto& f : c.from) parts.from.push_back(from(*f, scope, outer));
+        parts.grouped = !c.groupBy.empty() || (c.having && hasAggregate(*c.having));
+        parts.aggregate = parts.grouped || std::any_of(c.items.begin(), c.items.end(),
+                                                       [](const SelItem& it) { return it.e && hasAggregate(*it.e); });
+        if (wantRowid && !parts.aggregate && !c.distinct && c.from.size() == 1 && !inUnion)
+            parts.base = updatableBase(*c.from[0], scope);
+        selectList(c, scope, parts, out);
+        qualifyClashingNames(out.cols);
+        if (c.where) parts.where.push_back(wherePredicate(*c.where, scope));
+        std::vector<const SourceColumn*> groupCols = groupBy(c, scope, parts);
+        if (c.having) having(c.having, scope, groupCols, parts);
+        if (orderBy) {
+            ExprContext ox;
+            ox.scope = &scope;
+            ox.allowAgg = parts.aggregate;
+            ox.aliases = &parts.aliases;
+            parts.orderBy = orderTerms(*orderBy, ox);
         }
+        assemble(c, parts, positional, inUnion, out);
+        return out;
+    }
 
-        // select list
+    // The source of a single FROM item whose rows a recordset can edit: a table, or a writable
+    // query, at the left of LEFT JOINs.
+    static const Source* updatableBase(const FromItem& item, const Scope& scope) {
+        const FromItem* bi = baseItem(item);
+        if (!bi) return nullptr;
+        for (Source* src : scope.sources)
+            if (sameName(src->alias, itemAlias(*bi))) return src->baseTable.empty() ? nullptr : src;
+        return nullptr;
+    }
+
+    void selectList(SelectCore& c, Scope& scope, CoreParts& parts, SelectOutput& out) {
         ExprContext cx;
         cx.scope = &scope;
         cx.allowAgg = true;
-        std::vector<std::pair<std::string, SqlExpr>> aliases;
-        cx.aliases = &aliases;
-        std::vector<std::string> itemSql;
+        cx.aliases = &parts.aliases;
         int exprNo = 0;
         for (auto& it : c.items) {
-            if (it.star) {
-                bool any = false;
-                for (Source* src : scope.sources) {
-                    if (!it.starQual.empty() && !sameName(src->alias, it.starQual)) continue;
-                    any = true;
-                    for (const SourceColumn& col : src->cols) {
-                        OutputColumn oc;
-                        oc.name = col.name;
-                        oc.type = col.type;
-                        oc.size = col.size;
-                        oc.fromColumn = true;
-                        oc.srcAlias = src->alias;
-                        if (base == src) oc.baseColumn = col.baseColumn;
-                        out.cols.push_back(oc);
-                        itemSql.push_back(src->sqlAlias + "." + quoteIdent(col.name));
-                    }
-                }
-                if (!it.starQual.empty() && !any) {
-                    // T.* of no source: the platform asks for it as a parameter
-                    missing(it.starQual + ".*");
-                }
-                if (it.starQual.empty() && scope.sources.empty()) raise(err::SintassiSelect);
-                continue;
-            }
-            SqlExpr r = expr(*it.e, cx);
-            if (it.aliasLiteral) cacheable_ = false;
-            OutputColumn oc;
-            oc.type = r.logical ? SqlType::Bool : r.type;
-            oc.size = r.size;
-            if (!it.alias.empty()) {
-                oc.name = it.alias;
-                if (r.col && r.src == base) oc.baseColumn = r.col->baseColumn;
-            } else if (r.col) {
-                oc.name = r.col->name;
-                oc.fromColumn = true;
-                oc.srcAlias = r.src->alias;
-                if (r.src == base) oc.baseColumn = r.col->baseColumn;
-            } else {
-                oc.name = "Expr" + std::to_string(1000 + exprNo++);
-            }
-            if (!it.alias.empty() && it.alias.size() >= 1) aliases.emplace_back(it.alias, r);
-            out.cols.push_back(oc);
-            itemSql.push_back(val(r));
+            if (it.star) starItem(it, scope, parts, out);
+            else exprItem(it, cx, exprNo, parts, out);
         }
-        // names that clash: "T.Col"
-        for (std::size_t i = 0; i < out.cols.size(); ++i) {
-            if (!out.cols[i].fromColumn) continue;
-            for (std::size_t j = 0; j < out.cols.size(); ++j)
-                if (i != j && out.cols[j].fromColumn && sameName(out.cols[i].name, out.cols[j].name) &&
-                    !sameName(out.cols[i].srcAlias, out.cols[j].srcAlias)) {
-                    const std::string clash = out.cols[i].name;
-                    for (std::size_t k = 0; k < out.cols.size(); ++k)
-                        if (out.cols[k].fromColumn && sameName(out.cols[k].name, clash) &&
-                            out.cols[k].name.find('.') == std::string::npos)
-                            out.cols[k].name = out.cols[k].srcAlias + "." + out.cols[k].name;
+    }
+
+    // * or T.*: every column of every source (or of T), in order.
+    void starItem(const SelItem& it, const Scope& scope, CoreParts& parts, SelectOutput& out) {
+        bool any = false;
+        for (Source* src : scope.sources) {
+            if (!it.starQual.empty() && !sameName(src->alias, it.starQual)) continue;
+            any = true;
+            for (const SourceColumn& col : src->cols) {
+                OutputColumn oc;
+                oc.name = col.name;
+                oc.type = col.type;
+                oc.size = col.size;
+                oc.fromColumn = true;
+                oc.srcAlias = src->alias;
+                if (parts.base == src) oc.baseColumn = col.baseColumn;
+                out.cols.push_back(oc);
+                parts.items.push_back(src->sqlAlias + "." + quoteIdent(col.name));
+            }
+        }
+        // T.* of no source: the platform asks for it as a parameter
+        if (!it.starQual.empty() && !any) missing(it.starQual + ".*");
+        if (it.starQual.empty() && scope.sources.empty()) raise(err::SintassiSelect);
+    }
+
+    // An expression of the select list: named by its alias, else by its column, else Expr1000, ...
+    void exprItem(const SelItem& it, ExprContext& cx, int& exprNo, CoreParts& parts, SelectOutput& out) {
+        SqlExpr r = expr(*it.e, cx);
+        if (it.aliasLiteral) cacheable_ = false;
+        OutputColumn oc;
+        oc.type = valueType(r);
+        oc.size = r.size;
+        if (!it.alias.empty()) {
+            oc.name = it.alias;
+            if (r.col && r.src == parts.base) oc.baseColumn = r.col->baseColumn;
+            parts.aliases.emplace_back(it.alias, r);
+        } else if (r.col) {
+            oc.name = r.col->name;
+            oc.fromColumn = true;
+            oc.srcAlias = r.src->alias;
+            if (r.src == parts.base) oc.baseColumn = r.col->baseColumn;
+        } else {
+            oc.name = "Expr" + std::to_string(1000 + exprNo++);
+        }
+        out.cols.push_back(oc);
+        parts.items.push_back(val(r));
+    }
+
+    // Two columns of the same name from different sources are both named "T.Col".
+    static void qualifyClashingNames(std::vector<OutputColumn>& cols) {
+        for (std::size_t i = 0; i < cols.size(); ++i) {
+            if (!cols[i].fromColumn) continue;
+            for (std::size_t j = 0; j < cols.size(); ++j)
+                if (i != j && cols[j].fromColumn && sameName(cols[i].name, cols[j].name) &&
+                    !sameName(cols[i].srcAlias, cols[j].srcAlias)) {
+                    const std::string clash = cols[i].name;
+                    for (auto& col : cols)
+                        if (col.fromColumn && sameName(col.name, clash) && col.name.find('.') == std::string::npos)
+                            col.name = col.srcAlias + "." + col.name;
                     break;
                 }
         }
+    }
 
-        // WHERE, and HAVING terms on grouped columns moved to WHERE
-        std::vector<std::string> whereTerms, havingTerms;
-        if (c.where) {
-            ExprContext wx;
-            wx.scope = &scope;
-            SqlExpr w = expr(*c.where, wx);
-            whereTerms.push_back(w.logical ? w.sql : "(" + val(w) + "<>0)");
-        }
+    std::string wherePredicate(const Expr& where, Scope& scope) {
+        ExprContext wx;
+        wx.scope = &scope;
+        return predicate(expr(where, wx));
+    }
+
+    // GROUP BY terms (a literal groups nothing); returns the columns grouped on.
+    std::vector<const SourceColumn*> groupBy(SelectCore& c, Scope& scope, CoreParts& parts) {
         std::vector<const SourceColumn*> groupCols;
-        std::vector<std::string> groupSql;
         for (auto& g : c.groupBy) {
             ExprContext gx;
             gx.scope = &scope;
             SqlExpr r = expr(*g, gx);
             if (r.col) groupCols.push_back(r.col);
             if (r.literal) continue;
-            groupSql.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : ""));
+            parts.groupBy.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : ""));
         }
-        if (c.having) {
-            std::vector<ExprP*> terms;
-            conjuncts(c.having, terms);
-            for (ExprP* t : terms) {
-                std::vector<const SourceColumn*> refs;
-                bool sub = false;
-                ExprContext hx;
-                hx.scope = &scope;
-                hx.allowAgg = true;
-                hx.refs = &refs;
-                hx.sawSub = &sub;
-                std::size_t missingBefore = missing_.size();
-                SqlExpr r = expr(**t, hx);
-                bool movable = grouped && !r.agg && !sub && !refs.empty() && missing_.size() == missingBefore;
-                for (const SourceColumn* rc : refs)
-                    if (std::find(groupCols.begin(), groupCols.end(), rc) == groupCols.end()) movable = false;
-                std::string p = r.logical ? r.sql : "(" + val(r) + "<>0)";
-                (movable ? whereTerms : havingTerms).push_back(p);
-            }
-        }
+        return groupCols;
+    }
 
-        // ORDER BY (a single SELECT: its sources, and the select list's aliases)
-        std::vector<std::string> orderSql;
-        if (orderBy) {
-            ExprContext ox;
-            ox.scope = &scope;
-            ox.allowAgg = aggregate;
-            ox.aliases = &aliases;
-            for (auto& oi : *orderBy) {
-                SqlExpr r = expr(*oi.e, ox);
-                if (r.literal) continue;
-                orderSql.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
-            }
+    // HAVING, term by term: a term on grouped columns only, without aggregates or subqueries,
+    // filters the rows before grouping, so it goes to WHERE where SQLite can use an index.
+    void having(ExprP& havingExpr, Scope& scope, const std::vector<const SourceColumn*>& groupCols,
+                CoreParts& parts) {
+        std::vector<ExprP*> terms;
+        conjuncts(havingExpr, terms);
+        for (ExprP* t : terms) {
+            std::vector<const SourceColumn*> refs;
+            bool sub = false;
+            ExprContext hx;
+            hx.scope = &scope;
+            hx.allowAgg = true;
+            hx.refs = &refs;
+            hx.sawSub = &sub;
+            std::size_t missingBefore = missing_.size();
+            SqlExpr r = expr(**t, hx);
+            bool movable = parts.grouped && !r.agg && !sub && !refs.empty() && missing_.size() == missingBefore;
+            for (const SourceColumn* rc : refs)
+                if (std::find(groupCols.begin(), groupCols.end(), rc) == groupCols.end()) movable = false;
+            (movable ? parts.where : parts.having).push_back(predicate(r));
         }
+    }
 
-        if (!missing_.empty() && outer == nullptr) {
-            // reported by run(); keep going only to find other errors first
-        }
-
-        // assemble
-        bool collateOut = c.distinct || inUnion;
-        std::string sel = "SELECT ";
-        if (c.distinct) sel += "DISTINCT ";
+    // The SELECT's text from its parts. TOP n with ORDER BY keeps ties (RANK over the order) and
+    // TOP n PERCENT counts the rows: both filter a window column in an outer SELECT.
+    void assemble(const SelectCore& c, const CoreParts& parts, bool positional, bool inUnion, SelectOutput& out) {
         std::vector<std::string> names;
         for (std::size_t i = 0; i < out.cols.size(); ++i)
             names.push_back(positional ? "_c" + std::to_string(i) : out.cols[i].name);
-        bool ties = c.top && !orderSql.empty() && !c.distinct;
-        for (std::size_t i = 0; i < out.cols.size(); ++i) {
-            if (i) sel += ", ";
-            sel += itemSql[i];
-            if (collateOut && isTxt(out.cols[i].type)) sel += " COLLATE JET";
-            sel += " AS " + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]);
-        }
-        std::string rowid;
-        if (base) {
-            rowid = base->table ? base->sqlAlias + ".rowid" : base->sqlAlias + "." + quoteIdent("__rowid");
-            sel += (out.cols.empty() ? "" : ", ") + rowid + " AS \"__rowid\"";
-            out.baseTable = base->baseTable;
-            out.hasRowid = true;
-        }
-        std::string topN;
-        if (c.top) {
-            if (inline_) topN = std::to_string(static_cast<long long>(c.topN));
-            else {
-                topN = "?" + std::to_string(c.topLit + 1);
-                maxParam_ = std::max(maxParam_, c.topLit + 1);
-            }
-        }
+        const bool ties = c.top && !parts.orderBy.empty() && !c.distinct;
+        std::string sel = selectClause(c, parts, names, ties, c.distinct || inUnion, out);
+        const std::string topN = c.top ? topCount(c) : std::string();
         if (ties) {
-            sel += ", RANK() OVER (ORDER BY ";
-            for (std::size_t i = 0; i < orderSql.size(); ++i) sel += (i ? ", " : "") + orderSql[i];
-            sel += ") AS \"__rk\"";
+            sel += ", RANK() OVER (ORDER BY " + joined(parts.orderBy, ", ") + ") AS \"__rk\"";
             if (c.percent) sel += ", COUNT(*) OVER () AS \"__cnt\"";
         } else if (c.top && c.percent) {
             sel += ", ROW_NUMBER() OVER () AS \"__rk\", COUNT(*) OVER () AS \"__cnt\"";
         }
-        std::string body;
-        if (!fromSql.empty()) {
-            body += " FROM ";
-            for (std::size_t i = 0; i < fromSql.size(); ++i) body += (i ? ", " : "") + fromSql[i];
-        }
-        if (!whereTerms.empty()) {
-            body += " WHERE ";
-            for (std::size_t i = 0; i < whereTerms.size(); ++i) body += (i ? " AND " : "") + whereTerms[i];
-        }
-        if (!groupSql.empty()) {
-            body += " GROUP BY ";
-            for (std::size_t i = 0; i < groupSql.size(); ++i) body += (i ? ", " : "") + groupSql[i];
-        } else if (grouped && c.groupBy.empty() == false) {
-            body += " GROUP BY NULL";
-        }
-        if (!havingTerms.empty()) {
-            body += " HAVING ";
-            for (std::size_t i = 0; i < havingTerms.size(); ++i) body += (i ? " AND " : "") + havingTerms[i];
-        }
+        const std::string body = clauses(c, parts);
         if (ties || (c.top && c.percent)) {
             std::string outerSel = "SELECT ";
             for (std::size_t i = 0; i < out.cols.size(); ++i)
                 outerSel += (i ? ", " : "") + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]) +
                             (ties ? " AS " + quoteIdent(names[i]) : "");
-            if (base) outerSel += (out.cols.empty() ? "" : ", ") + std::string("\"__rowid\"");
+            if (parts.base) outerSel += (out.cols.empty() ? "" : ", ") + std::string("\"__rowid\"");
             std::string cond = c.percent ? "\"__rk\" <= (" + topN + " * \"__cnt\" + 99) / 100" : "\"__rk\" <= " + topN;
             out.sql = outerSel + " FROM (" + sel + body + ") WHERE " + cond + " ORDER BY \"__rk\"";
         } else {
             out.sql = sel + body;
-            if (!orderSql.empty()) {
-                out.sql += " ORDER BY ";
-                for (std::size_t i = 0; i < orderSql.size(); ++i) out.sql += (i ? ", " : "") + orderSql[i];
-            }
+            if (!parts.orderBy.empty()) out.sql += " ORDER BY " + joined(parts.orderBy, ", ");
             if (c.top) out.sql += " LIMIT " + topN;
         }
         if (positional)
             for (std::size_t i = 0; i < out.cols.size(); ++i) out.cols[i].name = names[i];
-        return out;
+    }
+
+    // SELECT [DISTINCT] items AS names [, rowid AS "__rowid"]. Under ties the items are named by
+    // position, renamed by the outer SELECT.
+    std::string selectClause(const SelectCore& c, const CoreParts& parts, const std::vector<std::string>& names,
+                             bool ties, bool collateOut, SelectOutput& out) {
+        std::string sel = c.distinct ? "SELECT DISTINCT " : "SELECT ";
+        for (std::size_t i = 0; i < out.cols.size(); ++i) {
+            if (i) sel += ", ";
+            sel += parts.items[i];
+            if (collateOut && isTxt(out.cols[i].type)) sel += " COLLATE JET";
+            sel += " AS " + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]);
+        }
+        if (parts.base) {
+            const Source& base = *parts.base;
+            std::string rowid = base.table ? base.sqlAlias + ".rowid" : base.sqlAlias + "." + quoteIdent("__rowid");
+            sel += (out.cols.empty() ? "" : ", ") + rowid + " AS \"__rowid\"";
+            out.baseTable = base.baseTable;
+            out.hasRowid = true;
+        }
+        return sel;
+    }
+
+    // TOP's count: inline, or the parameter of its literal.
+    std::string topCount(const SelectCore& c) {
+        if (inline_) return std::to_string(static_cast<long long>(c.topN));
+        maxParam_ = std::max(maxParam_, c.topLit + 1);
+        return "?" + std::to_string(c.topLit + 1);
+    }
+
+    // FROM, WHERE, GROUP BY and HAVING. Grouping on literals only still groups: GROUP BY NULL.
+    static std::string clauses(const SelectCore& c, const CoreParts& parts) {
+        std::string body;
+        if (!parts.from.empty()) body += " FROM " + joined(parts.from, ", ");
+        if (!parts.where.empty()) body += " WHERE " + joined(parts.where, " AND ");
+        if (!parts.groupBy.empty()) body += " GROUP BY " + joined(parts.groupBy, ", ");
+        else if (parts.grouped && !c.groupBy.empty()) body += " GROUP BY NULL";
+        if (!parts.having.empty()) body += " HAVING " + joined(parts.having, " AND ");
+        return body;
     }
 
     // ---- storage conversion for INSERT and UPDATE
     std::string store(const SqlExpr& r, const ColumnInfo& col) {
         SqlType t = fromField(col.type);
-        SqlType s = r.logical ? SqlType::Bool : r.type;
+        SqlType s = valueType(r);
         if (s == SqlType::Null) return "NULL";
         bool same = false;
         switch (t) {
@@ -1155,31 +1293,14 @@ private:
         t.kind = StatementKind::Update;
         Scope scope;
         std::string fromSql = from(*st.from[0], scope, nullptr);
-        // the target: the source named by the SET columns' qualifier, else the leftmost table
-        Source* target = nullptr;
-        for (auto& a : st.sets)
-            if (!a.qual.empty()) {
-                target = findSource(&scope, a.qual, nullptr);
-                if (!target) {
-                    missing(a.qual + "." + a.column);
-                }
-                break;
-            }
-        if (!target) {
-            const FromItem* bi = st.from[0].get();
-            while (bi->kind == FromItem::Kind::Join) bi = bi->left.get();
-            if (bi->kind != FromItem::Kind::Table) raise(err::SintassiUpdate);
-            for (Source* s : scope.sources)
-                if (sameName(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
-        }
+        Source* target = updateTarget(st, scope);
         if (!target) checkMissing();
         if (!target || !target->table) raise(err::RecordsetNonAggiornabile);
         const RelationInfo& rel = targetTable(target->relName);
-        bool joined = st.from[0]->kind == FromItem::Kind::Join;
+        const bool throughJoin = st.from[0]->kind == FromItem::Kind::Join;
         ExprContext cx;
         cx.scope = &scope;
         std::string sets;
-        std::vector<std::string> setCols;
         for (auto& a : st.sets) {
             if (!a.qual.empty() && !sameName(a.qual, target->alias)) raise(err::SintassiUpdate);
             const ColumnInfo* col = findColumn(rel, a.column);
@@ -1189,19 +1310,15 @@ private:
                 missing(a.column);
                 continue;
             }
+            // A joined update reads each new value from the join's row of the updated row.
             std::string v = store(r, *col);
-            if (joined)
+            if (throughJoin)
                 v = "(SELECT " + v + " FROM " + fromSql + " WHERE " + target->sqlAlias + ".rowid = \"__upd\".rowid)";
             sets += (sets.empty() ? "" : ", ") + quoteIdent(col->name) + " = " + v;
         }
-        std::string where;
-        if (st.where) {
-            SqlExpr w = expr(*st.where, cx);
-            if (w.agg) raise(err::AggregazioneInWhere);
-            where = w.logical ? w.sql : "(" + val(w) + "<>0)";
-        }
+        std::string where = st.where ? actionWhere(*st.where, cx) : std::string();
         checkMissing();
-        if (joined) {
+        if (throughJoin) {
             t.sql = "UPDATE " + quoteIdent(rel.name) + " AS \"__upd\" SET " + sets + " WHERE \"__upd\".rowid IN (SELECT " +
                     target->sqlAlias + ".rowid FROM " + fromSql + (where.empty() ? "" : " WHERE " + where) + ")";
         } else {
@@ -1211,31 +1328,57 @@ private:
         return t;
     }
 
+    // The table an UPDATE writes: the source named by the SET columns' qualifier, else the leftmost
+    // table of the FROM item.
+    Source* updateTarget(const Statement& st, Scope& scope) {
+        for (auto& a : st.sets) {
+            if (a.qual.empty()) continue;
+            if (Source* named = findSource(&scope, a.qual, nullptr)) return named;
+            missing(a.qual + "." + a.column);
+            break;
+        }
+        return leftmostTable(*st.from[0], scope, err::SintassiUpdate);
+    }
+
+    // The source of the leftmost table of a FROM item (nullptr if none matches); `error` when the
+    // leftmost item is no table.
+    static Source* leftmostTable(const FromItem& item, const Scope& scope, int error) {
+        const FromItem* bi = &item;
+        while (bi->kind == FromItem::Kind::Join) bi = bi->left.get();
+        if (bi->kind != FromItem::Kind::Table) raise(error);
+        Source* found = nullptr;
+        for (Source* s : scope.sources)
+            if (sameName(s->alias, itemAlias(*bi))) found = s;
+        return found;
+    }
+
+    // The WHERE of an UPDATE or DELETE, where no aggregate may stand.
+    std::string actionWhere(const Expr& where, ExprContext& cx) {
+        SqlExpr w = expr(where, cx);
+        if (w.agg) raise(err::AggregazioneInWhere);
+        return predicate(w);
+    }
+
     Translation del(Statement& st) {
         Translation t;
         t.kind = StatementKind::Delete;
         Scope scope;
-        std::string fromSql;
-        for (std::size_t i = 0; i < st.from.size(); ++i) fromSql += (i ? ", " : "") + from(*st.from[i], scope, nullptr);
+        std::vector<std::string> fromItems;
+        for (auto& f : st.from) fromItems.push_back(from(*f, scope, nullptr));
+        const std::string fromSql = joined(fromItems, ", ");
         Source* target = nullptr;
         if (!st.deleteQual.empty()) {
             target = findSource(&scope, st.deleteQual, nullptr);
             if (!target) raise(err::TabellaOQueryNonTrovata, st.deleteQual);
         } else {
-            const FromItem* bi = st.from[0].get();
-            while (bi->kind == FromItem::Kind::Join) bi = bi->left.get();
-            if (bi->kind != FromItem::Kind::Table) raise(err::EliminazioneImpossibile);
-            for (Source* s : scope.sources)
-                if (sameName(s->alias, bi->alias.empty() ? bi->name : bi->alias)) target = s;
+            target = leftmostTable(*st.from[0], scope, err::EliminazioneImpossibile);
         }
         if (!target || target->baseTable.empty()) raise(err::EliminazioneImpossibile);
         std::string where;
         if (st.where) {
             ExprContext cx;
             cx.scope = &scope;
-            SqlExpr w = expr(*st.where, cx);
-            if (w.agg) raise(err::AggregazioneInWhere);
-            where = w.logical ? w.sql : "(" + val(w) + "<>0)";
+            where = actionWhere(*st.where, cx);
         }
         checkMissing();
         bool simple = st.from.size() == 1 && st.from[0]->kind == FromItem::Kind::Table && target->table;
@@ -1244,6 +1387,7 @@ private:
                     (target->alias != target->relName ? " AS " + target->sqlAlias : "") +
                     (where.empty() ? "" : " WHERE " + where);
         } else {
+            // Through a join or a query: the rows of the base table whose rowids the FROM yields.
             std::string rowid = target->table ? target->sqlAlias + ".rowid" : target->sqlAlias + ".\"__rowid\"";
             t.sql = "DELETE FROM " + quoteIdent(target->baseTable) + " WHERE rowid IN (SELECT " + rowid + " FROM " +
                     fromSql + (where.empty() ? "" : " WHERE " + where) + ")";
