@@ -25,109 +25,156 @@ bool identChar(unsigned char c) { return std::isalnum(c) || c == '_' || c >= 0x8
     raise(err::SintassiEspressione, d);
 }
 
+// Reads the tokens of a text one by one; each scan function reads one kind of token from its start.
+class Lexer {
+public:
+    Lexer(std::string_view text, std::vector<Token>& out) : text_(text), out_(out) {}
+
+    void run() {
+        while (i_ < text_.size()) {
+            const unsigned char c = at(i_);
+            if (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v') {
+                ++i_;
+                continue;
+            }
+            const std::size_t start = i_;
+            if (identStart(c)) identifier(start);
+            else if (c == '[') bracketedName(start);
+            else if (c == '\'' || c == '"') quotedText(start, static_cast<char>(c));
+            else if (startsNumber(c)) number(start);
+            else if (c == '#') date(start);
+            else op(start, c);
+        }
+        Token end;
+        end.kind = TokenKind::End;
+        end.pos = static_cast<std::uint32_t>(text_.size());
+        out_.push_back(end);
+    }
+
+private:
+    std::string_view text_;
+    std::vector<Token>& out_;
+    std::size_t i_ = 0;
+    int literals_ = 0;  // literal tokens so far: the index of the next one
+
+    unsigned char at(std::size_t i) const { return static_cast<unsigned char>(text_[i]); }
+    bool digitAt(std::size_t i) const { return i < text_.size() && std::isdigit(at(i)); }
+    void skipDigits() {
+        while (digitAt(i_)) ++i_;
+    }
+    [[noreturn]] void error() const { lexError(text_); }
+
+    Token* push(TokenKind kind, std::size_t start, std::size_t end) {
+        Token t;
+        t.kind = kind;
+        t.pos = static_cast<std::uint32_t>(start);
+        t.len = static_cast<std::uint32_t>(end - start);
+        out_.push_back(t);
+        return &out_.back();
+    }
+    Token* pushLiteral(TokenKind kind, std::size_t start) {
+        Token* t = push(kind, start, i_);
+        t->lit = literals_++;
+        return t;
+    }
+
+    void identifier(std::size_t start) {
+        while (i_ < text_.size() && identChar(at(i_))) ++i_;
+        push(TokenKind::Ident, start, i_);
+    }
+
+    // [name]: anything but brackets and NUL inside, not empty.
+    void bracketedName(std::size_t start) {
+        ++i_;
+        while (i_ < text_.size() && text_[i_] != ']') {
+            if (text_[i_] == '[' || text_[i_] == '\0') error();
+            ++i_;
+        }
+        if (i_ >= text_.size()) error();
+        ++i_;
+        if (i_ - start <= 2) error();  // []
+        push(TokenKind::BIdent, start, i_);
+    }
+
+    // 'text' or "text"; a doubled quote stands for one.
+    void quotedText(std::size_t start, char quote) {
+        ++i_;
+        for (;;) {
+            if (i_ >= text_.size()) error();
+            if (text_[i_] == quote) {
+                if (i_ + 1 < text_.size() && text_[i_ + 1] == quote) {
+                    i_ += 2;
+                    continue;
+                }
+                ++i_;
+                break;
+            }
+            ++i_;
+        }
+        pushLiteral(TokenKind::String, start);
+    }
+
+    // A digit, or a point before a digit that does not follow a name or ')': after those the
+    // point qualifies (T.5 is not T followed by 0.5).
+    bool startsNumber(unsigned char c) const {
+        if (std::isdigit(c)) return true;
+        if (c != '.' || !digitAt(i_ + 1)) return false;
+        if (out_.empty()) return true;
+        const Token& last = out_.back();
+        return last.kind != TokenKind::Ident && last.kind != TokenKind::BIdent &&
+               !(last.kind == TokenKind::Op && last.op[0] == ')');
+    }
+
+    // digits [. digits] [e [+-] digits]; an 'e' without digits after it is not part of the number.
+    void number(std::size_t start) {
+        bool integer = true;
+        skipDigits();
+        if (i_ < text_.size() && text_[i_] == '.') {
+            integer = false;
+            ++i_;
+            skipDigits();
+        }
+        if (i_ < text_.size() && (text_[i_] == 'e' || text_[i_] == 'E')) {
+            std::size_t j = i_ + 1;
+            if (j < text_.size() && (text_[j] == '+' || text_[j] == '-')) ++j;
+            if (digitAt(j)) {
+                integer = false;
+                i_ = j;
+                skipDigits();
+            }
+        }
+        if (i_ < text_.size() && identStart(at(i_))) error();  // 12abc
+        pushLiteral(TokenKind::Number, start)->integer = integer;
+    }
+
+    // #...# on one line.
+    void date(std::size_t start) {
+        ++i_;
+        while (i_ < text_.size() && text_[i_] != '#' && text_[i_] != '\0' && text_[i_] != '\n') ++i_;
+        if (i_ >= text_.size() || text_[i_] != '#') error();
+        ++i_;
+        pushLiteral(TokenKind::Date, start);
+    }
+
+    // <= >= <> or one of = < > + - * / \ ^ & ( ) , . ;
+    void op(std::size_t start, unsigned char c) {
+        const bool pair = (c == '<' || c == '>') && i_ + 1 < text_.size() &&
+                          (text_[i_ + 1] == '=' || (c == '<' && text_[i_ + 1] == '>'));
+        if (!pair && (c == '\0' || !std::strchr("=<>+-*/\\^&(),.;", c))) error();
+        const std::size_t length = pair ? 2 : 1;
+        Token* t = push(TokenKind::Op, start, start + length);
+        t->op[0] = static_cast<char>(c);
+        if (pair) t->op[1] = text_[i_ + 1];
+        i_ += length;
+    }
+};
+
 }  // namespace
 
 void lex(std::string_view text, std::vector<Token>& out) {
     out.clear();
     if (text.size() > 0x7fffffff) lexError(text);
-    std::size_t i = 0, n = text.size();
-    int lit = 0;
-    auto push = [&](TokenKind k, std::size_t start, std::size_t end) {
-        Token t;
-        t.kind = k;
-        t.pos = static_cast<std::uint32_t>(start);
-        t.len = static_cast<std::uint32_t>(end - start);
-        out.push_back(t);
-        return &out.back();
-    };
-    while (i < n) {
-        unsigned char c = static_cast<unsigned char>(text[i]);
-        if (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v') {
-            ++i;
-            continue;
-        }
-        std::size_t start = i;
-        if (identStart(c)) {
-            while (i < n && identChar(static_cast<unsigned char>(text[i]))) ++i;
-            push(TokenKind::Ident, start, i);
-        } else if (c == '[') {
-            ++i;
-            while (i < n && text[i] != ']') {
-                if (text[i] == '[' || text[i] == '\0') lexError(text);
-                ++i;
-            }
-            if (i >= n) lexError(text);
-            ++i;
-            if (i - start <= 2) lexError(text);  // []
-            push(TokenKind::BIdent, start, i);
-        } else if (c == '\'' || c == '"') {
-            char q = static_cast<char>(c);
-            ++i;
-            for (;;) {
-                if (i >= n) lexError(text);
-                if (text[i] == q) {
-                    if (i + 1 < n && text[i + 1] == q) {
-                        i += 2;
-                        continue;
-                    }
-                    ++i;
-                    break;
-                }
-                ++i;
-            }
-            push(TokenKind::String, start, i)->lit = lit++;
-        } else if (std::isdigit(c) ||
-                   (c == '.' && i + 1 < n && std::isdigit(static_cast<unsigned char>(text[i + 1])) &&
-                    (out.empty() || (out.back().kind != TokenKind::Ident && out.back().kind != TokenKind::BIdent &&
-                                     !(out.back().kind == TokenKind::Op && out.back().op[0] == ')'))))) {
-            bool integer = true;
-            while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-            if (i < n && text[i] == '.') {
-                integer = false;
-                ++i;
-                while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-            }
-            if (i < n && (text[i] == 'e' || text[i] == 'E')) {
-                std::size_t j = i + 1;
-                if (j < n && (text[j] == '+' || text[j] == '-')) ++j;
-                if (j < n && std::isdigit(static_cast<unsigned char>(text[j]))) {
-                    integer = false;
-                    i = j;
-                    while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-                }
-            }
-            if (i < n && identStart(static_cast<unsigned char>(text[i]))) lexError(text);  // 12abc
-            Token* t = push(TokenKind::Number, start, i);
-            t->lit = lit++;
-            t->integer = integer;
-        } else if (c == '#') {
-            ++i;
-            while (i < n && text[i] != '#' && text[i] != '\0' && text[i] != '\n') ++i;
-            if (i >= n || text[i] != '#') lexError(text);
-            ++i;
-            push(TokenKind::Date, start, i)->lit = lit++;
-        } else {
-            Token* t = nullptr;
-            if ((c == '<' || c == '>') && i + 1 < n && (text[i + 1] == '=' || (c == '<' && text[i + 1] == '>'))) {
-                t = push(TokenKind::Op, start, i + 2);
-                t->op[0] = static_cast<char>(c);
-                t->op[1] = text[i + 1];
-                i += 2;
-                continue;
-            }
-            if (std::strchr("=<>+-*/\\^&(),.;", c) && c != '\0') {
-                t = push(TokenKind::Op, start, i + 1);
-                t->op[0] = static_cast<char>(c);
-                ++i;
-                continue;
-            }
-            lexError(text);
-        }
-    }
-    Token e;
-    e.kind = TokenKind::End;
-    e.pos = static_cast<std::uint32_t>(n);
-    out.push_back(e);
+    Lexer(text, out).run();
 }
 
 std::string stringValue(std::string_view text, const Token& t) {
@@ -776,136 +823,143 @@ private:
 
     ExprP parsePrimary() {
         const Token& t = peek();
-        std::uint32_t pos = t.pos;
         switch (t.kind) {
-            case TokenKind::String: {
-                auto e = mk(Expr::Kind::Lit, pos);
-                e->lit = 'S';
-                e->litIndex = t.lit;
-                e->text = stringValue(text_, t);
-                ++pos_;
-                finish(*e);
-                return e;
-            }
-            case TokenKind::Number: {
-                auto e = mk(Expr::Kind::Lit, pos);
-                e->lit = literalKind(text_, t);
-                e->litIndex = t.lit;
-                e->num = numberTokenValue(text_, t);
-                ++pos_;
-                finish(*e);
-                return e;
-            }
-            case TokenKind::Date: {
-                auto e = mk(Expr::Kind::Lit, pos);
-                e->lit = 'T';
-                e->litIndex = t.lit;
-                e->text = std::string(dateBody(text_, t));
-                ++pos_;
-                finish(*e);
-                return e;
-            }
-            case TokenKind::Op: {
-                if (t.op[0] == '(') {
-                    ++pos_;
-                    if (isKw("select")) {
-                        auto e = mk(Expr::Kind::SubQuery, pos);
-                        int saved = err_;
-                        e->sub = select(false);
-                        err_ = saved;
-                        expectOp(")", err_);
-                        finish(*e);
-                        return e;
-                    }
-                    enter();
-                    ExprP e = parseImp();
-                    leave();
-                    expectOp(")", err_);
-                    return e;
-                }
+            case TokenKind::String:
+            case TokenKind::Number:
+            case TokenKind::Date: return literal(t);
+            case TokenKind::Op:
+                if (t.op[0] == '(') return parenthesized();
                 fail(err_);
-            }
-            case TokenKind::Ident:
-            case TokenKind::BIdent: {
-                std::string_view w = text_.substr(t.pos, t.len);
-                if (t.kind == TokenKind::Ident) {
-                    if (sameName(w, "null") || sameName(w, "true") || sameName(w, "false")) {
-                        auto e = mk(Expr::Kind::Lit, pos);
-                        e->lit = sameName(w, "null") ? 'N' : 'B';
-                        e->num = sameName(w, "true") ? -1 : 0;
-                        ++pos_;
-                        finish(*e);
-                        return e;
-                    }
-                    if (sameName(w, "exists")) {
-                        ++pos_;
-                        expectOp("(", err_);
-                        if (!isKw("select")) fail(err_);
-                        auto e = mk(Expr::Kind::Exists, pos);
-                        int saved = err_;
-                        e->sub = select(false);
-                        err_ = saved;
-                        expectOp(")", err_);
-                        finish(*e);
-                        return e;
-                    }
-                    // function call: a plain name followed by '('
-                    if (peek(1).kind == TokenKind::Op && peek(1).op[0] == '(' &&
-                        (!reserved(w) || sameName(w, "left") || sameName(w, "right"))) {
-                        auto e = mk(Expr::Kind::Func, pos);
-                        e->text = std::string(w);
-                        pos_ += 2;
-                        if (acceptOp(")")) {
-                            finish(*e);
-                            return e;
-                        }
-                        if (isOp("*")) {
-                            ++pos_;
-                            e->star = true;
-                            expectOp(")", err_);
-                            finish(*e);
-                            return e;
-                        }
-                        if (acceptKw("distinct")) e->negated = true;  // Count(Distinct x): not Jet, refused
-                        if (e->negated) fail(err_);
-                        enter();
-                        do e->args.push_back(parseImp());
-                        while (acceptOp(","));
-                        leave();
-                        expectOp(")", err_);
-                        finish(*e);
-                        return e;
-                    }
-                    if (reserved(w)) fail(err_);
-                    // Functions without parentheses
-                    if (sameName(w, "now") || sameName(w, "date") || sameName(w, "time")) {
-                        if (!(peek(1).kind == TokenKind::Op && peek(1).op[0] == '.')) {
-                            auto e = mk(Expr::Kind::Func, pos);
-                            e->text = std::string(w);
-                            ++pos_;
-                            finish(*e);
-                            return e;
-                        }
-                    }
-                }
-                auto e = mk(Expr::Kind::Col, pos);
-                e->text = std::string(identValue(text_, t));
-                ++pos_;
-                if (isOp(".")) {
-                    ++pos_;
-                    if (!isName() && !(peek().kind == TokenKind::Ident)) fail(err_);
-                    e->qual = std::move(e->text);
-                    e->text = std::string(identValue(text_, tokens_[pos_]));
-                    ++pos_;
-                    if (isOp(".")) fail(err_);
-                }
-                finish(*e);
-                return e;
-            }
+            case TokenKind::Ident: return word(t);
+            case TokenKind::BIdent: return column(t);
             case TokenKind::End:
-            default:
-                fail(err_);
+            default: fail(err_);
         }
+    }
+
+    // A text, number or date literal.
+    ExprP literal(const Token& t) {
+        auto e = mk(Expr::Kind::Lit, t.pos);
+        e->litIndex = t.lit;
+        if (t.kind == TokenKind::String) {
+            e->lit = 'S';
+            e->text = stringValue(text_, t);
+        } else if (t.kind == TokenKind::Number) {
+            e->lit = literalKind(text_, t);
+            e->num = numberTokenValue(text_, t);
+        } else {
+            e->lit = 'T';
+            e->text = std::string(dateBody(text_, t));
+        }
+        ++pos_;
+        finish(*e);
+        return e;
+    }
+
+    // ( expression ) or ( SELECT ... ) as a value.
+    ExprP parenthesized() {
+        const std::uint32_t pos = peek().pos;
+        ++pos_;
+        if (isKw("select")) {
+            auto e = mk(Expr::Kind::SubQuery, pos);
+            subSelectThenClose(*e);
+            return e;
+        }
+        enter();
+        ExprP e = parseImp();
+        leave();
+        expectOp(")", err_);
+        return e;
+    }
+
+    // The SELECT of a subquery, whose clauses have their own error numbers, and its ')'.
+    void subSelectThenClose(Expr& e) {
+        int saved = err_;
+        e.sub = select(false);
+        err_ = saved;
+        expectOp(")", err_);
+        finish(e);
+    }
+
+    // A word: Null, True, False, Exists (...), a function call, Now/Date/Time without
+    // parentheses, or a column.
+    ExprP word(const Token& t) {
+        std::string_view w = text_.substr(t.pos, t.len);
+        if (sameName(w, "null") || sameName(w, "true") || sameName(w, "false")) {
+            auto e = mk(Expr::Kind::Lit, t.pos);
+            e->lit = sameName(w, "null") ? 'N' : 'B';
+            e->num = sameName(w, "true") ? -1 : 0;
+            ++pos_;
+            finish(*e);
+            return e;
+        }
+        if (sameName(w, "exists")) return exists(t);
+        // a function call: a plain name followed by '(' (Left and Right are also join words)
+        if (peek(1).kind == TokenKind::Op && peek(1).op[0] == '(' &&
+            (!reserved(w) || sameName(w, "left") || sameName(w, "right")))
+            return functionCall(t);
+        if (reserved(w)) fail(err_);
+        const bool qualified = peek(1).kind == TokenKind::Op && peek(1).op[0] == '.';
+        if ((sameName(w, "now") || sameName(w, "date") || sameName(w, "time")) && !qualified) {
+            auto e = mk(Expr::Kind::Func, t.pos);
+            e->text = std::string(w);
+            ++pos_;
+            finish(*e);
+            return e;
+        }
+        return column(t);
+    }
+
+    ExprP exists(const Token& t) {
+        ++pos_;
+        expectOp("(", err_);
+        if (!isKw("select")) fail(err_);
+        auto e = mk(Expr::Kind::Exists, t.pos);
+        subSelectThenClose(*e);
+        return e;
+    }
+
+    // name(), name(*), name(a, b, ...). Count(Distinct x) is not of the dialect and is refused.
+    ExprP functionCall(const Token& t) {
+        auto e = mk(Expr::Kind::Func, t.pos);
+        e->text = std::string(text_.substr(t.pos, t.len));
+        pos_ += 2;
+        if (acceptOp(")")) {
+            finish(*e);
+            return e;
+        }
+        if (isOp("*")) {
+            ++pos_;
+            e->star = true;
+            expectOp(")", err_);
+            finish(*e);
+            return e;
+        }
+        if (acceptKw("distinct")) fail(err_);
+        enter();
+        do e->args.push_back(parseImp());
+        while (acceptOp(","));
+        leave();
+        expectOp(")", err_);
+        finish(*e);
+        return e;
+    }
+
+    // name or qual.name; a third part is refused.
+    ExprP column(const Token& t) {
+        auto e = mk(Expr::Kind::Col, t.pos);
+        e->text = std::string(identValue(text_, t));
+        ++pos_;
+        if (isOp(".")) {
+            ++pos_;
+            if (!isName() && !(peek().kind == TokenKind::Ident)) fail(err_);
+            e->qual = std::move(e->text);
+            e->text = std::string(identValue(text_, tokens_[pos_]));
+            ++pos_;
+            if (isOp(".")) fail(err_);
+        }
+        finish(*e);
+        return e;
     }
 
     // ---- INSERT
