@@ -6,7 +6,7 @@
 
 #include <fstream>
 
-#include "store/catalog_database.h"
+#include "store/names.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/dao.h"
@@ -87,20 +87,6 @@ TEST(SqlCorpus, EveryStatementTranslatesAndRuns) {
     fissaOrologio(std::nullopt);
     EXPECT_GT(ok, 240);
     EXPECT_GE(refused, 8);
-}
-
-// The same statement with other literals comes from the cache: one entry per shape.
-TEST(SqlCorpus, LiteralsDoNotMakeNewEntries) {
-    DatabasePtr db = programDatabase();
-    auto& impl = db->impl();
-    for (int id = 1; id <= 50; ++id) {
-        impl.translate("Select * from qrDocumenti where ID=" + std::to_string(id));
-        impl.translate("Select * from Utenti where Azienda=" + std::to_string(id) + " and Username='u" +
-                       std::to_string(id) + "' and Password='p''" + std::to_string(id) + "'");
-        impl.translate("Select * from qrAssistenze where Cliente=" + std::to_string(id) +
-                       " and DateValue(Data)>=DateValue('0" + std::to_string(id % 9 + 1) + "/03/2024')");
-    }
-    EXPECT_EQ(impl.translator->cacheSize(), 3u);
 }
 
 }  // namespace
