@@ -15,67 +15,67 @@ namespace store::detail {
 // ---- Stmt ----------------------------------------------------------------------------------------
 
 Stmt::Stmt(sqlite3* db, std::string_view sql) : db_(db) {
-    int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &s_, nullptr);
+    int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt_, nullptr);
     if (rc != SQLITE_OK) {
-        sqlite3_finalize(s_);
-        s_ = nullptr;
+        sqlite3_finalize(stmt_);
+        stmt_ = nullptr;
         raiseSqlite(db, rc);
     }
 }
 
-Stmt::~Stmt() { sqlite3_finalize(s_); }
+Stmt::~Stmt() { sqlite3_finalize(stmt_); }
 
-Stmt::Stmt(Stmt&& o) noexcept : db_(o.db_), s_(o.s_) { o.s_ = nullptr; }
+Stmt::Stmt(Stmt&& o) noexcept : db_(o.db_), stmt_(o.stmt_) { o.stmt_ = nullptr; }
 
 Stmt& Stmt::operator=(Stmt&& o) noexcept {
     if (this != &o) {
-        sqlite3_finalize(s_);
+        sqlite3_finalize(stmt_);
         db_ = o.db_;
-        s_ = o.s_;
-        o.s_ = nullptr;
+        stmt_ = o.stmt_;
+        o.stmt_ = nullptr;
     }
     return *this;
 }
 
 bool Stmt::step() {
-    int rc = sqlite3_step(s_);
+    int rc = sqlite3_step(stmt_);
     if (rc == SQLITE_ROW) return true;
     if (rc == SQLITE_DONE) return false;
-    sqlite3_reset(s_);
+    sqlite3_reset(stmt_);
     raiseSqlite(db_, rc);
 }
 
 void Stmt::reset() {
-    sqlite3_reset(s_);
-    sqlite3_clear_bindings(s_);
+    sqlite3_reset(stmt_);
+    sqlite3_clear_bindings(stmt_);
 }
 
 void Stmt::bind(int index, const Value& v) {
     switch (v.kind()) {
-        case Value::Kind::Null: sqlite3_bind_null(s_, index); break;
+        case Value::Kind::Null: sqlite3_bind_null(stmt_, index); break;
         case Value::Kind::Boolean:
         case Value::Kind::Integer:
-        case Value::Kind::Long: sqlite3_bind_int64(s_, index, static_cast<std::int64_t>(v.number())); break;
-        case Value::Kind::Double: sqlite3_bind_double(s_, index, v.number()); break;
+        case Value::Kind::Long: sqlite3_bind_int64(stmt_, index, static_cast<std::int64_t>(v.number())); break;
+        case Value::Kind::Double: sqlite3_bind_double(stmt_, index, v.number()); break;
         case Value::Kind::Date: bindText(index, DateToIso(v.number())); break;
         case Value::Kind::Text: bindText(index, v.text()); break;
     }
 }
 
 void Stmt::bindText(int index, std::string_view text) {
-    sqlite3_bind_text(s_, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_text(stmt_, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
-void Stmt::bindInt(int index, std::int64_t v) { sqlite3_bind_int64(s_, index, v); }
+void Stmt::bindInt(int index, std::int64_t v) { sqlite3_bind_int64(stmt_, index, v); }
 
-std::int64_t Stmt::columnInt(int i) const { return sqlite3_column_int64(s_, i); }
+std::int64_t Stmt::columnInt(int i) const { return sqlite3_column_int64(stmt_, i); }
 
 std::string Stmt::columnText(int i) const {
-    const unsigned char* t = sqlite3_column_text(s_, i);
-    return t ? std::string(reinterpret_cast<const char*>(t), sqlite3_column_bytes(s_, i)) : std::string();
+    const unsigned char* t = sqlite3_column_text(stmt_, i);
+    return t ? std::string(reinterpret_cast<const char*>(t), sqlite3_column_bytes(stmt_, i)) : std::string();
 }
 
-bool Stmt::columnIsNull(int i) const { return sqlite3_column_type(s_, i) == SQLITE_NULL; }
+bool Stmt::columnIsNull(int i) const { return sqlite3_column_type(stmt_, i) == SQLITE_NULL; }
 
 // ---- statement cache -----------------------------------------------------------------------------
 

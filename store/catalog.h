@@ -45,11 +45,11 @@ public:
     std::int64_t columnInt(int i) const;
     std::string columnText(int i) const;
     bool columnIsNull(int i) const;
-    sqlite3_stmt* get() const { return s_; }
+    sqlite3_stmt* get() const { return stmt_; }
 
 private:
     sqlite3* db_ = nullptr;
-    sqlite3_stmt* s_ = nullptr;
+    sqlite3_stmt* stmt_ = nullptr;
 };
 
 // Prepared statements of one connection kept for reuse, keyed by their SQL text, the least recently

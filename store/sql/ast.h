@@ -91,7 +91,7 @@ struct FromItem {
 using FromP = std::unique_ptr<FromItem>;
 
 struct SelItem {
-    ExprP e;            // null for '*' or 'T.*'
+    ExprP expr;         // null for '*' or 'T.*'
     std::string alias;
     std::string starQual;  // 'T.*': T; '*': ""
     bool star = false;
@@ -111,7 +111,7 @@ struct SelectCore {
 };
 
 struct OrderItem {
-    ExprP e;
+    ExprP expr;
     bool desc = false;
 };
 

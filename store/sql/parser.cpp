@@ -420,7 +420,7 @@ private:
             clauseStart_ = peek().pos;
             do {
                 OrderItem oi;
-                oi.e = expr(err::SintassiOrderBy);
+                oi.expr = expr(err::SintassiOrderBy);
                 if (acceptKw("desc")) oi.desc = true;
                 else acceptKw("asc");
                 sel->orderBy.push_back(std::move(oi));
@@ -459,7 +459,7 @@ private:
                 it.starQual = name(err::SintassiSelect);
                 pos_ += 2;
             } else {
-                it.e = expr(err::SintassiEspressione);
+                it.expr = expr(err::SintassiEspressione);
                 if (acceptKw("as")) {
                     if (!isName() && peek().kind != TokenKind::String) fail(err::SintassiSelect);
                     if (peek().kind == TokenKind::String) {

@@ -957,7 +957,7 @@ private:
     std::vector<std::string> orderTerms(std::vector<OrderItem>& orderBy, ExprContext& cx) {
         std::vector<std::string> terms;
         for (auto& oi : orderBy) {
-            SqlExpr r = expr(*oi.e, cx);
+            SqlExpr r = expr(*oi.expr, cx);
             if (r.literal) continue;
             terms.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
         }
@@ -982,7 +982,7 @@ private:
         for (auto& f : c.from) parts.from.push_back(from(*f, scope, outer));
         parts.grouped = !c.groupBy.empty() || (c.having && hasAggregate(*c.having));
         parts.aggregate = parts.grouped || std::any_of(c.items.begin(), c.items.end(),
-                                                       [](const SelItem& it) { return it.e && hasAggregate(*it.e); });
+                                                       [](const SelItem& it) { return it.expr && hasAggregate(*it.expr); });
         if (wantRowid && !parts.aggregate && !c.distinct && c.from.size() == 1 && !inUnion)
             parts.base = updatableBase(*c.from[0], scope);
         selectList(c, scope, parts, out);
@@ -1048,7 +1048,7 @@ private:
 
     // An expression of the select list: named by its alias, else by its column, else Expr1000, ...
     void exprItem(const SelItem& it, ExprContext& cx, int& exprNo, CoreParts& parts, SelectOutput& out) {
-        SqlExpr r = expr(*it.e, cx);
+        SqlExpr r = expr(*it.expr, cx);
         if (it.aliasLiteral) cacheable_ = false;
         OutputColumn oc;
         oc.type = valueType(r);

@@ -255,7 +255,7 @@ TEST(SqlNumberLocale, ItalianLocaleReadsThePoint) {
     const std::string text = "SELECT 1.5";
     std::vector<store::sql::detail::Token> tokens;
     store::sql::detail::lex(text, tokens);
-    const double parsed = store::sql::detail::parse(text, tokens).select->cores[0].items[0].e->num;
+    const double parsed = store::sql::detail::parse(text, tokens).select->cores[0].items[0].expr->num;
     TestDb db;
     const store::Value run = db.run(text).rows.at(0).at(0);
     std::setlocale(LC_NUMERIC, previous.c_str());
