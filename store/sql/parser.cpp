@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 
 #include "store/errors.h"
 #include "store/names.h"
@@ -435,64 +436,13 @@ private:
         SelectCore c;
         expectKw("select", err::SintassiSelect);
         lastClauseErr_ = err::SintassiSelect;
-        if (acceptKw("distinct")) c.distinct = true;
-        else if (acceptKw("distinctrow")) {
-        } else acceptKw("all");
-        if (acceptKw("top")) {
-            const Token& t = peek();
-            if (t.kind != TokenKind::Number || !t.integer) fail(err::SintassiSelect);
-            c.top = true;
-            c.topLit = t.lit;
-            c.topN = numberTokenValue(text_, t);
-            ++pos_;
-            if (acceptKw("percent")) c.percent = true;
-        }
+        selectHead(c);
         clauseStart_ = peek().pos;
-        do {
-            SelItem it;
-            if (isOp("*")) {
-                ++pos_;
-                it.star = true;
-            } else if (isName() && peek(1).kind == TokenKind::Op && peek(1).op[0] == '.' && peek(2).kind == TokenKind::Op &&
-                       peek(2).op[0] == '*') {
-                it.star = true;
-                it.starQual = name(err::SintassiSelect);
-                pos_ += 2;
-            } else {
-                it.expr = expr(err::SintassiEspressione);
-                if (acceptKw("as")) {
-                    if (!isName() && peek().kind != TokenKind::String) fail(err::SintassiSelect);
-                    if (peek().kind == TokenKind::String) {
-                        it.alias = stringValue(text_, tokens_[pos_++]);
-                        it.aliasLiteral = true;
-                    }
-                    else it.alias = name(err::SintassiSelect);
-                } else if (isName()) {
-                    fail(err::SintassiSelect);  // missing operator or comma
-                }
-            }
-            c.items.push_back(std::move(it));
-        } while (acceptOp(","));
+        do c.items.push_back(selectItem());
+        while (acceptOp(","));
         if (acceptKw("into")) fail(err::SintassiSelect);  // SELECT INTO is not supported
-        if (acceptKw("from")) {
-            lastClauseErr_ = err::SintassiFrom;
-            int saved = err_;
-            err_ = err::SintassiFrom;
-            clauseStart_ = peek().pos;
-            do c.from.push_back(fromItem());
-            while (acceptOp(","));
-            err_ = saved;
-            // What follows a FROM list must start a clause.
-            if (peek().kind != TokenKind::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
-                !isKw("having") && !isKw("order") && !isKw("union"))
-                fail(err::SintassiFrom);
-        }
-        if (acceptKw("where")) {
-            lastClauseErr_ = err::SintassiEspressione;
-            clauseStart_ = peek().pos;
-            c.where = expr(err::SintassiEspressione);
-            if (!clauseEnd()) fail(err::SintassiEspressione);
-        }
+        if (acceptKw("from")) fromClause(c);
+        if (acceptKw("where")) c.where = condition();
         if (isKw("group")) {
             ++pos_;
             expectKw("by", err::SintassiEspressione);
@@ -502,14 +452,76 @@ private:
             while (acceptOp(","));
             if (!clauseEnd()) fail(err::SintassiEspressione);
         }
-        if (acceptKw("having")) {
-            lastClauseErr_ = err::SintassiEspressione;
-            clauseStart_ = peek().pos;
-            c.having = expr(err::SintassiEspressione);
-            if (!clauseEnd()) fail(err::SintassiEspressione);
-        }
+        if (acceptKw("having")) c.having = condition();
         if (c.from.empty() && (c.where || !c.groupBy.empty() || c.having)) fail(err::SintassiSelect);
         return c;
+    }
+
+    // [DISTINCT | DISTINCTROW | ALL] [TOP n [PERCENT]]
+    void selectHead(SelectCore& c) {
+        if (acceptKw("distinct")) c.distinct = true;
+        else if (!acceptKw("distinctrow")) acceptKw("all");
+        if (acceptKw("top")) {
+            const Token& t = peek();
+            if (t.kind != TokenKind::Number || !t.integer) fail(err::SintassiSelect);
+            c.top = true;
+            c.topLit = t.lit;
+            c.topN = numberTokenValue(text_, t);
+            ++pos_;
+            if (acceptKw("percent")) c.percent = true;
+        }
+    }
+
+    // *, T.*, or an expression [AS name | AS 'text'].
+    SelItem selectItem() {
+        SelItem it;
+        if (isOp("*")) {
+            ++pos_;
+            it.star = true;
+            return it;
+        }
+        if (isName() && peek(1).kind == TokenKind::Op && peek(1).op[0] == '.' && peek(2).kind == TokenKind::Op &&
+            peek(2).op[0] == '*') {
+            it.star = true;
+            it.starQual = name(err::SintassiSelect);
+            pos_ += 2;
+            return it;
+        }
+        it.expr = expr(err::SintassiEspressione);
+        if (acceptKw("as")) {
+            if (peek().kind == TokenKind::String) {
+                it.alias = stringValue(text_, tokens_[pos_++]);
+                it.aliasLiteral = true;
+            } else {
+                it.alias = name(err::SintassiSelect);
+            }
+        } else if (isName()) {
+            fail(err::SintassiSelect);  // missing operator or comma
+        }
+        return it;
+    }
+
+    void fromClause(SelectCore& c) {
+        lastClauseErr_ = err::SintassiFrom;
+        int saved = err_;
+        err_ = err::SintassiFrom;
+        clauseStart_ = peek().pos;
+        do c.from.push_back(fromItem());
+        while (acceptOp(","));
+        err_ = saved;
+        // What follows a FROM list must start a clause.
+        if (peek().kind != TokenKind::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
+            !isKw("having") && !isKw("order") && !isKw("union"))
+            fail(err::SintassiFrom);
+    }
+
+    // The condition of WHERE or HAVING, which must end where a clause starts.
+    ExprP condition() {
+        lastClauseErr_ = err::SintassiEspressione;
+        clauseStart_ = peek().pos;
+        ExprP e = expr(err::SintassiEspressione);
+        if (!clauseEnd()) fail(err::SintassiEspressione);
+        return e;
     }
 
     bool clauseEnd() const {
@@ -657,98 +669,100 @@ private:
             enter();
             ExprP a = parseNot();
             leave();
-            auto e = mk(Expr::Kind::Unary, pos);
-            e->op = Operator::Not;
-            e->args.push_back(std::move(a));
-            finish(*e);
-            return e;
+            return unaryNode(Operator::Not, pos, std::move(a));
         }
         return parseCmp();
     }
+    // Comparisons and the predicates Like, Is [Not] Null, [Not] Between, [Not] In, left to right.
     ExprP parseCmp() {
         ExprP l = parseCat();
         for (;;) {
-            const Token& t = peek();
-            Operator op;
-            if (t.kind == TokenKind::Op) {
-                if (isOp("=")) op = Operator::Eq;
-                else if (isOp("<>")) op = Operator::Ne;
-                else if (isOp("<")) op = Operator::Lt;
-                else if (isOp(">")) op = Operator::Gt;
-                else if (isOp("<=")) op = Operator::Le;
-                else if (isOp(">=")) op = Operator::Ge;
-                else break;
+            if (peek().kind == TokenKind::Op) {
+                std::optional<Operator> op = comparisonOperator();
+                if (!op) break;
                 ++pos_;
-                l = binary(op, std::move(l), parseCat());
+                l = binary(*op, std::move(l), parseCat());
                 continue;
             }
-            bool neg = false;
-            std::size_t save = pos_;
-            if (isKw("not") && (isKwAt(1, "like") || isKwAt(1, "in") || isKwAt(1, "between"))) {
-                neg = true;
-                ++pos_;
-            }
+            const std::size_t save = pos_;
+            const bool negated = isKw("not") && (isKwAt(1, "like") || isKwAt(1, "in") || isKwAt(1, "between"));
+            if (negated) ++pos_;
             if (acceptKw("like")) {
                 l = binary(Operator::Like, std::move(l), parseCat());
-                if (neg) l = wrapNot(std::move(l));
-                continue;
+                if (negated) l = wrapNot(std::move(l));
+            } else if (acceptKw("is")) {
+                l = isNullTest(std::move(l));
+            } else if (acceptKw("between")) {
+                l = between(std::move(l), negated);
+            } else if (acceptKw("in")) {
+                l = in(std::move(l), negated);
+            } else {
+                pos_ = save;
+                break;
             }
-            if (acceptKw("is")) {
-                bool n = acceptKw("not");
-                expectKw("null", err_);
-                auto e = mk(Expr::Kind::IsNull, l->pos);
-                e->negated = n;
-                e->args.push_back(std::move(l));
-                finish(*e);
-                l = std::move(e);
-                continue;
-            }
-            if (acceptKw("between")) {
-                auto e = mk(Expr::Kind::Between, l->pos);
-                e->negated = neg;
-                e->args.push_back(std::move(l));
-                e->args.push_back(parseCat());
-                expectKw("and", err_);
-                e->args.push_back(parseCat());
-                finish(*e);
-                l = std::move(e);
-                continue;
-            }
-            if (acceptKw("in")) {
-                expectOp("(", err_);
-                if (isKw("select")) {
-                    auto e = mk(Expr::Kind::InSelect, l->pos);
-                    e->negated = neg;
-                    e->args.push_back(std::move(l));
-                    int saved = err_;
-                    e->sub = select(false);
-                    err_ = saved;
-                    expectOp(")", err_);
-                    finish(*e);
-                    l = std::move(e);
-                } else {
-                    auto e = mk(Expr::Kind::InList, l->pos);
-                    e->negated = neg;
-                    e->args.push_back(std::move(l));
-                    do e->args.push_back(parseImp());
-                    while (acceptOp(","));
-                    expectOp(")", err_);
-                    finish(*e);
-                    l = std::move(e);
-                }
-                continue;
-            }
-            pos_ = save;
-            break;
         }
         return l;
     }
-    ExprP wrapNot(ExprP a) {
-        auto e = mk(Expr::Kind::Unary, a->pos);
-        e->op = Operator::Not;
-        e->args.push_back(std::move(a));
+
+    std::optional<Operator> comparisonOperator() const {
+        if (isOp("=")) return Operator::Eq;
+        if (isOp("<>")) return Operator::Ne;
+        if (isOp("<")) return Operator::Lt;
+        if (isOp(">")) return Operator::Gt;
+        if (isOp("<=")) return Operator::Le;
+        if (isOp(">=")) return Operator::Ge;
+        return std::nullopt;
+    }
+
+    ExprP isNullTest(ExprP tested) {
+        bool negated = acceptKw("not");
+        expectKw("null", err_);
+        auto e = mk(Expr::Kind::IsNull, tested->pos);
+        e->negated = negated;
+        e->args.push_back(std::move(tested));
         finish(*e);
         return e;
+    }
+
+    ExprP between(ExprP tested, bool negated) {
+        auto e = mk(Expr::Kind::Between, tested->pos);
+        e->negated = negated;
+        e->args.push_back(std::move(tested));
+        e->args.push_back(parseCat());
+        expectKw("and", err_);
+        e->args.push_back(parseCat());
+        finish(*e);
+        return e;
+    }
+
+    // In (SELECT ...) or In (a, b, ...).
+    ExprP in(ExprP tested, bool negated) {
+        expectOp("(", err_);
+        const bool subquery = isKw("select");
+        auto e = mk(subquery ? Expr::Kind::InSelect : Expr::Kind::InList, tested->pos);
+        e->negated = negated;
+        e->args.push_back(std::move(tested));
+        if (subquery) {
+            subSelectThenClose(*e);
+            return e;
+        }
+        do e->args.push_back(parseImp());
+        while (acceptOp(","));
+        expectOp(")", err_);
+        finish(*e);
+        return e;
+    }
+
+    ExprP unaryNode(Operator op, std::uint32_t pos, ExprP operand) {
+        auto e = mk(Expr::Kind::Unary, pos);
+        e->op = op;
+        e->args.push_back(std::move(operand));
+        finish(*e);
+        return e;
+    }
+    ExprP wrapNot(ExprP a) {
+        const std::uint32_t pos = a->pos;
+        return unaryNode(Operator::Not, pos, std::move(a));
     }
     ExprP parseCat() {
         ExprP l = parseAdd();
@@ -791,11 +805,7 @@ private:
             enter();
             ExprP a = parseNeg();
             leave();
-            auto e = mk(Expr::Kind::Unary, pos);
-            e->op = op;
-            e->args.push_back(std::move(a));
-            finish(*e);
-            return e;
+            return unaryNode(op, pos, std::move(a));
         }
         return parsePow();
     }
@@ -808,11 +818,7 @@ private:
                 std::uint32_t pos = peek().pos;
                 Operator op = isOp("-") ? Operator::Neg : Operator::Pos;
                 ++pos_;
-                auto e = mk(Expr::Kind::Unary, pos);
-                e->op = op;
-                e->args.push_back(parsePrimary());
-                finish(*e);
-                r = std::move(e);
+                r = unaryNode(op, pos, parsePrimary());
             } else {
                 r = parsePrimary();
             }
