@@ -503,16 +503,21 @@ private:
 
     void fromClause(SelectCore& c) {
         lastClauseErr_ = err::SintassiFrom;
-        int saved = err_;
-        err_ = err::SintassiFrom;
-        clauseStart_ = peek().pos;
-        do c.from.push_back(fromItem());
-        while (acceptOp(","));
-        err_ = saved;
+        fromList(c.from);
         // What follows a FROM list must start a clause.
         if (peek().kind != TokenKind::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
             !isKw("having") && !isKw("order") && !isKw("union"))
             fail(err::SintassiFrom);
+    }
+
+    // The comma list of FROM items, read with the FROM clause's error number.
+    void fromList(std::vector<FromP>& out) {
+        int saved = err_;
+        err_ = err::SintassiFrom;
+        clauseStart_ = peek().pos;
+        do out.push_back(fromItem());
+        while (acceptOp(","));
+        err_ = saved;
     }
 
     // The condition of WHERE or HAVING, which must end where a clause starts.
@@ -1040,14 +1045,7 @@ private:
             st.deleteQual = name(err::SintassiEspressione);  // Delete T From T ...
         }
         expectKw("from", err::SintassiEspressione);
-        {
-            int saved = err_;
-            err_ = err::SintassiFrom;
-            clauseStart_ = peek().pos;
-            do st.from.push_back(fromItem());
-            while (acceptOp(","));
-            err_ = saved;
-        }
+        fromList(st.from);
         if (peek().kind != TokenKind::End && !isOp(";") && !isKw("where")) fail(err::SintassiFrom);
         if (acceptKw("where")) {
             clauseStart_ = peek().pos;
