@@ -562,7 +562,7 @@ FieldDef derivedField(const Stmt& info, int position) {
     f.Required = info.columnInt(3) != 0;
     f.DefaultValue = info.columnText(4);
     f.OrdinalPosition = position;
-    if (info.columnInt(5) != 0 && isIntegerType(f.Type) && AsciiLower(info.columnText(2)) == "integer") f.Attributes = 17;
+    if (info.columnInt(5) != 0 && isIntegerType(f.Type) && sameName(info.columnText(2), "integer")) f.Attributes = 17;
     return f;
 }
 
