@@ -275,7 +275,7 @@ public:
         if (isKw("select")) {
             err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
-            st.select = select(true);
+            st.select = select();
         } else if (isKw("insert")) {
             err_ = err::SintassiInsertInto;
             insert(st);
@@ -296,7 +296,7 @@ public:
         } else if (peek().kind == TokenKind::Op && peek().op[0] == '(' && lookSelectInParens()) {
             err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
-            st.select = select(true);
+            st.select = select();
         } else {
             raise(err::IstruzioneNonValida);
         }
@@ -395,7 +395,7 @@ private:
     int lastClauseErr_ = err::SintassiSelect;
 
     // ---- SELECT
-    std::unique_ptr<Select> select(bool topLevel) {
+    std::unique_ptr<Select> select() {
         enter();
         auto sel = std::make_unique<Select>();
         sel->cores.push_back(core());
@@ -569,7 +569,7 @@ private:
                 auto f = std::make_unique<FromItem>();
                 f->kind = FromItem::Kind::Derived;
                 int saved = err_;
-                f->sub = select(false);
+                f->sub = select();
                 err_ = saved;
                 expectOp(")", err::SintassiFrom);
                 alias(f->alias);
@@ -886,7 +886,7 @@ private:
     // The SELECT of a subquery, whose clauses have their own error numbers, and its ')'.
     void subSelectThenClose(Expr& e) {
         int saved = err_;
-        e.sub = select(false);
+        e.sub = select();
         err_ = saved;
         expectOp(")", err_);
         finish(e);
@@ -995,7 +995,7 @@ private:
             bool paren = acceptOp("(");
             int saved = err_;
             err_ = err::SintassiSelect;
-            st.select = select(false);
+            st.select = select();
             err_ = saved;
             if (paren) expectOp(")", err::SintassiInsertInto);
         } else {
