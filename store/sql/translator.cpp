@@ -27,9 +27,9 @@ namespace {
 // ---- types -------------------------------------------------------------------------------------
 enum class SqlType : std::uint8_t { Null, Bool, Byte, Int, Long, Cur, Sng, Dbl, Date, Text, Memo, Var };
 
-bool isNum(SqlType t) { return t >= SqlType::Bool && t <= SqlType::Dbl; }
-bool isIntTy(SqlType t) { return t >= SqlType::Bool && t <= SqlType::Long; }
-bool isTxt(SqlType t) { return t == SqlType::Text || t == SqlType::Memo; }
+bool isNumber(SqlType t) { return t >= SqlType::Bool && t <= SqlType::Dbl; }
+bool isInteger(SqlType t) { return t >= SqlType::Bool && t <= SqlType::Long; }
+bool isText(SqlType t) { return t == SqlType::Text || t == SqlType::Memo; }
 
 SqlType fromField(FieldType f) {
     switch (f) {
@@ -63,9 +63,9 @@ FieldType toField(SqlType t) {
 
 char kindChar(SqlType t) {
     if (t == SqlType::Bool) return 'b';
-    if (isNum(t)) return 'n';
+    if (isNumber(t)) return 'n';
     if (t == SqlType::Date) return 'd';
-    if (isTxt(t)) return 't';
+    if (isText(t)) return 't';
     return 'v';
 }
 
@@ -246,7 +246,7 @@ private:
 
     // ---- conversions between representations
     std::string asText(const SqlExpr& r) {
-        if (isTxt(r.type) || r.type == SqlType::Null) return r.sql;
+        if (isText(r.type) || r.type == SqlType::Null) return r.sql;
         return "jet_fn('cstrn','" + std::string(1, kindChar(r.type)) + "'," + val(r) + ")";
     }
     std::string asDate(const SqlExpr& r) {
@@ -254,7 +254,7 @@ private:
         return "jet_fn('cdaten','" + std::string(1, kindChar(r.type)) + "'," + val(r) + ")";
     }
     std::string asNum(const SqlExpr& r) {
-        if (isNum(r.type) || r.type == SqlType::Null) return val(r);
+        if (isNumber(r.type) || r.type == SqlType::Null) return val(r);
         return "jet_fn('cdbln','" + std::string(1, kindChar(r.type)) + "'," + val(r) + ")";
     }
 
@@ -348,12 +348,12 @@ private:
         }
         std::string x = val(a), y = val(b);
         bool collate = false;
-        if (isTxt(a.type) && isTxt(b.type)) collate = true;
+        if (isText(a.type) && isText(b.type)) collate = true;
         else if (a.type == SqlType::Date && b.type != SqlType::Date && b.type != SqlType::Var) y = asDate(b);
         else if (b.type == SqlType::Date && a.type != SqlType::Date && a.type != SqlType::Var) x = asDate(a);
-        else if (isTxt(a.type) && isNum(b.type)) x = asNum(a);
-        else if (isNum(a.type) && isTxt(b.type)) y = asNum(b);
-        else if ((isTxt(a.type) && b.type == SqlType::Var) || (a.type == SqlType::Var && isTxt(b.type))) collate = true;
+        else if (isText(a.type) && isNumber(b.type)) x = asNum(a);
+        else if (isNumber(a.type) && isText(b.type)) y = asNum(b);
+        else if ((isText(a.type) && b.type == SqlType::Var) || (a.type == SqlType::Var && isText(b.type))) collate = true;
         r.sql = "(" + x + " " + o + " " + y + (collate ? " COLLATE JET)" : ")");
         return r;
     }
@@ -401,15 +401,15 @@ private:
             agg = agg || b.agg;
             items += (i > 1 ? ", " : "") + inListItem(a.type, b);
         }
-        std::string x = isTxt(a.type) ? val(a) + " COLLATE JET" : val(a);
+        std::string x = isText(a.type) ? val(a) + " COLLATE JET" : val(a);
         return condition("(" + x + (e.negated ? " NOT IN (" : " IN (") + items + "))", agg);
     }
 
     std::string inListItem(SqlType tested, const SqlExpr& item) {
         if (tested == SqlType::Date) return asDate(item);
         if (item.type == SqlType::Var) return val(item);
-        if (isNum(tested) && !isNum(item.type)) return asNum(item);
-        if (isTxt(tested) && !isTxt(item.type)) return asText(item);
+        if (isNumber(tested) && !isNumber(item.type)) return asNum(item);
+        if (isText(tested) && !isText(item.type)) return asText(item);
         return val(item);
     }
 
@@ -417,7 +417,7 @@ private:
         SqlExpr a = expr(*e.args[0], cx);
         SelectOutput so = subSelect(e, cx);
         if (so.cols.size() != 1) exprError(e);
-        bool collate = isTxt(a.type) || isTxt(so.cols[0].type);
+        bool collate = isText(a.type) || isText(so.cols[0].type);
         return condition("(" + val(a) + (collate ? " COLLATE JET" : "") + (e.negated ? " NOT IN (" : " IN (") +
                              so.sql + "))",
                          a.agg);
@@ -455,7 +455,7 @@ private:
         if (a.type == SqlType::Null) return a;
         SqlExpr r;
         r.agg = a.agg;
-        if (isNum(a.type)) {
+        if (isNumber(a.type)) {
             r.type = a.type == SqlType::Bool ? SqlType::Int : a.type;
             r.sql = "(- " + val(a) + ")";
         } else {
@@ -478,7 +478,7 @@ private:
             return r;
         }
         if (a.type == SqlType::Null) return a;
-        if (isIntTy(a.type)) {
+        if (isInteger(a.type)) {
             r.type = a.type == SqlType::Bool ? SqlType::Bool : SqlType::Long;
             r.sql = "(~" + val(a) + ")";
             return r;
@@ -611,11 +611,11 @@ private:
             r.type = SqlType::Null;
             return r;
         }
-        const bool numbers = isNum(a.type) && isNum(b.type);
+        const bool numbers = isNumber(a.type) && isNumber(b.type);
         switch (e.op) {
             case Operator::Add:
                 if (numbers) return nativeArith("+", widen(a.type, b.type), a, b);
-                if (isTxt(a.type) && isTxt(b.type)) return textJoin(a, b);
+                if (isText(a.type) && isText(b.type)) return textJoin(a, b);
                 return typedArithCall("+", additionType(a.type, b.type), a, b);
             case Operator::Sub:
                 if (numbers) return nativeArith("-", widen(a.type, b.type), a, b);
@@ -664,7 +664,7 @@ private:
 
     // A date plus a number (or a text read as one) is a date.
     static SqlType additionType(SqlType a, SqlType b) {
-        if ((a == SqlType::Date && (isNum(b) || isTxt(b))) || (b == SqlType::Date && (isNum(a) || isTxt(a))))
+        if ((a == SqlType::Date && (isNumber(b) || isText(b))) || (b == SqlType::Date && (isNumber(a) || isText(a))))
             return SqlType::Date;
         if (a == SqlType::Var || b == SqlType::Var) return SqlType::Var;
         return SqlType::Dbl;
@@ -713,13 +713,13 @@ private:
         } else {
             r.type = valueType(a);
             r.size = a.size;
-            r.sql = (name == "min" ? "MIN(" : "MAX(") + val(a) + (isTxt(a.type) ? " COLLATE JET)" : ")");
+            r.sql = (name == "min" ? "MIN(" : "MAX(") + val(a) + (isText(a.type) ? " COLLATE JET)" : ")");
         }
         return r;
     }
 
     static SqlType sumType(SqlType of) {
-        if (isIntTy(of)) return SqlType::Long;
+        if (isInteger(of)) return SqlType::Long;
         if (of == SqlType::Cur) return SqlType::Cur;
         return SqlType::Dbl;
     }
@@ -737,9 +737,9 @@ private:
         if (ta == tb) r.type = ta;
         else if (ta == SqlType::Null) r.type = tb;
         else if (tb == SqlType::Null) r.type = ta;
-        else if (isNum(ta) && isNum(tb)) r.type = (isIntTy(ta) && isIntTy(tb)) ? SqlType::Long : SqlType::Dbl;
-        else if (isTxt(ta) && isTxt(tb)) r.type = SqlType::Memo;
-        else if (isTxt(ta) || isTxt(tb)) {
+        else if (isNumber(ta) && isNumber(tb)) r.type = (isInteger(ta) && isInteger(tb)) ? SqlType::Long : SqlType::Dbl;
+        else if (isText(ta) && isText(tb)) r.type = SqlType::Memo;
+        else if (isText(ta) || isText(tb)) {
             r.type = SqlType::Text;
             x = asText(a);
             y = asText(b);
@@ -793,7 +793,7 @@ private:
             case 't': return SqlType::Text;
             case 'b': return SqlType::Bool;
             case 'a':
-                if (!firstArgument || !isNum(*firstArgument)) return SqlType::Dbl;
+                if (!firstArgument || !isNumber(*firstArgument)) return SqlType::Dbl;
                 return *firstArgument == SqlType::Bool ? SqlType::Int : *firstArgument;
             default: return SqlType::Var;
         }
@@ -932,8 +932,8 @@ private:
             SqlType u = next[k].type;
             if (t == u) continue;
             if (t == SqlType::Null) t = u;
-            else if (isNum(t) && isNum(u)) t = widen(t, u);
-            else if (u != SqlType::Null) t = isTxt(t) || isTxt(u) ? SqlType::Text : SqlType::Var;
+            else if (isNumber(t) && isNumber(u)) t = widen(t, u);
+            else if (u != SqlType::Null) t = isText(t) || isText(u) ? SqlType::Text : SqlType::Var;
         }
     }
 
@@ -959,7 +959,7 @@ private:
         for (auto& oi : orderBy) {
             SqlExpr r = expr(*oi.expr, cx);
             if (r.literal) continue;
-            terms.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
+            terms.push_back(val(r) + (isText(r.type) ? " COLLATE JET" : "") + (oi.desc ? " DESC" : ""));
         }
         return terms;
     }
@@ -1100,7 +1100,7 @@ private:
             SqlExpr r = expr(*g, gx);
             if (r.col) groupCols.push_back(r.col);
             if (r.literal) continue;
-            parts.groupBy.push_back(val(r) + (isTxt(r.type) ? " COLLATE JET" : ""));
+            parts.groupBy.push_back(val(r) + (isText(r.type) ? " COLLATE JET" : ""));
         }
         return groupCols;
     }
@@ -1169,7 +1169,7 @@ private:
         for (std::size_t i = 0; i < out.cols.size(); ++i) {
             if (i) sel += ", ";
             sel += parts.items[i];
-            if (collateOut && isTxt(out.cols[i].type)) sel += " COLLATE JET";
+            if (collateOut && isText(out.cols[i].type)) sel += " COLLATE JET";
             sel += " AS " + quoteIdent(ties ? "_c" + std::to_string(i) : names[i]);
         }
         if (parts.base) {
@@ -1210,12 +1210,12 @@ private:
             case SqlType::Long: same = s == SqlType::Long || s == SqlType::Int || s == SqlType::Byte; break;
             case SqlType::Int: same = s == SqlType::Int || s == SqlType::Byte; break;
             case SqlType::Byte: same = s == SqlType::Byte; break;
-            case SqlType::Dbl: same = isNum(s) && s != SqlType::Bool; break;
-            case SqlType::Sng: case SqlType::Cur: same = isNum(s) && s != SqlType::Bool; break;
+            case SqlType::Dbl: same = isNumber(s) && s != SqlType::Bool; break;
+            case SqlType::Sng: case SqlType::Cur: same = isNumber(s) && s != SqlType::Bool; break;
             case SqlType::Bool: same = s == SqlType::Bool; break;
             case SqlType::Date: same = s == SqlType::Date; break;
-            case SqlType::Memo: same = isTxt(s); break;
-            case SqlType::Text: same = isTxt(s) && col.size <= 0; break;
+            case SqlType::Memo: same = isText(s); break;
+            case SqlType::Text: same = isText(s) && col.size <= 0; break;
             default: break;
         }
         if (same) return val(r);
@@ -1410,7 +1410,7 @@ Translation Compiler::run(Statement& st) {
                 ResultColumn rc;
                 rc.name = c.name;
                 rc.type = toField(c.type);
-                rc.size = isTxt(c.type) ? (c.size > 0 ? c.size : (c.type == SqlType::Memo ? 0 : 255)) : 0;
+                rc.size = isText(c.type) ? (c.size > 0 ? c.size : (c.type == SqlType::Memo ? 0 : 255)) : 0;
                 rc.baseColumn = c.baseColumn;
                 t.columns.push_back(std::move(rc));
             }
