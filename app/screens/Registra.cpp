@@ -13,6 +13,7 @@
 #include "books/screens/Registra.h"
 #include "core/registro_schermi.h"
 #include "payments/screens/Registra.h"
+#include "sales/screens/Registra.h"
 #include "tools/screens/Registra.h"
 #include "ui/Dialoghi.h"
 
@@ -54,6 +55,7 @@ void RegistraSchermiProgramma() {
 
 void RegistraSchermi() {
     RegistraSchermiProgramma();
+    RegistraSchermiVendite();
     RegistraSchermiStrumenti();
     RegistraSchermiPagamenti();
     RegistraSchermiLibri();
