@@ -1,9 +1,9 @@
 // The recordset: rows come from the SQLite statement as the program moves through them and are kept
 // once fetched, packed in one buffer, so a register of many rows opens at once and stays light.
 // While rows remain unread the statement holds SQLite's read lock on the file.
-// Reading on to the end (MoveLast, a write) keeps only the rowid of the rows passed over when the
-// statement reads one table alone, so that each rowid stands for one row: their values are read by
-// rowid, a block at a time, when the program comes to them.
+// MoveLast keeps only the rowid of the rows it passes over when the statement reads one table alone,
+// so that each rowid stands for one row: their values are read when the program comes to them, and
+// before any write or change of structure of this connection.
 // Writes go to the base table of the statement (or of the saved query it reads) by the row's rowid.
 #include <sqlite3.h>
 
@@ -59,10 +59,15 @@ std::string trimmed(std::string_view s) {
     return std::string(s.substr(b, e - b + 1));
 }
 
-}  // namespace
+// A statement whose rows are rows of one table read alone, without joins or unions: its rowid
+// stands for one row of the result. A Top (a limit, a window) is left out too: SQLite would run it
+// whole again for every block of rows read by rowid.
+bool oneRowPerRowid(const sql::Translation& tr) {
+    const auto has = [&](const char* word) { return tr.sql.find(word) != std::string::npos; };
+    return tr.hasRowid && has(".rowid AS \"__rowid\"") && !has("JOIN") && !has("UNION") && !has("LIMIT") &&
+           !has(" OVER (");
+}
 
-namespace {
-bool oneRowPerRowid(const sql::Translation& tr);
 }  // namespace
 
 struct Recordset::Impl {
@@ -602,15 +607,6 @@ std::string statementFor(std::string_view sqlOrName) {
     bool oneName = bracketed || (!t.empty() && t.find_first_of(" \t\r\n()[]*,;'\"") == std::string::npos &&
                                  !isStatementWord(t));
     return oneName ? "SELECT * FROM [" + name + "]" : std::string(sqlOrName);
-}
-
-// A statement whose rows are rows of one table read alone, without joins or unions: its rowid
-// stands for one row of the result. A Top (a limit, a window) is left out too: SQLite would run it
-// whole again for every block of rows read by rowid.
-bool oneRowPerRowid(const sql::Translation& tr) {
-    const auto has = [&](const char* word) { return tr.sql.find(word) != std::string::npos; };
-    return tr.hasRowid && has(".rowid AS \"__rowid\"") && !has("JOIN") && !has("UNION") && !has("LIMIT") &&
-           !has(" OVER (");
 }
 
 const FieldDef* baseField(const TableDef& def, const std::string& column) {
