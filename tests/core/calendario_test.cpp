@@ -14,7 +14,8 @@ TEST(Calendario, AnniBisestiliEGiorniDelMese) {
     };
     const Caso casi[] = {
         {2, 2024, 29}, {2, 2023, 28}, {2, 1900, 28}, {2, 2000, 29}, {2, 2100, 28},
-        {4, 2023, 30}, {11, 2023, 30}, {7, 2023, 31}, {8, 2023, 31}, {12, 2023, 31},
+        {4, 2023, 30}, {6, 2023, 30}, {9, 2023, 30}, {11, 2023, 30},
+        {1, 2023, 31}, {7, 2023, 31}, {8, 2023, 31}, {12, 2023, 31},
     };
     for (const auto& c : casi) EXPECT_EQ(core::GiorniMese(c.mese, c.anno), c.giorni) << c.mese << "/" << c.anno;
 }
