@@ -74,7 +74,7 @@ struct DayAndSeconds { std::int64_t day; int seconds; };
 
 // The time is kept to the second, as the platform shows it; 23:59:59.6 becomes the next midnight.
 DayAndSeconds splitSerial(double serial) {
-    if (!std::isfinite(serial) || std::fabs(serial) > 1e9) raise(6);
+    if (!std::isfinite(serial) || std::fabs(serial) > 1e9) raise(err::Overflow);
     const double day = std::trunc(serial);
     auto seconds = static_cast<std::int64_t>(std::llround(std::fabs(serial - day) * kSecondsPerDay));
     auto whole = static_cast<std::int64_t>(day);
@@ -511,7 +511,7 @@ struct LikeToken {
     std::vector<std::pair<char32_t, char32_t>> ranges;  // folded bounds; a single character is {c, c}
 };
 
-[[noreturn]] void invalidPattern() { throw JetError(93, "Stringa criterio non valida."); }
+[[noreturn]] void invalidPattern() { throw JetError(err::CriterioNonValido, "Stringa criterio non valida."); }
 
 // "[a-z]", "[!abc]", "[*]": the body between the brackets. The empty "[]" matches no character at all
 // and is dropped by the caller.
@@ -716,7 +716,7 @@ std::optional<double> ParseNumberText(std::string_view text) {
 }
 
 std::string NumberText(double d) {
-    if (!std::isfinite(d)) raise(6);
+    if (!std::isfinite(d)) raise(err::Overflow);
     if (d == 0) return "0";
     char buf[40];
     std::string s(buf, std::to_chars(buf, buf + sizeof buf, d, std::chars_format::general, 15).ptr);
@@ -725,7 +725,7 @@ std::string NumberText(double d) {
 }
 
 double Round(double x, int digits) {
-    if (digits < 0) raise(5);
+    if (digits < 0) raise(err::ChiamataNonValida);
     if (!std::isfinite(x)) return x;
     const double scale = std::pow(10.0, digits);
     const double scaled = x * scale;
@@ -742,7 +742,7 @@ double Val(std::string_view text) {
     const std::string canonical = leadingPointNumber(compact);
     double d = 0;
     const auto result = std::from_chars(canonical.data(), canonical.data() + canonical.size(), d);
-    if (result.ec == std::errc::result_out_of_range && canonical.find("e-") == std::string::npos) raise(6);
+    if (result.ec == std::errc::result_out_of_range && canonical.find("e-") == std::string::npos) raise(err::Overflow);
     return result.ec == std::errc() ? d : 0.0;
 }
 
@@ -752,10 +752,10 @@ double Val(std::string_view text) {
 
 double CDbl(const Value& v) {
     switch (v.kind()) {
-        case Value::Kind::Null: raise(94);
+        case Value::Kind::Null: raise(err::UsoNonValidoDiNull);
         case Value::Kind::Text: {
             auto d = ParseNumberText(v.text());
-            if (!d) raise(13);
+            if (!d) raise(err::TipoNonCorrispondente);
             return *d;
         }
         default: return v.number();
@@ -764,13 +764,13 @@ double CDbl(const Value& v) {
 
 std::int32_t CLng(const Value& v) {
     const double r = roundHalfEven(CDbl(v));
-    if (!(r >= -2147483648.0 && r <= 2147483647.0)) raise(6);  // NaN too
+    if (!(r >= -2147483648.0 && r <= 2147483647.0)) raise(err::Overflow);  // NaN too
     return static_cast<std::int32_t>(r);
 }
 
 std::int16_t CInt(const Value& v) {
     const double r = roundHalfEven(CDbl(v));
-    if (!(r >= -32768.0 && r <= 32767.0)) raise(6);
+    if (!(r >= -32768.0 && r <= 32767.0)) raise(err::Overflow);
     return static_cast<std::int16_t>(r);
 }
 
@@ -786,17 +786,17 @@ bool CBool(const Value& v) {
 double CDate(const Value& v) {
     if (v.kind() == Value::Kind::Text) {
         auto d = ParseDateText(v.text());
-        if (!d) raise(13);
+        if (!d) raise(err::TipoNonCorrispondente);
         return *d;
     }
     const double d = CDbl(v);
-    if (!(d >= kFirstSerial && d < kLastSerial + 1)) raise(6);
+    if (!(d >= kFirstSerial && d < kLastSerial + 1)) raise(err::Overflow);
     return d;
 }
 
 std::string CStr(const Value& v) {
     switch (v.kind()) {
-        case Value::Kind::Null: raise(94);
+        case Value::Kind::Null: raise(err::UsoNonValidoDiNull);
         case Value::Kind::Boolean: return v.number() != 0 ? kTrueText : kFalseText;
         case Value::Kind::Date: return DateText(v.number());
         case Value::Kind::Text: return v.text();

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "store/errors.h"
 #include "store/catalog_database.h"
 #include "store/convert.h"
 
@@ -124,19 +125,19 @@ struct Recordset::Impl {
 
     // ---- state checks
     void checkOpen() const {
-        if (closed) raise(3420);
+        if (closed) raise(err::OggettoNonValido);
     }
     bool updatable() const { return !tr.baseTable.empty() && tr.hasRowid && !db->readOnly; }
     void checkUpdatable() const {
         checkOpen();
-        if (db->readOnly) raise(3027);
-        if (!updatable()) raise(3326);
+        if (db->readOnly) raise(err::SolaLettura);
+        if (!updatable()) raise(err::RecordsetNonAggiornabile);
     }
     bool onRow() const { return pos == Pos::On && cur < rows.size() && !rows[cur].deleted(); }
     void checkCurrent() const {
         checkOpen();
-        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted()) raise(3167);
-        if (!onRow()) raise(3021);
+        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted()) raise(err::RecordEliminato);
+        if (!onRow()) raise(err::NessunRecordCorrente);
     }
     long liveCount() const { return static_cast<long>(rows.size()) - deleted; }
 
@@ -276,7 +277,7 @@ struct Recordset::Impl {
         Row& r = rows[cur];
         if (!r.data && cur == firstUnread) loadAll();
         else if (!r.data) load(cur);
-        if (!r.loaded()) raise(3167);
+        if (!r.loaded()) raise(err::RecordEliminato);
     }
 
     // Rows come in small batches: a result of a few rows (an editor's "where ID=") is read to its
@@ -360,9 +361,9 @@ struct Recordset::Impl {
 
     void setValue(int index, const Value& v) {
         checkOpen();
-        if (mode == EditMode::None) raise(3020);
+        if (mode == EditMode::None) raise(err::AggiornamentoSenzaModifica);
         const Column& c = cols[static_cast<std::size_t>(index)];
-        if (!c.writable) raise(3164, c.result->name);
+        if (!c.writable) raise(err::CampoNonAggiornabile, c.result->name);
         Cell cell = detail::storeValue(c.writeType, c.writeSize, v);
         auto i = static_cast<std::size_t>(index);
         pending[i] = detail::readCell(c.writeType, cell);
@@ -454,7 +455,7 @@ struct Recordset::Impl {
         s->step();
         bool changed = sqlite3_changes(db->db) != 0;
         db->afterWrite();
-        if (!changed) raise(3167);
+        if (!changed) raise(err::RecordEliminato);
     }
 
     // The row as the statement now shows it (defaults, values of joined tables), or, when the
@@ -495,7 +496,7 @@ struct Recordset::Impl {
 
     void update() {
         checkOpen();
-        if (mode == EditMode::None) raise(3020);
+        if (mode == EditMode::None) raise(err::AggiornamentoSenzaModifica);
         db->finishReads();  // a write must not meet a statement half way through a table
         if (mode == EditMode::AddNew) {
             std::int64_t rowid = insertRow();
@@ -534,14 +535,14 @@ struct Recordset::Impl {
     void moveNext() {
         checkOpen();
         cancelEdit();
-        if (pos == Pos::Eof || (fetchedAll && liveCount() == 0)) raise(3021);
+        if (pos == Pos::Eof || (fetchedAll && liveCount() == 0)) raise(err::NessunRecordCorrente);
         placeOn(nextLive(pos == Pos::Bof ? 0 : cur + 1), Pos::Eof);
     }
 
     void movePrevious() {
         checkOpen();
         cancelEdit();
-        if (pos == Pos::Bof || (fetchedAll && liveCount() == 0)) raise(3021);
+        if (pos == Pos::Bof || (fetchedAll && liveCount() == 0)) raise(err::NessunRecordCorrente);
         placeOn(previousLive(pos == Pos::Eof ? rows.size() : cur), Pos::Bof);
     }
 
@@ -549,7 +550,7 @@ struct Recordset::Impl {
         checkOpen();
         cancelEdit();
         std::size_t i = nextLive(0);
-        if (i == kNone) raise(3021);
+        if (i == kNone) raise(err::NessunRecordCorrente);
         placeOn(i, Pos::Eof);
     }
 
@@ -558,7 +559,7 @@ struct Recordset::Impl {
         cancelEdit();
         fetchAll(true);
         std::size_t i = previousLive(rows.size());
-        if (i == kNone) raise(3021);
+        if (i == kNone) raise(err::NessunRecordCorrente);
         placeOn(i, Pos::Eof);
     }
 
@@ -574,10 +575,10 @@ struct Recordset::Impl {
     void setAbsolutePosition(long target) {
         checkOpen();
         cancelEdit();
-        if (target < 0) raise(3001);
+        if (target < 0) raise(err::ArgomentoNonValido);
         std::size_t i = nextLive(0);
         for (long n = 0; n < target && i != kNone; ++n) i = nextLive(i + 1);
-        if (i == kNone) raise(3001);
+        if (i == kNone) raise(err::ArgomentoNonValido);
         placeOn(i, Pos::Eof);
     }
 
@@ -585,7 +586,7 @@ struct Recordset::Impl {
         checkOpen();
         cancelEdit();
         if (b < 1 || static_cast<std::size_t>(b) > rows.size() || rows[static_cast<std::size_t>(b - 1)].deleted())
-            raise(3159);
+            raise(err::SegnalibroNonValido);
         placeOn(static_cast<std::size_t>(b - 1), Pos::Eof);
     }
 };
@@ -655,7 +656,7 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->db = &db;
     impl->name = std::string(sqlOrName);
     impl->tr = db.translate(statementFor(sqlOrName));
-    if (impl->tr.kind != sql::StatementKind::Select) raise(3219);
+    if (impl->tr.kind != sql::StatementKind::Select) raise(err::OperazioneNonValida);
     impl->stmt.emplace(db.statements, db.handle(), impl->tr.sql);
     impl->bindParams();
     impl->cols = columnsOf(db, impl->tr, impl->st().get());
@@ -730,7 +731,7 @@ void Recordset::setBookmark(Bookmark b) { impl_->setBookmark(b); }
 
 Bookmark Recordset::LastModified() const {
     impl_->checkOpen();
-    if (impl_->lastModified == kNone) raise(3021);
+    if (impl_->lastModified == kNone) raise(err::NessunRecordCorrente);
     return static_cast<Bookmark>(impl_->lastModified + 1);
 }
 
@@ -772,7 +773,7 @@ int Recordset::FieldCount() const {
 
 Field& Recordset::otherField(int index) {
     impl_->checkOpen();
-    if (index < 0 || static_cast<std::size_t>(index) >= impl_->fields.size()) raise(3265);
+    if (index < 0 || static_cast<std::size_t>(index) >= impl_->fields.size()) raise(err::ElementoNonTrovato);
     return impl_->fields[static_cast<std::size_t>(index)];
 }
 
@@ -780,7 +781,7 @@ Field& Recordset::Fields(std::string_view name) {
     impl_->checkOpen();
     for (Field& f : impl_->fields)
         if (detail::sameName(f.Name(), name)) return f;
-    raise(3265, std::string(name));
+    raise(err::ElementoNonTrovato, std::string(name));
 }
 
 bool Recordset::HasField(std::string_view name) const {

@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 
+#include "store/errors.h"
 #include "store/catalog_database.h"
 #include "store/clock.h"
 #include "store/convert.h"
@@ -99,14 +100,14 @@ Cell realCell(double d) { Cell c; c.kind = Cell::Kind::Real; c.d = d; return c; 
 Cell textCell(std::string s) { Cell c; c.kind = Cell::Kind::Text; c.s = std::move(s); return c; }
 
 std::int64_t checkedRange(std::int64_t v, std::int64_t lo, std::int64_t hi) {
-    if (v < lo || v > hi) raise(6);
+    if (v < lo || v > hi) raise(err::Overflow);
     return v;
 }
 
 Cell textStorage(FieldType type, int size, const Value& v, Conversion mode) {
     std::string s = v.kind() == Value::Kind::Text ? v.text() : CStr(v);
     if (type == FieldType::Text && size > 0 && utf8Length(s) > static_cast<std::size_t>(size)) {
-        if (mode == Conversion::Strict) raise(3163);
+        if (mode == Conversion::Strict) raise(err::CampoTroppoPiccolo);
         s = utf8Prefix(s, static_cast<std::size_t>(size));
     }
     return textCell(std::move(s));

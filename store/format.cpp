@@ -239,7 +239,7 @@ std::string formatWithSection(double magnitude, const std::vector<MaskToken>& to
 }
 
 std::string formatNumberMask(double x, const std::vector<std::vector<MaskToken>>& sections) {
-    if (!std::isfinite(x)) raise(6);
+    if (!std::isfinite(x)) raise(err::Overflow);
     const bool hasNegativeSection = sections.size() > 1 && !sections[1].empty();
     if (x == 0 && sections.size() > 2 && !sections[2].empty()) return formatWithSection(0, sections[2], false);
     if (x < 0 && hasNegativeSection) return formatWithSection(-x, sections[1], false);
@@ -352,7 +352,7 @@ std::optional<std::string_view> namedMask(std::string_view mask) {
 }
 
 std::string scientific(double x) {
-    if (!std::isfinite(x)) raise(6);
+    if (!std::isfinite(x)) raise(err::Overflow);
     char buf[40];
     std::string s(buf, std::to_chars(buf, buf + sizeof buf, x, std::chars_format::scientific, 2).ptr);
     for (char& c : s) c = c == '.' ? ',' : c == 'e' ? 'E' : c;
@@ -412,20 +412,20 @@ std::string Format(const Value& value, std::string_view mask) {
 
 std::string FormatNumber(double value, int decimals, bool grouping) {
     if (decimals == -1) decimals = 2;
-    if (decimals < -1 || decimals > 99) raise(5);
+    if (decimals < -1 || decimals > 99) raise(err::ChiamataNonValida);
     std::string mask = grouping ? "#,##0" : "0";
     if (decimals > 0) mask += "." + std::string(decimals, '0');
     return formatNumberMask(value, tokenizeSections(mask));
 }
 
 std::string MonthName(int month, bool abbreviated) {
-    if (month < 1 || month > 12) raise(5);
+    if (month < 1 || month > 12) raise(err::ChiamataNonValida);
     const std::string name = kMonths[month - 1];
     return abbreviated ? name.substr(0, 3) : name;
 }
 
 std::string WeekdayName(int weekday, bool abbreviated) {
-    if (weekday < 1 || weekday > 7) raise(5);
+    if (weekday < 1 || weekday > 7) raise(err::ChiamataNonValida);
     const std::string name = kWeekdays[weekday - 1];
     return abbreviated ? name.substr(0, 3) : name;
 }

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "store/errors.h"
 #include "store/convert.h"
 #include "store/model/model.h"
 
@@ -22,7 +23,7 @@ std::string letteraleData(double serial) {
 }
 
 std::string letteraleNumero(double d) {
-    if (!std::isfinite(d)) raise(6);
+    if (!std::isfinite(d)) raise(err::Overflow);
     // 17 significant digits give the double back exactly; to_chars writes the point whatever the
     // C library's locale says.
     char buf[40];
@@ -36,7 +37,7 @@ std::string bloccoInsert(const std::string& tabella, const std::vector<std::stri
     for (std::size_t c = 0; c < colonne.size(); ++c) sql += (c ? ",[" : "[") + colonne[c] + "]";
     sql += ") ";
     for (std::size_t r = da; r < a; ++r) {
-        if (righe[r].size() != colonne.size()) raise(3346);
+        if (righe[r].size() != colonne.size()) raise(err::NumeroValoriDiverso);
         sql += r == da ? "SELECT " : " UNION ALL SELECT ";
         for (std::size_t c = 0; c < colonne.size(); ++c) sql += (c ? "," : "") + Letterale(righe[r][c]);
     }
