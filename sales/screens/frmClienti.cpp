@@ -252,7 +252,7 @@ frmClientiEdita::frmClientiEdita(QWidget* parent)
     };
 
     VText1 = testo("VText1", "DescCliente");
-    VText1->setMinimumWidth(420);
+    VText1->setMinimumWidth(480);
     aggiungiCampo(campi["DescCliente"], VText1);
     VText13 = testo("VText13", "DescCliente2");
     aggiungiCampo(campi["DescCliente2"], VText13);
@@ -265,9 +265,9 @@ frmClientiEdita::frmClientiEdita(QWidget* parent)
     VText6 = testo("VText6", "PartitaIva", 160);
     VText7 = testo("VText7", "CodiceFiscale", 200);
     aggiungiCampo(Q(core::Testo("s106")), riga({{"s106", VText6}, {"s147", VText7}}));
-    VText8 = testo("VText8", "Telefono", 140);
-    VText9 = testo("VText9", "Cellulare", 140);
-    VText10 = testo("VText10", "Fax", 140);
+    VText8 = testo("VText8", "Telefono", 160);
+    VText9 = testo("VText9", "Cellulare", 160);
+    VText10 = testo("VText10", "Fax", 160);
     aggiungiCampo(Q(core::Testo("s107")), riga({{"s107", VText8}, {"s146", VText9}, {"s108", VText10}}));
     VText11 = testo("VText11", "mail");
     VText12 = testo("VText12", "web");
@@ -307,6 +307,7 @@ frmClientiEdita::frmClientiEdita(QWidget* parent)
     Text1->setTabChangesFocus(true);
     Text1->setMaximumHeight(80);
     aggiungiCampo(campi["Note"], Text1);
+    setMinimumWidth(820);
 }
 
 bool frmClientiEdita::Valida() {
