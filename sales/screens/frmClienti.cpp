@@ -161,22 +161,26 @@ QWidget* frmClienti::schedaEstratto() {
     auto* pagina = new QWidget(this);
     auto* l = new QVBoxLayout(pagina);
     auto* opzioni = new QHBoxLayout;
-    chkPartiteAperte = new QCheckBox("Solo partite aperte", pagina);
+    chkPartiteAperte = new QCheckBox("Solo &partite aperte", pagina);
     chkPartiteAperte->setObjectName("chkPartiteAperte");
     pkEstrattoDal = new ui::VetraPicker(pagina);
     pkEstrattoDal->setObjectName("pkEstrattoDal");
     pkEstrattoAl = new ui::VetraPicker(pagina);
     pkEstrattoAl->setObjectName("pkEstrattoAl");
     opzioni->addWidget(chkPartiteAperte);
-    opzioni->addWidget(new QLabel("Dal", pagina));
-    opzioni->addWidget(pkEstrattoDal);
-    opzioni->addWidget(new QLabel("Al", pagina));
-    opzioni->addWidget(pkEstrattoAl);
+    for (auto [testo, data] : {std::pair{"&Dal", pkEstrattoDal}, std::pair{"A&l", pkEstrattoAl}}) {
+        auto* etichetta = new QLabel(testo, pagina);
+        etichetta->setBuddy(data);
+        opzioni->addWidget(etichetta);
+        opzioni->addWidget(data);
+    }
     opzioni->addStretch(1);
     l->addLayout(opzioni);
     l->addWidget(GridEstratto, 1);
-    auto rileggi = [this] { GridEstratto->Carica(idCorrente()); };
+    auto rileggi = [this] { ui::protetto([this] { GridEstratto->Carica(idCorrente()); }); };
     connect(chkPartiteAperte, &QCheckBox::toggled, this, rileggi);
+    connect(pkEstrattoDal, &ui::VetraPicker::cambiato, this, rileggi);
+    connect(pkEstrattoAl, &ui::VetraPicker::cambiato, this, rileggi);
     return pagina;
 }
 
