@@ -10,6 +10,7 @@
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
 #include "support/registro_prova.h"
+#include "tools/screens/frmCodiciIva.h"
 #include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -84,6 +85,27 @@ TEST_F(Anagrafiche, ClienteEditorControlliERigheScritte) {
         EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "Sconto1")), c.sconto1);
         EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "Sconto2")), 0);
     }
+}
+
+// The VAT combo's images open the VAT editor of the code tables by its registered name: a new code
+// becomes the customer's; changing with nothing chosen is refused.
+TEST_F(Anagrafiche, ClienteComboApreLEditorDiUnAltraArea) {
+    registraFabbricaEditor(frmCodiciIvaEdita::Nome, [](QWidget* p) { return std::make_unique<frmCodiciIvaEdita>(p); });
+    frmClientiEdita e;
+    e.EditaRecordset(0, true);
+    clicca(&e, "imgEdit");
+    EXPECT_EQ(ultimoMessaggio().testo, "Nessun elemento selezionato da modificare!");
+    script->schermo("frmCodiciIvaEdita", [](QWidget* w) {
+        scrivi(w, "VText1", "Ridotta 10%");
+        scrivi(w, "VText2", "10");
+        clicca(w, "btnConferma");
+        return true;
+    });
+    clicca(&e, "imgNew");
+    EXPECT_EQ(conta("CodiciIva"), 1);
+    EXPECT_EQ(e.VetraCombo4->testo(), "Ridotta 10%");
+    // Nothing registered under the name: the error comes when the factory is used.
+    EXPECT_THROW(FabbricaEditorDi("frmNessuno")(nullptr), store::JetError);
 }
 
 // Deleting a customer: the first table that uses it says why not; unused, the question and the delete.
