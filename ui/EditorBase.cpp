@@ -1,5 +1,7 @@
 #include "ui/EditorBase.h"
 
+#include <map>
+
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -11,6 +13,7 @@
 #include "core/impostazioni.h"
 #include "core/record.h"
 #include "core/varie.h"
+#include "store/errors.h"
 #include "store/convert.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
@@ -32,7 +35,24 @@ QString nomeLibero(const QWidget* radice, const QString& base) {
 
 long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
 
+std::map<std::string, FabbricaEditor>& fabbricheEditor() {
+    static std::map<std::string, FabbricaEditor> f;
+    return f;
+}
+
 }  // namespace
+
+void registraFabbricaEditor(const std::string& nome, FabbricaEditor fabbrica) {
+    fabbricheEditor()[nome] = std::move(fabbrica);
+}
+
+FabbricaEditor FabbricaEditorDi(const std::string& nome) {
+    return [nome](QWidget* parent) -> std::unique_ptr<EditorBase> {
+        auto it = fabbricheEditor().find(nome);
+        if (it == fabbricheEditor().end()) store::raise(3265, "Schermata '" + nome + "' non registrata.");
+        return it->second(parent);
+    };
+}
 
 EditorBase::EditorBase(const char* nome, std::string tabella, std::string titolo, QWidget* parent)
     : QDialog(parent),

@@ -43,6 +43,11 @@ struct Apertura {
 // Makes the editor of a register or of a linked combo, fresh for each use, owned by the caller.
 using FabbricaEditor = std::function<std::unique_ptr<EditorBase>(QWidget* parent)>;
 
+// Editors by name, for the linked combos of another area's screens: each area puts its own here.
+void registraFabbricaEditor(const std::string& nome, FabbricaEditor fabbrica);
+// The factory of that name; used with nothing registered under it, it raises error 3265.
+FabbricaEditor FabbricaEditorDi(const std::string& nome);
+
 class EditorBase : public QDialog {
     Q_OBJECT
 public:

@@ -6,4 +6,6 @@
 void RegistraSchermiPagamenti() {
     RegistraRegistro<frmCondizioniPagamento>();
     core::registraEditor(frmCondizioniPagamentoEdita::Nome, NuovoRecord<frmCondizioniPagamentoEdita>);
+    registraFabbricaEditor(frmCondizioniPagamentoEdita::Nome,
+                           [](QWidget* p) { return std::make_unique<frmCondizioniPagamentoEdita>(p); });
 }

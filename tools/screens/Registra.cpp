@@ -8,6 +8,7 @@
 void RegistraSchermiStrumenti() {
     RegistraRegistro<frmCodiciIva>();
     core::registraEditor(frmCodiciIvaEdita::Nome, NuovoRecord<frmCodiciIvaEdita>);
+    registraFabbricaEditor(frmCodiciIvaEdita::Nome, [](QWidget* p) { return std::make_unique<frmCodiciIvaEdita>(p); });
     RegistraRegistro<frmTipiSpesa>();
     core::registraEditor(frmTipiSpesaEdita::Nome, NuovoRecord<frmTipiSpesaEdita>);
     RegistraRegistro<frmClassificazioniSpese>();
