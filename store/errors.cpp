@@ -36,6 +36,7 @@ const std::map<int, const char*>& texts() {
         {3049, "Impossibile aprire il database '%s'. Potrebbe non essere un database riconosciuto "
                "dall'applicazione o il file potrebbe essere danneggiato."},
         {3051, "Impossibile aprire il file '%s'. È già aperto in modo esclusivo da un altro utente."},
+        {3058, "L'indice o la chiave primaria non può contenere un valore Null."},
         {3061, "Parametri insufficienti. Previsto %s."},
         {3075, "Errore di sintassi nell'espressione della query '%s'."},
         {3078, "Il motore di database non trova la tabella o la query di input '%s'."},
