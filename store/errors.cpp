@@ -82,6 +82,7 @@ const std::map<int, const char*>& texts() {
         {3319, "Errore di sintassi nella query di unione."},
         {3326, "Il recordset non è aggiornabile."},
         {3346, "Il numero dei valori della query non corrisponde al numero dei campi di destinazione."},
+        {3360, "Query troppo complessa."},
         {3420, "Oggetto non valido o non più impostato."},
         {3464, "Tipo di dati non corrispondente nell'espressione criterio."},
     };

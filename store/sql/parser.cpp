@@ -815,7 +815,7 @@ private:
                     }
                     // function call: a plain name followed by '('
                     if (peek(1).kind == Tok::Op && peek(1).op[0] == '(' &&
-                        (!reserved(w) || iequals(w, "left") || iequals(w, "right"))) {
+                        (!reserved(w) || iequals(w, "left") || iequals(w, "right") || iequals(w, "asc"))) {
                         auto e = mk(Expr::K::Func, pos);
                         e->text = std::string(w);
                         p_ += 2;

@@ -7,11 +7,13 @@
 #include <cmath>
 #include <cstring>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "store/convert.h"
 #include "store/errors.h"
 #include "store/sql/ast.h"
 #include "store/sql/functions.h"
+#include "store/sql/limits.h"
 
 namespace store::sql {
 
@@ -103,9 +105,15 @@ std::string numText(double d) {
     return s;
 }
 
+// Double arithmetic done by SQLite gives infinity where the platform raises Overflow (6).
+std::string finite(Ty t, std::string sql) {
+    return t == Ty::Dbl || t == Ty::Sng || t == Ty::Cur ? "jet_finite(" + sql + ")" : sql;
+}
+
 double parseNumberToken(std::string_view s) {
     double d = 0;
-    std::from_chars(s.data(), s.data() + s.size(), d);
+    auto res = std::from_chars(s.data(), s.data() + s.size(), d);
+    if (res.ec == std::errc::result_out_of_range) return numberOutOfRange(s);
     return d;
 }
 
@@ -182,6 +190,7 @@ private:
     int maxParam_ = 0;
     int derivedCount_ = 0;
     std::vector<std::string> missing_;
+    std::unordered_set<std::string> missingSeen_;  // missing_ in lower case
     std::vector<std::unique_ptr<Source>> pool_;
 
     // per-expression context
@@ -228,6 +237,14 @@ private:
             r.sql = "?" + std::to_string(e.litIndex + 1);
             maxParam_ = std::max(maxParam_, e.litIndex + 1);
         }
+        return r;
+    }
+
+    R inlineLiteral(const Expr& e) {
+        bool saved = inline_;
+        inline_ = true;
+        R r = literal(e);
+        inline_ = saved;
         return r;
     }
 
@@ -309,10 +326,7 @@ private:
     }
 
     R missing(const std::string& name) {
-        bool seen = false;
-        for (auto& m : missing_)
-            if (iequals(m, name)) seen = true;
-        if (!seen) missing_.push_back(name);
+        if (missingSeen_.insert(AsciiLower(name)).second) missing_.push_back(name);
         R r;
         r.sql = "NULL";
         r.ty = Ty::Var;
@@ -385,8 +399,13 @@ private:
                     return r;
                 }
                 std::string items;
+                checkInListLength(e.args.size() - 1);
+                // A long list writes its literals into the text: SQLite looks numbered parameters
+                // up one by one, which grows with the square of their count.
+                const bool inlineItems = e.args.size() > kInlineInList + 1;
+                if (inlineItems) cacheable_ = false;
                 for (std::size_t i = 1; i < e.args.size(); ++i) {
-                    R b = expr(*e.args[i], cx);
+                    R b = inlineItems && e.args[i]->k == Expr::K::Lit && e.args[i]->litIndex >= 0 ? inlineLiteral(*e.args[i]) : expr(*e.args[i], cx);
                     r.agg = r.agg || b.agg;
                     std::string y = val(b);
                     if (a.ty == Ty::Date) y = asDate(b);
@@ -584,7 +603,7 @@ private:
         const char* opname = nullptr;
         switch (e.op) {
             case Op::Add:
-                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = "(" + val(a) + " + " + val(b) + ")"; return r; }
+                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = finite(r.ty, "(" + val(a) + " + " + val(b) + ")"); return r; }
                 if (isTxt(a.ty) && isTxt(b.ty)) { r.ty = Ty::Text; r.sql = "(" + a.sql + " || " + b.sql + ")"; return r; }
                 if ((a.ty == Ty::Date && (nb || isTxt(b.ty))) || (b.ty == Ty::Date && (na || isTxt(a.ty)))) r.ty = Ty::Date;
                 else if (a.ty == Ty::Var || b.ty == Ty::Var) r.ty = Ty::Var;
@@ -592,7 +611,7 @@ private:
                 opname = "+";
                 break;
             case Op::Sub:
-                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = "(" + val(a) + " - " + val(b) + ")"; return r; }
+                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = finite(r.ty, "(" + val(a) + " - " + val(b) + ")"); return r; }
                 if (a.ty == Ty::Date && b.ty == Ty::Date) r.ty = Ty::Dbl;
                 else if (a.ty == Ty::Date) r.ty = Ty::Date;
                 else if (a.ty == Ty::Var || b.ty == Ty::Var) r.ty = Ty::Var;
@@ -600,7 +619,7 @@ private:
                 opname = "-";
                 break;
             case Op::Mul:
-                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = "(" + val(a) + " * " + val(b) + ")"; return r; }
+                if (na && nb) { r.ty = widen(a.ty, b.ty); r.sql = finite(r.ty, "(" + val(a) + " * " + val(b) + ")"); return r; }
                 r.ty = Ty::Dbl;
                 opname = "*";
                 break;
@@ -648,7 +667,7 @@ private:
                 else if (isIntTy(a.ty)) r.ty = Ty::Long;
                 else if (a.ty == Ty::Cur) r.ty = Ty::Cur;
                 else r.ty = Ty::Dbl;
-                r.sql = (n == "sum" ? "SUM(" : "AVG(") + x + ")";
+                r.sql = finite(r.ty, (n == "sum" ? "SUM(" : "AVG(") + x + ")");
             } else {
                 r.ty = a.logical ? Ty::Bool : a.ty;
                 r.size = a.size;
@@ -1283,6 +1302,7 @@ Translation Compiler::run(Statement& st) {
         case StatementKind::Select: {
             SelOut so = select(*st.select, nullptr, true, false);
             checkMissing();
+            checkSelectListLength(so.cols.size());
             Translation t;
             t.kind = StatementKind::Select;
             t.sql = std::move(so.sql);
@@ -1379,6 +1399,7 @@ std::size_t Translator::cacheSize() const { return impl_->cache.size(); }
 
 Translation Translator::translate(std::string_view text, const Options& options) {
     Impl& m = *impl_;
+    checkStatementLength(text);
     lex(text, m.toks);
     // key: the text with each literal replaced by its kind
     m.key.clear();

@@ -2,6 +2,8 @@
 // Each input either translates (and then runs) or is refused with the engine's error.
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "sql_support.h"
 
 using sqltest::TestDb;
@@ -45,6 +47,55 @@ TEST_F(SqlRobust, DeepNestingIsASyntaxError) {
         for (int i = 0; i < n && i < 5000; ++i) sub += "(Select * from ";
         EXPECT_NE(outcome("Select * from " + sub + "T" + std::string(static_cast<std::size_t>(std::min(n, 5000)), ')')), -1);
     }
+}
+
+// Values past what a Double or a date holds raise Overflow (6) wherever they arise, as the
+// platform does; the dialect's text functions are functions, never a syntax error.
+TEST_F(SqlRobust, ValuesOutOfRangeRaiseOverflow) {
+    const struct {
+        std::string sql;
+        int error;
+    } cases[] = {
+        {"Select 1e999 from T", 6},
+        {"Select -1e999 from T", 6},
+        {"Select " + std::string(400, '9') + " from T", 6},
+        {"Select 1e-999 from T", 0},
+        {"Select 0.0e999 from T", 0},
+        {"Select 1e308 * 10 from T", 6},
+        {"Select Abs(1e308 * 10) from T", 6},
+        {"Select Sum(1e308) from T", 6},
+        {"Select Valore - 1e308 - 1e308 from T", 6},
+        {"Insert Into T (ID, Valore) Values (9, 1e308 * 10)", 6},
+        {"Insert Into T (ID, Quando) Values (9, #12/31/9999# + 1)", 6},
+        {"Update T Set Quando = Quando - 800000", 6},
+        {"Insert Into T (ID, Quando) Values (9, #12/31/9999#)", 0},
+        {"Select Asc('A'), Chr(65) from T", 0},
+        {"Select StrReverse('ab') from T", 3085},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sql);
+        EXPECT_EQ(outcome(c.sql), c.error);
+    }
+    EXPECT_EQ(db.rows("Select Asc('A') & Chr(66) from T where ID=1"), "65B");
+}
+
+// Bounds on one statement give error 3360 instead of unbounded work, and the work below them
+// grows linearly: a long In list and many unknown names answer at once.
+TEST_F(SqlRobust, StatementBoundsAndLongLists) {
+    auto list = [](const std::string& head, int n, const std::string& item, const std::string& tail,
+                   const std::string& after = "") {
+        std::string s = head;
+        for (int i = 0; i < n; ++i) s += (i ? "," : "") + item + std::to_string(i) + after;
+        return s + tail;
+    };
+    auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(db.rows(list("Select ID from T where ID In (", 100000, "", ") order by ID")), "1;2");
+    EXPECT_EQ(db.rows(list("Select ID from T where Nome In (", 1000, "'x", ") or Nome = 'b'", "'")), "2");
+    EXPECT_EQ(outcome(list("Select ", 50000, "p", " from T")), 3061);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(outcome(list("Select ID from T where ID In (", 100001, "", ")")), 3360);
+    EXPECT_EQ(outcome(list("Select ", 2001, "ID+", " from T")), 3360);
+    EXPECT_EQ(outcome("Select ID from T where Nome = '" + std::string(1 << 20, 'x') + "'"), 3360);
 }
 
 TEST_F(SqlRobust, LongTexts) {

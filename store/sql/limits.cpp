@@ -1,0 +1,80 @@
+#include "store/sql/limits.h"
+
+#include <sqlite3.h>
+
+#include <cmath>
+#include <string>
+
+#include "store/errors.h"
+
+namespace store::sql {
+
+namespace {
+
+constexpr double kFirstDateSerial = -657434.0;  // 1/1/100
+constexpr double kEndDateSerial = 2958466.0;    // 1/1/10000
+
+void jetFinite(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_FLOAT && !std::isfinite(sqlite3_value_double(argv[0]))) {
+        std::string m = "JET:6:" + errorText(6);
+        sqlite3_result_error(ctx, m.c_str(), static_cast<int>(m.size()));
+        return;
+    }
+    sqlite3_result_value(ctx, argv[0]);
+}
+
+}  // namespace
+
+void checkStatementLength(std::string_view text) {
+    if (text.size() > kMaxStatementLength)
+        raise(3360, "L'istruzione supera i " + std::to_string(kMaxStatementLength) + " caratteri.");
+}
+
+void checkInListLength(std::size_t terms) {
+    if (terms > kMaxInListTerms)
+        raise(3360, "L'elenco di In supera i " + std::to_string(kMaxInListTerms) + " valori.");
+}
+
+void checkSelectListLength(std::size_t terms) {
+    if (terms > kMaxSelectTerms)
+        raise(3360, "L'elenco dei campi supera i " + std::to_string(kMaxSelectTerms) + " campi.");
+}
+
+// The token is digits with an optional point and exponent; what matters is the power of ten of its
+// first significant digit.
+double numberOutOfRange(std::string_view token) {
+    long long scale = 0;
+    bool seenPoint = false, significant = false;
+    std::size_t i = 0;
+    for (; i < token.size() && token[i] != 'e' && token[i] != 'E'; ++i) {
+        char c = token[i];
+        if (c == '.') {
+            seenPoint = true;
+        } else if (c != '0' || significant) {
+            if (!significant && seenPoint) --scale;
+            if (!seenPoint && significant) ++scale;
+            significant = true;
+        } else if (seenPoint) {
+            --scale;
+        }
+    }
+    if (!significant) return 0;
+    long long exponent = 0;
+    if (i < token.size()) {
+        bool negative = i + 1 < token.size() && token[i + 1] == '-';
+        for (std::size_t k = i + 1; k < token.size(); ++k)
+            if (token[k] >= '0' && token[k] <= '9' && exponent < 100000) exponent = exponent * 10 + (token[k] - '0');
+        if (negative) exponent = -exponent;
+    }
+    if (scale + exponent > 0) raise(6);
+    return 0;
+}
+
+bool dateInRange(double serial) { return serial >= kFirstDateSerial && serial < kEndDateSerial; }
+
+void registerLimitFunctions(sqlite3* db) {
+    sqlite3_create_function_v2(db, "jet_finite", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, jetFinite, nullptr,
+                               nullptr, nullptr);
+}
+
+}  // namespace store::sql
