@@ -54,6 +54,7 @@ void lex(std::string_view text, std::vector<Token>& out) {
         std::size_t start = i;
         if (identStart(c)) {
             while (i < n && identChar(static_cast<unsigned char>(text[i]))) ++i;
+            if (i + 1 < n && text[i] == '$' && text[i + 1] == '(') ++i;  // Left$(...): a function's text form
             push(Tok::Ident, start, i);
         } else if (c == '[') {
             ++i;

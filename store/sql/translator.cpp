@@ -640,6 +640,7 @@ private:
 
     R func(const Expr& e, Ctx& cx) {
         std::string n = AsciiLower(e.text);
+        if (n.ends_with('$')) n = textFormName(n, e.text);
         // aggregates
         static const char* aggs[] = {"sum", "avg", "min", "max", "count"};
         for (const char* ag : aggs) {
@@ -739,6 +740,14 @@ private:
         }
         r.sql = "jet_fn('" + n + "','" + kinds + "'" + args + ")";
         return r;
+    }
+
+    // "Left$" is Left giving a text; only a function that gives a text has such a form.
+    static std::string textFormName(std::string lower, const std::string& written) {
+        lower.pop_back();
+        const FnInfo* fi = findFunction(lower);
+        if (!fi || fi->result != 't') raise(3085, written);
+        return lower;
     }
 
     // ---- FROM

@@ -50,8 +50,9 @@ TEST_F(SqlRobust, DeepNestingIsASyntaxError) {
 }
 
 // Values past what a Double or a date holds raise Overflow (6) wherever they arise, as the
-// platform does; the dialect's text functions are functions, never a syntax error.
-TEST_F(SqlRobust, ValuesOutOfRangeRaiseOverflow) {
+// platform does. The dialect's text functions, also in their text form (Left$), are functions: an
+// unknown one is error 3085, never a syntax error.
+TEST_F(SqlRobust, OverflowAndTextFunctions) {
     const struct {
         std::string sql;
         int error;
@@ -71,6 +72,9 @@ TEST_F(SqlRobust, ValuesOutOfRangeRaiseOverflow) {
         {"Insert Into T (ID, Quando) Values (9, #12/31/9999#)", 0},
         {"Select Asc('A'), Chr(65) from T", 0},
         {"Select StrReverse('ab') from T", 3085},
+        {"Select Left$(Nome, 1) & Trim$(Nome) & Chr$(65) from T", 0},
+        {"Select Asc$('a') from T", 3085},
+        {"Select Foo$(1) from T", 3085},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.sql);
