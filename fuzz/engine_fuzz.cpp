@@ -77,15 +77,12 @@ void readAndWrite(store::Recordset& rs) {
 
 void runStatement(store::Database& db, std::string_view text) {
     try {
-        std::unique_ptr<store::Recordset> rs;
         try {
-            rs = db.OpenRecordset(text);
-        } catch (const store::JetError& e) {
-            if (e.number() != 3219) throw;
             db.Execute(text);
-            return;
+        } catch (const store::JetError& e) {
+            if (e.number() != 3065) throw;  // a select: its rows are read through a recordset
+            readAndWrite(*db.OpenRecordset(text));
         }
-        readAndWrite(*rs);
     } catch (const store::JetError& e) {
         if (e.number() == 3000 && !sqliteBound(e.what())) finding("engine error 3000", text, e.what());
         if (e.number() <= 0) finding("error without a number", text, e.what());
