@@ -128,7 +128,7 @@ protected:
 // and no row is lost or doubled.
 TEST_F(SeveralUsers, WritersAndStructureChangesLoseNothing) {
     constexpr int kWriters = 4;
-    constexpr long kRows = 40;
+    constexpr long kRows = 60;
     std::vector<std::unique_ptr<Child>> writers;
     for (int w = 0; w < kWriters; ++w) {
         writers.push_back(std::make_unique<Child>(std::vector<std::string>{
