@@ -40,6 +40,14 @@ void checkSelectListLength(std::size_t terms) {
         raise(3360, "L'elenco dei campi supera i " + std::to_string(kMaxSelectTerms) + " campi.");
 }
 
+void raiseNestingLimit(int levels) {
+    raise(3360, "L'espressione supera i " + std::to_string(levels) + " livelli di annidamento.");
+}
+
+void raiseChainLimit(int terms) {
+    raise(3360, "L'espressione supera i " + std::to_string(terms) + " termini uniti da And, Or o &.");
+}
+
 // The token is digits with an optional point and exponent; what matters is the power of ten of its
 // first significant digit.
 double numberOutOfRange(std::string_view token) {

@@ -21,6 +21,11 @@ void checkStatementLength(std::string_view text);
 void checkInListLength(std::size_t terms);
 void checkSelectListLength(std::size_t terms);
 
+// Error 3360 for an expression nested deeper than `levels`, or a chain of And, Or or & longer than
+// `terms`: SQLite's parser and its expression depth take no more.
+[[noreturn]] void raiseNestingLimit(int levels);
+[[noreturn]] void raiseChainLimit(int terms);
+
 // A number literal that a double cannot hold: error 6 when it is too large, 0 when too small.
 double numberOutOfRange(std::string_view token);
 

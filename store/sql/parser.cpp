@@ -6,6 +6,7 @@
 
 #include "store/errors.h"
 #include "store/sql/ast.h"
+#include "store/sql/limits.h"
 
 namespace store::sql::detail {
 
@@ -297,7 +298,7 @@ private:
         raise(e);
     }
     void enter() {
-        if (++depth_ > kMaxDepth) fail(3075);
+        if (++depth_ > kMaxDepth) raiseNestingLimit(kMaxDepth);
     }
     void leave() { --depth_; }
 
@@ -523,7 +524,8 @@ private:
             if (ad > d) d = ad;
         }
         e.depth = d + 1;
-        if (e.depth > kMaxExprDepth || e.chain > kMaxChain) fail(err_ == 3141 ? 3075 : err_);
+        if (e.depth > kMaxExprDepth) raiseNestingLimit(kMaxExprDepth);
+        if (e.chain > kMaxChain) raiseChainLimit(kMaxChain);
     }
     ExprP binary(Op op, ExprP l, ExprP r) {
         auto e = mk(Expr::K::Binary, l->pos);

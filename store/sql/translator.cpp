@@ -1440,7 +1440,7 @@ Translation Translator::translate(std::string_view text, const Options& options)
     Statement st = parse(text, m.toks);
     Compiler comp(m.catalog, text, m.lits, options.inlineLiterals);
     Translation t = comp.run(st);
-    if (nesting(t.sql) > kMaxSqlNesting) raise(3075, std::string(text.substr(0, 200)));
+    if (nesting(t.sql) > kMaxSqlNesting) raiseNestingLimit(kMaxSqlNesting);
     if (!options.inlineLiterals && t.kind != StatementKind::Ddl) {
         int n = comp.maxParam();
         t.params.clear();
