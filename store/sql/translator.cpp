@@ -240,6 +240,13 @@ private:
         return r;
     }
 
+    // A literal that can stand in the text as it is (a text holding a NUL stays a parameter).
+    bool writableInline(const Expr& e) const {
+        if (e.k != Expr::K::Lit || e.litIndex < 0) return false;
+        const Value& v = lits_.at(static_cast<std::size_t>(e.litIndex));
+        return v.kind() != Value::Kind::Text || v.text().find('\0') == std::string::npos;
+    }
+
     R inlineLiteral(const Expr& e) {
         bool saved = inline_;
         inline_ = true;
@@ -405,7 +412,7 @@ private:
                 const bool inlineItems = e.args.size() > kInlineInList + 1;
                 if (inlineItems) cacheable_ = false;
                 for (std::size_t i = 1; i < e.args.size(); ++i) {
-                    R b = inlineItems && e.args[i]->k == Expr::K::Lit && e.args[i]->litIndex >= 0 ? inlineLiteral(*e.args[i]) : expr(*e.args[i], cx);
+                    R b = inlineItems && writableInline(*e.args[i]) ? inlineLiteral(*e.args[i]) : expr(*e.args[i], cx);
                     r.agg = r.agg || b.agg;
                     std::string y = val(b);
                     if (a.ty == Ty::Date) y = asDate(b);

@@ -96,6 +96,7 @@ TEST_F(SqlRobust, StatementBoundsAndLongLists) {
     auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(db.rows(list("Select ID from T where ID In (", 100000, "", ") order by ID")), "1;2");
     EXPECT_EQ(db.rows(list("Select ID from T where Nome In (", 1000, "'x", ") or Nome = 'b'", "'")), "2");
+    EXPECT_EQ(db.rows(list(std::string("Select ID from T where Nome In ('a\0b',", 38), 1000, "'x", ")", "'")), "");
     EXPECT_EQ(outcome(list("Select ", 50000, "p", " from T")), 3061);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     EXPECT_EQ(outcome(list("Select ID from T where ID In (", 100001, "", ")")), 3360);
