@@ -108,9 +108,9 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
             patient->Execute("DELETE FROM T WHERE ID = 2");
             if (patient->GetTableDef("T")->Fields.size() > 1) patient->Execute("ALTER TABLE T DROP COLUMN Nota");
             ASSERT_EQ(other.run(lock), SQLITE_OK);
-            std::thread release([&] {
+            std::thread release([&] {  // the other user's commit waits for a reader, as the engine's does
                 std::this_thread::sleep_for(std::chrono::milliseconds(100));
-                other.run("COMMIT");
+                while (other.run("COMMIT") == SQLITE_BUSY) std::this_thread::sleep_for(std::chrono::milliseconds(1));
             });
             EXPECT_EQ(errorOf([&] { patient->Execute(sql); }), 0);
             release.join();
