@@ -28,8 +28,8 @@ fuzz_runs() {  # target runs corpus...
   local target=$1 runs=$2 scratch
   shift 2
   scratch=$(mktemp -d)
-  build-fuzz/bin/"$target"_fuzz -runs="$runs" -seed=1 -timeout=10 -dict=fuzz/engine.dict -rss_limit_mb=2048 -print_final_stats=1 \
-    -artifact_prefix=build-fuzz/findings/"$target"- "$scratch" "$@"
+  build-fuzz/bin/"$target"_fuzz -runs="$runs" -seed=1 -timeout=10 -rss_limit_mb=2048 -dict=fuzz/engine.dict \
+    -print_final_stats=1 -artifact_prefix=build-fuzz/findings/"$target"- "$scratch" "$@"
   rm -rf "$scratch"
 }
 fuzz_runs engine 60000 fuzz/corpus/engine fuzz/corpus/translator
