@@ -1,6 +1,7 @@
 // Several processes on one archive, as in an office with several machines: writers that run
-// together with a structure change, and a writer killed at random points. Every row a writer
-// acknowledged must be in the file, and the file must stay whole.
+// together with structure changes, and a writer and a structure change killed at random points.
+// Every row a writer acknowledged must be in the file, and the file must stay whole.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sqlite3.h>
@@ -28,7 +29,7 @@ class Child {
 public:
     explicit Child(const std::vector<std::string>& argv) {
         int fds[2];
-        if (::pipe(fds) != 0) return;
+        if (::pipe2(fds, O_CLOEXEC) != 0) return;  // later children do not keep this one's pipe
         pid_ = ::fork();
         if (pid_ == 0) {
             ::dup2(fds[1], 1);
