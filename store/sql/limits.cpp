@@ -23,7 +23,31 @@ void jetFinite(sqlite3_context* ctx, int, sqlite3_value** argv) {
     sqlite3_result_value(ctx, argv[0]);
 }
 
+// A connection with no tables: SQLite parses a text in full before it looks for any name, so a
+// text too deep for its parser is told apart from one that only names what is not there.
+class ParserProbe {
+public:
+    ParserProbe() { sqlite3_open_v2(":memory:", &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, nullptr); }
+    ~ParserProbe() { sqlite3_close_v2(db_); }
+    bool overflows(const std::string& sql) {
+        sqlite3_stmt* s = nullptr;
+        int rc = sqlite3_prepare_v2(db_, sql.c_str(), static_cast<int>(sql.size()), &s, nullptr);
+        sqlite3_finalize(s);
+        if (rc == SQLITE_OK) return false;
+        std::string_view m = sqlite3_errmsg(db_);
+        return m.find("parser stack overflow") != m.npos || m.find("Expression tree is too large") != m.npos;
+    }
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
 }  // namespace
+
+void checkSqliteDepth(const std::string& sql) {
+    thread_local ParserProbe probe;
+    if (probe.overflows(sql)) raise(3360, "L'espressione è annidata troppo in profondità.");
+}
 
 void checkStatementLength(std::string_view text) {
     if (text.size() > kMaxStatementLength)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 struct sqlite3;
@@ -25,6 +26,10 @@ void checkSelectListLength(std::size_t terms);
 // `terms`: SQLite's parser and its expression depth take no more.
 [[noreturn]] void raiseNestingLimit(int levels);
 [[noreturn]] void raiseChainLimit(int terms);
+
+// Error 3360 when SQLite's parser cannot take a text the translator wrote: its stack holds about
+// a hundred levels, and a function call nested in an argument takes several of them.
+void checkSqliteDepth(const std::string& sql);
 
 // A number literal that a double cannot hold: error 6 when it is too large, 0 when too small.
 double numberOutOfRange(std::string_view token);

@@ -1448,6 +1448,7 @@ Translation Translator::translate(std::string_view text, const Options& options)
     Compiler comp(m.catalog, text, m.lits, options.inlineLiterals);
     Translation t = comp.run(st);
     if (nesting(t.sql) > kMaxSqlNesting) raiseNestingLimit(kMaxSqlNesting);
+    checkSqliteDepth(t.sql);
     if (!options.inlineLiterals && t.kind != StatementKind::Ddl) {
         int n = comp.maxParam();
         t.params.clear();

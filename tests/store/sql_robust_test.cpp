@@ -48,6 +48,10 @@ TEST_F(SqlRobust, DeepNestingIsTooComplex) {
         for (int i = 0; i < n && i < 5000; ++i) sub += "(Select * from ";
         EXPECT_NE(outcome("Select * from " + sub + "T" + std::string(static_cast<std::size_t>(std::min(n, 5000)), ')')), -1);
     }
+    // Each negated date is a call nested in the argument of the next: shallow in the statement,
+    // too deep for SQLite's parser once translated.
+    EXPECT_EQ(outcome("Select Abs(" + std::string(36, '-') + "#12/31/9999# - 1 * 10) from T"), 3360);
+    EXPECT_EQ(outcome("Select Abs(" + std::string(8, '-') + "#12/31/2024# - 1 * 10) from T"), 0);
 }
 
 // Values past what a Double or a date holds raise Overflow (6) wherever they arise, as the
