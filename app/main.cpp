@@ -1,17 +1,12 @@
-// The program: fixes its folder, installs the real dialogs, registers the screens, runs the
+// The program: fixes its folder, installs the real dialogs, registers every area's screens, runs the
 // start-up and then the event loop while the main panel is open.
 #include <QApplication>
 #include <QDir>
 
-#include <cstdlib>
-
+#include "app/screens/Registra.h"
+#include "app/screens/frmMain.h"
 #include "core/avvio.h"
-#include "core/dialogs.h"
-#include "core/screens/frmMain.h"
 #include "core/session.h"
-#include "core/screens/frmAggiorna.h"
-#include "payments/screens/RegistraCondizioni.h"
-#include "tools/screens/RegistraCodici.h"
 #include "ui/Dialoghi.h"
 
 int main(int argc, char** argv) {
@@ -19,10 +14,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Brevano");
     core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
     ui::installaInterfaccia();
-    RegistraSchermiAvvio();
-    registraSchermiAggiornamento();
-    RegistraSchermiCodici();
-    RegistraSchermiCondizioni();
+    RegistraSchermi();
 
     core::EsitoAvvio esito = core::EsitoAvvio::Termina;
     // A failure in opening or compacting a file ends start-up with the error box.

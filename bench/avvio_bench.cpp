@@ -14,14 +14,15 @@
 #include "core/impostazioni.h"
 #include "core/login.h"
 #include "core/registro_schermi.h"
-#include "core/screens/frmMain.h"
+#include "app/screens/Registra.h"
+#include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "core/utenti.h"
 #include "core/varie.h"
 #include "store/convert.h"
 #include "store/model/model.h"
 #include "support/archive_gen.h"
-#include "ui/DialoghiScript.h"
+#include "support/DialoghiScript.h"
 
 namespace fs = std::filesystem;
 
@@ -75,10 +76,10 @@ void ChiudiPannello() {
 
 void BM_AvvioFinoAlPannello(benchmark::State& state) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    ui::applicazioneDiProva();
+    prova::applicazioneDiProva();
     Installazione inst;
-    RegistraSchermiAvvio();
-    auto script = ui::installaScript();
+    RegistraSchermi();
+    auto script = prova::installaScript();
     for (auto _ : state) {
         script->schermo("frmLogin", [](QWidget*) {
             core::ApriLogin();

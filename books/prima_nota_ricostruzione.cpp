@@ -1,5 +1,6 @@
 #include "books/prima_nota_ricostruzione.h"
 
+#include "core/archivio_sql.h"
 #include "core/session.h"
 #include "payments/primanota.h"
 #include "store/convert.h"
@@ -14,8 +15,6 @@ constexpr int kModoIncasso = 1;
 constexpr int kModoPagamento = 2;
 constexpr int kBanca = 0;
 
-double NumeroOZero(const store::Value& v) { return v.isNull() ? 0.0 : store::CDbl(v); }
-
 }  // namespace
 
 long RicostruisciPrimaNota(const AvanzamentoRicostruzione& avanza) {
@@ -29,12 +28,12 @@ long RicostruisciPrimaNota(const AvanzamentoRicostruzione& avanza) {
     long scritte = 0;
     for (; !rs->Eof(); rs->MoveNext()) {
         if (avanza) avanza(rs->AbsolutePosition() + 1, totale);
-        const bool incasso = NumeroOZero(rs->get("Cliente")) > 0;
+        const bool incasso = core::NumeroOZero(rs->get("Cliente")) > 0;
         payments::VocePrimaNota voce;
         const store::Value data = rs->get("DataPagamento");
         voce.data = data.isNull() ? 0.0 : store::CDate(data);
         voce.descrizione = store::ConcatText(rs->get("DescPagamento"));
-        voce.importo = NumeroOZero(rs->get("ImportoPagamento"));
+        voce.importo = core::NumeroOZero(rs->get("ImportoPagamento"));
         voce.tipo = store::Value::Long(incasso ? kModoIncasso : kModoPagamento);
         voce.destinazione = store::Value::Long(kBanca);
         voce.pagamento = rs->get("ID");

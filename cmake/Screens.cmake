@@ -1,6 +1,6 @@
-# Screens of every area, including the core's (login, main panel, registers and editors).
+# Screens of every area, and the program's own (login, main panel, companies, users, periods).
 set(SCREEN_GLOBS)
-foreach(area core sales expenses payments books output tools)
+foreach(area app sales expenses payments books output tools)
   list(APPEND SCREEN_GLOBS ${PROJECT_SOURCE_DIR}/${area}/screens/*.cpp ${PROJECT_SOURCE_DIR}/${area}/screens/*.h)
 endforeach()
 file(GLOB SCREEN_SOURCES CONFIGURE_DEPENDS ${SCREEN_GLOBS})

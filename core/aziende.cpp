@@ -142,4 +142,13 @@ bool EliminaAzienda(long idAzienda, const std::string& denominazione) {
     return true;
 }
 
+const TabellaCampi& CampiAziende() {
+    static const TabellaCampi t{
+        {"Denominazione", "s101", 3500}, {"Indirizzo", "Indirizzo"},        {"Cap", "Cap"},
+        {"Citta", "s104", 2000},          {"Provincia", "Provincia"},        {"PartitaIva", "s106", 1600},
+        {"CodiceFiscale", "Codice Fiscale"}, {"Telefono", "Telefono"},       {"Fax", "Fax"},
+    };
+    return t;
+}
+
 }  // namespace core

@@ -2,9 +2,14 @@
 // company's report folder and report list, deletion of a company with its archives.
 #pragma once
 
+#include "core/campi.h"
+
 #include <string>
 
 namespace core {
+
+// The fields of a company as its register, side panel and editor show them.
+const TabellaCampi& CampiAziende();
 
 // The data folder: the folder of the open master file.
 std::string CartellaDati();

@@ -5,6 +5,26 @@
 
 namespace core {
 
+// The positions of the rights string: each area has a pair, an odd position to see it and the next
+// even one to change it; notes have one position.
+enum Diritto : int {
+    NessunDiritto = 0,
+    UtentiVedere = 1,
+    UtentiModificare = 2,
+    DocumentiVedere = 3,
+    DocumentiModificare = 4,
+    SpeseVedere = 5,
+    SpeseModificare = 6,
+    PagamentiVedere = 7,
+    PagamentiModificare = 8,
+    IncassiVedere = 9,
+    IncassiModificare = 10,
+    ScadenzeVedere = 11,
+    ScadenzeModificare = 12,
+    PrimaNotaVedere = 13,
+    NoteUtente = 14,
+};
+
 // True when the right at the 1-based position is granted in the given string, or in the session's
 // Privilegi when the string is "". While that string is empty nobody is logged in, so frmLogin is
 // shown first, again and again until someone logs in. The character is converted as the platform

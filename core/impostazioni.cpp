@@ -40,6 +40,19 @@ void ScriviLingua(const std::string& sezione, const std::string& chiave, const s
 
 std::string Testo(const std::string& chiave) { return LeggiLingua("Stringhe", chiave); }
 
+namespace {
+bool ChiaveLingua(const std::string& s) {
+    if (s.size() < 2 || s[0] != 's') return false;
+    for (size_t i = 1; i < s.size(); ++i)
+        if (s[i] < '0' || s[i] > '9') return false;
+    return true;
+}
+}  // namespace
+
+std::string Didascalia(const std::string& chiaveOTesto) {
+    return ChiaveLingua(chiaveOTesto) ? Testo(chiaveOTesto) : chiaveOTesto;
+}
+
 void RipristinaLingua() {
     const std::string italiano = PercorsoProgramma(kItaliano);
     const std::string lingua = PercorsoProgramma(kLingua);

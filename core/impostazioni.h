@@ -18,6 +18,9 @@ void ScriviLingua(const std::string& sezione, const std::string& chiave, const s
 // The text of key in section Stringhe of Lang.lng. There is no fallback: an unknown key gives "",
 // so a caption goes blank rather than showing the key.
 std::string Testo(const std::string& chiave);
+// The one caption routine of the screens: the text of a language key ("s77"), blank when the language
+// file lacks it, or the caption itself when it is no key ("Giorni per rata").
+std::string Didascalia(const std::string& chiaveOTesto);
 
 // Puts Italian back as the working language: Lang.lng becomes a copy of Italiano.lng and records
 // where it came from in Parametri/File. Used at start-up with no users and by the login.

@@ -16,50 +16,50 @@ namespace {
 
 // Screens that a later step brings; their commands show but stay off until registered.
 const std::vector<ComandoPannello> kMenu = {
-    {"mServizi", "mAnagrafiche", "Servizi", "frmServizi", 0, -1, "applications-other", ""},
-    {"mClienti", "mAnagrafiche", "Clienti", "frmClienti", 0, -1, "system-users", ""},
-    {"mFornitori", "mAnagrafiche", "Fornitori", "frmFornitori", 0, -1, "system-users", ""},
-    {"mNote", "mAnagrafiche", "Note", "frmNote", 14, -1, "accessories-text-editor", ""},
-    {"mClassificazioniSpese", "mAnagrafiche", "Classificazioni Spese", "frmClassificazioniSpese", 0, -1,
+    {"mServizi", "mAnagrafiche", "Servizi", "frmServizi", NessunDiritto, -1, "applications-other", ""},
+    {"mClienti", "mAnagrafiche", "Clienti", "frmClienti", NessunDiritto, -1, "system-users", ""},
+    {"mFornitori", "mAnagrafiche", "Fornitori", "frmFornitori", NessunDiritto, -1, "system-users", ""},
+    {"mNote", "mAnagrafiche", "Note", "frmNote", NoteUtente, -1, "accessories-text-editor", ""},
+    {"mClassificazioniSpese", "mAnagrafiche", "Classificazioni Spese", "frmClassificazioniSpese", NessunDiritto, -1,
      "format-indent-more", ""},
-    {"mCodiciIva", "mAnagrafiche", "Codici Iva", "frmCodiciIva", 0, -1, "accessories-calculator", ""},
-    {"mCondizioniPagamento", "mAnagrafiche", "Condizioni di Pagamento", "frmCondizioniPagamento", 0, -1,
+    {"mCodiciIva", "mAnagrafiche", "Codici Iva", "frmCodiciIva", NessunDiritto, -1, "accessories-calculator", ""},
+    {"mCondizioniPagamento", "mAnagrafiche", "Condizioni di Pagamento", "frmCondizioniPagamento", NessunDiritto, -1,
      "x-office-calendar", ""},
-    {"mTipiSpese", "mAnagrafiche", "Tipi Spese", "frmTipiSpesa", 0, -1, "format-justify-fill", ""},
-    {"mUtenti", "mAnagrafiche", "Utenti", "frmUtenti", 1, -1, "system-users", ""},
-    {"mnuEsci", "mAnagrafiche", "Esci", "", 0, -1, "system-log-out", ""},
-    {"mPreventivi", "mContabilita", "Preventivi", "frmDocumenti", 3, 7, "x-office-document", ""},
-    {"mFatture", "mContabilita", "Fatture", "frmDocumenti", 3, 5, "x-office-document", ""},
-    {"mSpese", "mContabilita", "Spese", "frmSpese", 5, -1, "mail-send-receive", ""},
-    {"mNoteDebito", "mContabilita", "Note di Debito", "frmDocumenti", 3, 6, "edit-undo", ""},
-    {"mNoteCreditoRicevute", "mContabilita", "Note di Credito Ricevute", "frmDocumenti", 3, 9, "edit-redo", ""},
-    {"mCertificazioniAcconto", "mContabilita", "Certificazioni ritenute d'acconto", "frmCertificazioniAcconto", 0,
+    {"mTipiSpese", "mAnagrafiche", "Tipi Spese", "frmTipiSpesa", NessunDiritto, -1, "format-justify-fill", ""},
+    {"mUtenti", "mAnagrafiche", "Utenti", "frmUtenti", UtentiVedere, -1, "system-users", ""},
+    {"mnuEsci", "mAnagrafiche", "Esci", "", NessunDiritto, -1, "system-log-out", ""},
+    {"mPreventivi", "mContabilita", "Preventivi", "frmDocumenti", DocumentiVedere, 7, "x-office-document", ""},
+    {"mFatture", "mContabilita", "Fatture", "frmDocumenti", DocumentiVedere, 5, "x-office-document", ""},
+    {"mSpese", "mContabilita", "Spese", "frmSpese", SpeseVedere, -1, "mail-send-receive", ""},
+    {"mNoteDebito", "mContabilita", "Note di Debito", "frmDocumenti", DocumentiVedere, 6, "edit-undo", ""},
+    {"mNoteCreditoRicevute", "mContabilita", "Note di Credito Ricevute", "frmDocumenti", DocumentiVedere, 9, "edit-redo", ""},
+    {"mCertificazioniAcconto", "mContabilita", "Certificazioni ritenute d'acconto", "frmCertificazioniAcconto", NessunDiritto,
      -1, "document-properties", ""},
-    {"mPagamenti", "mContabilita", "Pagamenti", "frmPagamenti", 7, 0, "go-previous", ""},
-    {"mIncassi", "mContabilita", "Incassi", "frmPagamenti", 9, 1, "go-next", ""},
-    {"mScadenzeAttive", "mScadenze", "Attive", "frmScadenze", 11, 0, "appointment-new", ""},
-    {"mScadenzePassive", "mScadenze", "Passive", "frmScadenze", 11, 1, "appointment-new", ""},
-    {"mPrimaNota", "mContabilita", "Prima Nota (Ordinato per data)", "frmPrimaNota", 13, 0, "x-office-spreadsheet", ""},
-    {"mPrimaNotaC", "mContabilita", "Prima Nota (Clienti)", "frmPrimaNota", 13, 1, "x-office-spreadsheet", ""},
-    {"mPrimaNotaF", "mContabilita", "Prima Nota (Fornitori)", "frmPrimaNota", 13, 2, "x-office-spreadsheet", ""},
-    {"mPrimaNota2", "mContabilita", "Partita doppia (Ordinato per destinatario)", "frmPrimaNota2", 13, -1,
+    {"mPagamenti", "mContabilita", "Pagamenti", "frmPagamenti", PagamentiVedere, 0, "go-previous", ""},
+    {"mIncassi", "mContabilita", "Incassi", "frmPagamenti", IncassiVedere, 1, "go-next", ""},
+    {"mScadenzeAttive", "mScadenze", "Attive", "frmScadenze", ScadenzeVedere, 0, "appointment-new", ""},
+    {"mScadenzePassive", "mScadenze", "Passive", "frmScadenze", ScadenzeVedere, 1, "appointment-new", ""},
+    {"mPrimaNota", "mContabilita", "Prima Nota (Ordinato per data)", "frmPrimaNota", PrimaNotaVedere, 0, "x-office-spreadsheet", ""},
+    {"mPrimaNotaC", "mContabilita", "Prima Nota (Clienti)", "frmPrimaNota", PrimaNotaVedere, 1, "x-office-spreadsheet", ""},
+    {"mPrimaNotaF", "mContabilita", "Prima Nota (Fornitori)", "frmPrimaNota", PrimaNotaVedere, 2, "x-office-spreadsheet", ""},
+    {"mPrimaNota2", "mContabilita", "Partita doppia (Ordinato per destinatario)", "frmPrimaNota2", PrimaNotaVedere, -1,
      "document-print", ""},
-    {"mBilancio", "mContabilita", "Bilancio", "frmBilancio", 13, -1, "x-office-presentation", ""},
-    {"mEstrattoGeneraleFornitori", "mContabilita", "Estratto conto fornitori", "frmEstrattoContoGenerale", 0, -1,
+    {"mBilancio", "mContabilita", "Bilancio", "frmBilancio", PrimaNotaVedere, -1, "x-office-presentation", ""},
+    {"mEstrattoGeneraleFornitori", "mContabilita", "Estratto conto fornitori", "frmEstrattoContoGenerale", NessunDiritto, -1,
      "document-print-preview", ""},
-    {"mAziende", "mStrumenti", "Aziende Gestite", "frmAziende", 0, -1, "go-home", ""},
-    {"mChiusuraEsercizio", "mStrumenti", "Chiusura Esercizio", "", 0, -1, "process-stop", ""},
-    {"mNuovoEsercizio", "mStrumenti", "Nuovo Esercizio", "frmNuovoEsercizio", 0, -1, "folder-new", ""},
-    {"mModificaPeriodo", "mStrumenti", "Modifica periodo esercizio", "", 0, -1, "preferences-system", ""},
-    {"mBackup", "mStrumenti", "Backup dati", "frmBackup", 0, -1, "media-floppy", ""},
-    {"mImportaBackup", "mStrumenti", "Importa dati di backup", "frmImportaBackup", 0, -1, "document-revert", ""},
-    {"mEsportazioneElenchi", "mStrumenti", "Esportazione elenchi", "frmEsportaElenchi", 0, -1, "document-save-as", ""},
-    {"mCalcolatrice", "mStrumenti", "Calcolatrice", "frmCalcolatrice", 0, -1, "accessories-calculator", ""},
-    {"mGuida", "mInfo", "Guida", "", 0, -1, "help-browser", ""},
+    {"mAziende", "mStrumenti", "Aziende Gestite", "frmAziende", NessunDiritto, -1, "go-home", ""},
+    {"mChiusuraEsercizio", "mStrumenti", "Chiusura Esercizio", "", NessunDiritto, -1, "process-stop", ""},
+    {"mNuovoEsercizio", "mStrumenti", "Nuovo Esercizio", "frmNuovoEsercizio", NessunDiritto, -1, "folder-new", ""},
+    {"mModificaPeriodo", "mStrumenti", "Modifica periodo esercizio", "", NessunDiritto, -1, "preferences-system", ""},
+    {"mBackup", "mStrumenti", "Backup dati", "frmBackup", NessunDiritto, -1, "media-floppy", ""},
+    {"mImportaBackup", "mStrumenti", "Importa dati di backup", "frmImportaBackup", NessunDiritto, -1, "document-revert", ""},
+    {"mEsportazioneElenchi", "mStrumenti", "Esportazione elenchi", "frmEsportaElenchi", NessunDiritto, -1, "document-save-as", ""},
+    {"mCalcolatrice", "mStrumenti", "Calcolatrice", "frmCalcolatrice", NessunDiritto, -1, "accessories-calculator", ""},
+    {"mGuida", "mInfo", "Guida", "", NessunDiritto, -1, "help-browser", ""},
 };
 
 // The one list entry with no menu of its own.
-const ComandoPannello kEsportaFiles = {"mEsportaFiles", "", "Files Fatture/Clienti", "frmEsportaFatture", 0, -1,
+const ComandoPannello kEsportaFiles = {"mEsportaFiles", "", "Files Fatture/Clienti", "frmEsportaFatture", NessunDiritto, -1,
                                        "document-save-as", ""};
 
 const std::vector<SezioneLista> kListBar = {
@@ -88,20 +88,20 @@ const std::vector<SezioneLista> kListBar = {
 };
 
 const std::vector<ComandoPannello> kRapidi = {
-    {"mFAV", "", "Nuova fattura", "frmDocumentiEdita", 4, 5, "document-new", "s37"},
-    {"mSpesa", "", "Nuova spesa", "frmSpeseEdita", 6, -1, "document-new", "s38"},
-    {"mServizi", "", "Nuovo servizio", "frmServiziEdita", 0, -1, "list-add", "s39"},
-    {"mClienti", "", "Nuovo cliente", "frmClientiEdita", 0, -1, "list-add", "s40"},
-    {"mFornitori", "", "Nuovo fornitore", "frmFornitoriEdita", 0, -1, "list-add", "s41"},
-    {"mCodiciIva", "", "Nuovo codice Iva", "frmCodiciIvaEdita", 0, -1, "list-add", "s42"},
-    {"mCondizioniPagamento", "", "Nuova condizione di pagamento", "frmCondizioniPagamentoEdita", 0, -1,
+    {"mFAV", "", "Nuova fattura", "frmDocumentiEdita", DocumentiModificare, 5, "document-new", "s37", "frmMovimentiEdita"},
+    {"mSpesa", "", "Nuova spesa", "frmSpeseEdita", SpeseModificare, -1, "document-new", "s38", "frmSpeseMovEdita"},
+    {"mServizi", "", "Nuovo servizio", "frmServiziEdita", NessunDiritto, -1, "list-add", "s39"},
+    {"mClienti", "", "Nuovo cliente", "frmClientiEdita", NessunDiritto, -1, "list-add", "s40"},
+    {"mFornitori", "", "Nuovo fornitore", "frmFornitoriEdita", NessunDiritto, -1, "list-add", "s41"},
+    {"mCodiciIva", "", "Nuovo codice Iva", "frmCodiciIvaEdita", NessunDiritto, -1, "list-add", "s42"},
+    {"mCondizioniPagamento", "", "Nuova condizione di pagamento", "frmCondizioniPagamentoEdita", NessunDiritto, -1,
      "list-add", "s43"},
-    {"mTipiSpesa", "", "Nuovo tipo spesa", "frmTipiSpesaEdita", 0, -1, "list-add", "s44"},
-    {"mUtenti", "", "Nuovo utente", "frmUtentiEdita", 2, -1, "list-add", "s45"},
-    {"mPagamenti", "", "Nuovo pagamento", "frmPagamentiSpeseEdita", 8, -1, "go-previous", "s46"},
-    {"mIncassi", "", "Nuovo incasso", "frmPagamentiEdita", 10, -1, "go-next", "s47"},
-    {"mScadenzeAttive", "", "Nuova scadenza attiva", "frmScadenzeEdita", 12, 0, "appointment-new", "s48"},
-    {"mScadenzePassive", "", "Nuova scadenza passiva", "frmScadenzeEdita", 12, 1, "appointment-new", "s49"},
+    {"mTipiSpesa", "", "Nuovo tipo spesa", "frmTipiSpesaEdita", NessunDiritto, -1, "list-add", "s44"},
+    {"mUtenti", "", "Nuovo utente", "frmUtentiEdita", UtentiModificare, -1, "list-add", "s45"},
+    {"mPagamenti", "", "Nuovo pagamento", "frmPagamentiSpeseEdita", PagamentiModificare, -1, "go-previous", "s46"},
+    {"mIncassi", "", "Nuovo incasso", "frmPagamentiEdita", IncassiModificare, -1, "go-next", "s47"},
+    {"mScadenzeAttive", "", "Nuova scadenza attiva", "frmScadenzeEdita", ScadenzeModificare, 0, "appointment-new", "s48"},
+    {"mScadenzePassive", "", "Nuova scadenza passiva", "frmScadenzeEdita", ScadenzeModificare, 1, "appointment-new", "s49"},
 };
 
 std::map<std::string, int>& ModiSchermi() {
@@ -198,11 +198,7 @@ void ApriEsercizio(long idEsercizio) {
     ScriviIni("Archivio", "ID", std::to_string(idEsercizio));
 }
 
-std::string Didascalia(const std::string& chiave, const std::string& predefinita) {
-    // A command with a language key shows the key's text, blank when the language file lacks it, as
-    // every caption does; only commands that have no key carry their caption in the code.
-    return chiave.empty() ? predefinita : Testo(chiave);
-}
+std::string ComandoPannello::didascalia() const { return Didascalia(chiaveTesto.empty() ? titolo : chiaveTesto); }
 
 DescrizioneEsercizio EsercizioCorrente() {
     Session& s = session();

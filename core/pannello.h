@@ -17,6 +17,11 @@ struct ComandoPannello {
     int modo = -1;           // the mode handed to a shared screen (document kind, due-date side), -1 none
     std::string icona;       // icon theme name
     std::string chiaveTesto; // language key of the caption, "" where the caption is fixed
+    std::string righe{};     // for a new record: the line editor that follows it ("" none)
+
+    // The caption shown: the key's text when it has a key (blank when the language file lacks it,
+    // as every caption is), otherwise the fixed one.
+    std::string didascalia() const;
 };
 
 // The menu tree in display order.
@@ -74,8 +79,6 @@ void ImpostaAzienda(long idAzienda);
 // program changed) and writes the settings.
 void ApriEsercizio(long idEsercizio);
 
-// A caption from the language file; the given default serves only commands that have no key.
-std::string Didascalia(const std::string& chiave, const std::string& predefinita);
 
 // The current period as the panel shows it: its dates ("aperto" with no end) and archive file;
 // all blank with no archive open.

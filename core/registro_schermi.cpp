@@ -3,6 +3,7 @@
 #include <map>
 
 #include "core/dialogs.h"
+#include "core/session.h"
 #include "store/errors.h"
 
 namespace core {
@@ -13,6 +14,7 @@ struct Registro {
     std::map<std::string, FabbricaSchermo> fabbriche;
     ChiusuraSchermo chiusura;
     std::function<void()> fineCaricamento;
+    std::function<void(Novita)> ascolto;
 };
 
 Registro& registro() {
@@ -31,6 +33,14 @@ const FabbricaSchermo& FabbricaDi(const std::string& nome) {
 
 void registraSchermo(const std::string& nome, FabbricaSchermo fabbrica) {
     registro().fabbriche[nome] = std::move(fabbrica);
+}
+
+void registraEditor(const std::string& nome, std::function<std::optional<long>()> apri) {
+    registraSchermo(nome, [apri = std::move(apri)] {
+        const std::optional<long> salvato = apri();
+        if (salvato) session().IDRecordEdit = *salvato;
+        return salvato.has_value();
+    });
 }
 
 bool schermoRegistrato(const std::string& nome) {
@@ -56,6 +66,12 @@ void installaFineCaricamento(std::function<void()> fine) { registro().fineCarica
 
 void FineCaricamento() {
     if (registro().fineCaricamento) registro().fineCaricamento();
+}
+
+void installaAscoltoNovita(std::function<void(Novita)> ascolto) { registro().ascolto = std::move(ascolto); }
+
+void AnnunciaNovita(Novita novita) {
+    if (registro().ascolto) registro().ascolto(novita);
 }
 
 void svuotaRegistroSchermi() { registro() = Registro{}; }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace core {
@@ -14,6 +15,10 @@ using FabbricaSchermo = std::function<bool()>;
 
 void registraSchermo(const std::string& nome, FabbricaSchermo fabbrica);
 bool schermoRegistrato(const std::string& nome);
+
+// An editor opened by name on a new record (the panel's quick list, a linked combo): it answers the
+// id it saved, which also goes to IDRecordEdit for the callers that read it there.
+void registraEditor(const std::string& nome, std::function<std::optional<long>()> apri);
 
 // Shows a screen modally through core::dialogs().runModal, so that a test script can answer for
 // it. A screen with no factory raises error 3265 when it is really to be shown.
@@ -32,6 +37,12 @@ bool ChiudiFormAperta(const std::string& nome);
 // flag, so that its combo handlers start to react only when everything is open.
 void installaFineCaricamento(std::function<void()> fine);
 void FineCaricamento();
+
+// What a screen tells the main panel without knowing it: the companies changed (one added, renamed
+// or deleted), or their periods did. The panel listens; with nobody listening nothing happens.
+enum class Novita { Aziende, Esercizi };
+void installaAscoltoNovita(std::function<void(Novita)> ascolto);
+void AnnunciaNovita(Novita novita);
 
 // Drops every factory and hook: for tests, and for the screen layer's shutdown.
 void svuotaRegistroSchermi();

@@ -70,4 +70,12 @@ void ScriviUtente(store::Recordset& rs, const DatiUtente& dati) {
     rs.set("Accessi", store::Value::Text(AccessiCifrati(dati.privilegi, dati.username)));
 }
 
+const TabellaCampi& CampiUtenti() {
+    static const TabellaCampi t{
+        {"UserName", "s297", 2500},
+        {"Denominazione", "s101", 3500},
+    };
+    return t;
+}
+
 }  // namespace core

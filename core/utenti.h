@@ -1,12 +1,17 @@
 // Users and their rights: the rights string, its checks, and the rules of the users' editor.
 #pragma once
 
+#include "core/campi.h"
+
 #include <string>
 #include <vector>
 
 #include "store/dao.h"
 
 namespace core {
+
+// The fields of a user as the register of users shows them.
+const TabellaCampi& CampiUtenti();
 
 // One right per position, "1" granted and "0" refused; odd positions see an area, even ones change it.
 inline constexpr int NumeroPrivilegi = 14;

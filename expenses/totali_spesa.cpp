@@ -1,6 +1,6 @@
 #include "expenses/totali_spesa.h"
 
-#include "sales/archivio_sql.h"
+#include "core/archivio_sql.h"
 #include "store/convert.h"
 
 namespace expenses {
@@ -17,7 +17,7 @@ std::string HavingSpesa(long spesa) { return "HAVING (((Spese.ID)=" + std::to_st
 
 std::optional<double> Somma(store::Recordset& rs, const char* campo) {
     if (rs.Eof()) return std::nullopt;
-    return sales::NumeroOpzionale(rs.get(campo));
+    return core::NumeroOpzionale(rs.get(campo));
 }
 
 void ScriviTotali(store::Recordset& rs, const TotaliSpesa& t) {
@@ -50,12 +50,12 @@ std::string SqlTotaliSpesa(long spesa) {
 }
 
 void CalcolaTotaliSpesa(long spesa, store::Recordset* recordset) {
-    sales::CursoreOccupato cursore;
-    auto rs = sales::Apri("Select * from qrSpese where ID=" + std::to_string(spesa));
+    core::CursoreOccupato cursore;
+    auto rs = core::Apri("Select * from qrSpese where ID=" + std::to_string(spesa));
     if (rs->Eof()) return;
-    auto somme = sales::Apri(SqlTotaliSpesa(spesa));
+    auto somme = core::Apri(SqlTotaliSpesa(spesa));
     const TotaliSpesa totali = ComponiTotaliSpesa(Somma(*somme, "Imponibile"), Somma(*somme, "Imposta"),
-                                                  sales::NumeroOZero(rs->get("RitenutaAcconto")));
+                                                  core::NumeroOZero(rs->get("RitenutaAcconto")));
     ScriviTotali(recordset ? *recordset : *rs, totali);
 }
 

@@ -4,6 +4,14 @@
 
 namespace payments {
 
+const core::TabellaCampi& CampiCondizioniPagamento() {
+    static const core::TabellaCampi t{
+        {"DescPagamento", "s77", 3000},
+        {"Rate", "s197", 800, "", core::Allineamento::Destra},
+    };
+    return t;
+}
+
 RateDigitate LeggiRate(const std::string& testo) {
     auto n = store::ParseNumberText(testo);
     double valore = n ? store::Round(*n) : 0;

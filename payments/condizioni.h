@@ -1,9 +1,14 @@
 // Payment terms: the number of instalments typed in the editor and the twelve day boxes it enables.
 #pragma once
 
+#include "core/campi.h"
+
 #include <string>
 
 namespace payments {
+
+// The fields of CondizioniPagamento as registers and editors show them.
+const core::TabellaCampi& CampiCondizioniPagamento();
 
 inline constexpr int MassimoRate = 12;
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/services.h"
-#include "sales/archivio_sql.h"
-#include "sales/numerazione.h"
+#include "core/archivio_sql.h"
+#include "core/documenti.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/errors.h"
@@ -75,7 +75,7 @@ std::vector<RataPiano> PianoScadenze(const RegolaScadenze& regola, bool scrittur
 }
 
 DocumentoDaScadenzare LeggiDocumentoDaScadenzare(long id) {
-    auto rs = sales::Apri("Select * from qrDocumenti where ID=" + std::to_string(id));
+    auto rs = core::Apri("Select * from qrDocumenti where ID=" + std::to_string(id));
     RichiediRiga(rs);
     DocumentoDaScadenzare d;
     d.id = id;
@@ -84,13 +84,13 @@ DocumentoDaScadenzare LeggiDocumentoDaScadenzare(long id) {
     d.tipo = LongOZero(rs->get("Tipo"));
     d.descNum = store::ConcatText(rs->get("DescNum"));
     d.data = rs->get("Data").isNull() ? 0 : store::CDate(rs->get("Data"));
-    d.importoTotale = sales::NumeroOZero(rs->get("ImportoTotale"));
+    d.importoTotale = core::NumeroOZero(rs->get("ImportoTotale"));
     d.condizioniPagamento = LongOZero(rs->get("CondizioniPagamento"));
     return d;
 }
 
 CondizionePagamento LeggiCondizionePagamento(long id) {
-    auto rs = sales::Apri("Select * from CondizioniPagamento where ID=" + std::to_string(id));
+    auto rs = core::Apri("Select * from CondizioniPagamento where ID=" + std::to_string(id));
     RichiediRiga(rs);
     CondizionePagamento c;
     c.descPagamento = store::ConcatText(rs->get("DescPagamento"));
@@ -117,7 +117,7 @@ RegolaScadenze RegolaIniziale(const DocumentoDaScadenzare& documento, const Cond
 }
 
 std::string DidascaliaDocumento(long tipo, const std::string& descNum, double data) {
-    return sales::TitoloStampaDocumento(tipo) + " N." + descNum + " del " + store::DateText(data);
+    return core::TitoloStampaDocumento(tipo) + " N." + descNum + " del " + store::DateText(data);
 }
 
 std::string DescrizioneRata(const RataPiano& rata, const std::string& didascalia) {
@@ -126,7 +126,7 @@ std::string DescrizioneRata(const RataPiano& rata, const std::string& didascalia
 
 void ScriviScadenze(const DocumentoDaScadenzare& documento, const std::vector<RataPiano>& piano) {
     const std::string didascalia = DidascaliaDocumento(documento.tipo, documento.descNum, documento.data);
-    auto rs = sales::Apri("Select * from Scadenze where ID<0");  // no rows to read, only new ones to add
+    auto rs = core::Apri("Select * from Scadenze where ID<0");  // no rows to read, only new ones to add
     for (const RataPiano& rata : piano) {
         rs->AddNew();
         core::NuovoID(*rs);

@@ -1,7 +1,7 @@
 #include "payments/primanota.h"
 
 #include "core/services.h"
-#include "sales/archivio_sql.h"
+#include "core/archivio_sql.h"
 #include "store/convert.h"
 #include "store/format.h"
 
@@ -30,39 +30,39 @@ int CodiceTipoPrimaNota(const store::Value& modo) {
 std::string SqlInserisciPrimaNota(long id, const VocePrimaNota& voce) {
     return "Insert Into PrimaNota (ID,Data,Descrizione,CC,Importo,Tipo,Destinazione,Pagamento,TipoPagamento) VALUES (" +
            std::to_string(id) + ",'" + store::ShortDate(voce.data) + "'," + TestoQuotato(voce.descrizione) + "," +
-           TestoQuotato(voce.cc) + "," + sales::NumeroSql(voce.importo) + "," +
+           TestoQuotato(voce.cc) + "," + core::NumeroSql(voce.importo) + "," +
            std::to_string(CodiceTipoPrimaNota(voce.tipo)) + "," + store::ConcatText(voce.destinazione) + "," +
            store::ConcatText(voce.pagamento) + "," + TestoQuotato(store::ConcatText(voce.tipoPagamento)) + ")";
 }
 
 std::string SqlAggiornaPrimaNota(const VocePrimaNota& voce) {
     return "Update PrimaNota set CC='" + voce.cc + "', TipoPagamento=" +
-           TestoQuotato(store::ConcatText(voce.tipoPagamento)) + ", Data='" + sales::DataSql(voce.data) +
-           "', Descrizione=" + TestoQuotato(voce.descrizione) + ", Importo=" + sales::NumeroSql(voce.importo) +
+           TestoQuotato(store::ConcatText(voce.tipoPagamento)) + ", Data='" + core::DataSql(voce.data) +
+           "', Descrizione=" + TestoQuotato(voce.descrizione) + ", Importo=" + core::NumeroSql(voce.importo) +
            " where Pagamento=" + store::ConcatText(voce.pagamento);
 }
 
 void ScriviPrimaNota(bool nuovo, const VocePrimaNota& voce) {
     const std::string sql = nuovo ? SqlInserisciPrimaNota(core::ProssimoID("PrimaNota"), voce)
                                   : SqlAggiornaPrimaNota(voce);
-    sales::Archivio().Execute(sql);
+    core::Archivio().Execute(sql);
 }
 
 void PulisciPrimaNota() {
-    sales::CursoreOccupato cursore;
-    sales::Archivio().Execute(
+    core::CursoreOccupato cursore;
+    core::Archivio().Execute(
         "Delete PrimaNota.* from PrimaNota LEFT JOIN Pagamenti ON PrimaNota.Pagamento = Pagamenti.ID "
         "WHERE IsNull(Pagamenti.ID) AND PrimaNota.Pagamento<>0");
 }
 
 double SaldoPrecedente(double data, long destinazione) {
-    auto rs = sales::Apri(
+    auto rs = core::Apri(
         "Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota where DateValue(Data)<DateValue('" +
-        sales::DataSql(data) + "') AND DateValue(Data)>=DateValue('" + sales::DataSql(core::DataInizioEsercizio()) +
-        "') AND DateValue(Data)<=DateValue('" + sales::DataSql(core::DataFineEsercizio()) +
+        core::DataSql(data) + "') AND DateValue(Data)>=DateValue('" + core::DataSql(core::DataInizioEsercizio()) +
+        "') AND DateValue(Data)<=DateValue('" + core::DataSql(core::DataFineEsercizio()) +
         "') AND Destinazione=" + std::to_string(destinazione));
-    const double entrate = sales::NumeroOZero(rs->get("TotEntrate"));
-    const double uscite = sales::NumeroOZero(rs->get("TotUscite"));
+    const double entrate = core::NumeroOZero(rs->get("TotEntrate"));
+    const double uscite = core::NumeroOZero(rs->get("TotUscite"));
     rs->Close();
     return ComeMascheraCentesimi(entrate - uscite);
 }

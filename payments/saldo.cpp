@@ -1,8 +1,8 @@
 #include "payments/saldo.h"
 
 #include "core/services.h"
-#include "sales/archivio_sql.h"
-#include "sales/numerazione.h"
+#include "core/archivio_sql.h"
+#include "core/documenti.h"
 #include "store/convert.h"
 
 namespace payments {
@@ -12,7 +12,7 @@ namespace {
 Risposta ComeRisposta(bool vero) { return vero ? Vero : Falso; }
 
 Risposta CiSonoRighe(const std::string& sql, long id, const std::string& coda = {}) {
-    return ComeRisposta(sales::HaRighe(sql + std::to_string(id) + coda));
+    return ComeRisposta(core::HaRighe(sql + std::to_string(id) + coda));
 }
 
 // The settlement row of one record, as its query gives it.
@@ -22,7 +22,7 @@ struct RigaSaldo {
 };
 
 RigaSaldo LeggiSaldo(const std::string& query, long id) {
-    auto rs = sales::Apri("Select * from " + query + " Where ID=" + std::to_string(id));
+    auto rs = core::Apri("Select * from " + query + " Where ID=" + std::to_string(id));
     RigaSaldo riga;
     riga.presente = !rs->Eof();
     if (riga.presente) riga.daPagare = rs->get("DaPagare");
@@ -30,7 +30,7 @@ RigaSaldo LeggiSaldo(const std::string& query, long id) {
 }
 
 void ScriviFlag(const std::string& tabella, const std::string& campo, long id, bool valore) {
-    sales::Archivio().Execute("Update " + tabella + " set " + campo + "=" + (valore ? "True" : "False") +
+    core::Archivio().Execute("Update " + tabella + " set " + campo + "=" + (valore ? "True" : "False") +
                               " where ID=" + std::to_string(id));
 }
 
@@ -49,7 +49,7 @@ void RiapriSeDaPagare(const std::string& query, const std::string& tabella, cons
 }  // namespace
 
 Risposta ScadenzaSenzaPagamenti(long scadenza) {
-    auto rs = sales::Apri("Select * from Pagamenti where Scadenza=" + std::to_string(scadenza));
+    auto rs = core::Apri("Select * from Pagamenti where Scadenza=" + std::to_string(scadenza));
     return ComeRisposta(rs->Eof());
 }
 
@@ -84,7 +84,7 @@ bool Saldato(bool rigaPresente, const store::Value& daPagare) {
 }
 
 void AggiornaPagatoDocumento(long documento) {
-    const bool incassi = sales::TipoAttivo(sales::TipoDocumento(documento));
+    const bool incassi = core::TipoAttivo(core::TipoDocumento(documento));
     AggiornaFlag(incassi ? "qrDocumentiIncassi" : "qrDocumentiPagamenti", "Documenti", "Pagato", documento);
 }
 
@@ -103,7 +103,7 @@ void RiapriPrimaDellEliminazione(const LegamiPagamento& pagamento, bool registro
 }
 
 void EliminaPrimaNotaDelPagamento(long pagamento) {
-    sales::Archivio().Execute("Delete from PrimaNota where Pagamento=" + std::to_string(pagamento));
+    core::Archivio().Execute("Delete from PrimaNota where Pagamento=" + std::to_string(pagamento));
 }
 
 }  // namespace payments

@@ -1,4 +1,4 @@
-// Document kinds and the numbering discipline of Documenti: where a number comes from, what makes a
+// Titles of the document kinds and the numbering discipline of Documenti: where a number comes from, what makes a
 // number a duplicate, what makes it out of order. Everything reads the session's archive.
 //
 // A numbering sequence is the set of documents with the same Tipo, Prefisso and Suffisso, counted
@@ -9,25 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "core/documenti.h"
+
 namespace sales {
-
-// The four kinds the program writes into Documenti.Tipo.
-enum TipoDocumentoCodice : long {
-    TipoFatturaEmessa = 5,
-    TipoNotaCreditoEmessa = 6,
-    TipoPreventivo = 7,
-    TipoNotaCreditoRicevuta = 9,
-};
-
-// Title of the register of a kind; "" for 8 and any value that is no kind.
-std::string TitoloTipoDocumento(long tipo);
-// Title printed on the document (also its caption when instalments are generated); "" as above.
-std::string TitoloStampaDocumento(long tipo);
-
-// Money comes in (5, 9): collections settle it, and its settlement is read from qrDocumentiIncassi.
-bool TipoAttivo(long tipo);
-// The counterparty is a customer (5, 6, 7); otherwise a supplier.
-bool TipoVersoCliente(long tipo);
 
 // Every Prefisso / Suffisso ever used by a kind, in the engine's grouping order; a Null reads "".
 // The combos stay open: these are offers, not the allowed values.
@@ -56,7 +40,5 @@ bool NumeroDuplicato(long tipo, long numero, const std::string& prefisso, const 
 bool SequenzaCronologicaValida(long tipo, long numero, double data, const std::string& prefisso,
                                const std::string& suffisso);
 
-// Tipo of a document, 0 when no document has that id.
-long TipoDocumento(long id);
 
 }  // namespace sales

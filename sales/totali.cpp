@@ -1,7 +1,7 @@
 #include "sales/totali.h"
 
 #include "payments/saldo.h"
-#include "sales/archivio_sql.h"
+#include "core/archivio_sql.h"
 #include "store/convert.h"
 
 namespace sales {
@@ -43,18 +43,18 @@ const char* const kImponibileSpese = "Sum(Round([SpeseDocumenti].[Imponibile],2)
 const char* const kImpostaSpese = "Sum(Round([SpeseDocumenti].[Imponibile]/100*[CodiciIva].[AliquotaIva],2))";
 
 std::string PeriodoDocumenti(double dal, double al) {
-    return "DateValue(Documenti.Data)>=DateValue('" + DataSql(dal) + "') And DateValue(Documenti.Data)<=DateValue('" +
-           DataSql(al) + "')";
+    return "DateValue(Documenti.Data)>=DateValue('" + core::DataSql(dal) + "') And DateValue(Documenti.Data)<=DateValue('" +
+           core::DataSql(al) + "')";
 }
 
 SommeRighe LeggiSommeRighe(long documento) {
-    auto rs = Apri(SqlTotaliMovimenti(documento));
+    auto rs = core::Apri(SqlTotaliMovimenti(documento));
     SommeRighe somme;
     if (rs->Eof()) return somme;
     somme.presente = true;
-    somme.netto = NumeroOpzionale(rs->get("Netto"));
-    somme.imposta = NumeroOpzionale(rs->get("Imposta"));
-    somme.imponibile = NumeroOpzionale(rs->get("Imponibile"));
+    somme.netto = core::NumeroOpzionale(rs->get("Netto"));
+    somme.imposta = core::NumeroOpzionale(rs->get("Imposta"));
+    somme.imponibile = core::NumeroOpzionale(rs->get("Imponibile"));
     return somme;
 }
 
@@ -134,18 +134,18 @@ std::string SqlIvaPeriodo(long tipo, double dal, double al) {
 }
 
 double TotaleSpeseDocumento(long documento) {
-    auto rs = Apri(std::string("SELECT Documenti.ID, ") + kImponibileSpese + " AS Imponibile1, " + kImpostaSpese +
+    auto rs = core::Apri(std::string("SELECT Documenti.ID, ") + kImponibileSpese + " AS Imponibile1, " + kImpostaSpese +
                    " AS Imposta1 " + kFromSpese + "GROUP BY Documenti.ID HAVING (((Documenti.ID)=" +
                    std::to_string(documento) + "))");
     if (rs->Eof()) return 0;
-    return NumeroOZero(rs->get("Imponibile1")) + NumeroOZero(rs->get("Imposta1"));
+    return core::NumeroOZero(rs->get("Imponibile1")) + core::NumeroOZero(rs->get("Imposta1"));
 }
 
 void CalcolaTotaliDocumento(long documento, store::Recordset* griglia) {
-    CursoreOccupato cursore;
-    auto rs = Apri("Select * from qrDocumenti where ID=" + std::to_string(documento));
+    core::CursoreOccupato cursore;
+    auto rs = core::Apri("Select * from qrDocumenti where ID=" + std::to_string(documento));
     if (rs->Eof()) return;
-    const DatiTestata testata{NumeroOZero(rs->get("RitenutaAcconto")), NumeroOZero(rs->get("Maggiorazione"))};
+    const DatiTestata testata{core::NumeroOZero(rs->get("RitenutaAcconto")), core::NumeroOZero(rs->get("Maggiorazione"))};
     const SommeRighe righe = LeggiSommeRighe(documento);
     const TotaliDocumento totali = ComponiTotali(righe, TotaleSpeseDocumento(documento), testata);
 

@@ -8,73 +8,74 @@
 #include <cstdlib>
 
 #include "store/convert.h"
+#include "store/errors.h"
 
 namespace store::detail {
 
 // ---- Stmt ----------------------------------------------------------------------------------------
 
 Stmt::Stmt(sqlite3* db, std::string_view sql) : db_(db) {
-    int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &s_, nullptr);
+    int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt_, nullptr);
     if (rc != SQLITE_OK) {
-        sqlite3_finalize(s_);
-        s_ = nullptr;
+        sqlite3_finalize(stmt_);
+        stmt_ = nullptr;
         raiseSqlite(db, rc);
     }
 }
 
-Stmt::~Stmt() { sqlite3_finalize(s_); }
+Stmt::~Stmt() { sqlite3_finalize(stmt_); }
 
-Stmt::Stmt(Stmt&& o) noexcept : db_(o.db_), s_(o.s_) { o.s_ = nullptr; }
+Stmt::Stmt(Stmt&& o) noexcept : db_(o.db_), stmt_(o.stmt_) { o.stmt_ = nullptr; }
 
 Stmt& Stmt::operator=(Stmt&& o) noexcept {
     if (this != &o) {
-        sqlite3_finalize(s_);
+        sqlite3_finalize(stmt_);
         db_ = o.db_;
-        s_ = o.s_;
-        o.s_ = nullptr;
+        stmt_ = o.stmt_;
+        o.stmt_ = nullptr;
     }
     return *this;
 }
 
 bool Stmt::step() {
-    int rc = sqlite3_step(s_);
+    int rc = sqlite3_step(stmt_);
     if (rc == SQLITE_ROW) return true;
     if (rc == SQLITE_DONE) return false;
-    sqlite3_reset(s_);
+    sqlite3_reset(stmt_);
     raiseSqlite(db_, rc);
 }
 
 void Stmt::reset() {
-    sqlite3_reset(s_);
-    sqlite3_clear_bindings(s_);
+    sqlite3_reset(stmt_);
+    sqlite3_clear_bindings(stmt_);
 }
 
 void Stmt::bind(int index, const Value& v) {
     switch (v.kind()) {
-        case Value::Kind::Null: sqlite3_bind_null(s_, index); break;
+        case Value::Kind::Null: sqlite3_bind_null(stmt_, index); break;
         case Value::Kind::Boolean:
         case Value::Kind::Integer:
-        case Value::Kind::Long: sqlite3_bind_int64(s_, index, static_cast<std::int64_t>(v.number())); break;
-        case Value::Kind::Double: sqlite3_bind_double(s_, index, v.number()); break;
+        case Value::Kind::Long: sqlite3_bind_int64(stmt_, index, static_cast<std::int64_t>(v.number())); break;
+        case Value::Kind::Double: sqlite3_bind_double(stmt_, index, v.number()); break;
         case Value::Kind::Date: bindText(index, DateToIso(v.number())); break;
         case Value::Kind::Text: bindText(index, v.text()); break;
     }
 }
 
 void Stmt::bindText(int index, std::string_view text) {
-    sqlite3_bind_text(s_, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+    sqlite3_bind_text(stmt_, index, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
 }
 
-void Stmt::bindInt(int index, std::int64_t v) { sqlite3_bind_int64(s_, index, v); }
+void Stmt::bindInt(int index, std::int64_t v) { sqlite3_bind_int64(stmt_, index, v); }
 
-std::int64_t Stmt::columnInt(int i) const { return sqlite3_column_int64(s_, i); }
+std::int64_t Stmt::columnInt(int i) const { return sqlite3_column_int64(stmt_, i); }
 
 std::string Stmt::columnText(int i) const {
-    const unsigned char* t = sqlite3_column_text(s_, i);
-    return t ? std::string(reinterpret_cast<const char*>(t), sqlite3_column_bytes(s_, i)) : std::string();
+    const unsigned char* t = sqlite3_column_text(stmt_, i);
+    return t ? std::string(reinterpret_cast<const char*>(t), sqlite3_column_bytes(stmt_, i)) : std::string();
 }
 
-bool Stmt::columnIsNull(int i) const { return sqlite3_column_type(s_, i) == SQLITE_NULL; }
+bool Stmt::columnIsNull(int i) const { return sqlite3_column_type(stmt_, i) == SQLITE_NULL; }
 
 // ---- statement cache -----------------------------------------------------------------------------
 
@@ -139,13 +140,13 @@ std::string notNullField(std::string_view message) {
 
 [[noreturn]] void raiseConstraint(int extended, std::string_view message) {
     if (extended == SQLITE_CONSTRAINT_CHECK) {
-        if (checkedField(message, kCheckKey)) raise(3058);
-        if (checkedField(message, kCheckSize)) raise(3163);
-        if (auto f = checkedField(message, kCheckRequired)) raise(3314, *f);
-        if (auto f = checkedField(message, kCheckZeroLength)) raise(3315, *f);
+        if (checkedField(message, kCheckKey)) raise(err::ChiavePrimariaNull);
+        if (checkedField(message, kCheckSize)) raise(err::CampoTroppoPiccolo);
+        if (auto f = checkedField(message, kCheckRequired)) raise(err::ValoreRichiesto, *f);
+        if (auto f = checkedField(message, kCheckZeroLength)) raise(err::StringaVuotaNonAmmessa, *f);
     }
-    if (extended == SQLITE_CONSTRAINT_NOTNULL) raise(3314, notNullField(message));
-    raise(3022);
+    if (extended == SQLITE_CONSTRAINT_NOTNULL) raise(err::ValoreRichiesto, notNullField(message));
+    raise(err::ValoriDuplicati);
 }
 
 }  // namespace
@@ -155,40 +156,20 @@ void raiseSqlite(sqlite3* db, int rc, std::string_view context) {
     std::string message = sqlite3_errmsg(db);
     switch (extended & 0xff) {
         case SQLITE_CONSTRAINT: raiseConstraint(extended, message);
-        case SQLITE_BUSY: raise(3218);
-        case SQLITE_LOCKED: raise(3211, std::string(context.empty() ? std::string_view(message) : context));
-        case SQLITE_READONLY: raise(3027);
+        case SQLITE_BUSY: raise(err::RecordBloccato);
+        case SQLITE_LOCKED: raise(err::TabellaBloccata, std::string(context.empty() ? std::string_view(message) : context));
+        case SQLITE_READONLY: raise(err::SolaLettura);
         case SQLITE_NOTADB:
-        case SQLITE_CORRUPT: raise(3049, std::string(context));
-        case SQLITE_NOMEM: raise(7);
+        case SQLITE_CORRUPT: raise(err::DatabaseNonRiconosciuto, std::string(context));
+        case SQLITE_NOMEM: raise(err::MemoriaEsaurita);
         case SQLITE_FULL:
-        case SQLITE_IOERR: raise(3043, message);
+        case SQLITE_IOERR: raise(err::ErroreDiscoORete, message);
         default: break;
     }
     sql::raiseFromSqlite(db, rc == SQLITE_OK ? extended : rc, context);
 }
 
 // ---- names ---------------------------------------------------------------------------------------
-
-std::string quoteIdent(std::string_view name) {
-    std::string out = "\"";
-    for (char c : name) {
-        if (c == '"') out += '"';
-        out += c;
-    }
-    return out + "\"";
-}
-
-std::string quoteText(std::string_view text) {
-    std::string out = "'";
-    for (char c : text) {
-        if (c == '\'') out += '\'';
-        out += c;
-    }
-    return out + "'";
-}
-
-bool sameName(std::string_view a, std::string_view b) { return AsciiLower(a) == AsciiLower(b); }
 
 std::size_t utf8Length(std::string_view s) {
     return static_cast<std::size_t>(
@@ -596,7 +577,7 @@ FieldDef derivedField(const Stmt& info, int position) {
     f.Required = info.columnInt(3) != 0;
     f.DefaultValue = info.columnText(4);
     f.OrdinalPosition = position;
-    if (info.columnInt(5) != 0 && isIntegerType(f.Type) && AsciiLower(info.columnText(2)) == "integer") f.Attributes = 17;
+    if (info.columnInt(5) != 0 && isIntegerType(f.Type) && sameName(info.columnText(2), "integer")) f.Attributes = 17;
     return f;
 }
 

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "store/dao.h"
+#include "store/names.h"
 #include "store/sql/translator.h"
 
 struct sqlite3;
@@ -44,11 +45,11 @@ public:
     std::int64_t columnInt(int i) const;
     std::string columnText(int i) const;
     bool columnIsNull(int i) const;
-    sqlite3_stmt* get() const { return s_; }
+    sqlite3_stmt* get() const { return stmt_; }
 
 private:
     sqlite3* db_ = nullptr;
-    sqlite3_stmt* s_ = nullptr;
+    sqlite3_stmt* stmt_ = nullptr;
 };
 
 // Prepared statements of one connection kept for reuse, keyed by their SQL text, the least recently
@@ -101,9 +102,6 @@ std::int64_t queryInt(sqlite3* db, std::string_view sql);
 // mapping, which knows the SQL functions' errors.
 [[noreturn]] void raiseSqlite(sqlite3* db, int rc, std::string_view context = {});
 
-std::string quoteIdent(std::string_view name);  // "name" with inner quotes doubled
-std::string quoteText(std::string_view text);   // 'text' with inner quotes doubled
-bool sameName(std::string_view a, std::string_view b);
 std::size_t utf8Length(std::string_view s);
 std::string utf8Prefix(std::string_view s, std::size_t chars);
 // True when `text` holds `name` as a whole word (case ignored): how a query's text is known to

@@ -10,6 +10,7 @@
 #include <fstream>
 
 #include "store/catalog_database.h"
+#include "store/errors.h"
 
 namespace store {
 
@@ -39,16 +40,16 @@ std::string parentFolder(const std::string& path) {
 // Reads the file's header before SQLite sees it: an SQLite 3 file whose application mark is ours or
 // not set. Anything else is refused with 3049 rather than handed to SQLite.
 void checkHeader(const std::string& path) {
-    if (!fileExists(path)) raise(3024, path);
-    if (!isRegularFile(path)) raise(3049, path);
+    if (!fileExists(path)) raise(err::FileDatabaseNonTrovato, path);
+    if (!isRegularFile(path)) raise(err::DatabaseNonRiconosciuto, path);
     std::ifstream in(path, std::ios::binary);
-    if (!in) raise(3051, path);  // no permission to read it
+    if (!in) raise(err::FileApertoInEsclusiva, path);  // no permission to read it
     unsigned char header[100] = {};
     in.read(reinterpret_cast<char*>(header), sizeof header);
-    if (in.gcount() < static_cast<std::streamsize>(sizeof header)) raise(3049, path);
-    if (std::memcmp(header, "SQLite format 3", 16) != 0) raise(3049, path);
+    if (in.gcount() < static_cast<std::streamsize>(sizeof header)) raise(err::DatabaseNonRiconosciuto, path);
+    if (std::memcmp(header, "SQLite format 3", 16) != 0) raise(err::DatabaseNonRiconosciuto, path);
     std::int64_t appId = (std::int64_t{header[68]} << 24) | (header[69] << 16) | (header[70] << 8) | header[71];
-    if (appId != 0 && appId != kApplicationId) raise(3049, path);
+    if (appId != 0 && appId != kApplicationId) raise(err::DatabaseNonRiconosciuto, path);
 }
 
 struct ConnectionCloser {
@@ -90,7 +91,7 @@ void checkReadable(sqlite3* db, const std::string& path) {
     try {
         detail::queryInt(db, "SELECT count(*) FROM sqlite_master");
     } catch (const JetError& e) {
-        if (e.number() == 3049) raise(3049, path);
+        if (e.number() == err::DatabaseNonRiconosciuto) raise(err::DatabaseNonRiconosciuto, path);
         throw;
     }
 }
@@ -132,7 +133,7 @@ Workspace& Workspace::Default() {
 
 DatabasePtr Workspace::OpenDatabase(const std::string& path, bool exclusive, bool readOnly) {
     checkHeader(path);
-    Connection db = openConnection(path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, 3024);
+    Connection db = openConnection(path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, err::FileDatabaseNonTrovato);
     try {
         configure(db.get(), lockWait_);
         // Exclusive use keeps SQLite's exclusive lock until the connection closes: other processes
@@ -144,30 +145,30 @@ DatabasePtr Workspace::OpenDatabase(const std::string& path, bool exclusive, boo
     } catch (const JetError& e) {
         // Still locked after the wait: another user holds the file for himself, or is using it
         // while this one asks for exclusive use.
-        if (e.number() == 3218) raise(exclusive ? 3045 : 3051, path);
+        if (e.number() == err::RecordBloccato) raise(exclusive ? err::FileGiaInUso : err::FileApertoInEsclusiva, path);
         throw;
     }
 }
 
 DatabasePtr Workspace::CreateDatabase(const std::string& path) {
-    if (fileExists(path)) raise(3204, path);
-    if (!fileExists(parentFolder(path))) raise(3044, parentFolder(path));
-    Connection db = openConnection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, 3044);
+    if (fileExists(path)) raise(err::DatabaseGiaEsistente, path);
+    if (!fileExists(parentFolder(path))) raise(err::PercorsoNonValido, parentFolder(path));
+    Connection db = openConnection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, err::PercorsoNonValido);
     configure(db.get(), lockWait_);
     adoptFile(db.get());
     return makeDatabase(std::move(db), path, false);
 }
 
 DatabasePtr Workspace::OpenMemory() {
-    Connection db = openConnection(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, 3044);
+    Connection db = openConnection(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, err::PercorsoNonValido);
     configure(db.get(), lockWait_);
     adoptFile(db.get());
     return makeDatabase(std::move(db), ":memory:", false);
 }
 
 void Workspace::CompactDatabase(const std::string& from, const std::string& to) {
-    if (fileExists(to)) raise(3204, to);
-    if (!fileExists(parentFolder(to))) raise(3044, parentFolder(to));
+    if (fileExists(to)) raise(err::DatabaseGiaEsistente, to);
+    if (!fileExists(parentFolder(to))) raise(err::PercorsoNonValido, parentFolder(to));
     DatabasePtr source = OpenDatabase(from, false, true);
     detail::Stmt vacuum(source->impl().handle(), "VACUUM INTO ?1");
     vacuum.bindText(1, to);
@@ -249,9 +250,9 @@ void Database::Execute(std::string_view sqlText) {
     sql::Translation t = impl_->translate(sqlText);
     impl_->recordsAffected = 0;
     switch (t.kind) {
-        case sql::StatementKind::Select: raise(3065);
+        case sql::StatementKind::Select: raise(err::SelezioneNonEseguibile);
         case sql::StatementKind::Ddl:
-            if (!t.ddl) raise(3001);
+            if (!t.ddl) raise(err::ArgomentoNonValido);
             runDdl(*this, *t.ddl);
             return;
         default: impl_->runAction(t);
@@ -266,13 +267,13 @@ std::unique_ptr<Recordset> Database::OpenRecordset(std::string_view sqlOrName) {
 Database::Impl::~Impl() { close(); }
 
 sqlite3* Database::Impl::handle() const {
-    if (!db) raise(3420);
+    if (!db) raise(err::OggettoNonValido);
     return db;
 }
 
 void Database::Impl::checkWritable() const {
     handle();
-    if (readOnly) raise(3027);
+    if (readOnly) raise(err::SolaLettura);
 }
 
 void Database::Impl::close() {

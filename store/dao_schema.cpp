@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "store/catalog_database.h"
+#include "store/errors.h"
 
 namespace store {
 
@@ -55,7 +56,7 @@ void changeTable(std::string_view table, Change&& change) {
     try {
         change();
     } catch (const JetError& e) {
-        if (e.number() == 3211) raise(3211, std::string(table));
+        if (e.number() == err::TabellaBloccata) raise(err::TabellaBloccata, std::string(table));
         throw;
     }
 }
@@ -74,13 +75,13 @@ const IndexDef* findIndex(const TableDef& def, std::string_view name) {
 
 void checkName(std::string_view name) {
     if (name.empty() || detail::isInternalName(name) || name.find_first_of("[]\x1e\x1f") != std::string_view::npos)
-        raise(3125, std::string(name));
+        raise(err::NomeNonValido, std::string(name));
 }
 
 // A field as it is kept: its size by type, its counter attribute, its place.
 FieldDef normalizedField(FieldDef f, int position) {
     checkName(f.Name);
-    if (!detail::isValidFieldType(static_cast<int>(f.Type))) raise(3001, f.Name);
+    if (!detail::isValidFieldType(static_cast<int>(f.Type))) raise(err::ArgomentoNonValido, f.Name);
     if (f.Type != FieldType::Text || f.Size <= 0) f.Size = detail::defaultSize(f.Type);
     if (f.Size > 255 && f.Type == FieldType::Text) f.Size = 255;
     if (!detail::isTextType(f.Type)) f.AllowZeroLength = false;
@@ -90,22 +91,22 @@ FieldDef normalizedField(FieldDef f, int position) {
 
 void checkIndexFields(const TableDef& def, const IndexDef& ix) {
     checkName(ix.Name);
-    if (ix.Fields.empty()) raise(3001, ix.Name);
+    if (ix.Fields.empty()) raise(err::ArgomentoNonValido, ix.Name);
     for (const std::string& f : ix.Fields)
-        if (!findField(def, f)) raise(3265, f);
+        if (!findField(def, f)) raise(err::ElementoNonTrovato, f);
 }
 
 TableDef normalizedTable(const TableDef& def) {
     checkName(def.Name);
-    if (def.Fields.empty()) raise(3264);
+    if (def.Fields.empty()) raise(err::NessunCampoDefinito);
     TableDef out;
     out.Name = def.Name;
     for (std::size_t i = 0; i < def.Fields.size(); ++i) {
-        if (findField(out, def.Fields[i].Name)) raise(3191);
+        if (findField(out, def.Fields[i].Name)) raise(err::CampoDefinitoPiuVolte);
         out.Fields.push_back(normalizedField(def.Fields[i], static_cast<int>(i)));
     }
     for (const IndexDef& ix : def.Indexes) {
-        if (findIndex(out, ix.Name)) raise(3012, ix.Name);
+        if (findIndex(out, ix.Name)) raise(err::OggettoGiaEsistente, ix.Name);
         checkIndexFields(out, ix);
         out.Indexes.push_back(ix);
     }
@@ -171,7 +172,7 @@ std::vector<IndexDef> indexesWithFields(const TableDef& def) {
 }
 
 TableDef& existing(std::optional<TableDef>& def, std::string_view name) {
-    if (!def) raise(3265, std::string(name));
+    if (!def) raise(err::ElementoNonTrovato, std::string(name));
     return *def;
 }
 
@@ -186,7 +187,7 @@ FieldDef fieldFromCampo(const sql::FieldSpec& campo) {
 void alterColumn(Database& db, std::string_view table, const sql::FieldSpec& campo) {
     auto def = db.GetTableDef(table);
     const FieldDef* old = findField(existing(def, table), campo.name);
-    if (!old) raise(3265, campo.name);
+    if (!old) raise(err::ElementoNonTrovato, campo.name);
     FieldDef f = *old;
     f.Type = campo.type;
     f.Size = campo.size;
@@ -232,8 +233,8 @@ IndexDef TableDef::CreateIndex(std::string name, std::vector<std::string> fields
 
 void Database::Impl::createTable(const TableDef& def) {
     checkWritable();
-    if (catalogue.table(def.Name)) raise(3010, def.Name);
-    if (catalogue.query(def.Name)) raise(3012, def.Name);
+    if (catalogue.table(def.Name)) raise(err::TabellaGiaEsistente, def.Name);
+    if (catalogue.query(def.Name)) raise(err::OggettoGiaEsistente, def.Name);
     TableDef norm = normalizedTable(def);
     {
         SchemaChange change(*this);
@@ -341,7 +342,7 @@ void runDdl(Database& db, const sql::DdlCommand& c) {
         case Op::DropIndex: db.DeleteIndex(c.table, c.index); return;
         default: break;
     }
-    if (c.fields.size() != 1) raise(3293);
+    if (c.fields.size() != 1) raise(err::SintassiAlterTable);
     const sql::FieldSpec& campo = c.fields.front();
     if (c.op == Op::AddColumn) return db.AppendField(c.table, fieldFromCampo(campo));
     if (c.op == Op::DropColumn) return db.DeleteField(c.table, campo.name);
@@ -382,7 +383,7 @@ void Database::DeleteTableDef(std::string_view name) {
 void Database::AppendField(std::string_view table, const FieldDef& field) {
     auto def = GetTableDef(table);
     TableDef before = existing(def, table);
-    if (findField(before, field.Name)) raise(3191);
+    if (findField(before, field.Name)) raise(err::CampoDefinitoPiuVolte);
     TableDef after = before;
     after.Fields.push_back(normalizedField(field, static_cast<int>(before.Fields.size())));
     impl_->replaceTable(before, after);
@@ -391,8 +392,8 @@ void Database::AppendField(std::string_view table, const FieldDef& field) {
 void Database::DeleteField(std::string_view table, std::string_view field) {
     auto def = GetTableDef(table);
     TableDef before = existing(def, table);
-    if (!findField(before, field)) raise(3265, std::string(field));
-    if (before.Fields.size() == 1) raise(3264);
+    if (!findField(before, field)) raise(err::ElementoNonTrovato, std::string(field));
+    if (before.Fields.size() == 1) raise(err::NessunCampoDefinito);
     TableDef after = before;
     std::erase_if(after.Fields, [&](const FieldDef& f) { return sameName(f.Name, field); });
     after.Indexes = indexesWithFields(after);
@@ -403,7 +404,7 @@ void Database::SetFieldProperties(std::string_view table, const FieldDef& field)
     auto def = GetTableDef(table);
     TableDef before = existing(def, table);
     const FieldDef* old = findField(before, field.Name);
-    if (!old) raise(3265, field.Name);
+    if (!old) raise(err::ElementoNonTrovato, field.Name);
     TableDef after = before;
     for (FieldDef& f : after.Fields)
         if (sameName(f.Name, field.Name)) f = normalizedField(field, old->OrdinalPosition);
@@ -414,7 +415,7 @@ void Database::AppendIndex(std::string_view table, const IndexDef& index) {
     impl_->checkWritable();
     auto def = GetTableDef(table);
     TableDef t = existing(def, table);
-    if (findIndex(t, index.Name)) raise(3012, index.Name);
+    if (findIndex(t, index.Name)) raise(err::OggettoGiaEsistente, index.Name);
     checkIndexFields(t, index);
     IndexDef ix = TableDef::CreateIndex(index.Name, index.Fields, index.Unique, index.Primary);
     if (ix.Primary) {  // the table is built again with its key's fields refusing Null
@@ -438,7 +439,7 @@ void Database::DeleteIndex(std::string_view table, std::string_view index) {
     auto def = GetTableDef(table);
     TableDef t = existing(def, table);
     const IndexDef* found = findIndex(t, index);
-    if (!found) raise(3265, std::string(index));
+    if (!found) raise(err::ElementoNonTrovato, std::string(index));
     TableDef before = t;
     bool primary = found->Primary;
     std::erase_if(t.Indexes, [&](const IndexDef& ix) { return sameName(ix.Name, index); });
@@ -470,12 +471,12 @@ bool Database::QueryExists(std::string_view name) const { return GetQueryDef(nam
 void Database::CreateQueryDef(const QueryDef& def) {
     impl_->checkWritable();
     checkName(def.Name);
-    if (impl_->catalogue.table(def.Name) || impl_->catalogue.query(def.Name)) raise(3012, def.Name);
+    if (impl_->catalogue.table(def.Name) || impl_->catalogue.query(def.Name)) raise(err::OggettoGiaEsistente, def.Name);
     sql::Translation t = impl_->translate(def.SQL, true);  // raises the text's own error
-    if (t.kind != sql::StatementKind::Select) raise(3001, def.Name);
+    if (t.kind != sql::StatementKind::Select) raise(err::ArgomentoNonValido, def.Name);
     {
         SchemaChange change(*impl_);
-        if (!impl_->buildView(def)) raise(3001, def.Name);
+        if (!impl_->buildView(def)) raise(err::ArgomentoNonValido, def.Name);
         change.commit();
     }
     impl_->reload();
@@ -485,7 +486,7 @@ void Database::CreateQueryDef(const QueryDef& def) {
 void Database::DeleteQueryDef(std::string_view name) {
     impl_->checkWritable();
     auto q = GetQueryDef(name);
-    if (!q) raise(3265, std::string(name));
+    if (!q) raise(err::ElementoNonTrovato, std::string(name));
     {
         SchemaChange change(*impl_);
         exec(impl_->db, "DROP VIEW IF EXISTS " + quoteIdent(q->Name));

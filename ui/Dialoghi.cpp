@@ -142,6 +142,16 @@ bool eseguiModale(QWidget* schermo, const std::function<bool()>& mostra) {
 
 QWidget* schermoInCorso() { return inCorso().data(); }
 
+namespace {
+QPointer<QWidget>& principale() {
+    static QPointer<QWidget> p;
+    return p;
+}
+}  // namespace
+
+QWidget* finestraPrincipale() { return principale().data(); }
+void impostaFinestraPrincipale(QWidget* finestra) { principale() = finestra; }
+
 bool protetto(const std::function<void()>& comando) {
     try {
         comando();

@@ -31,6 +31,18 @@ private:
 bool eseguiModale(QWidget* schermo, const std::function<bool()>& mostra);
 QWidget* schermoInCorso();
 
+// The window modal screens open over: the main panel while it is shown, else none. The panel
+// names itself when it opens, so that no screen needs to know it.
+QWidget* finestraPrincipale();
+void impostaFinestraPrincipale(QWidget* finestra);
+
+// What the screen registry runs for a modal screen that is no editor: shown over the main panel.
+template <class Schermo>
+bool MostraSchermo() {
+    Schermo s(finestraPrincipale());
+    return s.exec() == 1;
+}
+
 // Runs a command and turns any failure into the error box: a database error with its number and
 // text, anything else with its own message. Returns false when the command failed.
 bool protetto(const std::function<void()>& comando);

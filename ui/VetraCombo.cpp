@@ -5,7 +5,7 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-#include "core/session.h"
+#include "core/archivio_sql.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "ui/VetraGrid.h"
@@ -51,7 +51,7 @@ void VetraCombo::setAperta(bool aperta) {
 void VetraCombo::Aggiorna() {
     store::Value scelto = valore();
     std::string testoLibero = aperta() ? testo() : std::string();
-    store::DatabasePtr db = db_ ? db_ : core::session().dbArchivio;
+    store::DatabasePtr db = db_ ? db_ : core::ArchivioAperto();
     if (!db) throw store::JetError(3420, "Nessun database aperto");
     auto rs = db->OpenRecordset(sorgente_);
     blockSignals(true);

@@ -31,7 +31,7 @@ public:
     void setCampoDestinazione(const std::string& campo) { setProperty("CampoDestinazione", QString::fromStdString(campo)); }
     std::string campoDestinazione() const { return property("CampoDestinazione").toString().toStdString(); }
 
-    // The database of the source; unset, the session's archive.
+    // The database of the source; unset, the open archive.
     void setDatabase(store::DatabasePtr db) { db_ = std::move(db); }
     void setSorgente(const std::string& sql) { sorgente_ = sql; }
     const std::string& sorgente() const { return sorgente_; }

@@ -10,7 +10,7 @@
 
 #include "core/dialogs.h"
 #include "core/record.h"
-#include "core/session.h"
+#include "core/archivio_sql.h"
 #include "core/varie.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
@@ -23,36 +23,6 @@ namespace ui {
 int TwipsInPixel(int twips) { return (twips + 7) / 15; }
 
 namespace {
-
-std::string minuscolo(std::string s) {
-    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return s;
-}
-
-// Where the statement's own closing Order By starts (outside quotes and brackets), or npos.
-size_t inizioOrderBy(const std::string& sql) {
-    std::string basso = minuscolo(sql);
-    size_t trovato = std::string::npos;
-    int profondita = 0;
-    char virgolette = 0;
-    for (size_t i = 0; i < basso.size(); ++i) {
-        char c = basso[i];
-        if (virgolette) {
-            if (c == virgolette) virgolette = 0;
-            continue;
-        }
-        if (c == '\'' || c == '"') virgolette = c;
-        else if (c == '[') virgolette = ']';
-        else if (c == '(') profondita++;
-        else if (c == ')') profondita--;
-        else if (profondita == 0 && basso.compare(i, 5, "order") == 0 && (i == 0 || std::isspace(static_cast<unsigned char>(basso[i - 1])))) {
-            size_t j = i + 5;
-            while (j < basso.size() && std::isspace(static_cast<unsigned char>(basso[j]))) j++;
-            if (basso.compare(j, 2, "by") == 0) trovato = i;
-        }
-    }
-    return trovato;
-}
 
 std::vector<std::string> campiOrdinamento(const std::string& campi) {
     std::vector<std::string> out;
@@ -344,7 +314,7 @@ VetraGrid::VetraGrid(QWidget* parent) : QTableView(parent), model_(new VetraGrid
 VetraGrid::~VetraGrid() = default;
 
 void VetraGrid::setDatabase(store::DatabasePtr db) { db_ = std::move(db); }
-store::DatabasePtr VetraGrid::database() const { return db_ ? db_ : core::session().dbArchivio; }
+store::DatabasePtr VetraGrid::database() const { return db_ ? db_ : core::ArchivioAperto(); }
 void VetraGrid::setSorgente(const std::string& sql) { sorgente_ = sql; }
 
 void VetraGrid::setOrdinamento(const std::string& campi, Direzione direzione) {
@@ -365,7 +335,7 @@ std::string VetraGrid::istruzione() const {
         ordine.push_back(direzione_ == Direzione::Decrescente ? c + " DESC" : c);
     if (ordine.empty()) return sorgente_;
     std::string base = sorgente_;
-    size_t proprio = inizioOrderBy(base);
+    size_t proprio = core::PosizioneClausola(base, "order by");
     if (proprio != std::string::npos) base = core::Trim(base.substr(0, proprio));
     std::string sql = base + " ORDER BY ";
     for (size_t i = 0; i < ordine.size(); ++i) sql += (i ? ", " : "") + ordine[i];
@@ -483,40 +453,6 @@ bool VetraGrid::vaiAId(long id) {
 }
 
 int VetraGrid::righeMostrate() const { return model_->rowCount(); }
-
-void VetraGrid::NuovaRiga() {
-    if (!haRecordset()) throw store::JetError(3021, "Nessun record corrente.");
-    model_->recordset()->AddNew();
-}
-
-void VetraGrid::ModificaRiga() {
-    if (!haRigaCorrente()) throw store::JetError(3021, "Nessun record corrente.");
-    Recordset()->Edit();
-}
-
-void VetraGrid::SalvaRiga() {
-    store::Recordset* rs = model_->recordset();
-    if (!rs) return;
-    bool nuovo = rs->editMode() == store::Recordset::EditMode::AddNew;
-    if (nuovo) core::NuovoID(*rs, database());
-    rs->Update();
-    rs->setBookmark(rs->LastModified());
-    if (nuovo) {
-        long id = rs->HasField("ID") ? store::CLng(rs->get("ID")) : 0;
-        Aggiorna();
-        if (id > 0) vaiAId(id);
-        return;
-    }
-    int r = model_->rigaDelSegnalibro(rs->LastModified());
-    model_->rileggiRiga(r);
-    aggiornaSeguaci();
-    emit rigaCambiata();
-}
-
-void VetraGrid::AnnullaRiga() {
-    store::Recordset* rs = model_->recordset();
-    if (rs && rs->editMode() != store::Recordset::EditMode::None) rs->CancelUpdate();
-}
 
 bool VetraGrid::EliminaRiga() {
     if (!haRigaCorrente()) return false;

@@ -1,6 +1,6 @@
 // The list of every register: one statement over one database, shown a page at a time.
 // The grid owns the recordset of its statement; its current row is the recordset's current record,
-// so a caller edits "the current row" through Recordset() and the grid's row operations.
+// so a caller reads "the current row" through Recordset().
 #pragma once
 
 #include <QAbstractTableModel>
@@ -100,7 +100,7 @@ public:
     explicit VetraGrid(QWidget* parent = nullptr);
     ~VetraGrid() override;
 
-    // The database of the statement; unset, the grid reads the session's archive.
+    // The database of the statement; unset, the open archive.
     void setDatabase(store::DatabasePtr db);
     store::DatabasePtr database() const;
 
@@ -138,13 +138,8 @@ public:
     int righeMostrate() const;                        // rows the view holds, group captions included
     VetraGridModel* modello() const { return model_; }
 
-    // Row operations on the current record. NuovaRiga/ModificaRiga put the recordset in AddNew/Edit;
-    // SalvaRiga gives a new record its ID as the id service does, writes it and shows it current.
-    void NuovaRiga();
-    void ModificaRiga();
-    void SalvaRiga();
-    void AnnullaRiga();
-    bool EliminaRiga();   // false when there was no row to delete
+    // Deletes the current record and shows the next row; false when there was no row to delete.
+    bool EliminaRiga();
 
 signals:
     void rigaCambiata();

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "store/convert.h"
+#include "store/errors.h"
 #include "store/dao.h"
 
 namespace {
@@ -63,15 +64,15 @@ std::string escapedText(const std::string& s) {
 }
 
 std::string valueText(const store::Value& v) {
-    using K = store::Value::Kind;
+    using Kind = store::Value::Kind;
     switch (v.kind()) {
-        case K::Null: return "NULL";
-        case K::Boolean: return v.number() != 0 ? "-1" : "0";
-        case K::Integer:
-        case K::Long: return std::to_string(static_cast<long long>(v.number()));
-        case K::Double: return doubleText(v.number());
-        case K::Date: return store::DateToIso(v.number());
-        case K::Text: return escapedText(v.text());
+        case Kind::Null: return "NULL";
+        case Kind::Boolean: return v.number() != 0 ? "-1" : "0";
+        case Kind::Integer:
+        case Kind::Long: return std::to_string(static_cast<long long>(v.number()));
+        case Kind::Double: return doubleText(v.number());
+        case Kind::Date: return store::DateToIso(v.number());
+        case Kind::Text: return escapedText(v.text());
     }
     return "";
 }
@@ -91,7 +92,7 @@ void runStatement(store::Database& db, const std::string& text, std::ostream& ou
     try {
         rs = db.OpenRecordset(text);
     } catch (const store::JetError& e) {
-        if (e.number() != 3219) throw;
+        if (e.number() != store::err::OperazioneNonValida) throw;
         db.Execute(text);
         return;
     }

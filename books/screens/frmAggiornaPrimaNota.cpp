@@ -30,7 +30,7 @@ struct Occupato {
 }  // namespace
 
 frmAggiornaPrimaNota::frmAggiornaPrimaNota(QWidget* parent) : QDialog(parent) {
-    setObjectName("frmAggiornaPrimaNota");
+    setObjectName(Nome);
     setWindowTitle("Aggiornamento prima nota");
     setWindowIcon(ui::iconaComando("btnAggiorna"));
     resize(520, 200);

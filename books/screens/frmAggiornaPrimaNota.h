@@ -11,6 +11,7 @@ class QPushButton;
 class frmAggiornaPrimaNota : public QDialog {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmAggiornaPrimaNota";
     explicit frmAggiornaPrimaNota(QWidget* parent = nullptr);
 
     void Aggiorna();

@@ -24,24 +24,25 @@ std::string TitoloRata(int n) { return core::Testo("s198") + " " + std::to_strin
 std::string CampoRata(int n) { return "Rata" + std::to_string(n); }
 
 constexpr const char* FineMese = "Pagamento fine mese";
-constexpr Qt::Alignment Destra = Qt::AlignRight | Qt::AlignVCenter;
 
 }  // namespace
 
 frmCondizioniPagamento::frmCondizioniPagamento(QWidget* parent)
-    : RegistroBase("frmCondizioniPagamento", parent), Check1(new QCheckBox(Q(FineMese), this)) {
+    : RegistroBase(Nome, parent), Check1(new QCheckBox(Q(FineMese), this)) {
     costruisciPannello();
     Definizione d;
-    d.titolo = core::Testo("s12");
+    d.titolo = "s12";
     d.sorgente = "Select * from CondizioniPagamento";
     d.ordinamento = "DescPagamento";
-    d.colonne = {{"DescPagamento", core::Testo("s77"), 3000}, {"Rate", core::Testo("s197"), 800, "", Destra}};
-    d.ricerca = {{"s77", "DescPagamento"}};
-    d.guardia = Guardia{"CondizioniPagamento", {{"Clienti", "s10"}, {"Documenti", "s148"}, {"Spese", "s29"}}};
+    d.campi = &payments::CampiCondizioniPagamento();
+    d.colonne = {"DescPagamento", "Rate"};
+    d.ricerca = {"DescPagamento"};
+    d.guardia = ui::Guardia{"CondizioniPagamento", {{"Clienti", "s10"}, {"Documenti", "s148"}, {"Spese", "s29"}}};
     d.domandaElimina = [](store::Recordset& rs) {
         return core::Testo("s196") + " " + store::ConcatText(rs.get("DescPagamento")) + "?";
     };
     d.ricaricaDopoElimina = true;
+    d.editor = [](QWidget* parent) { return std::make_unique<frmCondizioniPagamentoEdita>(parent); };
     carica(std::move(d));
     resize(860, 560);
 }
@@ -49,8 +50,10 @@ frmCondizioniPagamento::frmCondizioniPagamento(QWidget* parent)
 void frmCondizioniPagamento::costruisciPannello() {
     ui::VBars* p = aggiungiPannello();
     int generale = p->aggiungiGruppo(core::Testo("s142"));
-    p->aggiungiCampo(generale, "DescPagamento", core::Testo("s77"));
-    p->aggiungiCampo(generale, "Rate", core::Testo("s197"));
+    for (const char* campo : {"DescPagamento", "Rate"}) {
+        const core::Campo& c = payments::CampiCondizioniPagamento()[campo];
+        p->aggiungiCampo(generale, c.nome, core::Didascalia(c.didascalia));
+    }
     // The box only shows the row: the panel is no place to change it.
     Check1->setObjectName("Check1");
     Check1->setProperty("DataField", "FineMese");
@@ -62,18 +65,14 @@ void frmCondizioniPagamento::costruisciPannello() {
     for (int n = 1; n <= payments::MassimoRate; ++n) p->aggiungiCampo(rate, CampoRata(n), TitoloRata(n));
 }
 
-std::unique_ptr<EditorBase> frmCondizioniPagamento::creaEditor() {
-    return std::make_unique<frmCondizioniPagamentoEdita>(this);
-}
-
 frmCondizioniPagamentoEdita::frmCondizioniPagamentoEdita(QWidget* parent)
-    : EditorBase("frmCondizioniPagamentoEdita", "CondizioniPagamento", core::Testo("s12"), parent),
+    : EditorBase(Nome, "CondizioniPagamento", core::Testo("s12"), parent),
       VText1(new ui::VText(this)),
       txtRate(new ui::VText(this)),
       Check1(new QCheckBox(Q(FineMese), this)) {
+    const core::TabellaCampi& condizioni = payments::CampiCondizioniPagamento();
     VText1->setObjectName("VText1");
-    VText1->setDataField("DescPagamento");
-    aggiungiCampo(Q(core::Testo("s77")), VText1);
+    aggiungiCampo(condizioni["DescPagamento"], VText1);
 
     txtRate->setObjectName("txtRate");
     txtRate->setDataField("Rate");
@@ -90,7 +89,7 @@ frmCondizioniPagamentoEdita::frmCondizioniPagamentoEdita(QWidget* parent)
     rigaLayout->addWidget(txtRate);
     rigaLayout->addWidget(Check1);
     rigaLayout->addStretch(1);
-    aggiungiCampo(Q(core::Testo("s197")), riga);
+    aggiungiCampo(Q(core::Didascalia(condizioni["Rate"].didascalia)), riga);
 
     // Two columns of six instalments, each headed "Rata" and "A giorni".
     auto* giorni = new QGroupBox("Giorni per rata", this);

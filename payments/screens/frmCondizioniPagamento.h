@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "core/screens/EditorBase.h"
-#include "core/screens/RegistroBase.h"
+#include "ui/EditorBase.h"
+#include "ui/RegistroBase.h"
 
 class QCheckBox;
 namespace ui {
@@ -15,12 +15,10 @@ class VText;
 class frmCondizioniPagamento : public RegistroBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmCondizioniPagamento";
     explicit frmCondizioniPagamento(QWidget* parent = nullptr);
 
     QCheckBox* Check1;   // FineMese of the current row, shown in the side panel
-
-protected:
-    std::unique_ptr<EditorBase> creaEditor() override;
 
 private:
     void costruisciPannello();
@@ -29,6 +27,7 @@ private:
 class frmCondizioniPagamentoEdita : public EditorBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmCondizioniPagamentoEdita";
     explicit frmCondizioniPagamentoEdita(QWidget* parent = nullptr);
 
     ui::VText* VText1;                    // DescPagamento

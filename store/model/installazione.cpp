@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "store/model/model.h"
+#include "store/names.h"
 
 namespace fs = std::filesystem;
 
@@ -11,20 +12,11 @@ namespace store::model {
 
 namespace {
 
-std::string quoted(const std::string& text) {
-    std::string out = "'";
-    for (char c : text) {
-        out += c;
-        if (c == '\'') out += '\'';
-    }
-    return out + "'";
-}
-
 void inserisciModelliReport(Database& db) {
     long id = 0;
     for (const ModelloReport& m : ModelliReport())
         db.Execute("Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (" + std::to_string(++id) +
-                   ",0," + quoted(m.sezione) + "," + quoted(m.report) + ",1)");
+                   ",0," + detail::quoteText(m.sezione) + "," + detail::quoteText(m.report) + ",1)");
 }
 
 struct Comune {

@@ -2,6 +2,7 @@
 // names and descriptions 100, addresses 100, towns 50, codes as long as the code they hold.
 #include <algorithm>
 
+#include "store/errors.h"
 #include "store/model/model.h"
 
 namespace store::model {
@@ -227,7 +228,7 @@ const Tabella& TabellaModello(const std::string& nome) {
         auto it = std::find_if(elenco->begin(), elenco->end(), [&](const Tabella& t) { return t.nome == nome; });
         if (it != elenco->end()) return *it;
     }
-    raise(3078, nome);
+    raise(err::TabellaOQueryNonTrovata, nome);
 }
 
 void CreaTabelle(Database& db, const std::vector<Tabella>& tabelle) {

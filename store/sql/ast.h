@@ -12,10 +12,10 @@
 namespace store::sql::detail {
 
 // ---- lexer -------------------------------------------------------------------------------------
-enum class Tok : std::uint8_t { End, Ident, BIdent, String, Number, Date, Op };
+enum class TokenKind : std::uint8_t { End, Ident, BIdent, String, Number, Date, Op };
 
 struct Token {
-    Tok kind = Tok::End;
+    TokenKind kind = TokenKind::End;
     std::uint32_t pos = 0;  // byte offset in the text
     std::uint32_t len = 0;  // bytes of the raw token
     int lit = -1;           // literal index (String, Number, Date) in source order
@@ -31,13 +31,14 @@ void lex(std::string_view text, std::vector<Token>& out);
 std::string stringValue(std::string_view text, const Token& t);
 std::string_view identValue(std::string_view text, const Token& t);  // without brackets
 std::string_view dateBody(std::string_view text, const Token& t);
+double numberTokenValue(std::string_view text, const Token& t);  // independent of the C locale
 
 // The literal's kind as it enters the cache key and the binder: 'S' text, 'I' integer that fits a
 // Long, 'D' any other number, 'T' date.
 char literalKind(std::string_view text, const Token& t);
 
 // ---- syntax tree -------------------------------------------------------------------------------
-enum class Op : std::uint8_t {
+enum class Operator : std::uint8_t {
     Pow, Mul, Div, IDiv, Mod, Add, Sub, Cat,
     Eq, Ne, Lt, Gt, Le, Ge, Like,
     And, Or, Xor, Eqv, Imp,
@@ -47,7 +48,7 @@ enum class Op : std::uint8_t {
 struct Select;
 
 struct Expr {
-    enum class K : std::uint8_t {
+    enum class Kind : std::uint8_t {
         Lit,       // lit: 'S' 'I' 'D' 'T', or 'N' Null, 'B' True/False (num -1/0)
         Col,       // qual.name (qual may be empty)
         Unary,     // op, args[0]
@@ -60,8 +61,8 @@ struct Expr {
         Exists,    // [Not] Exists (sub)
         SubQuery   // (sub) as a value
     };
-    K k = K::Lit;
-    Op op = Op::Add;
+    Kind kind = Kind::Lit;
+    Operator op = Operator::Add;
     bool negated = false;
     bool star = false;
     char lit = 0;
@@ -78,19 +79,19 @@ struct Expr {
 using ExprP = std::unique_ptr<Expr>;
 
 struct FromItem {
-    enum class K : std::uint8_t { Table, Derived, Join };
-    K k = K::Table;
+    enum class Kind : std::uint8_t { Table, Derived, Join };
+    Kind kind = Kind::Table;
     std::string name;   // Table
     std::string alias;  // Table, Derived
     std::unique_ptr<Select> sub;
-    enum class J : std::uint8_t { Inner, Left, Right } join = J::Inner;
+    enum class JoinKind : std::uint8_t { Inner, Left, Right } join = JoinKind::Inner;
     std::unique_ptr<FromItem> left, right;
     ExprP on;
 };
 using FromP = std::unique_ptr<FromItem>;
 
 struct SelItem {
-    ExprP e;            // null for '*' or 'T.*'
+    ExprP expr;         // null for '*' or 'T.*'
     std::string alias;
     std::string starQual;  // 'T.*': T; '*': ""
     bool star = false;
@@ -110,7 +111,7 @@ struct SelectCore {
 };
 
 struct OrderItem {
-    ExprP e;
+    ExprP expr;
     bool desc = false;
 };
 
@@ -143,7 +144,5 @@ struct Statement {
 
 // Parses one statement. Throws JetError with the platform's syntax error numbers.
 Statement parse(std::string_view text, const std::vector<Token>& tokens);
-
-bool iequals(std::string_view a, std::string_view b);
 
 }  // namespace store::sql::detail

@@ -64,11 +64,11 @@ void encode(sqlite3_context* ctx, const Value& v) {
         case Value::Kind::Integer:
         case Value::Kind::Long: sqlite3_result_int64(ctx, static_cast<sqlite3_int64>(v.number())); return;
         case Value::Kind::Double:
-            if (!std::isfinite(v.number())) raise(6);
+            if (!std::isfinite(v.number())) raise(err::Overflow);
             sqlite3_result_double(ctx, v.number());
             return;
         case Value::Kind::Date: {
-            if (!dateInRange(v.number())) raise(6);
+            if (!dateInRange(v.number())) raise(err::Overflow);
             std::string iso = DateToIso(v.number());
             sqlite3_result_text(ctx, iso.data(), static_cast<int>(iso.size()), SQLITE_TRANSIENT);
             return;
@@ -93,7 +93,7 @@ void guarded(sqlite3_context* ctx, F&& f) {
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(ctx);
     } catch (const std::exception& e) {
-        resultError(ctx, 5, errorText(5));
+        resultError(ctx, err::ChiamataNonValida, errorText(err::ChiamataNonValida));
     }
 }
 
@@ -105,7 +105,7 @@ bool anyNull(const Args& a, std::size_t n) {
 }
 
 Value numberValue(double d) {
-    if (!std::isfinite(d)) raise(6);
+    if (!std::isfinite(d)) raise(err::Overflow);
     return Value::Double(d);
 }
 
@@ -133,7 +133,7 @@ double roundHalfEven(double x) {
 
 std::int64_t toLong64(const Value& v) {
     double d = roundHalfEven(CDbl(v));
-    if (d < -2147483648.0 || d > 2147483647.0) raise(6);
+    if (d < -2147483648.0 || d > 2147483647.0) raise(err::Overflow);
     return static_cast<std::int64_t>(d);
 }
 
@@ -160,7 +160,7 @@ std::string textOf(const Value& v) { return CStr(v); }
 
 long longArg(const Value& v) {
     double d = roundHalfEven(CDbl(v));
-    if (d < -2147483648.0 || d > 2147483647.0) raise(6);
+    if (d < -2147483648.0 || d > 2147483647.0) raise(err::Overflow);
     return static_cast<long>(d);
 }
 
@@ -230,7 +230,7 @@ Value fnDatePart(const Args& a) {
     if (iv == "h") return Value::Int(static_cast<std::int16_t>(p.hour));
     if (iv == "n") return Value::Int(static_cast<std::int16_t>(p.minute));
     if (iv == "s") return Value::Int(static_cast<std::int16_t>(p.second));
-    raise(5);
+    raise(err::ChiamataNonValida);
 }
 
 Value fnDateDiff(const Args& a) {
@@ -254,8 +254,8 @@ Value fnDateDiff(const Args& a) {
     } else if (iv == "h") r = std::floor(secs(y) / 3600) - std::floor(secs(x) / 3600);
     else if (iv == "n") r = std::floor(secs(y) / 60) - std::floor(secs(x) / 60);
     else if (iv == "s") r = secs(y) - secs(x);
-    else raise(5);
-    if (r < -2147483648.0 || r > 2147483647.0) raise(6);
+    else raise(err::ChiamataNonValida);
+    if (r < -2147483648.0 || r > 2147483647.0) raise(err::Overflow);
     return Value::Long(static_cast<std::int32_t>(r));
 }
 
@@ -273,8 +273,8 @@ Value fnDateAdd(const Args& a) {
     else if (iv == "h") r = d + n / 24;
     else if (iv == "n") r = d + n / 1440;
     else if (iv == "s") r = d + n / 86400;
-    else raise(5);
-    if (r < -657434 || r >= 2958466) raise(5);
+    else raise(err::ChiamataNonValida);
+    if (r < -657434 || r >= 2958466) raise(err::ChiamataNonValida);
     return Value::Date(r);
 }
 
@@ -292,7 +292,7 @@ const Entry kFunctions[] = {
     // dates
     {{"datevalue", 1, 1, 'd'}, [](const Args& a) { NULLARG(1); return Value::Date(DateValue(a[0])); }, true},
     {{"timevalue", 1, 1, 'd'}, [](const Args& a) { NULLARG(1); double d = CDate(a[0]); return Value::Date(d - std::trunc(d)); }, true},
-    {{"cdate", 1, 1, 'd'}, [](const Args& a) { if (a[0].isNull()) raise(94); return Value::Date(CDate(a[0])); }, true},
+    {{"cdate", 1, 1, 'd'}, [](const Args& a) { if (a[0].isNull()) raise(err::UsoNonValidoDiNull); return Value::Date(CDate(a[0])); }, true},
     {{"cvdate", 1, 1, 'd'}, [](const Args& a) { NULLARG(1); return Value::Date(CDate(a[0])); }, true},
     {{"year", 1, 1, 'i'}, [](const Args& a) { NULLARG(1); return Value::Int(static_cast<std::int16_t>(SplitDate(dateArg(a[0])).year)); }, true},
     {{"month", 1, 1, 'i'}, [](const Args& a) { NULLARG(1); return Value::Int(static_cast<std::int16_t>(SplitDate(dateArg(a[0])).month)); }, true},
@@ -304,7 +304,7 @@ const Entry kFunctions[] = {
          NULLARG(1);
          int first = a.size() > 1 && !a[1].isNull() ? static_cast<int>(longArg(a[1])) : 1;
          if (first == 0) first = 1;
-         if (first < 1 || first > 7) raise(5);
+         if (first < 1 || first > 7) raise(err::ChiamataNonValida);
          return Value::Int(static_cast<std::int16_t>((Weekday(dateArg(a[0])) - first + 7) % 7 + 1));
      }, true},
     {{"datepart", 2, 4, 'i'}, fnDatePart, true},
@@ -313,7 +313,7 @@ const Entry kFunctions[] = {
     {{"dateserial", 3, 3, 'd'}, [](const Args& a) {
          NULLARG(3);
          double d = DateSerial(static_cast<int>(longArg(a[0])), static_cast<int>(longArg(a[1])), static_cast<int>(longArg(a[2])));
-         if (d < -657434 || d >= 2958466) raise(5);
+         if (d < -657434 || d >= 2958466) raise(err::ChiamataNonValida);
          return Value::Date(d);
      }, true},
     {{"timeserial", 3, 3, 'd'}, [](const Args& a) {
@@ -329,12 +329,12 @@ const Entry kFunctions[] = {
     {{"cint", 1, 1, 'i'}, [](const Args& a) { return Value::Int(CInt(a[0])); }, true},
     {{"cbyte", 1, 1, 'i'}, [](const Args& a) {
          double d = roundHalfEven(CDbl(a[0]));
-         if (d < 0 || d > 255) raise(6);
+         if (d < 0 || d > 255) raise(err::Overflow);
          return Value::Int(static_cast<std::int16_t>(d));
      }, true},
-    {{"cbool", 1, 1, 'b'}, [](const Args& a) { if (a[0].isNull()) raise(94); return Value::Bool(CBool(a[0])); }, true},
+    {{"cbool", 1, 1, 'b'}, [](const Args& a) { if (a[0].isNull()) raise(err::UsoNonValidoDiNull); return Value::Bool(CBool(a[0])); }, true},
     {{"cstr", 1, 1, 't'}, [](const Args& a) { return Value::Text(CStr(a[0])); }, true},
-    {{"val", 1, 1, 'f'}, [](const Args& a) { if (a[0].isNull()) raise(94); return numberValue(Val(CStr(a[0]))); }, true},
+    {{"val", 1, 1, 'f'}, [](const Args& a) { if (a[0].isNull()) raise(err::UsoNonValidoDiNull); return numberValue(Val(CStr(a[0]))); }, true},
     {{"str", 1, 1, 't'}, [](const Args& a) {
          NULLARG(1);
          double d = CDbl(a[0]);
@@ -370,17 +370,17 @@ const Entry kFunctions[] = {
          return Value::Text(s.substr(0, e));
      }, true},
     {{"left", 2, 2, 't'}, [](const Args& a) {
-         if (a[1].isNull()) raise(94);
+         if (a[1].isNull()) raise(err::UsoNonValidoDiNull);
          long n = longArg(a[1]);
-         if (n < 0) raise(5);
+         if (n < 0) raise(err::ChiamataNonValida);
          NULLARG(1);
          std::string s = textOf(a[0]);
          return Value::Text(s.substr(0, u8off(s, static_cast<std::size_t>(n))));
      }, true},
     {{"right", 2, 2, 't'}, [](const Args& a) {
-         if (a[1].isNull()) raise(94);
+         if (a[1].isNull()) raise(err::UsoNonValidoDiNull);
          long n = longArg(a[1]);
-         if (n < 0) raise(5);
+         if (n < 0) raise(err::ChiamataNonValida);
          NULLARG(1);
          std::string s = textOf(a[0]);
          std::size_t len = u8len(s);
@@ -388,14 +388,14 @@ const Entry kFunctions[] = {
          return Value::Text(s.substr(u8off(s, k)));
      }, true},
     {{"mid", 2, 3, 't'}, [](const Args& a) {
-         if (a[1].isNull()) raise(94);
+         if (a[1].isNull()) raise(err::UsoNonValidoDiNull);
          long start = longArg(a[1]);
-         if (start < 1) raise(5);
+         if (start < 1) raise(err::ChiamataNonValida);
          long n = -1;
          if (a.size() > 2) {
-             if (a[2].isNull()) raise(94);
+             if (a[2].isNull()) raise(err::UsoNonValidoDiNull);
              n = longArg(a[2]);
-             if (n < 0) raise(5);
+             if (n < 0) raise(err::ChiamataNonValida);
          }
          NULLARG(1);
          std::string s = textOf(a[0]);
@@ -409,9 +409,9 @@ const Entry kFunctions[] = {
          std::size_t i = 0;
          long start = 1;
          if (a.size() >= 3 && (a[0].isNumeric() || a[0].isNull())) {
-             if (a[0].isNull()) raise(94);
+             if (a[0].isNull()) raise(err::UsoNonValidoDiNull);
              start = longArg(a[0]);
-             if (start < 1) raise(5);
+             if (start < 1) raise(err::ChiamataNonValida);
              i = 1;
          }
          if (a[i].isNull() || a[i + 1].isNull()) return Value();
@@ -429,16 +429,16 @@ const Entry kFunctions[] = {
     {{"space", 1, 1, 't'}, [](const Args& a) {
          NULLARG(1);
          long n = longArg(a[0]);
-         if (n < 0 || n > 65535) raise(5);
+         if (n < 0 || n > 65535) raise(err::ChiamataNonValida);
          return Value::Text(std::string(static_cast<std::size_t>(n), ' '));
      }, true},
     {{"string", 2, 2, 't'}, [](const Args& a) {
          NULLARG(2);
          long n = longArg(a[0]);
-         if (n < 0 || n > 65535) raise(5);
+         if (n < 0 || n > 65535) raise(err::ChiamataNonValida);
          std::string c;
          if (a[1].kind() == Value::Kind::Text) {
-             if (a[1].text().empty()) raise(5);
+             if (a[1].text().empty()) raise(err::ChiamataNonValida);
              c = a[1].text().substr(0, u8off(a[1].text(), 1));
          } else {
              c = std::string(1, static_cast<char>(longArg(a[1]) & 0x7f));
@@ -465,14 +465,14 @@ const Entry kFunctions[] = {
     {{"chr", 1, 1, 't'}, [](const Args& a) {
          NULLARG(1);
          long c = longArg(a[0]);
-         if (c < 0 || c > 255) raise(5);
+         if (c < 0 || c > 255) raise(err::ChiamataNonValida);
          std::string one(1, static_cast<char>(c));
          return Value::Text(c < 128 ? one : Cp1252ToUtf8(one));
      }, true},
     {{"asc", 1, 1, 'i'}, [](const Args& a) {
-         if (a[0].isNull()) raise(94);
+         if (a[0].isNull()) raise(err::UsoNonValidoDiNull);
          std::string s = textOf(a[0]);
-         if (s.empty()) raise(5);
+         if (s.empty()) raise(err::ChiamataNonValida);
          std::string one = Utf8ToCp1252(s.substr(0, u8off(s, 1)));
          return Value::Int(static_cast<std::int16_t>(one.empty() ? 63 : static_cast<unsigned char>(one[0])));
      }, true},
@@ -510,7 +510,7 @@ const Entry kFunctions[] = {
          NULLARG(1);
          int n = 0;
          if (a.size() > 1) {
-             if (a[1].isNull()) raise(94);
+             if (a[1].isNull()) raise(err::UsoNonValidoDiNull);
              n = static_cast<int>(longArg(a[1]));
          }
          return sameKind(a[0], Round(CDbl(a[0]), n));
@@ -518,14 +518,14 @@ const Entry kFunctions[] = {
     {{"sqr", 1, 1, 'f'}, [](const Args& a) {
          NULLARG(1);
          double d = CDbl(a[0]);
-         if (d < 0) raise(5);
+         if (d < 0) raise(err::ChiamataNonValida);
          return numberValue(std::sqrt(d));
      }, true},
     {{"exp", 1, 1, 'f'}, [](const Args& a) { NULLARG(1); return numberValue(std::exp(CDbl(a[0]))); }, true},
     {{"log", 1, 1, 'f'}, [](const Args& a) {
          NULLARG(1);
          double d = CDbl(a[0]);
-         if (d <= 0) raise(5);
+         if (d <= 0) raise(err::ChiamataNonValida);
          return numberValue(std::log(d));
      }, true},
     {{"now", 0, 0, 'd'}, [](const Args&) { return Value::Date(Adesso()); }, true},
@@ -537,7 +537,7 @@ const Entry kFunctions[] = {
          NULLARG(1);
          if (a[0].kind() == Value::Kind::Text) {
              auto d = ParseDateText(a[0].text());
-             if (!d) raise(3464);
+             if (!d) raise(err::TipoNonCorrispondenteCriterio);
              return Value::Date(*d);
          }
          return Value::Date(CDate(a[0]));
@@ -546,7 +546,7 @@ const Entry kFunctions[] = {
          NULLARG(1);
          if (a[0].kind() == Value::Kind::Text) {
              auto d = ParseNumberText(a[0].text());
-             if (!d) raise(3464);
+             if (!d) raise(err::TipoNonCorrispondenteCriterio);
              return numberValue(*d);
          }
          return numberValue(CDbl(a[0]));
@@ -576,11 +576,11 @@ std::string_view textArg(sqlite3_value* v) {
 // jet_fn(name, kinds, args...)
 void sqlFn(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     guarded(ctx, [&] {
-        if (argc < 2) raise(5);
+        if (argc < 2) raise(err::ChiamataNonValida);
         auto* e = static_cast<const Entry*>(sqlite3_get_auxdata(ctx, 0));
         if (!e) {
             e = findEntry(textArg(argv[0]));
-            if (!e) raise(3085, std::string(textArg(argv[0])));
+            if (!e) raise(err::FunzioneNonDefinita, std::string(textArg(argv[0])));
             sqlite3_set_auxdata(ctx, 0, const_cast<Entry*>(e), nullptr);
         }
         std::string_view kinds = textArg(argv[1]);
@@ -651,9 +651,9 @@ void sqlDiv(sqlite3_context* ctx, int, sqlite3_value** argv) {
             return;
         }
         double b = sqlite3_value_double(argv[1]);
-        if (b == 0) raise(11);
+        if (b == 0) raise(err::DivisionePerZero);
         double r = sqlite3_value_double(argv[0]) / b;
-        if (!std::isfinite(r)) raise(6);
+        if (!std::isfinite(r)) raise(err::Overflow);
         sqlite3_result_double(ctx, r);
     });
 }
@@ -703,17 +703,17 @@ Value arith(std::string_view op, const Value& a, const Value& b) {
     if (op == "*") return numberValue(CDbl(a) * CDbl(b));
     if (op == "/") {
         double y = CDbl(b);
-        if (y == 0) raise(11);
+        if (y == 0) raise(err::DivisionePerZero);
         return numberValue(CDbl(a) / y);
     }
     if (op == "^") {
         double x = CDbl(a), y = CDbl(b);
-        if (x < 0 && y != std::trunc(y)) raise(5);
+        if (x < 0 && y != std::trunc(y)) raise(err::ChiamataNonValida);
         return numberValue(std::pow(x, y));
     }
     if (op == "\\" || op == "mod") {
         double x = roundHalfEven(CDbl(a)), y = roundHalfEven(CDbl(b));
-        if (y == 0) raise(11);
+        if (y == 0) raise(err::DivisionePerZero);
         if (op == "\\") {
             double q = std::trunc(x / y);
             if (q < -2147483648.0 || q > 2147483647.0) return numberValue(q);
@@ -723,7 +723,7 @@ Value arith(std::string_view op, const Value& a, const Value& b) {
         if (m < -2147483648.0 || m > 2147483647.0) return numberValue(m);
         return Value::Long(static_cast<std::int32_t>(m));
     }
-    raise(5);
+    raise(err::ChiamataNonValida);
 }
 
 // jet_arith(op, kinds, a, b)
@@ -771,7 +771,7 @@ Value storeValue(const Value& v, FieldType type, int size) {
         case FieldType::Boolean: return Value::Bool(CBool(v));
         case FieldType::Byte: {
             double d = roundHalfEven(CDbl(v));
-            if (d < 0 || d > 255) raise(6);
+            if (d < 0 || d > 255) raise(err::Overflow);
             return Value::Long(static_cast<std::int32_t>(d));
         }
         case FieldType::Integer: return Value::Long(CInt(v));
@@ -787,7 +787,7 @@ Value storeValue(const Value& v, FieldType type, int size) {
         case FieldType::Text:
         default: {
             std::string s = CStr(v);
-            if (size > 0 && u8len(s) > static_cast<std::size_t>(size)) raise(3163);
+            if (size > 0 && u8len(s) > static_cast<std::size_t>(size)) raise(err::CampoTroppoPiccolo);
             return Value::Text(std::move(s));
         }
     }
@@ -838,32 +838,32 @@ void raiseFromSqlite(sqlite3* db, int rc, std::string_view context) {
         std::size_t colon = msg.find(':', 4);
         int number = std::atoi(msg.c_str() + 4);
         std::string text = colon == std::string::npos ? errorText(number) : msg.substr(colon + 1);
-        throw JetError(number > 0 ? number : 5, text);
+        throw JetError(number > 0 ? number : err::ChiamataNonValida, text);
     }
     int primary = rc & 0xff;
     if (ext == SQLITE_CONSTRAINT_UNIQUE || ext == SQLITE_CONSTRAINT_PRIMARYKEY || rc == SQLITE_CONSTRAINT_UNIQUE ||
         rc == SQLITE_CONSTRAINT_PRIMARYKEY || (primary == SQLITE_CONSTRAINT && msg.find("UNIQUE") != std::string::npos))
-        raise(3022);
+        raise(err::ValoriDuplicati);
     if (ext == SQLITE_CONSTRAINT_NOTNULL || rc == SQLITE_CONSTRAINT_NOTNULL) {
         std::string field = msg;
         std::size_t dot = field.rfind('.');
         if (dot != std::string::npos) field = field.substr(dot + 1);
-        raise(3314, field);
+        raise(err::ValoreRichiesto, field);
     }
     switch (primary) {
-        case SQLITE_BUSY: raise(3260);
-        case SQLITE_LOCKED: raise(3218);
-        case SQLITE_READONLY: raise(3027);
+        case SQLITE_BUSY: raise(err::BloccatoDaAltroComputer);
+        case SQLITE_LOCKED: raise(err::RecordBloccato);
+        case SQLITE_READONLY: raise(err::SolaLettura);
         case SQLITE_NOTADB:
-        case SQLITE_CORRUPT: raise(3049, std::string(context));
-        case SQLITE_CANTOPEN: raise(3044, std::string(context));
+        case SQLITE_CORRUPT: raise(err::DatabaseNonRiconosciuto, std::string(context));
+        case SQLITE_CANTOPEN: raise(err::PercorsoNonValido, std::string(context));
         case SQLITE_NOMEM: throw std::bad_alloc();
         default: break;
     }
     std::string text = "Errore del motore di database";
     if (!context.empty()) text += " (" + std::string(context) + ")";
     if (!msg.empty()) text += ": " + msg;
-    throw JetError(3000, text);
+    throw JetError(err::ErroreRiservato, text);
 }
 
 }  // namespace store::sql

@@ -46,60 +46,30 @@ private:
 
 void checkSqliteDepth(const std::string& sql) {
     thread_local ParserProbe probe;
-    if (probe.overflows(sql)) raise(3360, "L'espressione è annidata troppo in profondità.");
+    if (probe.overflows(sql)) raise(err::QueryTroppoComplessa, "L'espressione è annidata troppo in profondità.");
 }
 
 void checkStatementLength(std::string_view text) {
     if (text.size() > kMaxStatementLength)
-        raise(3360, "L'istruzione supera i " + std::to_string(kMaxStatementLength) + " caratteri.");
+        raise(err::QueryTroppoComplessa, "L'istruzione supera i " + std::to_string(kMaxStatementLength) + " caratteri.");
 }
 
 void checkInListLength(std::size_t terms) {
     if (terms > kMaxInListTerms)
-        raise(3360, "L'elenco di In supera i " + std::to_string(kMaxInListTerms) + " valori.");
+        raise(err::QueryTroppoComplessa, "L'elenco di In supera i " + std::to_string(kMaxInListTerms) + " valori.");
 }
 
 void checkSelectListLength(std::size_t terms) {
     if (terms > kMaxSelectTerms)
-        raise(3360, "L'elenco dei campi supera i " + std::to_string(kMaxSelectTerms) + " campi.");
+        raise(err::QueryTroppoComplessa, "L'elenco dei campi supera i " + std::to_string(kMaxSelectTerms) + " campi.");
 }
 
 void raiseNestingLimit(int levels) {
-    raise(3360, "L'espressione supera i " + std::to_string(levels) + " livelli di annidamento.");
+    raise(err::QueryTroppoComplessa, "L'espressione supera i " + std::to_string(levels) + " livelli di annidamento.");
 }
 
 void raiseChainLimit(int terms) {
-    raise(3360, "L'espressione supera i " + std::to_string(terms) + " termini uniti da And, Or o &.");
-}
-
-// The token is digits with an optional point and exponent; what matters is the power of ten of its
-// first significant digit.
-double numberOutOfRange(std::string_view token) {
-    long long scale = 0;
-    bool seenPoint = false, significant = false;
-    std::size_t i = 0;
-    for (; i < token.size() && token[i] != 'e' && token[i] != 'E'; ++i) {
-        char c = token[i];
-        if (c == '.') {
-            seenPoint = true;
-        } else if (c != '0' || significant) {
-            if (!significant && seenPoint) --scale;
-            if (!seenPoint && significant) ++scale;
-            significant = true;
-        } else if (seenPoint) {
-            --scale;
-        }
-    }
-    if (!significant) return 0;
-    long long exponent = 0;
-    if (i < token.size()) {
-        bool negative = i + 1 < token.size() && token[i + 1] == '-';
-        for (std::size_t k = i + 1; k < token.size(); ++k)
-            if (token[k] >= '0' && token[k] <= '9' && exponent < 100000) exponent = exponent * 10 + (token[k] - '0');
-        if (negative) exponent = -exponent;
-    }
-    if (scale + exponent > 0) raise(6);
-    return 0;
+    raise(err::QueryTroppoComplessa, "L'espressione supera i " + std::to_string(terms) + " termini uniti da And, Or o &.");
 }
 
 bool dateInRange(double serial) { return serial >= kFirstDateSerial && serial < kEndDateSerial; }

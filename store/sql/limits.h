@@ -31,9 +31,6 @@ void checkSelectListLength(std::size_t terms);
 // a hundred levels, and a function call nested in an argument takes several of them.
 void checkSqliteDepth(const std::string& sql);
 
-// A number literal that a double cannot hold: error 6 when it is too large, 0 when too small.
-double numberOutOfRange(std::string_view token);
-
 // The range of a date: 1/1/100 to 31/12/9999 as serial numbers.
 bool dateInRange(double serial);
 

@@ -1,23 +1,19 @@
 // Lexer and parser of the dialect: text -> tokens -> syntax tree.
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 
 #include "store/errors.h"
+#include "store/names.h"
 #include "store/sql/ast.h"
 #include "store/sql/limits.h"
 
 namespace store::sql::detail {
 
-bool iequals(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        unsigned char x = static_cast<unsigned char>(a[i]), y = static_cast<unsigned char>(b[i]);
-        if (x != y && std::tolower(x) != std::tolower(y)) return false;
-    }
-    return true;
-}
+using store::detail::sameName;
 
 namespace {
 
@@ -28,113 +24,160 @@ bool identChar(unsigned char c) { return std::isalnum(c) || c == '_' || c >= 0x8
     std::string d(text.substr(0, 200));
     for (auto& c : d)
         if (c == '\0') c = ' ';
-    raise(3075, d);
+    raise(err::SintassiEspressione, d);
 }
+
+// Reads the tokens of a text one by one; each scan function reads one kind of token from its start.
+class Lexer {
+public:
+    Lexer(std::string_view text, std::vector<Token>& out) : text_(text), out_(out) {}
+
+    void run() {
+        while (i_ < text_.size()) {
+            const unsigned char c = at(i_);
+            if (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v') {
+                ++i_;
+                continue;
+            }
+            const std::size_t start = i_;
+            if (identStart(c)) identifier(start);
+            else if (c == '[') bracketedName(start);
+            else if (c == '\'' || c == '"') quotedText(start, static_cast<char>(c));
+            else if (startsNumber(c)) number(start);
+            else if (c == '#') date(start);
+            else op(start, c);
+        }
+        Token end;
+        end.kind = TokenKind::End;
+        end.pos = static_cast<std::uint32_t>(text_.size());
+        out_.push_back(end);
+    }
+
+private:
+    std::string_view text_;
+    std::vector<Token>& out_;
+    std::size_t i_ = 0;
+    int literals_ = 0;  // literal tokens so far: the index of the next one
+
+    unsigned char at(std::size_t i) const { return static_cast<unsigned char>(text_[i]); }
+    bool digitAt(std::size_t i) const { return i < text_.size() && std::isdigit(at(i)); }
+    void skipDigits() {
+        while (digitAt(i_)) ++i_;
+    }
+    [[noreturn]] void error() const { lexError(text_); }
+
+    Token* push(TokenKind kind, std::size_t start, std::size_t end) {
+        Token t;
+        t.kind = kind;
+        t.pos = static_cast<std::uint32_t>(start);
+        t.len = static_cast<std::uint32_t>(end - start);
+        out_.push_back(t);
+        return &out_.back();
+    }
+    Token* pushLiteral(TokenKind kind, std::size_t start) {
+        Token* t = push(kind, start, i_);
+        t->lit = literals_++;
+        return t;
+    }
+
+    void identifier(std::size_t start) {
+        while (i_ < text_.size() && identChar(at(i_))) ++i_;
+        if (i_ + 1 < text_.size() && at(i_) == '$' && at(i_ + 1) == '(') ++i_;  // Left$(...): a function's text form
+        push(TokenKind::Ident, start, i_);
+    }
+
+    // [name]: anything but brackets and NUL inside, not empty.
+    void bracketedName(std::size_t start) {
+        ++i_;
+        while (i_ < text_.size() && text_[i_] != ']') {
+            if (text_[i_] == '[' || text_[i_] == '\0') error();
+            ++i_;
+        }
+        if (i_ >= text_.size()) error();
+        ++i_;
+        if (i_ - start <= 2) error();  // []
+        push(TokenKind::BIdent, start, i_);
+    }
+
+    // 'text' or "text"; a doubled quote stands for one.
+    void quotedText(std::size_t start, char quote) {
+        ++i_;
+        for (;;) {
+            if (i_ >= text_.size()) error();
+            if (text_[i_] == quote) {
+                if (i_ + 1 < text_.size() && text_[i_ + 1] == quote) {
+                    i_ += 2;
+                    continue;
+                }
+                ++i_;
+                break;
+            }
+            ++i_;
+        }
+        pushLiteral(TokenKind::String, start);
+    }
+
+    // A digit, or a point before a digit that does not follow a name or ')': after those the
+    // point qualifies (T.5 is not T followed by 0.5).
+    bool startsNumber(unsigned char c) const {
+        if (std::isdigit(c)) return true;
+        if (c != '.' || !digitAt(i_ + 1)) return false;
+        if (out_.empty()) return true;
+        const Token& last = out_.back();
+        return last.kind != TokenKind::Ident && last.kind != TokenKind::BIdent &&
+               !(last.kind == TokenKind::Op && last.op[0] == ')');
+    }
+
+    // digits [. digits] [e [+-] digits]; an 'e' without digits after it is not part of the number.
+    void number(std::size_t start) {
+        bool integer = true;
+        skipDigits();
+        if (i_ < text_.size() && text_[i_] == '.') {
+            integer = false;
+            ++i_;
+            skipDigits();
+        }
+        if (i_ < text_.size() && (text_[i_] == 'e' || text_[i_] == 'E')) {
+            std::size_t j = i_ + 1;
+            if (j < text_.size() && (text_[j] == '+' || text_[j] == '-')) ++j;
+            if (digitAt(j)) {
+                integer = false;
+                i_ = j;
+                skipDigits();
+            }
+        }
+        if (i_ < text_.size() && identStart(at(i_))) error();  // 12abc
+        pushLiteral(TokenKind::Number, start)->integer = integer;
+    }
+
+    // #...# on one line.
+    void date(std::size_t start) {
+        ++i_;
+        while (i_ < text_.size() && text_[i_] != '#' && text_[i_] != '\0' && text_[i_] != '\n') ++i_;
+        if (i_ >= text_.size() || text_[i_] != '#') error();
+        ++i_;
+        pushLiteral(TokenKind::Date, start);
+    }
+
+    // <= >= <> or one of = < > + - * / \ ^ & ( ) , . ;
+    void op(std::size_t start, unsigned char c) {
+        const bool pair = (c == '<' || c == '>') && i_ + 1 < text_.size() &&
+                          (text_[i_ + 1] == '=' || (c == '<' && text_[i_ + 1] == '>'));
+        if (!pair && (c == '\0' || !std::strchr("=<>+-*/\\^&(),.;", c))) error();
+        const std::size_t length = pair ? 2 : 1;
+        Token* t = push(TokenKind::Op, start, start + length);
+        t->op[0] = static_cast<char>(c);
+        if (pair) t->op[1] = text_[i_ + 1];
+        i_ += length;
+    }
+};
 
 }  // namespace
 
 void lex(std::string_view text, std::vector<Token>& out) {
     out.clear();
     if (text.size() > 0x7fffffff) lexError(text);
-    std::size_t i = 0, n = text.size();
-    int lit = 0;
-    auto push = [&](Tok k, std::size_t start, std::size_t end) {
-        Token t;
-        t.kind = k;
-        t.pos = static_cast<std::uint32_t>(start);
-        t.len = static_cast<std::uint32_t>(end - start);
-        out.push_back(t);
-        return &out.back();
-    };
-    while (i < n) {
-        unsigned char c = static_cast<unsigned char>(text[i]);
-        if (c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v') {
-            ++i;
-            continue;
-        }
-        std::size_t start = i;
-        if (identStart(c)) {
-            while (i < n && identChar(static_cast<unsigned char>(text[i]))) ++i;
-            if (i + 1 < n && text[i] == '$' && text[i + 1] == '(') ++i;  // Left$(...): a function's text form
-            push(Tok::Ident, start, i);
-        } else if (c == '[') {
-            ++i;
-            while (i < n && text[i] != ']') {
-                if (text[i] == '[' || text[i] == '\0') lexError(text);
-                ++i;
-            }
-            if (i >= n) lexError(text);
-            ++i;
-            if (i - start <= 2) lexError(text);  // []
-            push(Tok::BIdent, start, i);
-        } else if (c == '\'' || c == '"') {
-            char q = static_cast<char>(c);
-            ++i;
-            for (;;) {
-                if (i >= n) lexError(text);
-                if (text[i] == q) {
-                    if (i + 1 < n && text[i + 1] == q) {
-                        i += 2;
-                        continue;
-                    }
-                    ++i;
-                    break;
-                }
-                ++i;
-            }
-            push(Tok::String, start, i)->lit = lit++;
-        } else if (std::isdigit(c) ||
-                   (c == '.' && i + 1 < n && std::isdigit(static_cast<unsigned char>(text[i + 1])) &&
-                    (out.empty() || (out.back().kind != Tok::Ident && out.back().kind != Tok::BIdent &&
-                                     !(out.back().kind == Tok::Op && out.back().op[0] == ')'))))) {
-            bool integer = true;
-            while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-            if (i < n && text[i] == '.') {
-                integer = false;
-                ++i;
-                while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-            }
-            if (i < n && (text[i] == 'e' || text[i] == 'E')) {
-                std::size_t j = i + 1;
-                if (j < n && (text[j] == '+' || text[j] == '-')) ++j;
-                if (j < n && std::isdigit(static_cast<unsigned char>(text[j]))) {
-                    integer = false;
-                    i = j;
-                    while (i < n && std::isdigit(static_cast<unsigned char>(text[i]))) ++i;
-                }
-            }
-            if (i < n && identStart(static_cast<unsigned char>(text[i]))) lexError(text);  // 12abc
-            Token* t = push(Tok::Number, start, i);
-            t->lit = lit++;
-            t->integer = integer;
-        } else if (c == '#') {
-            ++i;
-            while (i < n && text[i] != '#' && text[i] != '\0' && text[i] != '\n') ++i;
-            if (i >= n || text[i] != '#') lexError(text);
-            ++i;
-            push(Tok::Date, start, i)->lit = lit++;
-        } else {
-            Token* t = nullptr;
-            if ((c == '<' || c == '>') && i + 1 < n && (text[i + 1] == '=' || (c == '<' && text[i + 1] == '>'))) {
-                t = push(Tok::Op, start, i + 2);
-                t->op[0] = static_cast<char>(c);
-                t->op[1] = text[i + 1];
-                i += 2;
-                continue;
-            }
-            if (std::strchr("=<>+-*/\\^&(),.;", c) && c != '\0') {
-                t = push(Tok::Op, start, i + 1);
-                t->op[0] = static_cast<char>(c);
-                ++i;
-                continue;
-            }
-            lexError(text);
-        }
-    }
-    Token e;
-    e.kind = Tok::End;
-    e.pos = static_cast<std::uint32_t>(n);
-    out.push_back(e);
+    Lexer(text, out).run();
 }
 
 std::string stringValue(std::string_view text, const Token& t) {
@@ -149,8 +192,49 @@ std::string stringValue(std::string_view text, const Token& t) {
     return s;
 }
 
+namespace {
+// The power of ten of a number token's leading digit (1 for "5", 3 for "120", 0 for "0.5", -1 for
+// "0.05"), exponent included: whether a number out of a double's range is too large or too small.
+long long decimalMagnitude(std::string_view digits) {
+    long long magnitude = 0;
+    bool significant = false, fraction = false;
+    std::size_t i = 0;
+    for (; i < digits.size() && digits[i] != 'e' && digits[i] != 'E'; ++i) {
+        const char c = digits[i];
+        if (c == '.') {
+            fraction = true;
+            continue;
+        }
+        if (!significant && c == '0') {
+            if (fraction) --magnitude;
+            continue;
+        }
+        significant = true;
+        if (!fraction) ++magnitude;
+    }
+    if (i + 1 < digits.size()) {
+        std::size_t from = i + 1 + (digits[i + 1] == '+');
+        long long exponent = 0;
+        auto [end, ec] = std::from_chars(digits.data() + from, digits.data() + digits.size(), exponent);
+        if (ec == std::errc::result_out_of_range) exponent = digits[i + 1] == '-' ? -(1LL << 40) : 1LL << 40;
+        magnitude += exponent;
+    }
+    return magnitude;
+}
+}  // namespace
+
+// from_chars, not strtod: strtod reads the decimal separator of the C locale, so a program that set an
+// Italian locale would read "1.5" as 1. Out of range gives what strtod gives: infinity or zero.
+double numberTokenValue(std::string_view text, const Token& t) {
+    std::string_view digits = text.substr(t.pos, t.len);
+    double value = 0;
+    auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (ec == std::errc::result_out_of_range) return decimalMagnitude(digits) > 0 ? HUGE_VAL : 0.0;
+    return value;
+}
+
 std::string_view identValue(std::string_view text, const Token& t) {
-    if (t.kind == Tok::BIdent) return text.substr(t.pos + 1, t.len - 2);
+    if (t.kind == TokenKind::BIdent) return text.substr(t.pos + 1, t.len - 2);
     return text.substr(t.pos, t.len);
 }
 
@@ -158,9 +242,9 @@ std::string_view dateBody(std::string_view text, const Token& t) { return text.s
 
 char literalKind(std::string_view text, const Token& t) {
     switch (t.kind) {
-        case Tok::String: return 'S';
-        case Tok::Date: return 'T';
-        case Tok::Number: {
+        case TokenKind::String: return 'S';
+        case TokenKind::Date: return 'T';
+        case TokenKind::Number: {
             if (!t.integer || t.len > 10) return 'D';
             long long v = 0;
             for (std::size_t i = 0; i < t.len; ++i) v = v * 10 + (text[t.pos + i] - '0');
@@ -186,43 +270,43 @@ const char* const kReserved[] = {
 
 class Parser {
 public:
-    Parser(std::string_view text, const std::vector<Token>& toks) : s_(text), t_(toks) {}
+    Parser(std::string_view text, const std::vector<Token>& toks) : text_(text), tokens_(toks) {}
 
     Statement statement() {
         Statement st;
         if (isKw("select")) {
-            err_ = 3141;
+            err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
-            st.select = select(true);
+            st.select = select();
         } else if (isKw("insert")) {
-            err_ = 3134;
+            err_ = err::SintassiInsertInto;
             insert(st);
         } else if (isKw("update")) {
-            err_ = 3144;
+            err_ = err::SintassiUpdate;
             update(st);
         } else if (isKw("delete")) {
-            err_ = 3075;
+            err_ = err::SintassiEspressione;
             del(st);
         } else if (isKw("create")) {
             create(st);
         } else if (isKw("drop")) {
-            err_ = 3295;
+            err_ = err::SintassiDrop;
             drop(st);
         } else if (isKw("alter")) {
-            err_ = 3293;
+            err_ = err::SintassiAlterTable;
             alter(st);
-        } else if (peek().kind == Tok::Op && peek().op[0] == '(' && lookSelectInParens()) {
-            err_ = 3141;
+        } else if (peek().kind == TokenKind::Op && peek().op[0] == '(' && lookSelectInParens()) {
+            err_ = err::SintassiSelect;
             st.kind = StatementKind::Select;
-            st.select = select(true);
+            st.select = select();
         } else {
-            raise(3129);
+            raise(err::IstruzioneNonValida);
         }
         if (isOp(";")) {
-            ++p_;
-            if (peek().kind != Tok::End) raise(3142);  // characters after the end of the statement
+            ++pos_;
+            if (peek().kind != TokenKind::End) raise(err::CaratteriDopoIstruzione);  // characters after the end of the statement
         }
-        if (peek().kind != Tok::End) {
+        if (peek().kind != TokenKind::End) {
             if (st.kind == StatementKind::Select) fail(pendingClauseErr());
             fail(err_);
         }
@@ -230,26 +314,26 @@ public:
     }
 
 private:
-    std::string_view s_;
-    const std::vector<Token>& t_;
-    std::size_t p_ = 0;
-    int err_ = 3075;     // error number of the clause being read
+    std::string_view text_;
+    const std::vector<Token>& tokens_;
+    std::size_t pos_ = 0;
+    int err_ = err::SintassiEspressione;     // error number of the clause being read
     int depth_ = 0;
     std::uint32_t clauseStart_ = 0;
 
     // ---- token helpers
     const Token& peek(std::size_t k = 0) const {
-        std::size_t i = p_ + k;
-        return i < t_.size() ? t_[i] : t_.back();
+        std::size_t i = pos_ + k;
+        return i < tokens_.size() ? tokens_[i] : tokens_.back();
     }
     bool isKwAt(std::size_t k, const char* kw) const {
         const Token& t = peek(k);
-        return t.kind == Tok::Ident && iequals(s_.substr(t.pos, t.len), kw);
+        return t.kind == TokenKind::Ident && sameName(text_.substr(t.pos, t.len), kw);
     }
     bool isKw(const char* kw) const { return isKwAt(0, kw); }
     bool acceptKw(const char* kw) {
         if (isKw(kw)) {
-            ++p_;
+            ++pos_;
             return true;
         }
         return false;
@@ -259,11 +343,11 @@ private:
     }
     bool isOp(const char* o) const {
         const Token& t = peek();
-        return t.kind == Tok::Op && std::strncmp(t.op, o, 3) == 0;
+        return t.kind == TokenKind::Op && std::strncmp(t.op, o, 3) == 0;
     }
     bool acceptOp(const char* o) {
         if (isOp(o)) {
-            ++p_;
+            ++pos_;
             return true;
         }
         return false;
@@ -273,27 +357,27 @@ private:
     }
     static bool reserved(std::string_view w) {
         for (const char* r : kReserved)
-            if (iequals(w, r)) return true;
+            if (sameName(w, r)) return true;
         return false;
     }
     bool isName(std::size_t k = 0) const {
         const Token& t = peek(k);
-        if (t.kind == Tok::BIdent) return true;
-        return t.kind == Tok::Ident && !reserved(s_.substr(t.pos, t.len));
+        if (t.kind == TokenKind::BIdent) return true;
+        return t.kind == TokenKind::Ident && !reserved(text_.substr(t.pos, t.len));
     }
     std::string name(int e) {
         if (!isName()) fail(e);
-        return std::string(identValue(s_, t_[p_++]));
+        return std::string(identValue(text_, tokens_[pos_++]));
     }
 
     [[noreturn]] void fail(int e) {
-        if (e == 3075) {
+        if (e == err::SintassiEspressione) {
             std::uint32_t from = clauseStart_;
-            std::string d(s_.substr(std::min<std::size_t>(from, s_.size()), 200));
+            std::string d(text_.substr(std::min<std::size_t>(from, text_.size()), 200));
             for (auto& c : d)
                 if (c == '\0') c = ' ';
             while (!d.empty() && d.back() == ' ') d.pop_back();
-            raise(3075, d);
+            raise(err::SintassiEspressione, d);
         }
         raise(e);
     }
@@ -304,42 +388,42 @@ private:
 
     bool lookSelectInParens() const {
         std::size_t k = 0;
-        while (peek(k).kind == Tok::Op && peek(k).op[0] == '(') ++k;
+        while (peek(k).kind == TokenKind::Op && peek(k).op[0] == '(') ++k;
         return isKwAt(k, "select");
     }
 
     // After a SELECT's last clause: the next token tells which clause is broken.
     int pendingClauseErr() const { return lastClauseErr_; }
-    int lastClauseErr_ = 3141;
+    int lastClauseErr_ = err::SintassiSelect;
 
     // ---- SELECT
-    std::unique_ptr<Select> select(bool topLevel) {
+    std::unique_ptr<Select> select() {
         enter();
         auto sel = std::make_unique<Select>();
         sel->cores.push_back(core());
         while (isKw("union")) {
-            ++p_;
+            ++pos_;
             bool all = acceptKw("all");
             sel->unionAll.push_back(all);
             bool paren = false;
             if (isOp("(") && lookSelectInParens()) {
                 paren = true;
-                ++p_;
+                ++pos_;
             }
-            if (!isKw("select")) fail(3319);
+            if (!isKw("select")) fail(err::SintassiUnione);
             sel->cores.push_back(core());
-            if (paren) expectOp(")", 3319);
+            if (paren) expectOp(")", err::SintassiUnione);
         }
         if (isKw("order")) {
-            ++p_;
+            ++pos_;
             int saved = err_;
-            err_ = 3138;
-            lastClauseErr_ = 3138;
-            expectKw("by", 3138);
+            err_ = err::SintassiOrderBy;
+            lastClauseErr_ = err::SintassiOrderBy;
+            expectKw("by", err::SintassiOrderBy);
             clauseStart_ = peek().pos;
             do {
                 OrderItem oi;
-                oi.e = expr(3138);
+                oi.expr = expr(err::SintassiOrderBy);
                 if (acceptKw("desc")) oi.desc = true;
                 else acceptKw("asc");
                 sel->orderBy.push_back(std::move(oi));
@@ -352,87 +436,103 @@ private:
 
     SelectCore core() {
         SelectCore c;
-        expectKw("select", 3141);
-        lastClauseErr_ = 3141;
-        if (acceptKw("distinct")) c.distinct = true;
-        else if (acceptKw("distinctrow")) {
-        } else acceptKw("all");
-        if (acceptKw("top")) {
-            const Token& t = peek();
-            if (t.kind != Tok::Number || !t.integer) fail(3141);
-            c.top = true;
-            c.topLit = t.lit;
-            c.topN = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
-            ++p_;
-            if (acceptKw("percent")) c.percent = true;
-        }
+        expectKw("select", err::SintassiSelect);
+        lastClauseErr_ = err::SintassiSelect;
+        selectHead(c);
         clauseStart_ = peek().pos;
-        do {
-            SelItem it;
-            if (isOp("*")) {
-                ++p_;
-                it.star = true;
-            } else if (isName() && peek(1).kind == Tok::Op && peek(1).op[0] == '.' && peek(2).kind == Tok::Op &&
-                       peek(2).op[0] == '*') {
-                it.star = true;
-                it.starQual = name(3141);
-                p_ += 2;
-            } else {
-                it.e = expr(3075);
-                if (acceptKw("as")) {
-                    if (!isName() && peek().kind != Tok::String) fail(3141);
-                    if (peek().kind == Tok::String) {
-                        it.alias = stringValue(s_, t_[p_++]);
-                        it.aliasLiteral = true;
-                    }
-                    else it.alias = name(3141);
-                } else if (isName()) {
-                    fail(3141);  // missing operator or comma
-                }
-            }
-            c.items.push_back(std::move(it));
-        } while (acceptOp(","));
-        if (acceptKw("into")) fail(3141);  // SELECT INTO is not supported
-        if (acceptKw("from")) {
-            lastClauseErr_ = 3131;
-            int saved = err_;
-            err_ = 3131;
-            clauseStart_ = peek().pos;
-            do c.from.push_back(fromItem());
-            while (acceptOp(","));
-            err_ = saved;
-            // What follows a FROM list must start a clause.
-            if (peek().kind != Tok::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
-                !isKw("having") && !isKw("order") && !isKw("union"))
-                fail(3131);
-        }
-        if (acceptKw("where")) {
-            lastClauseErr_ = 3075;
-            clauseStart_ = peek().pos;
-            c.where = expr(3075);
-            if (!clauseEnd()) fail(3075);
-        }
+        do c.items.push_back(selectItem());
+        while (acceptOp(","));
+        if (acceptKw("into")) fail(err::SintassiSelect);  // SELECT INTO is not supported
+        if (acceptKw("from")) fromClause(c);
+        if (acceptKw("where")) c.where = condition();
         if (isKw("group")) {
-            ++p_;
-            expectKw("by", 3075);
-            lastClauseErr_ = 3075;
+            ++pos_;
+            expectKw("by", err::SintassiEspressione);
+            lastClauseErr_ = err::SintassiEspressione;
             clauseStart_ = peek().pos;
-            do c.groupBy.push_back(expr(3075));
+            do c.groupBy.push_back(expr(err::SintassiEspressione));
             while (acceptOp(","));
-            if (!clauseEnd()) fail(3075);
+            if (!clauseEnd()) fail(err::SintassiEspressione);
         }
-        if (acceptKw("having")) {
-            lastClauseErr_ = 3075;
-            clauseStart_ = peek().pos;
-            c.having = expr(3075);
-            if (!clauseEnd()) fail(3075);
-        }
-        if (c.from.empty() && (c.where || !c.groupBy.empty() || c.having)) fail(3141);
+        if (acceptKw("having")) c.having = condition();
+        if (c.from.empty() && (c.where || !c.groupBy.empty() || c.having)) fail(err::SintassiSelect);
         return c;
     }
 
+    // [DISTINCT | DISTINCTROW | ALL] [TOP n [PERCENT]]
+    void selectHead(SelectCore& c) {
+        if (acceptKw("distinct")) c.distinct = true;
+        else if (!acceptKw("distinctrow")) acceptKw("all");
+        if (acceptKw("top")) {
+            const Token& t = peek();
+            if (t.kind != TokenKind::Number || !t.integer) fail(err::SintassiSelect);
+            c.top = true;
+            c.topLit = t.lit;
+            c.topN = numberTokenValue(text_, t);
+            ++pos_;
+            if (acceptKw("percent")) c.percent = true;
+        }
+    }
+
+    // *, T.*, or an expression [AS name | AS 'text'].
+    SelItem selectItem() {
+        SelItem it;
+        if (isOp("*")) {
+            ++pos_;
+            it.star = true;
+            return it;
+        }
+        if (isName() && peek(1).kind == TokenKind::Op && peek(1).op[0] == '.' && peek(2).kind == TokenKind::Op &&
+            peek(2).op[0] == '*') {
+            it.star = true;
+            it.starQual = name(err::SintassiSelect);
+            pos_ += 2;
+            return it;
+        }
+        it.expr = expr(err::SintassiEspressione);
+        if (acceptKw("as")) {
+            if (peek().kind == TokenKind::String) {
+                it.alias = stringValue(text_, tokens_[pos_++]);
+                it.aliasLiteral = true;
+            } else {
+                it.alias = name(err::SintassiSelect);
+            }
+        } else if (isName()) {
+            fail(err::SintassiSelect);  // missing operator or comma
+        }
+        return it;
+    }
+
+    void fromClause(SelectCore& c) {
+        lastClauseErr_ = err::SintassiFrom;
+        fromList(c.from);
+        // What follows a FROM list must start a clause.
+        if (peek().kind != TokenKind::End && !isOp(";") && !isOp(")") && !isKw("where") && !isKw("group") &&
+            !isKw("having") && !isKw("order") && !isKw("union"))
+            fail(err::SintassiFrom);
+    }
+
+    // The comma list of FROM items, read with the FROM clause's error number.
+    void fromList(std::vector<FromP>& out) {
+        int saved = err_;
+        err_ = err::SintassiFrom;
+        clauseStart_ = peek().pos;
+        do out.push_back(fromItem());
+        while (acceptOp(","));
+        err_ = saved;
+    }
+
+    // The condition of WHERE or HAVING, which must end where a clause starts.
+    ExprP condition() {
+        lastClauseErr_ = err::SintassiEspressione;
+        clauseStart_ = peek().pos;
+        ExprP e = expr(err::SintassiEspressione);
+        if (!clauseEnd()) fail(err::SintassiEspressione);
+        return e;
+    }
+
     bool clauseEnd() const {
-        return peek().kind == Tok::End || isOp(";") || isOp(")") || isKw("group") || isKw("having") ||
+        return peek().kind == TokenKind::End || isOp(";") || isOp(")") || isKw("group") || isKw("having") ||
                isKw("order") || isKw("union");
     }
 
@@ -440,23 +540,23 @@ private:
         enter();
         FromP left = fromPrimary();
         for (;;) {
-            FromItem::J j;
-            if (isKw("inner")) j = FromItem::J::Inner;
-            else if (isKw("left")) j = FromItem::J::Left;
-            else if (isKw("right")) j = FromItem::J::Right;
+            FromItem::JoinKind join;
+            if (isKw("inner")) join = FromItem::JoinKind::Inner;
+            else if (isKw("left")) join = FromItem::JoinKind::Left;
+            else if (isKw("right")) join = FromItem::JoinKind::Right;
             else break;
-            ++p_;
-            if (j != FromItem::J::Inner) acceptKw("outer");
-            expectKw("join", 3131);
+            ++pos_;
+            if (join != FromItem::JoinKind::Inner) acceptKw("outer");
+            expectKw("join", err::SintassiFrom);
             auto jn = std::make_unique<FromItem>();
-            jn->k = FromItem::K::Join;
-            jn->join = j;
+            jn->kind = FromItem::Kind::Join;
+            jn->join = join;
             jn->left = std::move(left);
             jn->right = fromPrimary();
-            expectKw("on", 3131);
+            expectKw("on", err::SintassiFrom);
             std::uint32_t cs = clauseStart_;
             clauseStart_ = peek().pos;
-            jn->on = expr(3075);
+            jn->on = expr(err::SintassiEspressione);
             clauseStart_ = cs;
             left = std::move(jn);
         }
@@ -467,57 +567,57 @@ private:
     FromP fromPrimary() {
         if (isOp("(")) {
             if (lookSelectInParens()) {
-                ++p_;
+                ++pos_;
                 auto f = std::make_unique<FromItem>();
-                f->k = FromItem::K::Derived;
+                f->kind = FromItem::Kind::Derived;
                 int saved = err_;
-                f->sub = select(false);
+                f->sub = select();
                 err_ = saved;
-                expectOp(")", 3131);
+                expectOp(")", err::SintassiFrom);
                 alias(f->alias);
                 return f;
             }
-            ++p_;
+            ++pos_;
             enter();
             FromP inner = fromItem();
             leave();
-            expectOp(")", 3131);
-            if (inner->k != FromItem::K::Join) {
+            expectOp(")", err::SintassiFrom);
+            if (inner->kind != FromItem::Kind::Join) {
                 // "(T)" alone: allowed, as a table in parentheses
             }
             return inner;
         }
         auto f = std::make_unique<FromItem>();
-        f->k = FromItem::K::Table;
-        f->name = name(3131);
+        f->kind = FromItem::Kind::Table;
+        f->name = name(err::SintassiFrom);
         alias(f->alias);
         return f;
     }
 
     void alias(std::string& a) {
         if (acceptKw("as")) {
-            a = name(3131);
+            a = name(err::SintassiFrom);
         } else if (isName()) {
-            a = name(3131);
+            a = name(err::SintassiFrom);
         }
     }
 
     // ---- expressions
-    ExprP mk(Expr::K k, std::uint32_t pos) {
+    ExprP mk(Expr::Kind kind, std::uint32_t pos) {
         auto e = std::make_unique<Expr>();
-        e->k = k;
+        e->kind = kind;
         e->pos = pos;
         return e;
     }
     void finish(Expr& e) {
-        e.end = p_ > 0 ? t_[p_ - 1].pos + t_[p_ - 1].len : 0;
+        e.end = pos_ > 0 ? tokens_[pos_ - 1].pos + tokens_[pos_ - 1].len : 0;
         int d = 0;
-        bool chainOp = e.k == Expr::K::Binary && (e.op == Op::And || e.op == Op::Or || e.op == Op::Cat);
+        bool chainOp = e.kind == Expr::Kind::Binary && (e.op == Operator::And || e.op == Operator::Or || e.op == Operator::Cat);
         for (std::size_t i = 0; i < e.args.size(); ++i) {
             const auto& a = e.args[i];
             if (!a) continue;
             int ad = a->depth;
-            if (chainOp && i == 0 && a->k == Expr::K::Binary && a->op == e.op) {
+            if (chainOp && i == 0 && a->kind == Expr::Kind::Binary && a->op == e.op) {
                 ad -= 1;  // a link of the chain: written flat
                 e.chain = a->chain + 1;
             }
@@ -527,8 +627,8 @@ private:
         if (e.depth > kMaxExprDepth) raiseNestingLimit(kMaxExprDepth);
         if (e.chain > kMaxChain) raiseChainLimit(kMaxChain);
     }
-    ExprP binary(Op op, ExprP l, ExprP r) {
-        auto e = mk(Expr::K::Binary, l->pos);
+    ExprP binary(Operator op, ExprP l, ExprP r) {
+        auto e = mk(Expr::Kind::Binary, l->pos);
         e->op = op;
         e->args.push_back(std::move(l));
         e->args.push_back(std::move(r));
@@ -547,158 +647,160 @@ private:
     }
     ExprP parseImp() {
         ExprP l = parseEqv();
-        while (acceptKw("imp")) l = binary(Op::Imp, std::move(l), parseEqv());
+        while (acceptKw("imp")) l = binary(Operator::Imp, std::move(l), parseEqv());
         return l;
     }
     ExprP parseEqv() {
         ExprP l = parseXor();
-        while (acceptKw("eqv")) l = binary(Op::Eqv, std::move(l), parseXor());
+        while (acceptKw("eqv")) l = binary(Operator::Eqv, std::move(l), parseXor());
         return l;
     }
     ExprP parseXor() {
         ExprP l = parseOr();
-        while (acceptKw("xor")) l = binary(Op::Xor, std::move(l), parseOr());
+        while (acceptKw("xor")) l = binary(Operator::Xor, std::move(l), parseOr());
         return l;
     }
     ExprP parseOr() {
         ExprP l = parseAnd();
-        while (acceptKw("or")) l = binary(Op::Or, std::move(l), parseAnd());
+        while (acceptKw("or")) l = binary(Operator::Or, std::move(l), parseAnd());
         return l;
     }
     ExprP parseAnd() {
         ExprP l = parseNot();
-        while (acceptKw("and")) l = binary(Op::And, std::move(l), parseNot());
+        while (acceptKw("and")) l = binary(Operator::And, std::move(l), parseNot());
         return l;
     }
     ExprP parseNot() {
         if (isKw("not")) {
             std::uint32_t pos = peek().pos;
-            ++p_;
+            ++pos_;
             enter();
             ExprP a = parseNot();
             leave();
-            auto e = mk(Expr::K::Unary, pos);
-            e->op = Op::Not;
-            e->args.push_back(std::move(a));
-            finish(*e);
-            return e;
+            return unaryNode(Operator::Not, pos, std::move(a));
         }
         return parseCmp();
     }
+    // Comparisons and the predicates Like, Is [Not] Null, [Not] Between, [Not] In, left to right.
     ExprP parseCmp() {
         ExprP l = parseCat();
         for (;;) {
-            const Token& t = peek();
-            Op op;
-            if (t.kind == Tok::Op) {
-                if (isOp("=")) op = Op::Eq;
-                else if (isOp("<>")) op = Op::Ne;
-                else if (isOp("<")) op = Op::Lt;
-                else if (isOp(">")) op = Op::Gt;
-                else if (isOp("<=")) op = Op::Le;
-                else if (isOp(">=")) op = Op::Ge;
-                else break;
-                ++p_;
-                l = binary(op, std::move(l), parseCat());
+            if (peek().kind == TokenKind::Op) {
+                std::optional<Operator> op = comparisonOperator();
+                if (!op) break;
+                ++pos_;
+                l = binary(*op, std::move(l), parseCat());
                 continue;
             }
-            bool neg = false;
-            std::size_t save = p_;
-            if (isKw("not") && (isKwAt(1, "like") || isKwAt(1, "in") || isKwAt(1, "between"))) {
-                neg = true;
-                ++p_;
-            }
+            const std::size_t save = pos_;
+            const bool negated = isKw("not") && (isKwAt(1, "like") || isKwAt(1, "in") || isKwAt(1, "between"));
+            if (negated) ++pos_;
             if (acceptKw("like")) {
-                l = binary(Op::Like, std::move(l), parseCat());
-                if (neg) l = wrapNot(std::move(l));
-                continue;
+                l = binary(Operator::Like, std::move(l), parseCat());
+                if (negated) l = wrapNot(std::move(l));
+            } else if (acceptKw("is")) {
+                l = isNullTest(std::move(l));
+            } else if (acceptKw("between")) {
+                l = between(std::move(l), negated);
+            } else if (acceptKw("in")) {
+                l = in(std::move(l), negated);
+            } else {
+                pos_ = save;
+                break;
             }
-            if (acceptKw("is")) {
-                bool n = acceptKw("not");
-                expectKw("null", err_);
-                auto e = mk(Expr::K::IsNull, l->pos);
-                e->negated = n;
-                e->args.push_back(std::move(l));
-                finish(*e);
-                l = std::move(e);
-                continue;
-            }
-            if (acceptKw("between")) {
-                auto e = mk(Expr::K::Between, l->pos);
-                e->negated = neg;
-                e->args.push_back(std::move(l));
-                e->args.push_back(parseCat());
-                expectKw("and", err_);
-                e->args.push_back(parseCat());
-                finish(*e);
-                l = std::move(e);
-                continue;
-            }
-            if (acceptKw("in")) {
-                expectOp("(", err_);
-                if (isKw("select")) {
-                    auto e = mk(Expr::K::InSelect, l->pos);
-                    e->negated = neg;
-                    e->args.push_back(std::move(l));
-                    int saved = err_;
-                    e->sub = select(false);
-                    err_ = saved;
-                    expectOp(")", err_);
-                    finish(*e);
-                    l = std::move(e);
-                } else {
-                    auto e = mk(Expr::K::InList, l->pos);
-                    e->negated = neg;
-                    e->args.push_back(std::move(l));
-                    do e->args.push_back(parseImp());
-                    while (acceptOp(","));
-                    expectOp(")", err_);
-                    finish(*e);
-                    l = std::move(e);
-                }
-                continue;
-            }
-            p_ = save;
-            break;
         }
         return l;
     }
-    ExprP wrapNot(ExprP a) {
-        auto e = mk(Expr::K::Unary, a->pos);
-        e->op = Op::Not;
-        e->args.push_back(std::move(a));
+
+    std::optional<Operator> comparisonOperator() const {
+        if (isOp("=")) return Operator::Eq;
+        if (isOp("<>")) return Operator::Ne;
+        if (isOp("<")) return Operator::Lt;
+        if (isOp(">")) return Operator::Gt;
+        if (isOp("<=")) return Operator::Le;
+        if (isOp(">=")) return Operator::Ge;
+        return std::nullopt;
+    }
+
+    ExprP isNullTest(ExprP tested) {
+        bool negated = acceptKw("not");
+        expectKw("null", err_);
+        auto e = mk(Expr::Kind::IsNull, tested->pos);
+        e->negated = negated;
+        e->args.push_back(std::move(tested));
         finish(*e);
         return e;
     }
+
+    ExprP between(ExprP tested, bool negated) {
+        auto e = mk(Expr::Kind::Between, tested->pos);
+        e->negated = negated;
+        e->args.push_back(std::move(tested));
+        e->args.push_back(parseCat());
+        expectKw("and", err_);
+        e->args.push_back(parseCat());
+        finish(*e);
+        return e;
+    }
+
+    // In (SELECT ...) or In (a, b, ...).
+    ExprP in(ExprP tested, bool negated) {
+        expectOp("(", err_);
+        const bool subquery = isKw("select");
+        auto e = mk(subquery ? Expr::Kind::InSelect : Expr::Kind::InList, tested->pos);
+        e->negated = negated;
+        e->args.push_back(std::move(tested));
+        if (subquery) {
+            subSelectThenClose(*e);
+            return e;
+        }
+        do e->args.push_back(parseImp());
+        while (acceptOp(","));
+        expectOp(")", err_);
+        finish(*e);
+        return e;
+    }
+
+    ExprP unaryNode(Operator op, std::uint32_t pos, ExprP operand) {
+        auto e = mk(Expr::Kind::Unary, pos);
+        e->op = op;
+        e->args.push_back(std::move(operand));
+        finish(*e);
+        return e;
+    }
+    ExprP wrapNot(ExprP a) {
+        const std::uint32_t pos = a->pos;
+        return unaryNode(Operator::Not, pos, std::move(a));
+    }
     ExprP parseCat() {
         ExprP l = parseAdd();
-        while (acceptOp("&")) l = binary(Op::Cat, std::move(l), parseAdd());
+        while (acceptOp("&")) l = binary(Operator::Cat, std::move(l), parseAdd());
         return l;
     }
     ExprP parseAdd() {
         ExprP l = parseMod();
         for (;;) {
-            if (acceptOp("+")) l = binary(Op::Add, std::move(l), parseMod());
-            else if (acceptOp("-")) l = binary(Op::Sub, std::move(l), parseMod());
+            if (acceptOp("+")) l = binary(Operator::Add, std::move(l), parseMod());
+            else if (acceptOp("-")) l = binary(Operator::Sub, std::move(l), parseMod());
             else break;
         }
         return l;
     }
     ExprP parseMod() {
         ExprP l = parseIDiv();
-        while (acceptKw("mod")) l = binary(Op::Mod, std::move(l), parseIDiv());
+        while (acceptKw("mod")) l = binary(Operator::Mod, std::move(l), parseIDiv());
         return l;
     }
     ExprP parseIDiv() {
         ExprP l = parseMul();
-        while (acceptOp("\\")) l = binary(Op::IDiv, std::move(l), parseMul());
+        while (acceptOp("\\")) l = binary(Operator::IDiv, std::move(l), parseMul());
         return l;
     }
     ExprP parseMul() {
         ExprP l = parseNeg();
         for (;;) {
-            if (acceptOp("*")) l = binary(Op::Mul, std::move(l), parseNeg());
-            else if (acceptOp("/")) l = binary(Op::Div, std::move(l), parseNeg());
+            if (acceptOp("*")) l = binary(Operator::Mul, std::move(l), parseNeg());
+            else if (acceptOp("/")) l = binary(Operator::Div, std::move(l), parseNeg());
             else break;
         }
         return l;
@@ -706,16 +808,12 @@ private:
     ExprP parseNeg() {
         if (isOp("-") || isOp("+")) {
             std::uint32_t pos = peek().pos;
-            Op op = isOp("-") ? Op::Neg : Op::Pos;
-            ++p_;
+            Operator op = isOp("-") ? Operator::Neg : Operator::Pos;
+            ++pos_;
             enter();
             ExprP a = parseNeg();
             leave();
-            auto e = mk(Expr::K::Unary, pos);
-            e->op = op;
-            e->args.push_back(std::move(a));
-            finish(*e);
-            return e;
+            return unaryNode(op, pos, std::move(a));
         }
         return parsePow();
     }
@@ -726,239 +824,235 @@ private:
             ExprP r;
             if (isOp("-") || isOp("+")) {
                 std::uint32_t pos = peek().pos;
-                Op op = isOp("-") ? Op::Neg : Op::Pos;
-                ++p_;
-                auto e = mk(Expr::K::Unary, pos);
-                e->op = op;
-                e->args.push_back(parsePrimary());
-                finish(*e);
-                r = std::move(e);
+                Operator op = isOp("-") ? Operator::Neg : Operator::Pos;
+                ++pos_;
+                r = unaryNode(op, pos, parsePrimary());
             } else {
                 r = parsePrimary();
             }
-            l = binary(Op::Pow, std::move(l), std::move(r));
+            l = binary(Operator::Pow, std::move(l), std::move(r));
         }
         return l;
     }
 
     ExprP parsePrimary() {
         const Token& t = peek();
-        std::uint32_t pos = t.pos;
         switch (t.kind) {
-            case Tok::String: {
-                auto e = mk(Expr::K::Lit, pos);
-                e->lit = 'S';
-                e->litIndex = t.lit;
-                e->text = stringValue(s_, t);
-                ++p_;
-                finish(*e);
-                return e;
-            }
-            case Tok::Number: {
-                auto e = mk(Expr::K::Lit, pos);
-                e->lit = literalKind(s_, t);
-                e->litIndex = t.lit;
-                e->num = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
-                ++p_;
-                finish(*e);
-                return e;
-            }
-            case Tok::Date: {
-                auto e = mk(Expr::K::Lit, pos);
-                e->lit = 'T';
-                e->litIndex = t.lit;
-                e->text = std::string(dateBody(s_, t));
-                ++p_;
-                finish(*e);
-                return e;
-            }
-            case Tok::Op: {
-                if (t.op[0] == '(') {
-                    ++p_;
-                    if (isKw("select")) {
-                        auto e = mk(Expr::K::SubQuery, pos);
-                        int saved = err_;
-                        e->sub = select(false);
-                        err_ = saved;
-                        expectOp(")", err_);
-                        finish(*e);
-                        return e;
-                    }
-                    enter();
-                    ExprP e = parseImp();
-                    leave();
-                    expectOp(")", err_);
-                    return e;
-                }
+            case TokenKind::String:
+            case TokenKind::Number:
+            case TokenKind::Date: return literal(t);
+            case TokenKind::Op:
+                if (t.op[0] == '(') return parenthesized();
                 fail(err_);
-            }
-            case Tok::Ident:
-            case Tok::BIdent: {
-                std::string_view w = s_.substr(t.pos, t.len);
-                if (t.kind == Tok::Ident) {
-                    if (iequals(w, "null") || iequals(w, "true") || iequals(w, "false")) {
-                        auto e = mk(Expr::K::Lit, pos);
-                        e->lit = iequals(w, "null") ? 'N' : 'B';
-                        e->num = iequals(w, "true") ? -1 : 0;
-                        ++p_;
-                        finish(*e);
-                        return e;
-                    }
-                    if (iequals(w, "exists")) {
-                        ++p_;
-                        expectOp("(", err_);
-                        if (!isKw("select")) fail(err_);
-                        auto e = mk(Expr::K::Exists, pos);
-                        int saved = err_;
-                        e->sub = select(false);
-                        err_ = saved;
-                        expectOp(")", err_);
-                        finish(*e);
-                        return e;
-                    }
-                    // function call: a plain name followed by '('
-                    if (peek(1).kind == Tok::Op && peek(1).op[0] == '(' &&
-                        (!reserved(w) || iequals(w, "left") || iequals(w, "right") || iequals(w, "asc"))) {
-                        auto e = mk(Expr::K::Func, pos);
-                        e->text = std::string(w);
-                        p_ += 2;
-                        if (acceptOp(")")) {
-                            finish(*e);
-                            return e;
-                        }
-                        if (isOp("*")) {
-                            ++p_;
-                            e->star = true;
-                            expectOp(")", err_);
-                            finish(*e);
-                            return e;
-                        }
-                        if (acceptKw("distinct")) e->negated = true;  // Count(Distinct x): not Jet, refused
-                        if (e->negated) fail(err_);
-                        enter();
-                        do e->args.push_back(parseImp());
-                        while (acceptOp(","));
-                        leave();
-                        expectOp(")", err_);
-                        finish(*e);
-                        return e;
-                    }
-                    if (reserved(w)) fail(err_);
-                    // Functions without parentheses
-                    if (iequals(w, "now") || iequals(w, "date") || iequals(w, "time")) {
-                        if (!(peek(1).kind == Tok::Op && peek(1).op[0] == '.')) {
-                            auto e = mk(Expr::K::Func, pos);
-                            e->text = std::string(w);
-                            ++p_;
-                            finish(*e);
-                            return e;
-                        }
-                    }
-                }
-                auto e = mk(Expr::K::Col, pos);
-                e->text = std::string(identValue(s_, t));
-                ++p_;
-                if (isOp(".")) {
-                    ++p_;
-                    if (!isName() && !(peek().kind == Tok::Ident)) fail(err_);
-                    e->qual = std::move(e->text);
-                    e->text = std::string(identValue(s_, t_[p_]));
-                    ++p_;
-                    if (isOp(".")) fail(err_);
-                }
-                finish(*e);
-                return e;
-            }
-            case Tok::End:
-            default:
-                fail(err_);
+            case TokenKind::Ident: return word(t);
+            case TokenKind::BIdent: return column(t);
+            case TokenKind::End:
+            default: fail(err_);
         }
+    }
+
+    // A text, number or date literal.
+    ExprP literal(const Token& t) {
+        auto e = mk(Expr::Kind::Lit, t.pos);
+        e->litIndex = t.lit;
+        if (t.kind == TokenKind::String) {
+            e->lit = 'S';
+            e->text = stringValue(text_, t);
+        } else if (t.kind == TokenKind::Number) {
+            e->lit = literalKind(text_, t);
+            e->num = numberTokenValue(text_, t);
+        } else {
+            e->lit = 'T';
+            e->text = std::string(dateBody(text_, t));
+        }
+        ++pos_;
+        finish(*e);
+        return e;
+    }
+
+    // ( expression ) or ( SELECT ... ) as a value.
+    ExprP parenthesized() {
+        const std::uint32_t pos = peek().pos;
+        ++pos_;
+        if (isKw("select")) {
+            auto e = mk(Expr::Kind::SubQuery, pos);
+            subSelectThenClose(*e);
+            return e;
+        }
+        enter();
+        ExprP e = parseImp();
+        leave();
+        expectOp(")", err_);
+        return e;
+    }
+
+    // The SELECT of a subquery, whose clauses have their own error numbers, and its ')'.
+    void subSelectThenClose(Expr& e) {
+        int saved = err_;
+        e.sub = select();
+        err_ = saved;
+        expectOp(")", err_);
+        finish(e);
+    }
+
+    // A word: Null, True, False, Exists (...), a function call, Now/Date/Time without
+    // parentheses, or a column.
+    ExprP word(const Token& t) {
+        std::string_view w = text_.substr(t.pos, t.len);
+        if (sameName(w, "null") || sameName(w, "true") || sameName(w, "false")) {
+            auto e = mk(Expr::Kind::Lit, t.pos);
+            e->lit = sameName(w, "null") ? 'N' : 'B';
+            e->num = sameName(w, "true") ? -1 : 0;
+            ++pos_;
+            finish(*e);
+            return e;
+        }
+        if (sameName(w, "exists")) return exists(t);
+        // a function call: a plain name followed by '(' (Left and Right are also join words)
+        if (peek(1).kind == TokenKind::Op && peek(1).op[0] == '(' &&
+            (!reserved(w) || sameName(w, "left") || sameName(w, "right") || sameName(w, "asc")))
+            return functionCall(t);
+        if (reserved(w)) fail(err_);
+        const bool qualified = peek(1).kind == TokenKind::Op && peek(1).op[0] == '.';
+        if ((sameName(w, "now") || sameName(w, "date") || sameName(w, "time")) && !qualified) {
+            auto e = mk(Expr::Kind::Func, t.pos);
+            e->text = std::string(w);
+            ++pos_;
+            finish(*e);
+            return e;
+        }
+        return column(t);
+    }
+
+    ExprP exists(const Token& t) {
+        ++pos_;
+        expectOp("(", err_);
+        if (!isKw("select")) fail(err_);
+        auto e = mk(Expr::Kind::Exists, t.pos);
+        subSelectThenClose(*e);
+        return e;
+    }
+
+    // name(), name(*), name(a, b, ...). Count(Distinct x) is not of the dialect and is refused.
+    ExprP functionCall(const Token& t) {
+        auto e = mk(Expr::Kind::Func, t.pos);
+        e->text = std::string(text_.substr(t.pos, t.len));
+        pos_ += 2;
+        if (acceptOp(")")) {
+            finish(*e);
+            return e;
+        }
+        if (isOp("*")) {
+            ++pos_;
+            e->star = true;
+            expectOp(")", err_);
+            finish(*e);
+            return e;
+        }
+        if (acceptKw("distinct")) fail(err_);
+        enter();
+        do e->args.push_back(parseImp());
+        while (acceptOp(","));
+        leave();
+        expectOp(")", err_);
+        finish(*e);
+        return e;
+    }
+
+    // name or qual.name; a third part is refused.
+    ExprP column(const Token& t) {
+        auto e = mk(Expr::Kind::Col, t.pos);
+        e->text = std::string(identValue(text_, t));
+        ++pos_;
+        if (isOp(".")) {
+            ++pos_;
+            if (!isName() && !(peek().kind == TokenKind::Ident)) fail(err_);
+            e->qual = std::move(e->text);
+            e->text = std::string(identValue(text_, tokens_[pos_]));
+            ++pos_;
+            if (isOp(".")) fail(err_);
+        }
+        finish(*e);
+        return e;
     }
 
     // ---- INSERT
     void insert(Statement& st) {
         st.kind = StatementKind::Insert;
-        ++p_;
-        expectKw("into", 3134);
-        st.table = name(3134);
+        ++pos_;
+        expectKw("into", err::SintassiInsertInto);
+        st.table = name(err::SintassiInsertInto);
         if (isOp("(") && !lookSelectInParens()) {
-            ++p_;
-            do st.columns.push_back(name(3134));
+            ++pos_;
+            do st.columns.push_back(name(err::SintassiInsertInto));
             while (acceptOp(","));
-            expectOp(")", 3134);
+            expectOp(")", err::SintassiInsertInto);
         }
         if (acceptKw("values")) {
-            expectOp("(", 3134);
+            expectOp("(", err::SintassiInsertInto);
             clauseStart_ = peek().pos;
-            do st.values.push_back(expr(3134));
+            do st.values.push_back(expr(err::SintassiInsertInto));
             while (acceptOp(","));
-            expectOp(")", 3134);
+            expectOp(")", err::SintassiInsertInto);
         } else if (isKw("select") || isOp("(")) {
             bool paren = acceptOp("(");
             int saved = err_;
-            err_ = 3141;
-            st.select = select(false);
+            err_ = err::SintassiSelect;
+            st.select = select();
             err_ = saved;
-            if (paren) expectOp(")", 3134);
+            if (paren) expectOp(")", err::SintassiInsertInto);
         } else {
-            fail(3134);
+            fail(err::SintassiInsertInto);
         }
     }
 
     // ---- UPDATE
     void update(Statement& st) {
         st.kind = StatementKind::Update;
-        ++p_;
+        ++pos_;
         {
             int saved = err_;
-            err_ = 3144;
+            err_ = err::SintassiUpdate;
             st.from.push_back(fromItem());
             err_ = saved;
         }
-        expectKw("set", 3144);
+        expectKw("set", err::SintassiUpdate);
         clauseStart_ = peek().pos;
         do {
             Assignment a;
-            a.column = name(3144);
+            a.column = name(err::SintassiUpdate);
             if (acceptOp(".")) {
                 a.qual = std::move(a.column);
-                a.column = name(3144);
+                a.column = name(err::SintassiUpdate);
             }
-            expectOp("=", 3144);
-            a.value = expr(3144);
+            expectOp("=", err::SintassiUpdate);
+            a.value = expr(err::SintassiUpdate);
             st.sets.push_back(std::move(a));
         } while (acceptOp(","));
         if (acceptKw("where")) {
             clauseStart_ = peek().pos;
-            st.where = expr(3075);
+            st.where = expr(err::SintassiEspressione);
         }
     }
 
     // ---- DELETE
     void del(Statement& st) {
         st.kind = StatementKind::Delete;
-        ++p_;
+        ++pos_;
         if (acceptOp("*")) {
-        } else if (isName() && peek(1).kind == Tok::Op && peek(1).op[0] == '.' && peek(2).kind == Tok::Op &&
+        } else if (isName() && peek(1).kind == TokenKind::Op && peek(1).op[0] == '.' && peek(2).kind == TokenKind::Op &&
                    peek(2).op[0] == '*') {
-            st.deleteQual = name(3075);
-            p_ += 2;
+            st.deleteQual = name(err::SintassiEspressione);
+            pos_ += 2;
         } else if (isName() && !isKw("from")) {
-            st.deleteQual = name(3075);  // Delete T From T ...
+            st.deleteQual = name(err::SintassiEspressione);  // Delete T From T ...
         }
-        expectKw("from", 3075);
-        {
-            int saved = err_;
-            err_ = 3131;
-            clauseStart_ = peek().pos;
-            do st.from.push_back(fromItem());
-            while (acceptOp(","));
-            err_ = saved;
-        }
-        if (peek().kind != Tok::End && !isOp(";") && !isKw("where")) fail(3131);
+        expectKw("from", err::SintassiEspressione);
+        fromList(st.from);
+        if (peek().kind != TokenKind::End && !isOp(";") && !isKw("where")) fail(err::SintassiFrom);
         if (acceptKw("where")) {
             clauseStart_ = peek().pos;
-            st.where = expr(3075);
+            st.where = expr(err::SintassiEspressione);
         }
     }
 
@@ -984,12 +1078,12 @@ private:
             {"yesno", FieldType::Boolean}, {"bit", FieldType::Boolean}, {"logical", FieldType::Boolean},
             {"boolean", FieldType::Boolean}, {"logical1", FieldType::Boolean},
         };
-        if (iequals(w, "counter") || iequals(w, "autoincrement") || iequals(w, "identity")) {
+        if (sameName(w, "counter") || sameName(w, "autoincrement") || sameName(w, "identity")) {
             counter = true;
             return FieldType::Long;
         }
         for (auto& x : words)
-            if (iequals(w, x.w)) return x.t;
+            if (sameName(w, x.w)) return x.t;
         ok = false;
         return FieldType::Text;
     }
@@ -997,20 +1091,20 @@ private:
     FieldSpec fieldSpec(int e) {
         FieldSpec f;
         f.name = name(e);
-        if (peek().kind != Tok::Ident) fail(e);
+        if (peek().kind != TokenKind::Ident) fail(e);
         bool counter, ok;
-        f.type = typeWord(s_.substr(peek().pos, peek().len), counter, ok);
+        f.type = typeWord(text_.substr(peek().pos, peek().len), counter, ok);
         if (!ok) fail(e);
         f.counter = counter;
-        ++p_;
+        ++pos_;
         if (acceptOp("(")) {
             const Token& t = peek();
-            if (t.kind != Tok::Number || !t.integer) fail(e);
-            double v = std::strtod(std::string(s_.substr(t.pos, t.len)).c_str(), nullptr);
-            ++p_;
+            if (t.kind != TokenKind::Number || !t.integer) fail(e);
+            double v = numberTokenValue(text_, t);
+            ++pos_;
             if (acceptOp(",")) {  // COUNTER(seed, step)
-                if (peek().kind != Tok::Number) fail(e);
-                ++p_;
+                if (peek().kind != TokenKind::Number) fail(e);
+                ++pos_;
             }
             expectOp(")", e);
             if (f.type == FieldType::Text) {
@@ -1020,11 +1114,11 @@ private:
         }
         for (;;) {
             if (isKw("not") && isKwAt(1, "null")) {
-                p_ += 2;
+                pos_ += 2;
                 f.notNull = true;
             } else if (acceptKw("null")) {
             } else if (isKw("primary")) {
-                ++p_;
+                ++pos_;
                 expectKw("key", e);
                 f.primaryKey = true;
             } else if (acceptKw("unique")) {
@@ -1032,13 +1126,13 @@ private:
             } else if (acceptKw("constraint")) {
                 name(e);
                 if (isKw("primary")) {
-                    ++p_;
+                    ++pos_;
                     expectKw("key", e);
                     f.primaryKey = true;
                 } else if (acceptKw("unique")) {
                     f.unique = true;
                 } else if (isKw("not") && isKwAt(1, "null")) {
-                    p_ += 2;
+                    pos_ += 2;
                     f.notNull = true;
                 } else {
                     fail(e);
@@ -1052,53 +1146,53 @@ private:
 
     void create(Statement& st) {
         st.kind = StatementKind::Ddl;
-        ++p_;
+        ++pos_;
         DdlCommand d;
         if (acceptKw("table")) {
-            err_ = 3290;
+            err_ = err::SintassiCreateTable;
             d.op = DdlCommand::Op::CreateTable;
-            d.table = name(3290);
-            expectOp("(", 3290);
+            d.table = name(err::SintassiCreateTable);
+            expectOp("(", err::SintassiCreateTable);
             do {
                 if (isKw("constraint")) {
-                    ++p_;
-                    name(3290);
-                    tableConstraint(d, 3290);
+                    ++pos_;
+                    name(err::SintassiCreateTable);
+                    tableConstraint(d, err::SintassiCreateTable);
                 } else if (isKw("primary") || isKw("unique")) {
-                    tableConstraint(d, 3290);
+                    tableConstraint(d, err::SintassiCreateTable);
                 } else {
-                    d.fields.push_back(fieldSpec(3290));
+                    d.fields.push_back(fieldSpec(err::SintassiCreateTable));
                 }
             } while (acceptOp(","));
-            expectOp(")", 3290);
-            if (d.fields.empty()) fail(3290);
+            expectOp(")", err::SintassiCreateTable);
+            if (d.fields.empty()) fail(err::SintassiCreateTable);
             for (std::size_t i = 0; i < d.fields.size(); ++i)
                 for (std::size_t j = i + 1; j < d.fields.size(); ++j)
-                    if (iequals(d.fields[i].name, d.fields[j].name)) raise(3191);
+                    if (sameName(d.fields[i].name, d.fields[j].name)) raise(err::CampoDefinitoPiuVolte);
         } else {
-            err_ = 3290;
+            err_ = err::SintassiCreateTable;
             if (acceptKw("unique")) d.unique = true;
-            expectKw("index", 3290);
+            expectKw("index", err::SintassiCreateTable);
             d.op = DdlCommand::Op::CreateIndex;
-            d.index = name(3290);
-            expectKw("on", 3290);
-            d.table = name(3290);
-            expectOp("(", 3290);
+            d.index = name(err::SintassiCreateTable);
+            expectKw("on", err::SintassiCreateTable);
+            d.table = name(err::SintassiCreateTable);
+            expectOp("(", err::SintassiCreateTable);
             do {
-                d.indexFields.push_back(name(3290));
+                d.indexFields.push_back(name(err::SintassiCreateTable));
                 if (acceptKw("desc")) d.indexFields.back() = "-" + d.indexFields.back();
                 else acceptKw("asc");
             } while (acceptOp(","));
-            expectOp(")", 3290);
+            expectOp(")", err::SintassiCreateTable);
             if (acceptKw("with")) {
                 do {
                     if (acceptKw("primary")) {
                         d.primary = true;
                         d.unique = true;
                     } else if (acceptKw("disallow") || acceptKw("ignore")) {
-                        expectKw("null", 3290);
+                        expectKw("null", err::SintassiCreateTable);
                     } else {
-                        fail(3290);
+                        fail(err::SintassiCreateTable);
                     }
                 } while (true && (isKw("primary") || isKw("disallow") || isKw("ignore")));
             }
@@ -1109,7 +1203,7 @@ private:
     void tableConstraint(DdlCommand& d, int e) {
         bool primary = false;
         if (isKw("primary")) {
-            ++p_;
+            ++pos_;
             expectKw("key", e);
             primary = true;
         } else {
@@ -1122,7 +1216,7 @@ private:
         expectOp(")", e);
         if (cols.size() == 1) {
             for (auto& f : d.fields)
-                if (iequals(f.name, cols[0])) {
+                if (sameName(f.name, cols[0])) {
                     (primary ? f.primaryKey : f.unique) = true;
                     return;
                 }
@@ -1132,7 +1226,7 @@ private:
         for (auto& c : cols) {
             bool found = false;
             for (auto& f : d.fields)
-                if (iequals(f.name, c)) {
+                if (sameName(f.name, c)) {
                     found = true;
                     if (primary) f.primaryKey = true;
                 }
@@ -1142,68 +1236,68 @@ private:
 
     void drop(Statement& st) {
         st.kind = StatementKind::Ddl;
-        ++p_;
+        ++pos_;
         DdlCommand d;
         if (acceptKw("table")) {
             d.op = DdlCommand::Op::DropTable;
-            d.table = name(3295);
+            d.table = name(err::SintassiDrop);
         } else if (acceptKw("index")) {
             d.op = DdlCommand::Op::DropIndex;
-            d.index = name(3295);
-            expectKw("on", 3295);
-            d.table = name(3295);
+            d.index = name(err::SintassiDrop);
+            expectKw("on", err::SintassiDrop);
+            d.table = name(err::SintassiDrop);
         } else {
-            fail(3295);
+            fail(err::SintassiDrop);
         }
         st.ddl = std::move(d);
     }
 
     void alter(Statement& st) {
         st.kind = StatementKind::Ddl;
-        ++p_;
-        expectKw("table", 3293);
+        ++pos_;
+        expectKw("table", err::SintassiAlterTable);
         DdlCommand d;
-        d.table = name(3293);
+        d.table = name(err::SintassiAlterTable);
         if (acceptKw("add")) {
             if (isKw("constraint") || isKw("primary") || isKw("unique")) {
                 // ADD CONSTRAINT name PRIMARY KEY (c) / UNIQUE (c): an index
                 std::string iname = "PrimaryKey";
-                if (acceptKw("constraint")) iname = name(3293);
+                if (acceptKw("constraint")) iname = name(err::SintassiAlterTable);
                 d.op = DdlCommand::Op::CreateIndex;
                 d.index = iname;
                 if (acceptKw("primary")) {
-                    expectKw("key", 3293);
+                    expectKw("key", err::SintassiAlterTable);
                     d.primary = d.unique = true;
                 } else {
-                    expectKw("unique", 3293);
+                    expectKw("unique", err::SintassiAlterTable);
                     d.unique = true;
                 }
-                expectOp("(", 3293);
-                do d.indexFields.push_back(name(3293));
+                expectOp("(", err::SintassiAlterTable);
+                do d.indexFields.push_back(name(err::SintassiAlterTable));
                 while (acceptOp(","));
-                expectOp(")", 3293);
+                expectOp(")", err::SintassiAlterTable);
             } else {
                 acceptKw("column");
                 d.op = DdlCommand::Op::AddColumn;
-                d.fields.push_back(fieldSpec(3293));
+                d.fields.push_back(fieldSpec(err::SintassiAlterTable));
             }
         } else if (acceptKw("alter")) {
             acceptKw("column");
             d.op = DdlCommand::Op::AlterColumn;
-            d.fields.push_back(fieldSpec(3293));
+            d.fields.push_back(fieldSpec(err::SintassiAlterTable));
         } else if (acceptKw("drop")) {
             if (acceptKw("constraint")) {
                 d.op = DdlCommand::Op::DropIndex;
-                d.index = name(3293);
+                d.index = name(err::SintassiAlterTable);
             } else {
                 acceptKw("column");
                 d.op = DdlCommand::Op::DropColumn;
                 FieldSpec f;
-                f.name = name(3293);
+                f.name = name(err::SintassiAlterTable);
                 d.fields.push_back(f);
             }
         } else {
-            fail(3293);
+            fail(err::SintassiAlterTable);
         }
         st.ddl = std::move(d);
     }

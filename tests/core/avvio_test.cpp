@@ -13,7 +13,7 @@
 #include "store/convert.h"
 #include "store/errors.h"
 #include "store/model/model.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 
@@ -102,7 +102,7 @@ protected:
     using Schermi = std::vector<std::string>;
 
     test::CartellaTemporanea programma;
-    std::shared_ptr<test::DialoghiScript> script;
+    std::shared_ptr<prova::ScriptedDialogs> script;
     int pannelliAperti = 0;
     bool caricamentoFinito = false;
 };
@@ -121,8 +121,8 @@ TEST_F(Avvio, SenzaUtentiApreTuttoConOgniDirittoELinguaItaliana) {
     EXPECT_EQ(store::CLng(s.dbTemp->OpenRecordset("Select ID from Estratto")->get("ID")), -1);
     EXPECT_EQ(core::LeggiLingua("Parametri", "File"), programma / "Italiano.lng");
     EXPECT_EQ(core::Testo("s324"), "Rete!");
-    EXPECT_TRUE(script->aperti.empty());
-    EXPECT_TRUE(script->messaggi.empty());
+    EXPECT_TRUE(script->schermiMostrati().empty());
+    EXPECT_TRUE(script->messaggi().empty());
     EXPECT_EQ(pannelliAperti, 1);
     EXPECT_TRUE(caricamentoFinito);
     EXPECT_FALSE(fs::exists(programma / "tempCompact.mdb"));
@@ -139,10 +139,10 @@ TEST_F(Avvio, CartellaDiReteMostraS324ESiFerma) {
         core::session().CartellaProgramma = cartella;
         EXPECT_EQ(core::Main(), EsitoAvvio::Termina) << cartella;
     }
-    ASSERT_EQ(script->messaggi.size(), 2u);
-    EXPECT_EQ(script->messaggi[0].testo, "Rete (copia)");
-    EXPECT_EQ(script->messaggi[0].stile, core::vbCritical);
-    EXPECT_EQ(script->messaggi[1].stile, core::vbCritical);
+    ASSERT_EQ(script->messaggi().size(), 2u);
+    EXPECT_EQ(script->messaggi()[0].testo, "Rete (copia)");
+    EXPECT_EQ(script->messaggi()[0].stile, core::vbCritical);
+    EXPECT_EQ(script->messaggi()[1].stile, core::vbCritical);
     EXPECT_EQ(FileDelProgramma(), primaDi);
     EXPECT_EQ(test::LeggiFile(programma / "Lang.lng"), kLingua);
     EXPECT_FALSE(core::session().dbAziende);
@@ -155,8 +155,8 @@ TEST_F(Avvio, UnaSecondaIstanzaTerminaInSilenzio) {
     ASSERT_EQ(::flock(fd, LOCK_EX | LOCK_NB), 0);
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
     ::close(fd);
-    EXPECT_TRUE(script->messaggi.empty());
-    EXPECT_TRUE(script->aperti.empty());
+    EXPECT_TRUE(script->messaggi().empty());
+    EXPECT_TRUE(script->schermiMostrati().empty());
     EXPECT_FALSE(core::session().dbAziende);
     EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);  // once the other has ended
 }
@@ -164,36 +164,36 @@ TEST_F(Avvio, UnaSecondaIstanzaTerminaInSilenzio) {
 TEST_F(Avvio, PrimoAvvioConImpostazioniVuote) {
     ImpostaIni("");
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);  // frmConfigurazione cancelled
-    EXPECT_EQ(script->aperti, Schermi{"frmConfigurazione"});
-    EXPECT_TRUE(script->messaggi.empty());
+    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmConfigurazione"});
+    EXPECT_TRUE(script->messaggi().empty());
     EXPECT_EQ(pannelliAperti, 0);
 
-    script->schermi["frmConfigurazione"] = [this] {
+    script->sempre("frmConfigurazione", [this] {
         core::ScriviIni("Azienda", "PATH", dati());
         core::ScriviIni("Azienda", "ID", "1");
         core::ScriviIni("Archivio", "ID", "1");
         core::session().dbAziende = Master();
         return true;
-    };
+    });
     EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
     EXPECT_EQ(pannelliAperti, 1);
 
     ImpostaIni("[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n");  // an Azienda but no Esercizio
-    script->aperti.clear();
+    script->dimentica();
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
-    EXPECT_TRUE(script->aperti.empty());
+    EXPECT_TRUE(script->schermiMostrati().empty());
 }
 
 TEST_F(Avvio, EsercizioEliminatoCostaUnRiavvio) {
     ImpostaIni("[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n[Archivio]\r\nID=9\r\n");
-    script->schermi["frmConfigurazione"] = [] {
+    script->sempre("frmConfigurazione", [] {
         EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "0");
         EXPECT_EQ(core::session().IDEsercizio, 0);
         core::ScriviIni("Archivio", "ID", "1");
         return true;
-    };
+    });
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
-    EXPECT_EQ(script->aperti, Schermi{"frmConfigurazione"});
+    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmConfigurazione"});
     EXPECT_EQ(pannelliAperti, 0);
 
     EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);  // the next start uses the choice just made
@@ -218,31 +218,31 @@ TEST_F(Avvio, DataDiAggiornamentoDiversaApreFrmAggiorna) {
         master->Execute(std::string("UPDATE Esercizi SET DataAggiornamento=") + c.data + " WHERE ID=1");
         core::session().dbAziende = master;
         EXPECT_EQ(core::ArchivioAggiornato(archivio()), !c.aggiorna) << c.data;
-        script->aperti.clear();
+        script->dimentica();
         EXPECT_EQ(core::Main(), EsitoAvvio::Aperto) << c.data;
-        EXPECT_EQ(script->aperti, c.aggiorna ? Schermi{"frmAggiorna"} : Schermi{}) << c.data;
+        EXPECT_EQ(script->schermiMostrati(), c.aggiorna ? Schermi{"frmAggiorna"} : Schermi{}) << c.data;
     }
 }
 
 TEST_F(Avvio, ArchivioSenzaRigaInEserciziMostraS325ETermina) {
     core::session().dbAziende = Master();
     EXPECT_THROW(core::ArchivioAggiornato(dati() + "/altro.mdb"), core::TerminaProgramma);
-    ASSERT_EQ(script->messaggi.size(), 1u);
-    EXPECT_EQ(script->messaggi[0].testo, "Manca (copia)");
-    EXPECT_EQ(script->messaggi[0].stile, core::vbExclamation);
+    ASSERT_EQ(script->messaggi().size(), 1u);
+    EXPECT_EQ(script->messaggi()[0].testo, "Manca (copia)");
+    EXPECT_EQ(script->messaggi()[0].stile, core::vbExclamation);
 }
 
 TEST_F(Avvio, ConUtentiChiedeIlLogin) {
     Master()->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (2, 1, 'anna')");
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);  // login cancelled
-    EXPECT_EQ(script->aperti, Schermi{"frmLogin"});
+    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmLogin"});
     EXPECT_EQ(pannelliAperti, 0);
 
-    script->schermi["frmLogin"] = [] {
+    script->sempre("frmLogin", [] {
         core::session().Privilegi = "11000000000000";
         core::session().NomeUtente = "anna";
         return true;
-    };
+    });
     EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
     EXPECT_EQ(core::session().NomeUtente, "anna");
     EXPECT_EQ(test::LeggiFile(programma / "Lang.lng"), kLingua);  // the language stays the user's
@@ -262,9 +262,9 @@ TEST_F(Avvio, SondaDellaPrimaNota) {
             EseguiSuArchivio("INSERT INTO Pagamenti (ID) VALUES (" + std::to_string(i) + ")");
         for (int i = 1; i <= c.righePrimaNota; ++i)
             EseguiSuArchivio("INSERT INTO PrimaNota (ID) VALUES (" + std::to_string(i) + ")");
-        script->aperti.clear();
+        script->dimentica();
         EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
-        EXPECT_EQ(script->aperti, c.schermo ? Schermi{"frmAggiornaPrimaNota"} : Schermi{})
+        EXPECT_EQ(script->schermiMostrati(), c.schermo ? Schermi{"frmAggiornaPrimaNota"} : Schermi{})
             << c.pagamenti << " pagamenti, " << c.righePrimaNota << " righe";
     }
 }

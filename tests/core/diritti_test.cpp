@@ -3,7 +3,7 @@
 #include "core/diritti.h"
 #include "store/convert.h"
 #include "store/errors.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 
@@ -51,7 +51,7 @@ TEST(Cifra, IlCodice255TornaComeZero) {
 class HaPrivilegio : public ::testing::Test {
 protected:
     void SetUp() override { script = test::SessioneNuova("/nessuna"); }
-    std::shared_ptr<test::DialoghiScript> script;
+    std::shared_ptr<prova::ScriptedDialogs> script;
 };
 
 TEST_F(HaPrivilegio, PosizioniDellaStringaDataODellaSessione) {
@@ -66,18 +66,18 @@ TEST_F(HaPrivilegio, PosizioniDellaStringaDataODellaSessione) {
     };
     for (const auto& c : casi)
         EXPECT_EQ(core::HaPrivilegio(c.posizione, c.privilegi), c.atteso) << c.posizione << " " << c.privilegi;
-    EXPECT_TRUE(script->aperti.empty());
+    EXPECT_TRUE(script->schermiMostrati().empty());
     EXPECT_THROW(core::HaPrivilegio(15, "11111111111111"), store::JetError);  // past the end
 }
 
 TEST_F(HaPrivilegio, SenzaUtenteChiedeLAccessoFinoAlLogin) {
     int tentativi = 0;
-    script->schermi["frmLogin"] = [&] {
+    script->sempre("frmLogin", [&] {
         if (++tentativi == 2) core::session().Privilegi = "01";
         return tentativi == 2;
-    };
+    });
     EXPECT_TRUE(core::HaPrivilegio(2));
-    EXPECT_EQ(script->aperti, (std::vector<std::string>{"frmLogin", "frmLogin"}));
+    EXPECT_EQ(script->schermiMostrati(), (std::vector<std::string>{"frmLogin", "frmLogin"}));
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "core/esercizio.h"
 #include "store/convert.h"
 #include "store/model/model.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "core/impostazioni.h"
 #include "core/ini.h"
 #include "store/errors.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 

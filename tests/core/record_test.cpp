@@ -3,7 +3,7 @@
 #include "core/record.h"
 #include "store/convert.h"
 #include "store/errors.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "core/registro_schermi.h"
 #include "store/errors.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ TEST(RegistroSchermi, LoSchermoRegistratoRispondeELoScriptPuoSostituirlo) {
     EXPECT_FALSE(core::ChiudiFormAperta("frmDocumenti"));  // nothing installed, nothing open
 
     auto script = test::SessioneNuova("/nessuna");
-    script->schermi["frmAggiorna"] = [] { return true; };
+    script->sempre("frmAggiorna", [] { return true; });
     EXPECT_TRUE(core::MostraModale("frmAggiorna"));  // answered by the script, no factory needed
     std::vector<std::string> chiusi;
     core::installaChiusuraSchermo([&](const std::string& nome) { return chiusi.push_back(nome), true; });

@@ -6,7 +6,7 @@
 #include "core/varie.h"
 #include "store/convert.h"
 #include "store/errors.h"
-#include "supporto.h"
+#include "support/sessione_prova.h"
 
 namespace {
 

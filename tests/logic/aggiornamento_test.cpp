@@ -6,7 +6,7 @@
 #include <map>
 #include <sstream>
 
-#include "archivio_prova.h"
+#include "support/archivio_logica.h"
 #include "core/avvio.h"
 #include "core/record.h"
 #include "tools/aggiornamento.h"

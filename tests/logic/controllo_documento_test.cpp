@@ -1,27 +1,13 @@
 // The checks before a document header is written, with the user's answers scripted.
 #include <deque>
 
-#include "archivio_prova.h"
-#include "core/supporto.h"
+#include "support/archivio_logica.h"
+#include "support/DialoghiScript.h"
 #include "sales/controllo_documento.h"
 
 namespace {
 
 using sales::EsitoControllo;
-
-// The core tests' script, answering each question from a queue.
-class Risposte : public test::DialoghiScript {
-public:
-    std::deque<int> risposte;
-
-    int msgBox(const std::string& testo, int stile, const std::string& titolo) override {
-        DialoghiScript::msgBox(testo, stile, titolo);
-        if (risposte.empty()) return core::vbOK;
-        const int r = risposte.front();
-        risposte.pop_front();
-        return r;
-    }
-};
 
 class ControlloDocumento : public prova::ArchivioProva {};
 
@@ -54,18 +40,17 @@ TEST_F(ControlloDocumento, ScalaDeiControlli) {
     };
     for (const auto& c : casi) {
         SCOPED_TRACE(c.nome);
-        auto script = std::make_shared<Risposte>();
-        script->risposte = c.risposte;
-        core::installDialogs(script);
+        auto script = prova::installaScript();
+        for (int r : c.risposte) script->rispondi(r);
         sales::TestataDaControllare testata{5, c.data, c.controparte, c.numero, "", "", 0};
         EXPECT_EQ(sales::ControllaTestataDocumento(testata), c.esito);
         EXPECT_EQ(testata.numero, c.numeroFinale);
         if (*c.messaggio == '\0') {
-            EXPECT_TRUE(script->messaggi.empty());
+            EXPECT_TRUE(script->messaggi().empty());
         } else {
-            ASSERT_FALSE(script->messaggi.empty());
-            EXPECT_EQ(script->messaggi.back().testo, c.messaggio);
-            EXPECT_EQ(script->messaggi.back().stile, c.stile);
+            ASSERT_FALSE(script->messaggi().empty());
+            EXPECT_EQ(script->messaggi().back().testo, c.messaggio);
+            EXPECT_EQ(script->messaggi().back().stile, c.stile);
         }
     }
     core::installDialogs(nullptr);

@@ -1,5 +1,5 @@
 // Numbering per period and sequence, and its duplicate and chronological tests, on a real archive.
-#include "archivio_prova.h"
+#include "support/archivio_logica.h"
 #include "sales/numerazione.h"
 
 namespace {

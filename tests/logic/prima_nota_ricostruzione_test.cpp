@@ -1,5 +1,5 @@
 // The rebuild of the journal from the payments of an archive that predates it.
-#include "archivio_prova.h"
+#include "support/archivio_logica.h"
 #include "books/prima_nota_ricostruzione.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Settlement flags from the saved queries, and the journal kept in step with the payments.
-#include "archivio_prova.h"
+#include "support/archivio_logica.h"
 #include "payments/primanota.h"
 #include "payments/saldo.h"
 

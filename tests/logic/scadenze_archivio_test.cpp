@@ -1,5 +1,5 @@
 // Writing a schedule into Scadenze from a document and its payment term.
-#include "archivio_prova.h"
+#include "support/archivio_logica.h"
 #include "payments/generazione_scadenze.h"
 
 namespace {

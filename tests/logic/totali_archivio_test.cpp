@@ -1,5 +1,5 @@
 // Totals through the engine: the per-line cascade and rounding run in SQL, the rest in the program.
-#include "archivio_prova.h"
+#include "support/archivio_logica.h"
 #include "expenses/totali_spesa.h"
 #include "sales/totali.h"
 

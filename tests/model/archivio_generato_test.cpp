@@ -1,7 +1,7 @@
 // The archive the benchmarks run on: sizes as asked, amounts that add up, the same rows every time.
 #include <gtest/gtest.h>
 
-#include "archivio_prova.h"
+#include "support/archivio_modello.h"
 #include "support/archive_gen.h"
 
 namespace {

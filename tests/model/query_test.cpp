@@ -9,7 +9,7 @@
 
 #include "store/clock.h"
 
-#include "archivio_prova.h"
+#include "support/archivio_modello.h"
 
 namespace {
 

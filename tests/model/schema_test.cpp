@@ -4,8 +4,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
 
-#include "archivio_prova.h"
+#include <unistd.h>
+
+#include "support/archivio_modello.h"
 
 namespace fs = std::filesystem;
 
@@ -18,7 +21,8 @@ class FileTemporanei : public ::testing::Test {
 protected:
     void SetUp() override {
         cartella = fs::temp_directory_path() /
-                   ("brevano-model-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+                   ("brevano-model-" + std::to_string(::getpid()) + "-" +
+                    ::testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::remove_all(cartella);
         fs::create_directories(cartella);
     }

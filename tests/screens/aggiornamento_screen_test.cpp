@@ -8,11 +8,11 @@
 
 #include <cstdlib>
 
-#include "avvio_supporto.h"
+#include "support/avvio_prova.h"
 #include "books/screens/frmAggiornaPrimaNota.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
-#include "core/screens/frmAggiorna.h"
+#include "tools/screens/frmAggiorna.h"
 #include "store/convert.h"
 
 using namespace prova;
@@ -38,7 +38,6 @@ void ClicQuandoVisibile(const QString& schermo, const char* pulsante) {
 // One company with one period whose archive an older version left: Documenti lacks Colli, there is
 // one payment and no journal, and DataAggiornamento is empty. Returns the archive's path.
 std::string PreparaArchivioVecchio(ProgrammaDiProva& p) {
-    registraSchermiAggiornamento();
     core::ScegliCartellaDati(p.dati.string());
     auto& master = *core::session().dbAziende;
     master.Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Alfa')");
@@ -134,7 +133,7 @@ TEST(AggiornamentoAvvio, ArchivioIllegibileAvvisaEChiude) {
     EXPECT_EQ(core::Main(), core::EsitoAvvio::Termina);
     EXPECT_EQ(frmMain::istanza(), nullptr);
     ASSERT_EQ(p.script->messaggi().size(), 1u);
-    EXPECT_EQ(p.script->messaggi()[0].testo, core::Testo("s70") + assente + core::Testo("s71"));
+    EXPECT_EQ(p.script->messaggi()[0].testo, "Impossibile aggiornare l'archivio " + assente + ". Il programma verrà chiuso: verificare l'archivio e riavviare.");
     EXPECT_EQ(p.script->messaggi()[0].stile, core::vbExclamation);
     // The readable archive was brought up to date all the same.
     EXPECT_TRUE(core::ArchivioAggiornato(file));

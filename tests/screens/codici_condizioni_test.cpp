@@ -2,7 +2,7 @@
 #include <QCheckBox>
 
 #include "core/impostazioni.h"
-#include "pattern_archivio.h"
+#include "support/registro_prova.h"
 #include "payments/condizioni.h"
 #include "payments/screens/frmCondizioniPagamento.h"
 #include "ui/VBars.h"
@@ -108,8 +108,7 @@ TEST_F(Condizioni, SalvaECaricaUnaCondizione) {
         clicca(e, "btnConferma");
         return true;
     });
-    EXPECT_TRUE(zero.Mostra());
-    EXPECT_EQ(core::session().IDRecordEdit, 2);
+    EXPECT_EQ(zero.Mostra(), 2);
     frmCondizioniPagamentoEdita riaperta;
     riaperta.EditaRecordset(1, false);
     EXPECT_EQ(riaperta.txtRate->testo(), "2");
@@ -126,7 +125,7 @@ TEST_F(Condizioni, DescrizioneMancante) {
         return true;
     });
     EXPECT_FALSE(e.Mostra());
-    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s140"));
+    EXPECT_EQ(ultimoMessaggio().testo, "Inserire la descrizione!");
     EXPECT_EQ(conta("CondizioniPagamento"), 0);
 }
 
@@ -136,12 +135,11 @@ TEST_F(Condizioni, EliminaRifiutataSeUsataDaUnaSpesa) {
     frmCondizioniPagamento registro;
     clicca(&registro, "btnElimina");
     EXPECT_EQ(ultimoMessaggio().testo,
-              "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n3) " +
-                  core::Testo("s29") + "\r\n");
+              "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n3) Spese\r\n");
     db->Execute("DELETE FROM Spese");
     script->rispondiSi();
     clicca(&registro, "btnElimina");
-    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s196") + " 30 gg?");
+    EXPECT_EQ(ultimoMessaggio().testo, "Eliminare la condizione di pagamento 30 gg?");
     EXPECT_EQ(conta("CondizioniPagamento"), 0);
     EXPECT_EQ(trova<ui::VetraGrid>(&registro, "Grid")->righeMostrate(), 0);
 }

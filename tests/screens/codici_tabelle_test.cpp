@@ -3,7 +3,7 @@
 #include <QComboBox>
 
 #include "core/impostazioni.h"
-#include "pattern_archivio.h"
+#include "support/registro_prova.h"
 #include "tools/completa.h"
 #include "tools/screens/frmTipiSpesa.h"
 #include "ui/VText.h"
@@ -40,9 +40,9 @@ TEST_F(Tabelle, GuardieEDomandeDiEliminazione) {
         const char* tabella;
     };
     const Caso casi[] = {
-        {[] { return std::make_unique<frmTipiSpesa>(); }, 2, 1, "1) " + core::Testo("s295") + "\r\n",
-         core::Testo("s296") + " Consulenza?", "TipiSpesa"},
-        {[] { return std::make_unique<frmClassificazioniSpese>(); }, 2, 1, "1) " + core::Testo("s29") + "\r\n",
+        {[] { return std::make_unique<frmTipiSpesa>(); }, 2, 1, "1) Spese\r\n",
+         "Eliminare il tipo di spesa Consulenza?", "TipiSpesa"},
+        {[] { return std::make_unique<frmClassificazioniSpese>(); }, 2, 1, "1) Spese\r\n",
          "Eliminare la classificazione Generali?", "ClassificazioniSpese"},
     };
     for (const auto& c : casi) {

@@ -4,11 +4,11 @@
 #include <QLabel>
 #include <QMenu>
 
-#include "avvio_supporto.h"
+#include "support/avvio_prova.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
 #include "core/login.h"
-#include "core/screens/frmSelPeriodo.h"
+#include "app/screens/frmSelPeriodo.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "ui/VetraPicker.h"

@@ -7,14 +7,14 @@
 #include <QMenu>
 #include <QListWidget>
 
-#include "avvio_supporto.h"
+#include "support/avvio_prova.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
 #include "core/impostazioni.h"
 #include "core/login.h"
 #include "core/pannello.h"
-#include "core/screens/frmAziende.h"
-#include "core/screens/frmConfigurazione.h"
+#include "app/screens/frmAziende.h"
+#include "app/screens/frmConfigurazione.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "ui/VText.h"

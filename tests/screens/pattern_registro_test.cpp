@@ -6,9 +6,9 @@
 
 #include "core/record.h"
 #include "core/registro_schermi.h"
-#include "payments/screens/RegistraCondizioni.h"
-#include "tools/screens/RegistraCodici.h"
-#include "pattern_archivio.h"
+#include "payments/screens/Registra.h"
+#include "tools/screens/Registra.h"
+#include "support/registro_prova.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -56,19 +56,19 @@ protected:
 };
 
 TEST_F(Registro, CaricaTitoloColonneRicercaERigheOrdinate) {
-    EXPECT_EQ(registro->windowTitle().toStdString(), core::Testo("s327"));
+    EXPECT_EQ(registro->windowTitle().toStdString(), "Codici Iva");
     auto* cb = trova<QComboBox>(registro.get(), "cbCerca");
     ASSERT_EQ(cb->count(), 2);
-    EXPECT_EQ(cb->itemText(0).toStdString(), core::Testo("s77"));
-    EXPECT_EQ(cb->itemText(1).toStdString(), core::Testo("s190"));
+    EXPECT_EQ(cb->itemText(0).toStdString(), "Descrizione");
+    EXPECT_EQ(cb->itemText(1).toStdString(), "Aliquota");
     EXPECT_EQ(cb->currentIndex(), 0);
-    EXPECT_EQ(grid->modello()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString().toStdString(), core::Testo("s190"));
+    EXPECT_EQ(grid->modello()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString().toStdString(), "Aliquota");
     ASSERT_EQ(grid->righeMostrate(), 4);
     EXPECT_EQ(cella(0), "Esente art. 10");
     EXPECT_EQ(cella(3), "Ridotta 10%");
     for (const char* b : {"btnCerca", "btnNuovo", "btnModifica", "btnElimina", "btnChiudi", "txtCerca"})
         EXPECT_NE(registro->findChild<QWidget*>(b), nullptr) << b;
-    EXPECT_EQ(trova<QPushButton>(registro.get(), "btnNuovo")->text().toStdString(), core::Testo("s109"));
+    EXPECT_EQ(trova<QPushButton>(registro.get(), "btnNuovo")->text().toStdString(), "Nuovo");
 }
 
 TEST_F(Registro, Ricerca) {
@@ -110,7 +110,7 @@ TEST_F(Registro, EliminaRifiutataElencaLeTabelleNumerate) {
     grid->vaiAId(2);
     QTest::keyClick(grid, Qt::Key_Delete);
     ASSERT_EQ(script->messaggi().size(), 1u);
-    EXPECT_EQ(ultimoMessaggio().testo, std::string(kMovimentato) + "1) " + core::Testo("s187") + "\r\n3) " + core::Testo("s188") + "\r\n");
+    EXPECT_EQ(ultimoMessaggio().testo, std::string(kMovimentato) + "1) Righe dei documenti\r\n3) Righe delle spese\r\n");
     EXPECT_EQ(ultimoMessaggio().stile, core::vbExclamation);
     EXPECT_EQ(conta("CodiciIva"), 4);
 }
@@ -142,14 +142,11 @@ TEST_F(Registro, NuovoAnnullatoNonLasciaRighe) {
     clicca(registro.get(), "btnModifica");
     EXPECT_EQ(store::ConcatText(campo("Select DescIva from CodiciIva where ID=1", "DescIva")), "Ordinaria");
 
-    // Recordset mode, cancelled: nothing written, IDRecordEdit left as it was.
-    core::session().IDRecordEdit = 77;
+    // On its own, cancelled: nothing written, nothing answered.
     frmCodiciIvaEdita editor;
-    editor.EditaRecordset(0, true);
     editorCompila("Neppure questa", "4", "btnAnnulla");
-    EXPECT_FALSE(editor.Mostra());
+    EXPECT_EQ(editor.Edita({Modalita::Nuovo}), std::nullopt);
     EXPECT_EQ(conta("CodiciIva"), 4);
-    EXPECT_EQ(core::session().IDRecordEdit, 77);
 }
 
 TEST_F(Registro, NuovoSalvatoPrendeIlProssimoId) {
@@ -160,10 +157,9 @@ TEST_F(Registro, NuovoSalvatoPrendeIlProssimoId) {
 
     frmCodiciIvaEdita editor;
     editor.EditaRecordset(0, true);
-    EXPECT_EQ(editor.windowTitle().toStdString(), core::Testo("s42") + " - " + core::Testo("s109"));
+    EXPECT_EQ(editor.windowTitle().toStdString(), "Codice IVA - Nuovo");
     editorCompila("Aliquota zero", "0");
-    EXPECT_TRUE(editor.Mostra());
-    EXPECT_EQ(core::session().IDRecordEdit, 7);
+    EXPECT_EQ(editor.Mostra(), 7);
     EXPECT_EQ(conta("CodiciIva", "ID=7 and AliquotaIva=0"), 1);
 }
 
@@ -175,7 +171,7 @@ TEST_F(Registro, ModificaSalvataAttraversoIControlliLegati) {
         EXPECT_EQ(desc->testo(), "Ordinaria 22%");
         EXPECT_EQ(desc->maxLength(), 30);
         EXPECT_EQ(trova<ui::VText>(e, "VText2")->testo(), "22");
-        EXPECT_EQ(e->windowTitle().toStdString(), core::Testo("s42") + " - " + core::Testo("s110"));
+        EXPECT_EQ(e->windowTitle().toStdString(), "Codice IVA - Modifica");
         scrivi(e, "VText1", "Ordinaria ventidue per cento, aliquota piena di legge");
         scrivi(e, "VText2", "22,5");
         clicca(e, "btnConferma");
@@ -193,8 +189,7 @@ TEST_F(Registro, ModificaSalvataAttraversoIControlliLegati) {
     editor.EditaRecordset(2, false);
     EXPECT_EQ(trova<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
     editorCompila("Esente", QString());
-    EXPECT_TRUE(editor.Mostra());
-    EXPECT_EQ(core::session().IDRecordEdit, 2);
+    EXPECT_EQ(editor.Mostra(), 2);
     EXPECT_EQ(store::ConcatText(campo("Select * from CodiciIva where ID=2", "DescIva")), "Esente");
 }
 
@@ -205,7 +200,7 @@ TEST_F(Registro, DescrizioneMancanteFermaLaConferma) {
         return e->isVisible();
     });
     clicca(registro.get(), "btnNuovo");
-    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s191"));
+    EXPECT_EQ(ultimoMessaggio().testo, "Inserire la descrizione!");
     EXPECT_EQ(ultimoMessaggio().stile, core::vbExclamation);
     EXPECT_EQ(conta("CodiciIva"), 4);
 }
@@ -230,7 +225,7 @@ public:
         cbIva->setSorgente("Select * from CodiciIva order by DescIva");
         cbIva->setColonne({{"DescIva", "Descrizione", 2000}, {"AliquotaIva", "Aliquota", 800}});
         cbIva->Aggiorna();
-        aggiungiCampo("Iva", conImmagini(cbIva, [] { return std::make_unique<frmCodiciIvaEdita>(); }));
+        aggiungiCampo("Iva", conImmagini(cbIva, [](QWidget* p) { return std::make_unique<frmCodiciIvaEdita>(p); }));
     }
     bool Valida() override { return true; }
     ui::VetraCombo* cbIva;
@@ -242,7 +237,7 @@ TEST_F(Registro, ImmaginiAccantoAlCombo) {
     EXPECT_EQ(cb->count(), 4);
     // imgEdit with nothing chosen.
     clicca(&e, "imgEdit");
-    EXPECT_EQ(ultimoMessaggio().testo, core::Testo("s203"));
+    EXPECT_EQ(ultimoMessaggio().testo, "Nessun elemento selezionato da modificare!");
     EXPECT_TRUE(script->schermiMostrati().empty());
     // imgNew: the new code enters the list and is chosen.
     editorCompila("Nuova 5%", "5");
@@ -269,8 +264,8 @@ namespace {
 
 TEST_F(Registro, ApertiPerNomeDalRegistroDegliSchermi) {
     core::svuotaRegistroSchermi();
-    RegistraSchermiCodici();
-    RegistraSchermiCondizioni();
+    RegistraSchermiStrumenti();
+    RegistraSchermiPagamenti();
     for (const char* nome : {"frmCodiciIva", "frmTipiSpesa", "frmClassificazioniSpese", "frmCondizioniPagamento"}) {
         core::MostraPannello(nome);
         QWidget* aperto = nullptr;

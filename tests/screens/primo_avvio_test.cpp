@@ -4,11 +4,11 @@
 #include <QLineEdit>
 #include <QMenu>
 
-#include "avvio_supporto.h"
+#include "support/avvio_prova.h"
 #include "core/impostazioni.h"
-#include "core/screens/frmArchiviEdita.h"
-#include "core/screens/frmAziendeEdita.h"
-#include "core/screens/frmConfigurazione.h"
+#include "app/screens/frmArchiviEdita.h"
+#include "app/screens/frmAziendeEdita.h"
+#include "app/screens/frmConfigurazione.h"
 #include "store/convert.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -26,7 +26,7 @@ long Conta(store::Database& db, const std::string& sql) {
 }
 
 // Scripts the editors the configuration opens: a company, then its first period.
-void ScriviAziendaEEsercizio(ui::ScriptedDialogs& script, const std::string& azienda, const std::string& esercizio,
+void ScriviAziendaEEsercizio(prova::ScriptedDialogs& script, const std::string& azienda, const std::string& esercizio,
                              const std::string& dal) {
     script.schermo("frmAziendeEdita", [azienda](QWidget* editor) {
         figlio<ui::VText>(editor, "VText1")->setTesto(azienda);

@@ -5,16 +5,16 @@
 #include <QListWidget>
 #include <QMenu>
 
-#include "avvio_supporto.h"
+#include "support/avvio_prova.h"
 #include "core/aziende.h"
 #include "core/diritti.h"
 #include "core/esercizi.h"
 #include "core/ini.h"
 #include "core/login.h"
 #include "core/pannello.h"
-#include "core/screens/frmLogin.h"
-#include "core/screens/frmUtenti.h"
-#include "core/screens/frmUtentiEdita.h"
+#include "app/screens/frmLogin.h"
+#include "app/screens/frmUtenti.h"
+#include "app/screens/frmUtentiEdita.h"
 #include "core/utenti.h"
 #include "store/convert.h"
 #include "ui/VText.h"

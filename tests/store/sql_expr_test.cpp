@@ -2,8 +2,11 @@
 // text comparison, Like, dates, functions. Answers worked out by hand from jet-dialect.md.
 #include <gtest/gtest.h>
 
+#include <clocale>
+
 #include "sql_support.h"
 #include "store/clock.h"
+#include "store/sql/ast.h"
 
 using sqltest::TestDb;
 
@@ -231,6 +234,33 @@ TEST_F(SqlExpr, Functions) {
         {"CDate('31/12/2024')", "d:2024-12-31"},
         {"IIf(1 > 2, 'a', 3)", "3"},
     });
+}
+
+TEST_F(SqlExpr, NumberLiterals) {
+    check({
+        {"1.5", "1.5"},
+        {"1 + .5", "1.5"},
+        {"1.", "1"},
+        {"1.5E-3", "0.0015"},
+        {"2147483648", "2147483648"},
+        {"1e-400", "0"},
+    });
+    EXPECT_EQ(db.error("SELECT 1e400"), 3075);  // out of a double's range: not silently zero
+}
+
+// The literal must not depend on the decimal separator of the C locale the program may have set.
+TEST(SqlNumberLocale, ItalianLocaleReadsThePoint) {
+    const std::string previous = std::setlocale(LC_NUMERIC, nullptr);
+    if (!std::setlocale(LC_NUMERIC, "it_IT.UTF-8")) GTEST_SKIP() << "locale it_IT.UTF-8 not installed";
+    const std::string text = "SELECT 1.5";
+    std::vector<store::sql::detail::Token> tokens;
+    store::sql::detail::lex(text, tokens);
+    const double parsed = store::sql::detail::parse(text, tokens).select->cores[0].items[0].expr->num;
+    TestDb db;
+    const store::Value run = db.run(text).rows.at(0).at(0);
+    std::setlocale(LC_NUMERIC, previous.c_str());
+    EXPECT_EQ(parsed, 1.5);
+    EXPECT_EQ(run.number(), 1.5);
 }
 
 TEST_F(SqlExpr, RuntimeErrors) {

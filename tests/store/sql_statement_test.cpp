@@ -267,24 +267,27 @@ TEST_F(SqlStmt, SavedQueriesAndUpdatability) {
 }
 
 TEST_F(SqlStmt, SyntaxAndNameErrors) {
-    EXPECT_EQ(db.error("SELECT * from Spese Numero>0"), 3131);
-    EXPECT_EQ(db.error("SELECT * from Documenti where Cliente<>0 Tipo=6"), 3075);
-    EXPECT_EQ(db.error("Select * from Nessuna"), 3078);
-    EXPECT_EQ(db.error("Select Nope from Clienti"), 3061);
-    EXPECT_EQ(db.error("Select * from Clienti where Nz(Sconto1)=0"), 3085);
-    EXPECT_EQ(db.error("Select Foo(1) from Clienti"), 3085);
-    EXPECT_EQ(db.error("Select IsNull(1, 2) from Clienti"), 3075);
-    EXPECT_EQ(db.error("Select * from Clienti order by"), 3138);
-    EXPECT_EQ(db.error("Insert Into Clienti VALUES"), 3134);
-    EXPECT_EQ(db.error("Update Clienti Sconto1=0"), 3144);
-    EXPECT_EQ(db.error("Selec * from Clienti"), 3129);
-    EXPECT_EQ(db.error("Select * from Clienti where (ID=1"), 3075);
-    EXPECT_EQ(db.error("Select * from Clienti where ID=#99/99/2024#"), 3075);
-    EXPECT_EQ(db.error("Select * from Clienti where DescCliente='abc"), 3075);
-    EXPECT_EQ(db.error("Select * from"), 3131);
-    EXPECT_EQ(db.error("Select ID from Clienti, Documenti"), 3079);
-    EXPECT_EQ(db.error("Select Sum(ID) from Clienti where Sum(ID)>1"), 3096);
-    EXPECT_EQ(db.error("Select ID from Clienti UNION Select ID, DescCliente from Clienti"), 3307);
+    const std::pair<const char*, int> cases[] = {
+        {"SELECT * from Spese Numero>0", 3131},
+        {"SELECT * from Documenti where Cliente<>0 Tipo=6", 3075},
+        {"Select * from Nessuna", 3078},
+        {"Select Nope from Clienti", 3061},
+        {"Select * from Clienti where Nz(Sconto1)=0", 3085},
+        {"Select Foo(1) from Clienti", 3085},
+        {"Select IsNull(1, 2) from Clienti", 3075},
+        {"Select * from Clienti order by", 3138},
+        {"Insert Into Clienti VALUES", 3134},
+        {"Update Clienti Sconto1=0", 3144},
+        {"Selec * from Clienti", 3129},
+        {"Select * from Clienti where (ID=1", 3075},
+        {"Select * from Clienti where ID=#99/99/2024#", 3075},
+        {"Select * from Clienti where DescCliente='abc", 3075},
+        {"Select * from", 3131},
+        {"Select ID from Clienti, Documenti", 3079},
+        {"Select Sum(ID) from Clienti where Sum(ID)>1", 3096},
+        {"Select ID from Clienti UNION Select ID, DescCliente from Clienti", 3307},
+    };
+    for (const auto& [text, error] : cases) EXPECT_EQ(db.error(text), error) << text;
     try {
         db.run("Select A, B, A, Clienti.C from Clienti");
         FAIL();
@@ -333,20 +336,21 @@ TEST_F(SqlStmt, Ddl) {
     const FieldType types[] = {FieldType::Memo,    FieldType::Currency, FieldType::Date,  FieldType::Boolean,
                                FieldType::Integer, FieldType::Byte,     FieldType::Single};
     for (std::size_t i = 0; i < std::size(types); ++i) EXPECT_EQ(t.ddl->fields[i + 2].type, types[i]) << i + 2;
+    using Op = store::sql::DdlCommand::Op;
+    const std::pair<const char*, Op> commands[] = {
+        {"ALTER TABLE Clienti ALTER COLUMN DescCliente TEXT(80)", Op::AlterColumn},
+        {"ALTER TABLE Aziende ADD COLUMN CodiceFiscale TEXT(16)", Op::AddColumn},
+        {"ALTER TABLE Aziende DROP COLUMN CodiceFiscale", Op::DropColumn},
+        {"DROP TABLE Prova", Op::DropTable},
+        {"DROP INDEX ixNome ON Prova", Op::DropIndex},
+    };
+    for (const auto& [text, op] : commands) EXPECT_EQ(db.translator().translate(text).ddl->op, op) << text;
     auto ix = db.translator().translate("CREATE UNIQUE INDEX ixNome ON Prova (Nome DESC, ID) WITH PRIMARY");
-    EXPECT_EQ(ix.ddl->op, store::sql::DdlCommand::Op::CreateIndex);
+    EXPECT_EQ(ix.ddl->op, Op::CreateIndex);
     EXPECT_TRUE(ix.ddl->unique && ix.ddl->primary);
     EXPECT_EQ(ix.ddl->indexFields.size(), 2u);
-    auto al = db.translator().translate("ALTER TABLE Clienti ALTER COLUMN DescCliente TEXT(80)");
-    EXPECT_EQ(al.ddl->op, store::sql::DdlCommand::Op::AlterColumn);
-    EXPECT_EQ(al.ddl->fields[0].size, 80);
-    auto ad = db.translator().translate("ALTER TABLE Aziende ADD COLUMN CodiceFiscale TEXT(16)");
-    EXPECT_EQ(ad.ddl->op, store::sql::DdlCommand::Op::AddColumn);
-    auto dc = db.translator().translate("ALTER TABLE Aziende DROP COLUMN CodiceFiscale");
-    EXPECT_EQ(dc.ddl->op, store::sql::DdlCommand::Op::DropColumn);
-    EXPECT_EQ(db.translator().translate("DROP TABLE Prova").ddl->op, store::sql::DdlCommand::Op::DropTable);
-    auto di = db.translator().translate("DROP INDEX ixNome ON Prova");
-    EXPECT_EQ(di.ddl->index, "ixNome");
+    EXPECT_EQ(db.translator().translate("ALTER TABLE Clienti ALTER COLUMN DescCliente TEXT(80)").ddl->fields[0].size, 80);
+    EXPECT_EQ(db.translator().translate("DROP INDEX ixNome ON Prova").ddl->index, "ixNome");
     EXPECT_EQ(db.error("CREATE TABLE X (ID LONG, ID TEXT)"), 3191);
     EXPECT_EQ(db.error("CREATE TABLE X (ID NOTYPE)"), 3290);
     EXPECT_EQ(db.error("ALTER TABLE X FROB"), 3293);

@@ -6,7 +6,7 @@
 #include <QLabel>
 #include <QTest>
 
-#include "archivio_prova.h"
+#include "support/archivio_kit.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
 #include "ui/Legami.h"
@@ -19,7 +19,7 @@ namespace {
 using store::Value;
 
 TEST(VText, CaratteriAmmessiEMaschera) {
-    ui::applicazioneDiProva();
+    prova::applicazioneDiProva();
     struct Caso {
         bool numerico;
         const char* ammessi;
@@ -50,7 +50,7 @@ TEST(VText, CaratteriAmmessiEMaschera) {
 }
 
 TEST(VText, NumeroELunghezzaMassima) {
-    ui::applicazioneDiProva();
+    prova::applicazioneDiProva();
     ui::VText t;
     t.setNumerico(true);
     t.setTesto("1.234,5");
@@ -64,7 +64,7 @@ TEST(VText, NumeroELunghezzaMassima) {
 }
 
 TEST(VetraPicker, DataOVuota) {
-    ui::applicazioneDiProva();
+    prova::applicazioneDiProva();
     ui::VetraPicker p;
     EXPECT_TRUE(p.vuoto());
     EXPECT_TRUE(p.valore().isNull());
@@ -179,8 +179,8 @@ TEST_F(Combo, IlGiroDeiControlliLegati) {
 }
 
 TEST(DialoghiScript, RisponeDallaCodaERegistra) {
-    ui::applicazioneDiProva();
-    auto s = ui::installaScript();
+    prova::applicazioneDiProva();
+    auto s = prova::installaScript();
     s->rispondiSi();
     EXPECT_EQ(core::MsgBox("Eliminare?", core::vbYesNo | core::vbQuestion), core::vbYes);
     EXPECT_EQ(core::MsgBox("Ancora?", core::vbYesNo | core::vbQuestion), core::vbNo);   // nothing queued: No
@@ -213,8 +213,8 @@ TEST(DialoghiScript, RisponeDallaCodaERegistra) {
 }
 
 TEST(Protetto, ErroriNelBoxDegliErrori) {
-    ui::applicazioneDiProva();
-    auto s = ui::installaScript();
+    prova::applicazioneDiProva();
+    auto s = prova::installaScript();
     EXPECT_FALSE(ui::protetto([] { throw store::JetError(3078, "Tabella 'X' non trovata."); }));
     EXPECT_TRUE(ui::protetto([] {}));
     ASSERT_EQ(s->messaggi().size(), 1u);

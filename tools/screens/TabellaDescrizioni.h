@@ -5,23 +5,25 @@
 #include <string>
 #include <vector>
 
-#include "core/screens/EditorBase.h"
-#include "core/screens/RegistroBase.h"
+#include "core/campi.h"
+#include "ui/EditorBase.h"
+#include "ui/RegistroBase.h"
 
 namespace ui {
 class VText;
 }
 
 struct TabellaDescrizioni {
-    const char* registro;          // frmTipiSpesa
-    const char* editor;            // frmTipiSpesaEdita
-    std::string tabella;           // TipiSpesa
-    std::string campo;             // DescTipoSpesa
-    std::string titolo;            // key or caption of the register
-    std::string titoloEditor;      // key or caption of the editor
-    std::vector<RegistroBase::Ricerca> ricerca;
-    RegistroBase::Guardia guardia;
-    std::string domanda;           // key or text of the delete question, followed by " name?"
+    const char* registro;               // frmTipiSpesa
+    const char* editor;                 // frmTipiSpesaEdita
+    std::string tabella;                // TipiSpesa
+    std::string campo;                  // DescTipoSpesa
+    const core::TabellaCampi& campi;    // the table's fields, the description first
+    std::string titolo;                 // key or caption of the register
+    std::string titoloEditor;           // key or caption of the editor
+    std::vector<std::string> ricerca;   // fields of the search choice
+    ui::Guardia guardia;
+    std::string domanda;                // key or text of the delete question, followed by " name?"
 };
 
 class EditorDescrizioni : public EditorBase {
@@ -39,10 +41,4 @@ class RegistroDescrizioni : public RegistroBase {
     Q_OBJECT
 public:
     RegistroDescrizioni(const TabellaDescrizioni& t, QWidget* parent);
-
-protected:
-    std::unique_ptr<EditorBase> creaEditor() override;
-
-private:
-    const TabellaDescrizioni& tabella_;
 };

@@ -1,8 +1,8 @@
 // VAT codes: the register and its editor.
 #pragma once
 
-#include "core/screens/EditorBase.h"
-#include "core/screens/RegistroBase.h"
+#include "ui/EditorBase.h"
+#include "ui/RegistroBase.h"
 
 namespace ui {
 class VText;
@@ -11,15 +11,14 @@ class VText;
 class frmCodiciIva : public RegistroBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmCodiciIva";
     explicit frmCodiciIva(QWidget* parent = nullptr);
-
-protected:
-    std::unique_ptr<EditorBase> creaEditor() override;
 };
 
 class frmCodiciIvaEdita : public EditorBase {
     Q_OBJECT
 public:
+    static constexpr const char* Nome = "frmCodiciIvaEdita";
     explicit frmCodiciIvaEdita(QWidget* parent = nullptr);
 
     ui::VText* VText1;   // DescIva

@@ -1,22 +1,22 @@
 #include "tools/screens/frmTipiSpesa.h"
 
+#include "tools/campi_codici.h"
+
 const TabellaDescrizioni& TipiSpesa() {
     static const TabellaDescrizioni t{
-        "frmTipiSpesa", "frmTipiSpesaEdita", "TipiSpesa", "DescTipoSpesa", "s31", "s44",
-        {{"s77", "DescTipoSpesa"}},
+        "frmTipiSpesa", "frmTipiSpesaEdita", "TipiSpesa", "DescTipoSpesa", tools::CampiTipiSpesa(), "s31", "s44",
+        {"DescTipoSpesa"},
         {"TipoSpesa", {{"Spese", "s295"}}},
         "s296",
     };
     return t;
 }
 
-// The search choice keeps a second entry on a field no table has: choosing it ends in the
-// database's error, shown by the search command.
 const TabellaDescrizioni& ClassificazioniSpese() {
     static const TabellaDescrizioni t{
         "frmClassificazioniSpese", "frmClassificazioniSpeseEdita", "ClassificazioniSpese", "DescClassificazione",
-        "s27", "s157",
-        {{"s77", "DescClassificazione"}, {"Zona", "DescZona"}},
+        tools::CampiClassificazioniSpese(), "s27", "s157",
+        {"DescClassificazione", "DescZona"},
         {"Classificazione", {{"Spese", "s29"}}},
         "Eliminare la classificazione",
     };

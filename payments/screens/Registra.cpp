@@ -1,0 +1,9 @@
+#include "payments/screens/Registra.h"
+
+#include "core/registro_schermi.h"
+#include "payments/screens/frmCondizioniPagamento.h"
+
+void RegistraSchermiPagamenti() {
+    RegistraRegistro<frmCondizioniPagamento>();
+    core::registraEditor(frmCondizioniPagamentoEdita::Nome, NuovoRecord<frmCondizioniPagamentoEdita>);
+}

@@ -1,0 +1,105 @@
+// What the start-up screen tests share: a throw-away program folder seeded with the installation
+// files of the build, a clean session and registry, and a scripted dialogs service.
+#pragma once
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <memory>
+#include <string>
+
+#include "core/avvio.h"
+#include "core/impostazioni.h"
+#include "core/registro_schermi.h"
+#include "app/screens/Registra.h"
+#include "app/screens/frmMain.h"
+#include "core/session.h"
+#include "support/DialoghiScript.h"
+
+namespace prova {
+
+namespace fs = std::filesystem;
+
+class ProgrammaDiProva {
+public:
+    ProgrammaDiProva() {
+        prova::applicazioneDiProva();
+        std::string modello = (fs::temp_directory_path() / "brevano-avvio-XXXXXX").string();
+        radice_ = ::mkdtemp(modello.data());
+        programma = radice_ / "programma";
+        dati = radice_ / "dati";
+        fs::create_directories(programma / "Base");
+        fs::create_directories(dati);
+        const fs::path bin = BREVANO_BIN_DIR;
+        for (const char* f : {"temp.mdb", "Utilità.mdb", "Italiano.lng", "Base/Aziende.mdb"})
+            fs::copy_file(bin / f, programma / f);
+        // The structure update is keyed on the program file's date: a fixed file keeps it still.
+        std::ofstream(programma / "brevano") << "x";
+        core::fissaEseguibile((programma / "brevano").string());
+        pulisciSessione();
+        core::session().CartellaProgramma = programma.string();
+        core::RipristinaLingua();
+        core::svuotaRegistroSchermi();
+        RegistraSchermi();
+        script = prova::installaScript();
+    }
+    ~ProgrammaDiProva() {
+        chiudiFinestre();
+        pulisciSessione();
+        core::svuotaRegistroSchermi();
+        core::installDialogs(nullptr);
+        core::fissaEseguibile(std::nullopt);
+        std::error_code ec;
+        fs::remove_all(radice_, ec);
+    }
+
+    static void chiudiFinestre() {
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (auto* p = qobject_cast<frmMain*>(w)) p->setAttribute(Qt::WA_DeleteOnClose, false);
+            w->hide();
+        }
+        delete frmMain::istanza();
+        QApplication::processEvents();
+    }
+
+    static void pulisciSessione() {
+        core::Session& s = core::session();
+        for (auto* db : {&s.dbAziende, &s.dbArchivio, &s.dbTemp, &s.dbUtilita}) db->reset();
+        const std::string cartella = s.CartellaProgramma;
+        s = core::Session{};
+        s.CartellaProgramma = cartella;
+    }
+
+    fs::path programma;
+    fs::path dati;
+    std::shared_ptr<prova::ScriptedDialogs> script;
+
+private:
+    fs::path radice_;
+};
+
+template <class W>
+W* figlio(QWidget* schermo, const char* nome) {
+    W* w = schermo ? schermo->findChild<W*>(nome) : nullptr;
+    if (!w) ADD_FAILURE() << "manca " << nome;
+    return w;
+}
+
+inline void clic(QWidget* schermo, const char* nome) {
+    if (auto* b = figlio<QAbstractButton>(schermo, nome)) b->click();
+}
+
+// The texts of the messages shown so far.
+inline std::vector<std::string> testiMostrati(const prova::ScriptedDialogs& s) {
+    std::vector<std::string> t;
+    for (const auto& m : s.messaggi()) t.push_back(m.testo);
+    return t;
+}
+
+}  // namespace prova

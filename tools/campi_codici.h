@@ -1,0 +1,12 @@
+// The field tables of the code tables: VAT codes, kinds and classes of expense.
+#pragma once
+
+#include "core/campi.h"
+
+namespace tools {
+
+const core::TabellaCampi& CampiCodiciIva();
+const core::TabellaCampi& CampiTipiSpesa();
+const core::TabellaCampi& CampiClassificazioniSpese();
+
+}  // namespace tools

@@ -1,4 +1,0 @@
-// Puts the code tables' screens in the registry, so that menus and other screens open them by name.
-#pragma once
-
-void RegistraSchermiCodici();
