@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs, builds and runs every test: the whole program's tests, then the engine's tests again
-# under AddressSanitizer and UndefinedBehaviorSanitizer.
+# under AddressSanitizer and UndefinedBehaviorSanitizer, then the engine's fuzz targets.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
