@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QDir>
 
+#include <clocale>
+
 #include "app/screens/Registra.h"
 #include "app/screens/frmMain.h"
 #include "core/avvio.h"
@@ -11,6 +13,9 @@
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
+    // The application object sets the C library's locale from the environment; on an Italian
+    // machine printf and strtod would then write and read "12,5". Numbers keep the point.
+    std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName("Brevano");
     core::session().CartellaProgramma = QDir::toNativeSeparators(QApplication::applicationDirPath()).toStdString();
     ui::installaInterfaccia();

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs every Debian package the build, the program and the tests need.
-# Idempotent and non-interactive; downloads nothing but Debian packages.
+# Idempotent and non-interactive; downloads nothing but Debian packages. Also makes the it_IT.UTF-8
+# locale, under which the tests run a second time.
 set -euo pipefail
 
 PACKAGES=(
@@ -11,6 +12,7 @@ PACKAGES=(
   clang libclang-rt-14-dev
   xvfb xauth fonts-dejavu-core tango-icon-theme
   qt6-translations-l10n
+  locales
 )
 
 missing=()
@@ -24,4 +26,16 @@ if [ ${#missing[@]} -gt 0 ]; then
   export DEBIAN_FRONTEND=noninteractive
   $SUDO apt-get update -qq
   $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+# it_IT.UTF-8: enabled in /etc/locale.gen and generated, once.
+if ! locale -a 2>/dev/null | grep -qi '^it_IT\.utf-\?8$'; then
+  SUDO=""
+  [ "$(id -u)" -eq 0 ] || SUDO="sudo"
+  if grep -q '^# *it_IT.UTF-8 UTF-8' /etc/locale.gen; then
+    $SUDO sed -i 's/^# *\(it_IT.UTF-8 UTF-8\)/\1/' /etc/locale.gen
+  elif ! grep -q '^it_IT.UTF-8 UTF-8' /etc/locale.gen; then
+    echo 'it_IT.UTF-8 UTF-8' | $SUDO tee -a /etc/locale.gen >/dev/null
+  fi
+  $SUDO locale-gen
 fi

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "store/catalog.h"
 #include "store/dao.h"
@@ -35,6 +37,56 @@ void bindCell(sqlite3_stmt* s, int index, const Cell& c);
 // A stored value read as the program sees it: ISO text -> Date, integers -> Long (Integer for the
 // Integer and Byte types), Yes/No -> Boolean. A value that does not fit the type keeps its own kind.
 Value readCell(FieldType type, Cell c);
+
+// Rows kept by a recordset, packed one after the other in a buffer: each value is one byte of its
+// kind, then its number (8 bytes) or its text's length (4 bytes) and bytes. packColumn reads a column
+// of a statement's current row straight into it, as readCell would see it.
+// The buffer grows by blocks that never move, so a row stays where it was written and growing
+// copies nothing but the row being written.
+class RowBuffer {
+public:
+    void startRow() { start_ = used_; }
+    char* extend(std::size_t n) {  // n more bytes of the row being written
+        if (cap_ - used_ < n) grow(n);
+        char* p = block_ + used_;
+        used_ += n;
+        return p;
+    }
+    const char* row() const { return block_ + start_; }  // the row begun last
+    std::size_t rowSize() const { return used_ - start_; }  // bytes of it written so far
+    void clear();
+
+private:
+    void grow(std::size_t n);
+    std::vector<std::unique_ptr<char[]>> blocks_;
+    char* block_ = nullptr;
+    std::size_t used_ = 0, cap_ = 0, start_ = 0;
+};
+
+void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column);
+void packValue(RowBuffer& buffer, const Value& v);
+
+inline const char* skipValue(const char* p) {  // the next value's place
+    const auto kind = static_cast<Value::Kind>(*p);
+    if (kind == Value::Kind::Null) return p + 1;
+    if (kind != Value::Kind::Text) return p + 1 + sizeof(double);
+    std::uint32_t n = 0;
+    std::memcpy(&n, p + 1, sizeof n);
+    return p + 1 + sizeof n + n;
+}
+
+inline Value unpackValue(const char* p) {
+    const auto kind = static_cast<Value::Kind>(*p);
+    if (kind == Value::Kind::Null) return Value::Null();
+    if (kind == Value::Kind::Text) {
+        std::uint32_t n = 0;
+        std::memcpy(&n, p + 1, sizeof n);
+        return Value::Text(std::string(p + 1 + sizeof n, n));
+    }
+    double d = 0;
+    std::memcpy(&d, p + 1, sizeof d);
+    return Value::Stored(kind, d);
+}
 
 // A program value converted to the storage of a field. Strict (a recordset's write): a text longer
 // than `size` is error 3163 and a value that does not convert raises. Lenient (a change of a field's

@@ -719,9 +719,8 @@ std::string NumberText(double d) {
     if (!std::isfinite(d)) raise(6);
     if (d == 0) return "0";
     char buf[40];
-    std::snprintf(buf, sizeof buf, "%.15G", d);
-    std::string s = buf;
-    std::replace(s.begin(), s.end(), '.', ',');
+    std::string s(buf, std::to_chars(buf, buf + sizeof buf, d, std::chars_format::general, 15).ptr);
+    for (char& c : s) c = c == '.' ? ',' : c == 'e' ? 'E' : c;
     return s;
 }
 

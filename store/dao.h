@@ -56,7 +56,7 @@ struct QueryDef {
 // One column of the current row of a recordset.
 class Field {
 public:
-    const std::string& Name() const { return name_; }
+    const std::string& Name() const { return *name_; }
     FieldType Type() const { return type_; }
     int Size() const { return size_; }
     Value value() const;                 // Null reads as Null
@@ -67,7 +67,7 @@ private:
     friend class Recordset;
     Recordset* rs_ = nullptr;
     int index_ = 0;
-    std::string name_;
+    const std::string* name_ = nullptr;  // the recordset's own column name
     FieldType type_ = FieldType::Text;
     int size_ = 0;
 };
@@ -103,7 +103,10 @@ public:
     bool updatable() const;
 
     int FieldCount() const;
-    Field& Fields(int index);
+    Field& Fields(int index) {  // error 3265 out of range, 3420 once closed
+        if (static_cast<unsigned>(index) < open_) return fields_[index];
+        return otherField(index);
+    }
     Field& Fields(std::string_view name);          // without case; error 3265 when absent
     bool HasField(std::string_view name) const;
     Value operator[](std::string_view name) { return Fields(name).value(); }
@@ -117,6 +120,11 @@ public:
 
 private:
     friend class Field;
+    Field& otherField(int index);
+    // The fields while the recordset is open (open_ counts them; 0 once closed). Before impl_,
+    // which clears open_ as it closes, down to its own destruction.
+    Field* fields_ = nullptr;
+    unsigned open_ = 0;
     std::unique_ptr<Impl> impl_;
 };
 

@@ -1,6 +1,9 @@
 // The recordset: rows come from the SQLite statement as the program moves through them and are kept
 // once fetched, packed in one buffer, so a register of many rows opens at once and stays light.
 // While rows remain unread the statement holds SQLite's read lock on the file.
+// MoveLast keeps only the rowid of the rows it passes over when the statement reads one table alone,
+// so that each rowid stands for one row: their values are read when the program comes to them, and
+// before any write or change of structure of this connection.
 // Writes go to the base table of the statement (or of the saved query it reads) by the row's rowid.
 #include <sqlite3.h>
 
@@ -19,67 +22,35 @@ namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-// ---- packed rows ---------------------------------------------------------------------------------
-
-void pack(std::string& arena, const Cell& c) {
-    arena += static_cast<char>(c.kind);
-    switch (c.kind) {
-        case Cell::Kind::Null: break;
-        case Cell::Kind::Int: arena.append(reinterpret_cast<const char*>(&c.i), sizeof c.i); break;
-        case Cell::Kind::Real: arena.append(reinterpret_cast<const char*>(&c.d), sizeof c.d); break;
-        case Cell::Kind::Text: {
-            auto n = static_cast<std::uint32_t>(c.s.size());
-            arena.append(reinterpret_cast<const char*>(&n), sizeof n);
-            arena += c.s;
-            break;
-        }
+// The rows of a recordset: the first ones in a vector that grows as usual, the rest in segments
+// that never move, so that a result of many rows grows without copying what it holds.
+template <typename T>
+class Segmented {
+public:
+    std::size_t size() const { return first_.size() + rest_; }
+    T& operator[](std::size_t i) { return i < kSize ? first_[i] : segments_[(i >> kShift) - 1][i & kMask]; }
+    const T& operator[](std::size_t i) const { return i < kSize ? first_[i] : segments_[(i >> kShift) - 1][i & kMask]; }
+    void push_back(const T& v) {
+        if (first_.size() < kSize) return first_.push_back(v);
+        if ((rest_ & kMask) == 0) segments_.push_back(std::make_unique<T[]>(kSize));
+        segments_.back()[rest_++ & kMask] = v;
     }
-}
-
-// A column of the statement's current row straight into the buffer.
-void packColumn(std::string& arena, sqlite3_stmt* s, int i) {
-    switch (sqlite3_column_type(s, i)) {
-        case SQLITE_INTEGER: {
-            std::int64_t v = sqlite3_column_int64(s, i);
-            arena += static_cast<char>(Cell::Kind::Int);
-            arena.append(reinterpret_cast<const char*>(&v), sizeof v);
-            break;
-        }
-        case SQLITE_FLOAT: {
-            double v = sqlite3_column_double(s, i);
-            arena += static_cast<char>(Cell::Kind::Real);
-            arena.append(reinterpret_cast<const char*>(&v), sizeof v);
-            break;
-        }
-        case SQLITE_NULL: arena += static_cast<char>(Cell::Kind::Null); break;
-        default: {
-            const char* t = reinterpret_cast<const char*>(sqlite3_column_text(s, i));
-            auto n = static_cast<std::uint32_t>(sqlite3_column_bytes(s, i));
-            arena += static_cast<char>(Cell::Kind::Text);
-            arena.append(reinterpret_cast<const char*>(&n), sizeof n);
-            if (t) arena.append(t, n);
-        }
+    void clear() {
+        first_.clear();
+        segments_.clear();
+        rest_ = 0;
     }
-}
 
-Cell unpack(const char*& p) {
-    Cell c;
-    c.kind = static_cast<Cell::Kind>(*p++);
-    switch (c.kind) {
-        case Cell::Kind::Null: break;
-        case Cell::Kind::Int: std::memcpy(&c.i, p, sizeof c.i); p += sizeof c.i; break;
-        case Cell::Kind::Real: std::memcpy(&c.d, p, sizeof c.d); p += sizeof c.d; break;
-        case Cell::Kind::Text: {
-            std::uint32_t n = 0;
-            std::memcpy(&n, p, sizeof n);
-            p += sizeof n;
-            c.s.assign(p, n);
-            p += n;
-            break;
-        }
-    }
-    return c;
-}
+private:
+    static constexpr std::size_t kShift = 14, kSize = std::size_t{1} << kShift, kMask = kSize - 1;
+    std::vector<T> first_;
+    std::vector<std::unique_ptr<T[]>> segments_;
+    std::size_t rest_ = 0;
+};
+
+constexpr char kDeletedRow[1] = {};  // deleted through this recordset
+constexpr char kMissingRow[1] = {};  // another user deleted it before it was read
+constexpr char kEmptyRow[1] = {};    // a row without columns
 
 std::string trimmed(std::string_view s) {
     auto b = s.find_first_not_of(" \t\r\n");
@@ -88,19 +59,30 @@ std::string trimmed(std::string_view s) {
     return std::string(s.substr(b, e - b + 1));
 }
 
+// A statement whose rows are rows of one table read alone, without joins or unions: its rowid
+// stands for one row of the result. A Top (a limit, a window) is left out too: SQLite would run it
+// whole again for every block of rows read by rowid.
+bool oneRowPerRowid(const sql::Translation& tr) {
+    const auto has = [&](const char* word) { return tr.sql.find(word) != std::string::npos; };
+    return tr.hasRowid && has(".rowid AS \"__rowid\"") && !has("JOIN") && !has("UNION") && !has("LIMIT") &&
+           !has(" OVER (");
+}
+
 }  // namespace
 
 struct Recordset::Impl {
     struct Column {
-        sql::ResultColumn result;
+        const sql::ResultColumn* result = nullptr;  // in tr.columns
         FieldType writeType = FieldType::Text;  // the base field's type and size, for writes
         int writeSize = 0;
         bool writable = false;
     };
+    // A row is its rowid and where its values lie in the buffer, or one of the marks below.
     struct Row {
-        std::size_t offset = 0;
+        const char* data = nullptr;  // nullptr: only the rowid is known yet
         std::int64_t rowid = 0;
-        bool deleted = false;
+        bool deleted() const { return data == kDeletedRow; }
+        bool loaded() const { return data != nullptr && data != kMissingRow; }
     };
     enum class Pos { Bof, On, Eof };
 
@@ -110,18 +92,24 @@ struct Recordset::Impl {
     sql::Translation tr;
     std::optional<detail::CachedStmt> stmt;  // out of the cache while the recordset is open
     std::vector<Column> cols;
+    std::vector<FieldType> types;  // of the columns, as read
     std::vector<Field> fields;
+    Recordset* self = nullptr;  // the object the program holds
     bool fetchedAll = false;
     bool closed = false;
+    std::optional<bool> keyed;  // one row per rowid: rows can be read again by rowid (known when needed)
+    bool unread = false;  // some rows are known by their rowid only
+    std::size_t firstUnread = kNone;  // the first row read by rowid only
 
-    std::string arena;
-    std::vector<Row> rows;
+    detail::RowBuffer arena;
+    Segmented<Row> rows;
     long deleted = 0;
 
     Pos pos = Pos::Eof;
     std::size_t cur = 0;
-    std::vector<Value> current;
-    std::size_t decoded = kNone;
+    std::vector<const char*> fieldAt;  // where the values of row `located` lie in the buffer
+    std::vector<std::size_t> rowOffsets;
+    std::size_t located = kNone;
 
     EditMode mode = EditMode::None;
     std::vector<Value> pending;
@@ -144,10 +132,10 @@ struct Recordset::Impl {
         if (db->readOnly) raise(3027);
         if (!updatable()) raise(3326);
     }
-    bool onRow() const { return pos == Pos::On && cur < rows.size() && !rows[cur].deleted; }
+    bool onRow() const { return pos == Pos::On && cur < rows.size() && !rows[cur].deleted(); }
     void checkCurrent() const {
         checkOpen();
-        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted) raise(3167);
+        if (pos == Pos::On && cur < rows.size() && rows[cur].deleted()) raise(3167);
         if (!onRow()) raise(3021);
     }
     long liveCount() const { return static_cast<long>(rows.size()) - deleted; }
@@ -155,6 +143,8 @@ struct Recordset::Impl {
     void close() {
         if (closed) return;
         closed = true;
+        located = kNone;
+        if (self) self->open_ = 0;
         stmt.reset();
         rows.clear();
         arena.clear();
@@ -166,7 +156,35 @@ struct Recordset::Impl {
         for (std::size_t i = 0; i < tr.params.size(); ++i) st().bind(static_cast<int>(i + 1), tr.params[i]);
     }
 
-    bool fetchOne() {
+    // The visible columns of the statement's current row into the buffer; where they begin.
+    const char* packRow(sqlite3_stmt* s) {
+        arena.startRow();
+        for (std::size_t c = 0; c < types.size(); ++c) detail::packColumn(arena, types[c], s, static_cast<int>(c));
+        return endRow();
+    }
+
+    // The same, noting where each value lies: the row fetched as the program moves onto it needs
+    // no second pass to find its fields.
+    const char* packAndLocateRow(sqlite3_stmt* s) {
+        arena.startRow();
+        rowOffsets.resize(types.size());
+        for (std::size_t c = 0; c < types.size(); ++c) {
+            rowOffsets[c] = arena.rowSize();
+            detail::packColumn(arena, types[c], s, static_cast<int>(c));
+        }
+        const char* p = endRow();
+        fieldAt.resize(types.size());
+        for (std::size_t c = 0; c < types.size(); ++c) fieldAt[c] = p + rowOffsets[c];
+        located = rows.size();
+        return p;
+    }
+
+    const char* endRow() const {
+        const char* p = arena.row();
+        return p ? p : kEmptyRow;
+    }
+
+    bool fetchOne(bool locate = false) {
         if (fetchedAll) return false;
         if (!st().step()) {
             fetchedAll = true;
@@ -174,37 +192,113 @@ struct Recordset::Impl {
             return false;
         }
         Row r;
-        r.offset = arena.size();
-        for (std::size_t i = 0; i < cols.size(); ++i) packColumn(arena, st().get(), static_cast<int>(i));
+        r.data = locate ? packAndLocateRow(st().get()) : packRow(st().get());
         if (tr.hasRowid) r.rowid = sqlite3_column_int64(st().get(), static_cast<int>(cols.size()));
         rows.push_back(r);
         return true;
     }
 
-    void fetchAll() {
-        while (fetchOne()) {
+    // To the end of the result: with only the rowids of the rows passed over when `keysOnly` and
+    // the statement allows it.
+    void fetchAll(bool keysOnly) {
+        if (!fetchedAll && !keyed) keyed = oneRowPerRowid(tr);
+        if (!keysOnly || !*keyed) {
+            while (fetchOne()) {
+            }
+            return;
         }
+        const int rowidColumn = static_cast<int>(cols.size());
+        while (!fetchedAll) {
+            if (!st().step()) {
+                fetchedAll = true;
+                sqlite3_reset(st().get());
+                break;
+            }
+            Row r;
+            r.rowid = sqlite3_column_int64(st().get(), rowidColumn);
+            if (!unread) firstUnread = rows.size();
+            rows.push_back(r);
+            unread = true;
+        }
+    }
+
+    // Reads the values of every row passed over, before a write or a change of structure after
+    // which the statement may no longer give the same rows: from then on the recordset shows them
+    // as they were, as it does every row it read. The statement, run again before anything has
+    // changed, gives the same rows in the same order; whatever it does not match is read by rowid.
+    void loadAll() {
+        if (!unread) return;
+        unread = false;
+        st().reset();
+        bindParams();
+        const int rowidColumn = static_cast<int>(cols.size());
+        for (std::size_t k = 0; k < rows.size() && st().step(); ++k) {
+            Row& r = rows[k];
+            if (r.rowid != sqlite3_column_int64(st().get(), rowidColumn)) break;
+            if (r.data) continue;
+            r.data = packRow(st().get());
+        }
+        sqlite3_reset(st().get());
+        for (std::size_t k = 0; k < rows.size(); ++k)
+            if (!rows[k].data) load(k);
+    }
+
+    // Reads the values of row i, and of the rows not yet read next to it, by their rowids.
+    void load(std::size_t i) {
+        static constexpr std::size_t kBlock = 64;
+        std::vector<std::size_t> block;
+        const bool forward = i + 1 < rows.size() && rows[i + 1].data == nullptr;
+        for (std::size_t k = i; block.size() < kBlock && k < rows.size() && rows[k].data == nullptr; k = forward ? k + 1 : k - 1) {
+            block.push_back(k);
+            if (!forward && k == 0) break;
+        }
+        std::string sql = "SELECT * FROM (" + tr.sql + ") AS __jet_row WHERE __jet_row.\"__rowid\" IN (?";
+        for (std::size_t k = 1; k < kBlock; ++k) sql += ", ?";
+        detail::CachedStmt s = statement(sql + ")");
+        for (std::size_t k = 0; k < tr.params.size(); ++k) s->bind(static_cast<int>(k + 1), tr.params[k]);
+        for (std::size_t k = 0; k < kBlock; ++k)
+            s->bindInt(static_cast<int>(tr.params.size() + k + 1), rows[block[k < block.size() ? k : 0]].rowid);
+        const int rowidColumn = static_cast<int>(cols.size());
+        while (s->step()) {
+            const std::int64_t rowid = sqlite3_column_int64(s->get(), rowidColumn);
+            auto at = std::find_if(block.begin(), block.end(), [&](std::size_t k) { return rows[k].rowid == rowid; });
+            if (at == block.end() || rows[*at].data) continue;
+            rows[*at].data = packRow(s->get());
+        }
+        for (std::size_t k : block)
+            if (!rows[k].data) rows[k].data = kMissingRow;
+    }
+
+    // The current row with its values read; error 3167 when another user deleted it meanwhile.
+    // Walking on from the rows read in order (MoveLast, MoveFirst and every row, as an export does)
+    // reads all the rest again in one pass, which costs far less than by rowid.
+    void checkLoaded() {
+        Row& r = rows[cur];
+        if (!r.data && cur == firstUnread) loadAll();
+        else if (!r.data) load(cur);
+        if (!r.loaded()) raise(3167);
     }
 
     // Rows come in small batches: a result of a few rows (an editor's "where ID=") is read to its
     // end at once, which gives back SQLite's read lock, so other users can write while it stays open.
+    // Later ones come one at a time, as the program moves onto them.
+    static constexpr std::size_t kBatch = 64;
     bool fetchBatch() {
-        static constexpr int kBatch = 64;
-        int n = 0;
+        std::size_t n = 0;
         while (n < kBatch && fetchOne()) ++n;
         return n > 0;
     }
 
     std::size_t nextLive(std::size_t from) {
         for (std::size_t i = from;; ++i) {
-            if (i >= rows.size() && !fetchBatch()) return kNone;
-            if (!rows[i].deleted) return i;
+            if (i >= rows.size() && !(rows.size() < kBatch ? fetchBatch() : fetchOne(true))) return kNone;
+            if (!rows[i].deleted()) return i;
         }
     }
 
     std::size_t previousLive(std::size_t before) const {
         for (std::size_t i = std::min(before, rows.size()); i-- > 0;)
-            if (!rows[i].deleted) return i;
+            if (!rows[i].deleted()) return i;
         return kNone;
     }
 
@@ -219,43 +313,56 @@ struct Recordset::Impl {
 
     void start() {
         fetchedAll = false;
+        unread = false;
         rows.clear();
         arena.clear();
         deleted = 0;
-        decoded = kNone;
+        located = kNone;
         placeOn(nextLive(0), Pos::Eof);
     }
 
     // ---- values
-    std::vector<Cell> rowCells(std::size_t i) const {
-        std::vector<Cell> cells;
-        const char* p = arena.data() + rows[i].offset;
-        for (std::size_t c = 0; c < cols.size(); ++c) cells.push_back(unpack(p));
-        return cells;
+    void unpackRow(std::size_t i, std::vector<Value>& out) const {
+        const char* p = rows[i].data;
+        out.clear();
+        for (std::size_t c = 0; c < cols.size(); ++c, p = detail::skipValue(p)) out.push_back(detail::unpackValue(p));
     }
 
-    const std::vector<Value>& currentValues() {
+    std::vector<Value> currentValues() {
         checkCurrent();
-        if (decoded != cur) {
-            const char* p = arena.data() + rows[cur].offset;
-            current.clear();
-            for (const Column& c : cols) current.push_back(detail::readCell(c.result.type, unpack(p)));
-            decoded = cur;
-        }
-        return current;
+        checkLoaded();
+        std::vector<Value> values;
+        unpackRow(cur, values);
+        return values;
     }
 
+    // A field is read straight from the buffer into the value handed out. `located` is the current
+    // row only while it is open, live and not being edited, so that is all the common case checks.
     Value value(int index) {
+        if (located == cur && pos == Pos::On && mode == EditMode::None)
+            return detail::unpackValue(fieldAt[static_cast<std::size_t>(index)]);
+        return otherValue(index);
+    }
+
+    [[gnu::noinline]] Value otherValue(int index) {
         checkOpen();
         if (mode != EditMode::None) return pending[static_cast<std::size_t>(index)];
-        return currentValues()[static_cast<std::size_t>(index)];
+        checkCurrent();
+        checkLoaded();
+        if (located != cur) {
+            const char* p = rows[cur].data;
+            fieldAt.resize(cols.size());
+            for (std::size_t c = 0; c < cols.size(); ++c, p = detail::skipValue(p)) fieldAt[c] = p;
+            located = cur;
+        }
+        return detail::unpackValue(fieldAt[static_cast<std::size_t>(index)]);
     }
 
     void setValue(int index, const Value& v) {
         checkOpen();
         if (mode == EditMode::None) raise(3020);
         const Column& c = cols[static_cast<std::size_t>(index)];
-        if (!c.writable) raise(3164, c.result.name);
+        if (!c.writable) raise(3164, c.result->name);
         Cell cell = detail::storeValue(c.writeType, c.writeSize, v);
         auto i = static_cast<std::size_t>(index);
         pending[i] = detail::readCell(c.writeType, cell);
@@ -301,7 +408,7 @@ struct Recordset::Impl {
         for (std::size_t i = 0; i < cols.size(); ++i) {
             if (!dirty[i]) continue;
             if (!out.empty()) out += separator;
-            out += detail::quoteIdent(cols[i].result.baseColumn);
+            out += detail::quoteIdent(cols[i].result->baseColumn);
             if (withPlaceholders) out += " = ?";
         }
         return out;
@@ -352,20 +459,22 @@ struct Recordset::Impl {
 
     // The row as the statement now shows it (defaults, values of joined tables), or, when the
     // statement no longer selects it, what was written over what was there.
-    void storeRow(std::size_t index, std::int64_t rowid, const std::vector<Cell>* before) {
+    void storeRow(std::size_t index, std::int64_t rowid, const std::vector<Value>* before) {
         std::vector<Cell> cells = refetch(rowid);
-        if (cells.empty()) {
-            cells = before ? *before : std::vector<Cell>(cols.size());
-            for (std::size_t i = 0; i < cols.size(); ++i)
-                if (dirty[i]) cells[i] = pendingCells[i];
+        std::vector<Value> values(cols.size());
+        for (std::size_t i = 0; i < cols.size(); ++i) {
+            if (!cells.empty()) values[i] = detail::readCell(cols[i].result->type, std::move(cells[i]));
+            else if (dirty[i]) values[i] = detail::readCell(cols[i].result->type, pendingCells[i]);
+            else if (before) values[i] = (*before)[i];
         }
         Row r;
-        r.offset = arena.size();
         r.rowid = rowid;
-        for (const Cell& c : cells) pack(arena, c);
+        arena.startRow();
+        for (const Value& v : values) detail::packValue(arena, v);
+        r.data = endRow();
         if (index == rows.size()) rows.push_back(r);
         else rows[index] = r;
-        decoded = kNone;
+        located = kNone;
     }
 
     std::vector<Cell> refetch(std::int64_t rowid) {
@@ -396,8 +505,10 @@ struct Recordset::Impl {
             cur = savedCur;
         } else {
             checkCurrent();
+            checkLoaded();
             updateRow(rows[cur].rowid);
-            auto before = rowCells(cur);
+            std::vector<Value> before;
+            unpackRow(cur, before);
             storeRow(cur, rows[cur].rowid, &before);
             lastModified = cur;
         }
@@ -414,9 +525,9 @@ struct Recordset::Impl {
         db->beforeWrite();
         s->step();
         db->afterWrite();
-        rows[cur].deleted = true;
+        rows[cur].data = kDeletedRow;
         ++deleted;
-        decoded = kNone;
+        located = kNone;
     }
 
     // ---- moves
@@ -445,7 +556,7 @@ struct Recordset::Impl {
     void moveLast() {
         checkOpen();
         cancelEdit();
-        fetchAll();
+        fetchAll(true);
         std::size_t i = previousLive(rows.size());
         if (i == kNone) raise(3021);
         placeOn(i, Pos::Eof);
@@ -456,7 +567,7 @@ struct Recordset::Impl {
         if (!onRow()) return -1;
         if (deleted == 0) return static_cast<long>(cur);
         long n = 0;
-        for (std::size_t i = 0; i < cur; ++i) n += rows[i].deleted ? 0 : 1;
+        for (std::size_t i = 0; i < cur; ++i) n += rows[i].deleted() ? 0 : 1;
         return n;
     }
 
@@ -473,7 +584,7 @@ struct Recordset::Impl {
     void setBookmark(Bookmark b) {
         checkOpen();
         cancelEdit();
-        if (b < 1 || static_cast<std::size_t>(b) > rows.size() || rows[static_cast<std::size_t>(b - 1)].deleted)
+        if (b < 1 || static_cast<std::size_t>(b) > rows.size() || rows[static_cast<std::size_t>(b - 1)].deleted())
             raise(3159);
         placeOn(static_cast<std::size_t>(b - 1), Pos::Eof);
     }
@@ -505,18 +616,27 @@ const FieldDef* baseField(const TableDef& def, const std::string& column) {
     return nullptr;
 }
 
-// The columns the recordset shows, with what a write to each of them needs.
-std::vector<Recordset::Impl::Column> columnsOf(Database::Impl& db, const sql::Translation& tr, sqlite3_stmt* s) {
+// The columns the recordset shows, with what a write to each of them needs. Columns SQLite shows
+// beyond the translation's are added to it as text, so that every column is one of tr.columns.
+std::vector<Recordset::Impl::Column> columnsOf(Database::Impl& db, sql::Translation& tr, sqlite3_stmt* s) {
     std::vector<Recordset::Impl::Column> cols;
     const detail::TableEntry* base = tr.baseTable.empty() ? nullptr : db.catalogue.table(tr.baseTable);
-    int visible = sqlite3_column_count(s) - (tr.hasRowid ? 1 : 0);
-    for (int i = 0; i < visible; ++i) {
+    const auto visible = static_cast<std::size_t>(sqlite3_column_count(s) - (tr.hasRowid ? 1 : 0));
+    for (std::size_t i = tr.columns.size(); i < visible; ++i)
+        tr.columns.emplace_back().name = sqlite3_column_name(s, static_cast<int>(i));
+    for (std::size_t i = 0; i < visible; ++i) {
         Recordset::Impl::Column c;
-        if (static_cast<std::size_t>(i) < tr.columns.size()) c.result = tr.columns[static_cast<std::size_t>(i)];
-        else c.result.name = sqlite3_column_name(s, i);
-        c.writeType = c.result.type;
-        c.writeSize = c.result.size;
-        if (const FieldDef* f = base ? baseField(base->def, c.result.baseColumn) : nullptr) {
+        c.result = &tr.columns[i];
+        c.writeType = c.result->type;
+        c.writeSize = c.result->size;
+        // A statement of a whole table has its columns in the table's order: that place is tried first.
+        const FieldDef* f = nullptr;
+        if (base && i < base->def.Fields.size() && !c.result->baseColumn.empty() &&
+            detail::sameName(base->def.Fields[i].Name, c.result->baseColumn))
+            f = &base->def.Fields[i];
+        else if (base)
+            f = baseField(base->def, c.result->baseColumn);
+        if (f) {
             c.writeType = f->Type;
             c.writeSize = f->Size;
             c.writable = true;
@@ -539,13 +659,17 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
     impl->stmt.emplace(db.statements, db.handle(), impl->tr.sql);
     impl->bindParams();
     impl->cols = columnsOf(db, impl->tr, impl->st().get());
+    for (const auto& c : impl->cols) impl->types.push_back(c.result->type);
     impl->start();
     db.recordsets.insert(impl.get());
     return std::make_unique<Recordset>(std::move(impl));
 }
 
 void closeRecordset(Recordset::Impl* rs) { rs->close(); }
-void finishRecordset(Recordset::Impl* rs) { rs->fetchAll(); }
+void finishRecordset(Recordset::Impl* rs) {
+    rs->fetchAll(false);
+    rs->loadAll();
+}
 
 // ---- Recordset -----------------------------------------------------------------------------------
 
@@ -555,11 +679,14 @@ Recordset::Recordset(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {
         Field& f = impl_->fields[i];
         f.rs_ = this;
         f.index_ = static_cast<int>(i);
-        f.name_ = impl_->cols[i].result.name;
-        f.type_ = impl_->cols[i].result.type;
-        const sql::ResultColumn& c = impl_->cols[i].result;
+        const sql::ResultColumn& c = *impl_->cols[i].result;
+        f.name_ = &c.name;
+        f.type_ = c.type;
         f.size_ = c.size > 0 || detail::isTextType(c.type) ? c.size : detail::defaultSize(c.type);
     }
+    impl_->self = this;
+    fields_ = impl_->fields.data();
+    open_ = static_cast<unsigned>(impl_->fields.size());
 }
 
 Recordset::~Recordset() = default;
@@ -643,7 +770,7 @@ int Recordset::FieldCount() const {
     return static_cast<int>(impl_->fields.size());
 }
 
-Field& Recordset::Fields(int index) {
+Field& Recordset::otherField(int index) {
     impl_->checkOpen();
     if (index < 0 || static_cast<std::size_t>(index) >= impl_->fields.size()) raise(3265);
     return impl_->fields[static_cast<std::size_t>(index)];

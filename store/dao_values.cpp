@@ -1,7 +1,9 @@
 // Program values <-> what SQLite stores, by the platform's field types.
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -59,15 +61,15 @@ Value realValue(FieldType type, double d) {
 // read thousands of them.
 std::optional<double> plainIsoDay(std::string_view s) {
     if (s.size() != 10 || s[4] != '-' || s[7] != '-') return std::nullopt;
-    int parts[3] = {0, 0, 0};
-    const std::size_t starts[3] = {0, 5, 8}, lengths[3] = {4, 2, 2};
-    for (int k = 0; k < 3; ++k)
-        for (std::size_t i = starts[k]; i < starts[k] + lengths[k]; ++i) {
-            if (s[i] < '0' || s[i] > '9') return std::nullopt;
-            parts[k] = parts[k] * 10 + (s[i] - '0');
-        }
-    if (!ValidDate(parts[0], parts[1], parts[2])) return std::nullopt;
-    return DateSerial(parts[0], parts[1], parts[2]);
+    unsigned d[10];
+    for (std::size_t i = 0; i < 10; ++i) {
+        d[i] = static_cast<unsigned char>(s[i]) - unsigned{'0'};
+        if (d[i] > 9 && i != 4 && i != 7) return std::nullopt;
+    }
+    const int year = static_cast<int>(d[0] * 1000 + d[1] * 100 + d[2] * 10 + d[3]);
+    const int month = static_cast<int>(d[5] * 10 + d[6]), day = static_cast<int>(d[8] * 10 + d[9]);
+    if (!ValidDate(year, month, day)) return std::nullopt;
+    return DateSerial(year, month, day);
 }
 
 Value textValue(FieldType type, std::string s) {
@@ -76,6 +78,20 @@ Value textValue(FieldType type, std::string s) {
         if (auto d = DateFromIso(s)) return Value::Date(*d);
     }
     return Value::Text(std::move(s));
+}
+
+void packNumber(RowBuffer& buffer, Value::Kind kind, double d) {
+    char* p = buffer.extend(1 + sizeof d);
+    p[0] = static_cast<char>(kind);
+    std::memcpy(p + 1, &d, sizeof d);
+}
+
+void packText(RowBuffer& buffer, std::string_view text) {
+    const auto n = static_cast<std::uint32_t>(text.size());
+    char* p = buffer.extend(1 + sizeof n + text.size());
+    p[0] = static_cast<char>(Value::Kind::Text);
+    std::memcpy(p + 1, &n, sizeof n);
+    if (n) std::memcpy(p + 1 + sizeof n, text.data(), n);
 }
 
 Cell intCell(std::int64_t i) { Cell c; c.kind = Cell::Kind::Int; c.i = i; return c; }
@@ -124,6 +140,66 @@ Value readCell(FieldType type, Cell c) {
         case Cell::Kind::Text: return textValue(type, std::move(c.s));
     }
     return Value::Null();
+}
+
+// Blocks double from 4 KB to 256 KB: a recordset of one row stays small.
+void RowBuffer::grow(std::size_t n) {
+    static constexpr std::size_t kFirst = 4 * 1024, kLargest = 256 * 1024;
+    const std::size_t partial = used_ - start_;
+    const std::size_t cap = std::max(std::min(kLargest, std::max(kFirst, cap_ * 2)), 2 * (partial + n));
+    auto block = std::make_unique_for_overwrite<char[]>(cap);
+    if (partial) std::memcpy(block.get(), block_ + start_, partial);
+    block_ = block.get();
+    blocks_.push_back(std::move(block));
+    start_ = 0;
+    used_ = partial;
+    cap_ = cap;
+}
+
+void RowBuffer::clear() {
+    blocks_.clear();
+    block_ = nullptr;
+    used_ = cap_ = start_ = 0;
+}
+
+void packValue(RowBuffer& buffer, const Value& v) {
+    if (v.kind() == Value::Kind::Text) packText(buffer, v.text());
+    else if (v.isNull()) *buffer.extend(1) = static_cast<char>(Value::Kind::Null);
+    else packNumber(buffer, v.kind(), v.number());
+}
+
+// The common kinds go in without a Value in between: a text as its bytes, a stored date read from
+// its ISO text once here rather than at every reading.
+void packColumn(RowBuffer& buffer, FieldType type, sqlite3_stmt* s, int column) {
+    sqlite3_value* v = sqlite3_column_value(s, column);
+    switch (sqlite3_value_type(v)) {
+        case SQLITE_NULL: *buffer.extend(1) = static_cast<char>(Value::Kind::Null); return;
+        case SQLITE_INTEGER: {
+            const std::int64_t i = sqlite3_value_int64(v);
+            if (type == FieldType::Long && i >= INT32_MIN && i <= INT32_MAX)
+                return packNumber(buffer, Value::Kind::Long, static_cast<double>(i));
+            if (type == FieldType::Boolean) return packNumber(buffer, Value::Kind::Boolean, i != 0 ? -1 : 0);
+            Cell c;
+            c.kind = Cell::Kind::Int;
+            c.i = i;
+            return packValue(buffer, readCell(type, std::move(c)));
+        }
+        case SQLITE_FLOAT: {
+            const double d = sqlite3_value_double(v);
+            if (type == FieldType::Double || type == FieldType::Currency || type == FieldType::Single)
+                return packNumber(buffer, Value::Kind::Double, d);
+            return packValue(buffer, realValue(type, d));
+        }
+        default: {
+            const char* t = reinterpret_cast<const char*>(sqlite3_value_text(v));
+            const std::string_view text(t ? t : "", t ? static_cast<std::size_t>(sqlite3_value_bytes(v)) : 0);
+            if (type == FieldType::Date) {
+                if (auto d = plainIsoDay(text)) return packNumber(buffer, Value::Kind::Date, *d);
+                if (auto d = DateFromIso(text)) return packNumber(buffer, Value::Kind::Date, *d);
+            }
+            packText(buffer, text);
+        }
+    }
 }
 
 Cell storeValue(FieldType type, int size, const Value& v, Conversion mode) {

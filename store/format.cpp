@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -100,9 +101,12 @@ std::string incrementDecimal(std::string s) {
 std::string scaledRoundedDigits(double a, int decimals) {
     if (a == 0) return "0";
     char buf[64];
-    std::snprintf(buf, sizeof buf, "%.14e", a);
+    const char* end = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, 14).ptr;
     std::string significant = std::string(1, buf[0]) + std::string(buf + 2, 14);
-    const long keep = std::strtol(buf + 17, nullptr, 10) + 1 + decimals;  // digits left of the new point
+    long power = 0;  // "d.dddddddddddddde-NN": the exponent's sign at 17, its digits from 18
+    std::from_chars(buf + 18, end, power);
+    if (buf[17] == '-') power = -power;
+    const long keep = power + 1 + decimals;  // digits left of the new point
     if (keep < 0) return "0";
     if (keep == 0) return significant[0] >= '5' ? "1" : "0";
     if (keep >= static_cast<long>(significant.size())) return significant + std::string(keep - significant.size(), '0');
@@ -350,9 +354,8 @@ std::optional<std::string_view> namedMask(std::string_view mask) {
 std::string scientific(double x) {
     if (!std::isfinite(x)) raise(6);
     char buf[40];
-    std::snprintf(buf, sizeof buf, "%.2E", x);
-    std::string s = buf;
-    std::replace(s.begin(), s.end(), '.', ',');
+    std::string s(buf, std::to_chars(buf, buf + sizeof buf, x, std::chars_format::scientific, 2).ptr);
+    for (char& c : s) c = c == '.' ? ',' : c == 'e' ? 'E' : c;
     return s;
 }
 

@@ -2,13 +2,6 @@
 
 namespace store {
 
-Value Value::Bool(bool b) { Value v; v.kind_ = Kind::Boolean; v.num_ = b ? -1 : 0; return v; }
-Value Value::Int(std::int16_t i) { Value v; v.kind_ = Kind::Integer; v.num_ = i; return v; }
-Value Value::Long(std::int32_t l) { Value v; v.kind_ = Kind::Long; v.num_ = l; return v; }
-Value Value::Double(double d) { Value v; v.kind_ = Kind::Double; v.num_ = d; return v; }
-Value Value::Date(double serial) { Value v; v.kind_ = Kind::Date; v.num_ = serial; return v; }
-Value Value::Text(std::string s) { Value v; v.kind_ = Kind::Text; v.text_ = std::move(s); return v; }
-
 bool Value::isNumeric() const {
     return kind_ == Kind::Boolean || kind_ == Kind::Integer || kind_ == Kind::Long || kind_ == Kind::Double;
 }

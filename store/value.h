@@ -28,12 +28,14 @@ public:
 
     Value() = default;  // Null
     static Value Null() { return Value(); }
-    static Value Bool(bool b);
-    static Value Int(std::int16_t i);
-    static Value Long(std::int32_t l);
-    static Value Double(double d);
-    static Value Date(double serial);
-    static Value Text(std::string s);
+    static Value Bool(bool b) { return Value(Kind::Boolean, b ? -1 : 0); }
+    static Value Int(std::int16_t i) { return Value(Kind::Integer, i); }
+    static Value Long(std::int32_t l) { return Value(Kind::Long, l); }
+    static Value Double(double d) { return Value(Kind::Double, d); }
+    static Value Date(double serial) { return Value(Kind::Date, serial); }
+    static Value Text(std::string s) { return Value(std::move(s)); }
+    // A number kept with its kind (Boolean -1/0, Integer, Long, Double, Date), as it was read.
+    static Value Stored(Kind kind, double num) { return Value(kind, num); }
 
     Kind kind() const { return kind_; }
     bool isNull() const { return kind_ == Kind::Null; }
@@ -46,6 +48,9 @@ public:
     bool operator==(const Value& o) const;  // same kind and same content (for tests and caches)
 
 private:
+    Value(Kind kind, double num) : kind_(kind), num_(num) {}
+    explicit Value(std::string s) : kind_(Kind::Text), text_(std::move(s)) {}
+
     Kind kind_ = Kind::Null;
     double num_ = 0;
     std::string text_;

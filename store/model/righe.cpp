@@ -1,6 +1,6 @@
 // Rows written in bulk: one Insert of a union of single-row selects per block of rows.
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 
 #include "store/convert.h"
 #include "store/model/model.h"
@@ -23,9 +23,11 @@ std::string letteraleData(double serial) {
 
 std::string letteraleNumero(double d) {
     if (!std::isfinite(d)) raise(6);
+    // 17 significant digits give the double back exactly; to_chars writes the point whatever the
+    // C library's locale says.
     char buf[40];
-    std::snprintf(buf, sizeof buf, "%.17g", d);
-    return buf;
+    const auto end = std::to_chars(buf, buf + sizeof buf, d, std::chars_format::general, 17).ptr;
+    return std::string(buf, end);
 }
 
 std::string bloccoInsert(const std::string& tabella, const std::vector<std::string>& colonne,

@@ -69,7 +69,6 @@ TEST(NomeTabellaDaSql, LaParolaDopoFrom) {
         {"Select * from Clienti where ID=3", "Clienti"},
         {"SELECT * FROM qrDocumenti ORDER BY Data", "qrDocumenti"},
         {"select * from [Note]", "[Note]"},
-        {"Select * from Spese", "Spese"},
         {"Clienti", "Clienti"},
     };
     for (const auto& c : casi) EXPECT_EQ(core::NomeTabellaDaSql(c.sql), c.tabella) << c.sql;

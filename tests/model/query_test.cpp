@@ -377,17 +377,6 @@ TEST_F(QueryArchivio, RemindersAndPaymentEditorLists) {
               (std::vector<long>{1, 2, 6}));
 }
 
-TEST_F(QueryArchivio, JournalSplitsMoneyInAndOut) {
-    riga(*db, "PrimaNota", {{"ID", L(1)}, {"Data", Giorno(2, 1, 2024)}, {"Importo", D(100)}, {"Tipo", L(0)},
-                            {"Destinazione", L(1)}});
-    riga(*db, "PrimaNota", {{"ID", L(2)}, {"Data", Giorno(3, 1, 2024)}, {"Importo", D(40)}, {"Tipo", L(1)},
-                            {"Destinazione", L(1)}});
-    auto rs = db->OpenRecordset(
-        "Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota where Destinazione=1");
-    EXPECT_DOUBLE_EQ(rs->get("TotEntrate").number(), 100);
-    EXPECT_DOUBLE_EQ(rs->get("TotUscite").number(), 40);
-}
-
 TEST_F(QueryArchivio, VisitDurationInMinutesAndMonth) {
     riga(*db, "Assistenze", {{"ID", L(1)}, {"Cliente", L(1)}, {"Servizio", L(1)}, {"Data", Giorno(15, 3, 2024)},
                              {"OraInizio", T("9.30")}, {"OraFine", T("11.15")}, {"Fattura", B(true)}});

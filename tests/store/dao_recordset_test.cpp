@@ -318,5 +318,66 @@ TEST_F(RecordsetTest, LargeResultIsFetchedAsNeeded) {
     EXPECT_EQ(db_->OpenRecordset("Select Nome from Clienti where ID=5000")->get("Nome"), Value::Text("Ultimo"));
 }
 
+// MoveLast keeps only the rowids of the rows it passes over when one table is read alone; those rows
+// are read later by rowid, a block at a time, in whichever direction the program goes.
+TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
+    db_->Execute("CREATE TABLE Righe (Cliente LONG, Riga LONG)");
+    db_->Close();
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open(path("Archivio.mdb").c_str(), &raw), SQLITE_OK);
+    sqlite3_exec(raw,
+                 "BEGIN; WITH RECURSIVE n(i) AS (SELECT 4 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+                 "INSERT INTO Clienti (ID, Nome, Attivo) SELECT i, 'Cliente ' || i, 0 FROM n; "
+                 "INSERT INTO Righe SELECT ID, 1 FROM Clienti; INSERT INTO Righe SELECT ID, 2 FROM Clienti; COMMIT;",
+                 nullptr, nullptr, nullptr);
+    sqlite3_close(raw);
+    db_ = open();
+    auto row = [](store::Recordset& rs) {
+        std::string out;
+        for (int i = 0; i < rs.FieldCount(); ++i) out += store::CStr(rs.Fields(i).value()) + "|";
+        return out;
+    };
+    for (const char* sql : {"Select ID, Nome from Clienti order by Nome desc",
+                            "Select Clienti.ID, Righe.Riga from Clienti LEFT JOIN Righe ON Righe.Cliente = Clienti.ID "
+                            "order by Clienti.ID, Righe.Riga"}) {
+        SCOPED_TRACE(sql);
+        std::vector<std::string> expected;
+        for (auto rs = db_->OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) expected.push_back(row(*rs));
+        auto rs = db_->OpenRecordset(sql);
+        rs->MoveLast();
+        ASSERT_EQ(rs->RecordCount(), static_cast<long>(expected.size()));
+        std::vector<std::string> backwards;
+        for (; !rs->Bof(); rs->MovePrevious()) backwards.insert(backwards.begin(), row(*rs));
+        EXPECT_EQ(backwards, expected);
+        rs->setAbsolutePosition(150);
+        EXPECT_EQ(row(*rs), expected[150]);
+        auto again = db_->OpenRecordset(sql);
+        again->MoveLast();
+        std::vector<std::string> forwards;
+        for (again->MoveFirst(); !again->Eof(); again->MoveNext()) forwards.push_back(row(*again));
+        EXPECT_EQ(forwards, expected);
+    }
+
+    // Another user deletes a row the recordset knows by its rowid only: it reads as deleted.
+    auto rs = db_->OpenRecordset("Select * from Clienti");
+    rs->MoveLast();
+    open()->Execute("DELETE FROM Clienti WHERE ID = 150");
+    rs->setAbsolutePosition(149);
+    EXPECT_EQ(errorOf([&] { rs->get("Nome"); }), 3167);
+    rs->MovePrevious();
+    EXPECT_EQ(rs->get("ID"), Value::Long(149));
+
+    // A write of this connection first reads every row passed over: they keep what they held.
+    rs->MoveFirst();
+    rs->Edit();
+    rs->set("Nome", Value::Text("Primo"));
+    rs->Update();
+    db_->Execute("UPDATE Clienti SET Nome = 'Cambiato'");
+    rs->MoveLast();
+    EXPECT_EQ(rs->get("Nome"), Value::Text("Cliente 300"));
+    rs->setAbsolutePosition(0);
+    EXPECT_EQ(rs->get("Nome"), Value::Text("Primo"));
+}
+
 }  // namespace
 }  // namespace daotest

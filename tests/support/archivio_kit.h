@@ -3,25 +3,21 @@
 #pragma once
 
 #include <sqlite3.h>
-#include <stdlib.h>
 
-#include <filesystem>
 #include <functional>
 #include <string>
 
 #include "core/session.h"
 #include "store/dao.h"
 #include "support/DialoghiScript.h"
+#include "support/cartella_temporanea.h"
 
 namespace prova {
 
 class ArchivioProva {
 public:
-    ArchivioProva() {
+    ArchivioProva() : percorso_(cartella_ / "archivio.mdb") {
         prova::applicazioneDiProva();
-        std::string modello = (std::filesystem::temp_directory_path() / "brevano-kit-XXXXXX").string();
-        cartella_ = ::mkdtemp(modello.data());
-        percorso_ = cartella_ + "/archivio.mdb";
         db = store::Workspace::Default().CreateDatabase(percorso_);
         core::session().dbArchivio = db;
         script = prova::installaScript();
@@ -30,8 +26,6 @@ public:
         core::session().dbArchivio.reset();
         core::installDialogs(nullptr);
         if (db) db->Close();
-        std::error_code ec;
-        std::filesystem::remove_all(cartella_, ec);
     }
 
     // Many rows at once, written straight into the file in one transaction: the engine's own
@@ -56,7 +50,7 @@ public:
     std::shared_ptr<prova::ScriptedDialogs> script;
 
 private:
-    std::string cartella_;
+    test::CartellaTemporanea cartella_;
     std::string percorso_;
 };
 

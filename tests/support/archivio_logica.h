@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -17,6 +16,7 @@
 #include "store/convert.h"
 #include "store/dao.h"
 #include "store/model/model.h"
+#include "support/cartella_temporanea.h"
 
 namespace prova {
 
@@ -28,49 +28,40 @@ public:
         static const FileModello modello;
         return modello;
     }
-    std::string Aziende() const { return cartella_ + "/Aziende.mdb"; }
-    std::string Archivio() const { return cartella_ + "/2026.mdb"; }
-
-    ~FileModello() {
-        std::error_code ec;
-        std::filesystem::remove_all(cartella_, ec);
-    }
+    std::string Aziende() const { return cartella_ / "Aziende.mdb"; }
+    std::string Archivio() const { return cartella_ / "2026.mdb"; }
 
 private:
     FileModello() {
-        std::string modello = (std::filesystem::temp_directory_path() / "brevano-modello-XXXXXX").string();
-        cartella_ = ::mkdtemp(modello.data());
         auto aziende = store::Workspace::Default().CreateDatabase(Aziende());
         store::model::CreaAziende(*aziende);
         aziende->Execute("Insert Into Esercizi (ID,Azienda,Nome,Dal,Al) VALUES (1,1,'2026','01/01/2026','31/12/2026')");
         aziende->Close();
         store::model::GeneraArchivioVuoto(Archivio());
     }
-    std::string cartella_;
+    test::CartellaTemporanea cartella_;
 };
 
 class ArchivioProva : public ::testing::Test {
 protected:
     void SetUp() override {
         const FileModello& modello = FileModello::Uno();
-        std::string nome = (std::filesystem::temp_directory_path() / "brevano-logica-XXXXXX").string();
-        cartella_ = ::mkdtemp(nome.data());
         store::fissaOrologio(store::DateSerial(2026, 6, 15));
         core::session() = core::Session{};
         core::installDialogs(nullptr);
         auto& s = core::session();
-        s.CartellaProgramma = cartella_;
-        std::ofstream(cartella_ + "/Lang.lng", std::ios::binary)
+        s.CartellaProgramma = cartella_.percorso();
+        std::ofstream(cartella_ / "Lang.lng", std::ios::binary)
             << "[Stringhe]\r\ns14=Fatture\r\ns170=Saldo\r\ns226=Acconto\r\ns320=Preventivi\r\ns321=FATTURA\r\n"
                "s322=Scadenze aperte\r\ns323=Pagamenti presenti\r\ns81=Data non valida\r\ns212=Data mancante\r\n"
                "s213=Cliente mancante\r\ns214=Numero gia' usato\r\ns215=Numero fuori sequenza\r\n"
                "s288=Data fuori esercizio\r\n";
-        std::filesystem::copy_file(modello.Aziende(), cartella_ + "/Aziende.mdb");
-        std::filesystem::copy_file(modello.Archivio(), cartella_ + "/2026.mdb");
-        s.dbAziende = store::Workspace::Default().OpenDatabase(cartella_ + "/Aziende.mdb");
+        std::filesystem::copy_file(modello.Aziende(), cartella_ / "Aziende.mdb");
+        std::filesystem::copy_file(modello.Archivio(), cartella_ / "2026.mdb");
+        s.dbAziende = store::Workspace::Default().OpenDatabase(cartella_ / "Aziende.mdb");
         s.IDAzienda = 1;
         s.IDEsercizio = 1;
-        s.dbArchivio = store::Workspace::Default().OpenDatabase(cartella_ + "/2026.mdb");
+        s.dbArchivio = store::Workspace::Default().OpenDatabase(cartella_ / "2026.mdb");
     }
 
     void TearDown() override {
@@ -79,8 +70,6 @@ protected:
         if (s.dbAziende) s.dbAziende->Close();
         core::session() = core::Session{};
         store::fissaOrologio(std::nullopt);
-        std::error_code ec;
-        std::filesystem::remove_all(cartella_, ec);
     }
 
     store::Database& db() { return *core::session().dbArchivio; }
@@ -141,7 +130,7 @@ protected:
     static std::string Sql(double d) { return core::NumeroSql(d); }
 
 private:
-    std::string cartella_;
+    test::CartellaTemporanea cartella_;
 };
 
 }  // namespace prova

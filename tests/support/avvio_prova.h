@@ -21,6 +21,7 @@
 #include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "support/DialoghiScript.h"
+#include "support/cartella_temporanea.h"
 
 namespace prova {
 
@@ -30,8 +31,6 @@ class ProgrammaDiProva {
 public:
     ProgrammaDiProva() {
         prova::applicazioneDiProva();
-        std::string modello = (fs::temp_directory_path() / "brevano-avvio-XXXXXX").string();
-        radice_ = ::mkdtemp(modello.data());
         programma = radice_ / "programma";
         dati = radice_ / "dati";
         fs::create_directories(programma / "Base");
@@ -55,8 +54,6 @@ public:
         core::svuotaRegistroSchermi();
         core::installDialogs(nullptr);
         core::fissaEseguibile(std::nullopt);
-        std::error_code ec;
-        fs::remove_all(radice_, ec);
     }
 
     static void chiudiFinestre() {
@@ -81,7 +78,7 @@ public:
     std::shared_ptr<prova::ScriptedDialogs> script;
 
 private:
-    fs::path radice_;
+    test::CartellaTemporanea radice_;
 };
 
 template <class W>

@@ -19,6 +19,7 @@
 #include "store/dao.h"
 #include "store/model/model.h"
 #include "support/DialoghiScript.h"
+#include "support/cartella_temporanea.h"
 
 namespace pattern {
 
@@ -28,12 +29,10 @@ class Archivio : public ::testing::Test {
 protected:
     void SetUp() override {
         prova::applicazioneDiProva();
-        std::string modello = (fs::temp_directory_path() / "brevano-pattern-XXXXXX").string();
-        cartella_ = ::mkdtemp(modello.data());
         fs::copy_file(fs::path(BREVANO_SOURCE_DIR) / "data" / "Italiano.lng", cartella_ / "Italiano.lng");
-        core::session().CartellaProgramma = cartella_.string();
+        core::session().CartellaProgramma = cartella_.percorso();
         core::RipristinaLingua();
-        db = store::Workspace::Default().CreateDatabase((cartella_ / "archivio.mdb").string());
+        db = store::Workspace::Default().CreateDatabase(cartella_ / "archivio.mdb");
         store::model::CreaArchivio(*db);
         core::session().dbArchivio = db;
         core::session().IDRecordEdit = 0;
@@ -43,8 +42,6 @@ protected:
         core::session().dbArchivio.reset();
         core::installDialogs(nullptr);
         db->Close();
-        std::error_code ec;
-        fs::remove_all(cartella_, ec);
     }
 
     long conta(const std::string& tabella, const std::string& condizione = "") {
@@ -64,7 +61,7 @@ protected:
     std::shared_ptr<prova::ScriptedDialogs> script;
 
 private:
-    fs::path cartella_;
+    test::CartellaTemporanea cartella_;
 };
 
 template <class T = QWidget>

@@ -2,10 +2,7 @@
 // that answers the screens by name and records what the user would have seen.
 #pragma once
 
-#include <filesystem>
 #include <fstream>
-#include <functional>
-#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -16,26 +13,9 @@
 #include "core/session.h"
 #include "store/dao.h"
 #include "support/DialoghiScript.h"
+#include "support/cartella_temporanea.h"
 
 namespace test {
-
-// A fresh folder under the system's temporary folder, removed with everything in it at the end.
-class CartellaTemporanea {
-public:
-    CartellaTemporanea() {
-        std::string modello = (std::filesystem::temp_directory_path() / "brevano-core-XXXXXX").string();
-        percorso_ = ::mkdtemp(modello.data());
-    }
-    ~CartellaTemporanea() {
-        std::error_code ec;
-        std::filesystem::remove_all(percorso_, ec);
-    }
-    const std::string& percorso() const { return percorso_; }
-    std::string operator/(const std::string& nome) const { return percorso_ + "/" + nome; }
-
-private:
-    std::string percorso_;
-};
 
 inline void ScriviFile(const std::string& percorso, const std::string& byte) {
     std::ofstream(percorso, std::ios::binary | std::ios::trunc) << byte;

@@ -190,13 +190,6 @@ TEST(DialoghiScript, RisponeDallaCodaERegistra) {
     EXPECT_EQ(s->messaggi()[0].stile, 36);
     EXPECT_EQ(s->messaggi()[0].titolo, "Brevano");
     EXPECT_EQ(s->messaggi()[2].titolo, "Titolo");
-    s->percorso("/tmp/uscita.txt");
-    s->percorso(std::nullopt);
-    EXPECT_EQ(core::dialogs().chooseFile("Salva", "Testo|*.txt", true, ""), "/tmp/uscita.txt");
-    EXPECT_EQ(core::dialogs().chooseFolder("Cartella", ""), std::nullopt);
-    s->testo("Nuovo report");
-    EXPECT_EQ(core::dialogs().inputBox("Nome del report", "", ""), "Nuovo report");
-    EXPECT_EQ(s->domande(), std::vector<std::string>{"Nome del report"});
     // A scripted screen gets the screen being shown; an unscripted one is not shown.
     QWidget schermo;
     schermo.setObjectName("frmProva");

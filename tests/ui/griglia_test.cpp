@@ -189,11 +189,6 @@ TEST_F(Griglia, TastiDellaGriglia) {
     EXPECT_EQ(nulla.count(), 0);
 }
 
-TEST_F(Griglia, UnErroreDelDatabaseArrivaAlChiamante) {
-    g.setSorgente("Select * from Assente");
-    EXPECT_THROW(g.Aggiorna(), store::JetError);
-}
-
 TEST(GrigliaGrande, CinquantamilaRigheLettePocheAllaVolta) {
     prova::ArchivioProva a;
     a.db->Execute("CREATE TABLE Righe (ID LONG, DescRiga TEXT(50), Importo DOUBLE)");
