@@ -140,6 +140,7 @@ std::string notNullField(std::string_view message) {
 
 [[noreturn]] void raiseConstraint(int extended, std::string_view message) {
     if (extended == SQLITE_CONSTRAINT_CHECK) {
+        if (checkedField(message, kCheckKey)) raise(err::ChiavePrimariaNull);
         if (checkedField(message, kCheckSize)) raise(err::CampoTroppoPiccolo);
         if (auto f = checkedField(message, kCheckRequired)) raise(err::ValoreRichiesto, *f);
         if (auto f = checkedField(message, kCheckZeroLength)) raise(err::StringaVuotaNonAmmessa, *f);
@@ -380,17 +381,31 @@ void appendChecks(const FieldDef& f, std::vector<std::string>& out) {
     }
 }
 
+// The fields of the primary key hold no Null (error 3058); a counter that is the rowid gets its
+// value from SQLite and needs no check.
+void appendKeyChecks(const TableDef& def, const FieldDef* rowidCounter, std::vector<std::string>& out) {
+    for (const IndexDef& ix : def.Indexes) {
+        if (!ix.Primary) continue;
+        for (const std::string& name : ix.Fields) {
+            if (rowidCounter && sameName(rowidCounter->Name, name)) continue;
+            out.push_back("CONSTRAINT " + quoteIdent(std::string(kCheckKey) + name) + " CHECK (" + quoteIdent(name) +
+                          " IS NOT NULL)");
+        }
+    }
+}
+
 }  // namespace
 
 std::string createTableSql(const TableDef& def, std::string_view sqliteName) {
     std::vector<std::string> parts, checks;
-    bool counterTaken = false;
+    const FieldDef* counter = nullptr;
     for (const FieldDef& f : def.Fields) {
-        bool rowidCounter = !counterTaken && isCounter(f);
-        counterTaken = counterTaken || rowidCounter;
+        bool rowidCounter = !counter && isCounter(f);
+        if (rowidCounter) counter = &f;
         parts.push_back(columnSql(f, rowidCounter));
-        appendChecks(f, checks);
     }
+    appendKeyChecks(def, counter, checks);
+    for (const FieldDef& f : def.Fields) appendChecks(f, checks);
     parts.insert(parts.end(), checks.begin(), checks.end());
     std::string sql = "CREATE TABLE " + quoteIdent(sqliteName) + " (";
     for (std::size_t i = 0; i < parts.size(); ++i) sql += (i ? ", " : "") + parts[i];

@@ -127,6 +127,7 @@ std::string sqliteDefault(const FieldDef& f);
 inline constexpr std::string_view kCheckSize = "__jet_size:";
 inline constexpr std::string_view kCheckRequired = "__jet_required:";
 inline constexpr std::string_view kCheckZeroLength = "__jet_zerolength:";
+inline constexpr std::string_view kCheckKey = "__jet_key:";
 
 // The full CREATE TABLE text for a definition, under the given SQLite name.
 std::string createTableSql(const TableDef& def, std::string_view sqliteName);

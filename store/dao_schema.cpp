@@ -20,23 +20,32 @@ namespace {
 // Groups the statements of one schema change, so that a failure half way leaves the file as it was.
 // Recordsets of this database still reading are read to their end first: SQLite would refuse to
 // drop a table under them, and a change rolled back would abort them.
+// Outside a transaction the change takes the write lock up front, waiting for other users as a
+// plain write does: a transaction that reads first is refused the upgrade at once while another
+// process writes. Inside a batch's transaction the lock is held already.
 class SchemaChange {
 public:
     explicit SchemaChange(Database::Impl& d) : db_(d.handle()) {
         d.finishReads();
+        ownsTransaction_ = sqlite3_get_autocommit(db_) != 0;
+        if (ownsTransaction_) exec(db_, "BEGIN IMMEDIATE");
         exec(db_, "SAVEPOINT jet_schema");
     }
     ~SchemaChange() {
-        if (!done_) sqlite3_exec(db_, "ROLLBACK TO jet_schema; RELEASE jet_schema", nullptr, nullptr, nullptr);
+        if (done_) return;
+        const char* undo = ownsTransaction_ ? "ROLLBACK" : "ROLLBACK TO jet_schema; RELEASE jet_schema";
+        sqlite3_exec(db_, undo, nullptr, nullptr, nullptr);
     }
     void commit() {
         Catalogue::bumpVersion(db_);
         exec(db_, "RELEASE jet_schema");
+        if (ownsTransaction_) exec(db_, "COMMIT");
         done_ = true;
     }
 
 private:
     sqlite3* db_;
+    bool ownsTransaction_ = false;
     bool done_ = false;
 };
 
@@ -409,6 +418,12 @@ void Database::AppendIndex(std::string_view table, const IndexDef& index) {
     if (findIndex(t, index.Name)) raise(err::OggettoGiaEsistente, index.Name);
     checkIndexFields(t, index);
     IndexDef ix = TableDef::CreateIndex(index.Name, index.Fields, index.Unique, index.Primary);
+    if (ix.Primary) {  // the table is built again with its key's fields refusing Null
+        TableDef before = t;
+        t.Indexes.push_back(ix);
+        impl_->replaceTable(before, t);
+        return;
+    }
     t.Indexes.push_back(ix);
     {
         SchemaChange change(*impl_);
@@ -423,8 +438,12 @@ void Database::DeleteIndex(std::string_view table, std::string_view index) {
     impl_->checkWritable();
     auto def = GetTableDef(table);
     TableDef t = existing(def, table);
-    if (!findIndex(t, index)) raise(err::ElementoNonTrovato, std::string(index));
+    const IndexDef* found = findIndex(t, index);
+    if (!found) raise(err::ElementoNonTrovato, std::string(index));
+    TableDef before = t;
+    bool primary = found->Primary;
     std::erase_if(t.Indexes, [&](const IndexDef& ix) { return sameName(ix.Name, index); });
+    if (primary) return impl_->replaceTable(before, t);  // its fields take Null again
     {
         SchemaChange change(*impl_);
         exec(impl_->db, "DROP INDEX " + quoteIdent(Catalogue::sqliteIndexName(t.Name, index)));

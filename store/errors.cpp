@@ -39,6 +39,7 @@ const std::map<int, const char*>& texts() {
          "dall'applicazione o il file potrebbe essere danneggiato."},
         {err::FileApertoInEsclusiva,
          "Impossibile aprire il file '%s'. È già aperto in modo esclusivo da un altro utente."},
+        {err::ChiavePrimariaNull, "L'indice o la chiave primaria non può contenere un valore Null."},
         {err::ParametriInsufficienti, "Parametri insufficienti. Previsto %s."},
         {err::SintassiEspressione, "Errore di sintassi nell'espressione della query '%s'."},
         {err::TabellaOQueryNonTrovata,
@@ -98,6 +99,7 @@ const std::map<int, const char*>& texts() {
         {err::RecordsetNonAggiornabile, "Il recordset non è aggiornabile."},
         {err::NumeroValoriDiverso,
          "Il numero dei valori della query non corrisponde al numero dei campi di destinazione."},
+        {err::QueryTroppoComplessa, "Query troppo complessa."},
         {err::OggettoNonValido, "Oggetto non valido o non più impostato."},
         {err::TipoNonCorrispondenteCriterio, "Tipo di dati non corrispondente nell'espressione criterio."},
     };

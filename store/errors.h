@@ -36,6 +36,7 @@ inline constexpr int PercorsoNonValido = 3044;
 inline constexpr int FileGiaInUso = 3045;
 inline constexpr int DatabaseNonRiconosciuto = 3049;
 inline constexpr int FileApertoInEsclusiva = 3051;
+inline constexpr int ChiavePrimariaNull = 3058;
 inline constexpr int ParametriInsufficienti = 3061;
 inline constexpr int SelezioneNonEseguibile = 3065;
 inline constexpr int SintassiEspressione = 3075;
@@ -78,6 +79,7 @@ inline constexpr int RegolaDiConvalida = 3317;
 inline constexpr int SintassiUnione = 3319;
 inline constexpr int RecordsetNonAggiornabile = 3326;
 inline constexpr int NumeroValoriDiverso = 3346;
+inline constexpr int QueryTroppoComplessa = 3360;
 inline constexpr int OggettoNonValido = 3420;
 inline constexpr int TipoNonCorrispondenteCriterio = 3464;
 }  // namespace err

@@ -18,6 +18,7 @@
 #include "store/errors.h"
 #include "store/format.h"
 #include "store/sql/functions.h"
+#include "store/sql/limits.h"
 #include "store/sql/translator.h"
 
 namespace store::sql {
@@ -67,6 +68,7 @@ void encode(sqlite3_context* ctx, const Value& v) {
             sqlite3_result_double(ctx, v.number());
             return;
         case Value::Kind::Date: {
+            if (!dateInRange(v.number())) raise(err::Overflow);
             std::string iso = DateToIso(v.number());
             sqlite3_result_text(ctx, iso.data(), static_cast<int>(iso.size()), SQLITE_TRANSIENT);
             return;
@@ -803,6 +805,7 @@ void registerFunctions(sqlite3* db) {
     sqlite3_create_function_v2(db, "jet_now", 0, SQLITE_UTF8, nullptr, sqlNow, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_date", 0, SQLITE_UTF8, nullptr, sqlToday, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_time", 0, SQLITE_UTF8, nullptr, sqlTime, nullptr, nullptr, nullptr);
+    registerLimitFunctions(db);
 }
 
 void bindParams(sqlite3_stmt* stmt, const std::vector<Value>& params) {

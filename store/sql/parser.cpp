@@ -9,6 +9,7 @@
 #include "store/errors.h"
 #include "store/names.h"
 #include "store/sql/ast.h"
+#include "store/sql/limits.h"
 
 namespace store::sql::detail {
 
@@ -81,6 +82,7 @@ private:
 
     void identifier(std::size_t start) {
         while (i_ < text_.size() && identChar(at(i_))) ++i_;
+        if (i_ + 1 < text_.size() && at(i_) == '$' && at(i_ + 1) == '(') ++i_;  // Left$(...): a function's text form
         push(TokenKind::Ident, start, i_);
     }
 
@@ -380,7 +382,7 @@ private:
         raise(e);
     }
     void enter() {
-        if (++depth_ > kMaxDepth) fail(err::SintassiEspressione);
+        if (++depth_ > kMaxDepth) raiseNestingLimit(kMaxDepth);
     }
     void leave() { --depth_; }
 
@@ -622,7 +624,8 @@ private:
             if (ad > d) d = ad;
         }
         e.depth = d + 1;
-        if (e.depth > kMaxExprDepth || e.chain > kMaxChain) fail(err_ == err::SintassiSelect ? err::SintassiEspressione : err_);
+        if (e.depth > kMaxExprDepth) raiseNestingLimit(kMaxExprDepth);
+        if (e.chain > kMaxChain) raiseChainLimit(kMaxChain);
     }
     ExprP binary(Operator op, ExprP l, ExprP r) {
         auto e = mk(Expr::Kind::Binary, l->pos);
@@ -907,7 +910,7 @@ private:
         if (sameName(w, "exists")) return exists(t);
         // a function call: a plain name followed by '(' (Left and Right are also join words)
         if (peek(1).kind == TokenKind::Op && peek(1).op[0] == '(' &&
-            (!reserved(w) || sameName(w, "left") || sameName(w, "right")))
+            (!reserved(w) || sameName(w, "left") || sameName(w, "right") || sameName(w, "asc")))
             return functionCall(t);
         if (reserved(w)) fail(err_);
         const bool qualified = peek(1).kind == TokenKind::Op && peek(1).op[0] == '.';

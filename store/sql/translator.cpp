@@ -8,12 +8,14 @@
 #include <cstring>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "store/convert.h"
 #include "store/errors.h"
 #include "store/names.h"
 #include "store/sql/ast.h"
 #include "store/sql/functions.h"
+#include "store/sql/limits.h"
 
 namespace store::sql {
 
@@ -82,6 +84,11 @@ std::string numText(double d) {
     std::string s(buf, res.ptr);
     if (s.find_first_of(".eE") == std::string::npos && !std::isfinite(d)) return "NULL";
     return s;
+}
+
+// Double arithmetic done by SQLite gives infinity where the platform raises Overflow (6).
+std::string finite(SqlType t, std::string sql) {
+    return t == SqlType::Dbl || t == SqlType::Sng || t == SqlType::Cur ? "jet_finite(" + sql + ")" : sql;
 }
 
 // ---- scopes ------------------------------------------------------------------------------------
@@ -195,6 +202,7 @@ private:
     int maxParam_ = 0;
     int derivedCount_ = 0;
     std::vector<std::string> missing_;
+    std::unordered_set<std::string> missingSeen_;  // missing_ in lower case
     std::vector<std::unique_ptr<Source>> pool_;
 
     // per-expression context
@@ -322,10 +330,7 @@ private:
     }
 
     SqlExpr missing(const std::string& name) {
-        bool seen = false;
-        for (auto& m : missing_)
-            if (sameName(m, name)) seen = true;
-        if (!seen) missing_.push_back(name);
+        if (missingSeen_.insert(AsciiLower(name)).second) missing_.push_back(name);
         SqlExpr r;
         r.sql = "NULL";
         r.type = SqlType::Var;
@@ -396,13 +401,33 @@ private:
         if (a.type == SqlType::Null) return condition("(NULL)", a.agg);
         bool agg = a.agg;
         std::string items;
+        checkInListLength(e.args.size() - 1);
+        // A long list writes its literals into the text: SQLite looks numbered parameters up one by
+        // one, which grows with the square of their count.
+        const bool inlineItems = e.args.size() > kInlineInList + 1;
+        if (inlineItems) cacheable_ = false;
         for (std::size_t i = 1; i < e.args.size(); ++i) {
-            SqlExpr b = expr(*e.args[i], cx);
+            SqlExpr b = inlineItems && writableInline(*e.args[i]) ? inlineLiteral(*e.args[i]) : expr(*e.args[i], cx);
             agg = agg || b.agg;
             items += (i > 1 ? ", " : "") + inListItem(a.type, b);
         }
         std::string x = isText(a.type) ? val(a) + " COLLATE JET" : val(a);
         return condition("(" + x + (e.negated ? " NOT IN (" : " IN (") + items + "))", agg);
+    }
+
+    // A literal that can stand in the text as it is (a text holding a NUL stays a parameter).
+    bool writableInline(const Expr& e) const {
+        if (e.kind != Expr::Kind::Lit || e.litIndex < 0) return false;
+        const Value& v = lits_.at(static_cast<std::size_t>(e.litIndex));
+        return v.kind() != Value::Kind::Text || v.text().find('\0') == std::string::npos;
+    }
+
+    SqlExpr inlineLiteral(const Expr& e) {
+        bool saved = inline_;
+        inline_ = true;
+        SqlExpr r = literal(e);
+        inline_ = saved;
+        return r;
     }
 
     std::string inListItem(SqlType tested, const SqlExpr& item) {
@@ -643,7 +668,7 @@ private:
         SqlExpr r;
         r.agg = a.agg || b.agg;
         r.type = type;
-        r.sql = "(" + val(a) + " " + op + " " + val(b) + ")";
+        r.sql = finite(type, "(" + val(a) + " " + op + " " + val(b) + ")");
         return r;
     }
 
@@ -679,12 +704,21 @@ private:
     }
 
     SqlExpr func(const Expr& e, ExprContext& cx) {
-        const std::string name = AsciiLower(e.text);
+        std::string name = AsciiLower(e.text);
+        if (name.ends_with('$')) name = textFormName(name, e.text);
         if (isAggregateName(name)) return aggregate(e, name, cx);
         if (e.star) exprError(e);
         if (name == "iif") return iif(e, cx);
         if (name == "isnull") return isNullCall(e, cx);
         return functionCall(e, name, cx);
+    }
+
+    // "Left$" is Left giving a text; only a function that gives a text has such a form.
+    static std::string textFormName(std::string lower, const std::string& written) {
+        lower.pop_back();
+        const FnInfo* fi = findFunction(lower);
+        if (!fi || fi->result != 't') raise(err::FunzioneNonDefinita, written);
+        return lower;
     }
 
     // Sum Avg Min Max Count, of an expression without aggregates; only where aggregates may stand.
@@ -709,7 +743,7 @@ private:
         } else if (name == "sum" || name == "avg") {
             std::string x = a.type == SqlType::Date ? "jet_fn('cdbl','d'," + a.sql + ")" : asNum(a);
             r.type = name == "avg" ? averageType(a.type) : sumType(a.type);
-            r.sql = (name == "sum" ? "SUM(" : "AVG(") + x + ")";
+            r.sql = finite(r.type, (name == "sum" ? "SUM(" : "AVG(") + x + ")");
         } else {
             r.type = valueType(a);
             r.size = a.size;
@@ -1401,6 +1435,7 @@ Translation Compiler::run(Statement& st) {
         case StatementKind::Select: {
             SelectOutput so = select(*st.select, nullptr, true, false);
             checkMissing();
+            checkSelectListLength(so.cols.size());
             Translation t;
             t.kind = StatementKind::Select;
             t.sql = std::move(so.sql);
@@ -1459,7 +1494,7 @@ void literalValues(std::string_view text, const std::vector<Token>& toks, std::v
             case 'I': out.push_back(Value::Long(static_cast<std::int32_t>(numberTokenValue(text, t)))); break;
             case 'D': {
                 double d = numberTokenValue(text, t);
-                if (!std::isfinite(d)) raise(err::SintassiEspressione, std::string(text.substr(t.pos, t.len)));
+                if (!std::isfinite(d)) raise(err::Overflow);  // a number too large for a Double
                 out.push_back(Value::Double(d));
                 break;
             }
@@ -1497,6 +1532,7 @@ std::size_t Translator::cacheSize() const { return impl_->cache.size(); }
 
 Translation Translator::translate(std::string_view text, const Options& options) {
     Impl& m = *impl_;
+    checkStatementLength(text);
     lex(text, m.toks);
     // key: the text with each literal replaced by its kind
     m.key.clear();
@@ -1528,7 +1564,8 @@ Translation Translator::translate(std::string_view text, const Options& options)
     Statement st = parse(text, m.toks);
     Compiler comp(m.catalog, text, m.lits, options.inlineLiterals);
     Translation t = comp.run(st);
-    if (nesting(t.sql) > kMaxSqlNesting) raise(err::SintassiEspressione, std::string(text.substr(0, 200)));
+    if (nesting(t.sql) > kMaxSqlNesting) raiseNestingLimit(kMaxSqlNesting);
+    checkSqliteDepth(t.sql);
     if (!options.inlineLiterals && t.kind != StatementKind::Ddl) {
         int n = comp.maxParam();
         t.params.clear();

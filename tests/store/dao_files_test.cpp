@@ -98,17 +98,26 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
     EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(300));
     other.run("COMMIT");
 
-    // A lock given back within the wait lets the write through (the wait is taken at opening).
+    // A lock given back within the wait lets the write through (the wait is taken at opening); a
+    // structure change waits as well, also for a user who is only about to write.
     Workspace::Default().setLockWait(5000);
     auto patient = open();
-    other.run("BEGIN EXCLUSIVE");
-    std::thread release([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        other.run("COMMIT");
-    });
-    EXPECT_EQ(errorOf([&] { patient->Execute("INSERT INTO T (ID) VALUES (2)"); }), 0);
-    release.join();
-    EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T")->get("N"), Value::Long(1));
+    for (const char* lock : {"BEGIN EXCLUSIVE", "BEGIN IMMEDIATE"}) {
+        for (const char* sql : {"INSERT INTO T (ID) VALUES (2)", "ALTER TABLE T ADD COLUMN Nota TEXT(20)"}) {
+            SCOPED_TRACE(std::string(lock) + ": " + sql);
+            patient->Execute("DELETE FROM T WHERE ID = 2");
+            if (patient->GetTableDef("T")->Fields.size() > 1) patient->Execute("ALTER TABLE T DROP COLUMN Nota");
+            ASSERT_EQ(other.run(lock), SQLITE_OK);
+            std::thread release([&] {  // the other user's commit waits for a reader, as the engine's does
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+                while (other.run("COMMIT") == SQLITE_BUSY) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            });
+            EXPECT_EQ(errorOf([&] { patient->Execute(sql); }), 0);
+            release.join();
+        }
+    }
+    EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T")->get("N"), Value::Long(0));
+    EXPECT_EQ(db->GetTableDef("T")->Fields.size(), 2u);
 }
 
 // A register half read holds a read lock; a write meanwhile, while another user is writing too,

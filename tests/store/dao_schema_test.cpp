@@ -120,6 +120,8 @@ TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
         {"INSERT INTO Spese (ID) VALUES (3)", 3314},
         {"INSERT INTO Spese (ID, Numero) VALUES (4, '')", 3315},
         {"UPDATE Spese SET Numero = 'abcdefghijk'", 3163},
+        {"INSERT INTO Spese (ID, Numero) VALUES (Null, 'N1')", 3058},
+        {"UPDATE Spese SET ID = Null WHERE ID = 1", 3058},
         {"INSERT INTO Spese (ID, Numero, Note) VALUES (5, 'C', '" + std::string(10000, 'n') + "')", 0},
         {"INSERT INTO Spese (ID, Numero, Descrizione) VALUES (6, 'D', '" + std::string(10000, 'n') + "')", 3163},
         {"SELEC * FROM Spese", -1},
@@ -257,6 +259,16 @@ TEST_F(SchemaTest, UniqueIndexAddedLaterRefusesDuplicates) {
     EXPECT_EQ(errorOf([&] { db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (3, 'a1')"); }), 3022);
     db_->DeleteIndex("Spese", "numero");
     EXPECT_EQ(db_->GetTableDef("Spese")->Indexes.size(), 2u);
+}
+
+// A key added later refuses Null in its fields, and one that is dropped accepts it again.
+TEST_F(SchemaTest, PrimaryKeyAddedLaterRefusesNull) {
+    db_->DeleteIndex("Spese", "PrimaryKey");
+    db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (Null, 'A1')");
+    EXPECT_EQ(errorOf([&] { db_->AppendIndex("Spese", TableDef::CreateIndex("PrimaryKey", {"ID"}, true, true)); }), 3058);
+    db_->Execute("UPDATE Spese SET ID = 1");
+    db_->AppendIndex("Spese", TableDef::CreateIndex("PrimaryKey", {"ID"}, true, true));
+    EXPECT_EQ(errorOf([&] { db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (Null, 'B1')"); }), 3058);
 }
 
 }  // namespace

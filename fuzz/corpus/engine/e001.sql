@@ -1,0 +1,3 @@
+ALTER TABLE Clienti ADD COLUMN Nota TEXT(20)
+INSERT INTO Clienti (ID, DescCliente, Nota) VALUES (3, 'Verdi', 'n')
+SELECT * FROM Clienti

@@ -1,0 +1,1 @@
+SELECT p0, p1, p2, p3 FROM Clienti

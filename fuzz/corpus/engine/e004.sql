@@ -1,0 +1,1 @@
+INSERT INTO Documenti (Tipo, Data) VALUES (5, #12/31/9999# + 1)

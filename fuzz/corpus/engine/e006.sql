@@ -1,0 +1,3 @@
+INSERT INTO Movimenti (ID, Importo) VALUES (90, 1e308 * 10)
+SELECT 1e308*10
+SELECT Abs(1e308*10)

@@ -1,0 +1,1 @@
+SELECT Asc('A'), Chr(66), Left$(DescCliente, 2), Trim$(DescCliente) FROM Clienti

@@ -1,0 +1,1 @@
+SELECT D.ID, C.DescCliente, Sum(M.Importo) AS Tot FROM (Documenti AS D LEFT JOIN Clienti AS C ON D.Cliente = C.ID) LEFT JOIN Movimenti AS M ON M.Documento = D.ID GROUP BY D.ID, C.DescCliente ORDER BY D.ID

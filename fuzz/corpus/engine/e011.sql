@@ -1,0 +1,2 @@
+DELETE FROM Movimenti WHERE Documento NOT IN (SELECT ID FROM Documenti)
+SELECT Count(*) AS N FROM Movimenti

@@ -1,0 +1,3 @@
+CREATE INDEX Tipo ON Documenti (Tipo)
+SELECT * FROM Documenti WHERE Tipo = 5 AND Data BETWEEN #01/01/2024# AND #12/31/2024#
+DROP INDEX Tipo ON Documenti

@@ -1,0 +1,1 @@
+UPDATE Documenti SET ImportoTotale = ImportoTotale * 1.22, Pagato = Not Pagato WHERE IIf(IsNull(ImportoTotale), 0, ImportoTotale) > 100

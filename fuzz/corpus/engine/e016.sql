@@ -1,0 +1,1 @@
+SELECT Format(Data, 'dd/mm/yyyy'), DateAdd('m', 1, Data), DateDiff('d', Data, #12/31/2024#), Year(Data) FROM Documenti

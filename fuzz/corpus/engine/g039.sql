@@ -1,0 +1,1 @@
+Select #0/0/0# from Documenti

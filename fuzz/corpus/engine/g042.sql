@@ -1,0 +1,1 @@
+Select Documenti.* .* from Documenti

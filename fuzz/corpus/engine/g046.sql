@@ -1,0 +1,1 @@
+Select * from ((Documenti LEFT JOIN Documenti AS D2 ON Documenti.ID=D2.ID)

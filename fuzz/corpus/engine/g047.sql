@@ -1,0 +1,1 @@
+Select a.b.c from Documenti

@@ -1,0 +1,1 @@
+Select 1e999 from Documenti

@@ -1,0 +1,1 @@
+Select 99999999999999999999 from Documenti

@@ -1,0 +1,1 @@
+Select .5 from Documenti

@@ -1,0 +1,1 @@
+Select 1 + from Documenti

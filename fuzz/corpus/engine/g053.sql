@@ -1,0 +1,1 @@
+Select Date from Documenti

@@ -1,0 +1,1 @@
+Select IIf() from Documenti

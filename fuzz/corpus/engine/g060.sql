@@ -1,0 +1,1 @@
+Select Round() from Documenti

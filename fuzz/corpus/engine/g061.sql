@@ -1,0 +1,1 @@
+Select Left('a') from Documenti

@@ -1,0 +1,1 @@
+Select DateAdd('m', 99999999, Data) from Documenti

@@ -1,0 +1,1 @@
+Select DateSerial(99999, 99999, 99999) from Documenti

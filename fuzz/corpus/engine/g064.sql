@@ -1,0 +1,1 @@
+Select Space(-1) from Documenti

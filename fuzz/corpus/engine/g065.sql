@@ -1,0 +1,1 @@
+Select String(999999, 'a') from Documenti

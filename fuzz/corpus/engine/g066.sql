@@ -1,0 +1,1 @@
+Select CDate(1e300) from Documenti

@@ -1,0 +1,1 @@
+Select Format(Data, 'dddd dd mmmm yyyy') from Documenti

@@ -1,0 +1,1 @@
+Select Chr(300) from Documenti

@@ -1,0 +1,1 @@
+Select 2 ^ 9999 from Documenti

@@ -1,0 +1,1 @@
+Select -2 ^ 0.5 from Documenti

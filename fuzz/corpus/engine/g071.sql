@@ -1,0 +1,1 @@
+Select CLng(1e300) from Documenti

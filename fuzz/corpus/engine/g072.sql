@@ -1,0 +1,1 @@
+Select ImportoTotale \ 0 from Documenti

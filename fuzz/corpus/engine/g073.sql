@@ -1,0 +1,1 @@
+Select Pagato Mod 0 from Documenti

@@ -1,0 +1,1 @@
+Select Not 'x' from Documenti

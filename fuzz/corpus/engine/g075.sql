@@ -1,0 +1,1 @@
+Select 'x' And 1 from Documenti
