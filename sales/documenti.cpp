@@ -1,0 +1,36 @@
+#include "sales/documenti.h"
+
+#include <string>
+
+#include "core/archivio_sql.h"
+
+namespace sales {
+
+const core::TabellaCampi& CampiDocumenti() {
+    using core::Allineamento;
+    static const core::TabellaCampi t{
+        {"Data", "s84", 1300, "dd/mm/yyyy"},
+        {"Prefisso", "s285", 900},
+        {"Numero", "s287", 900, "", Allineamento::Destra},
+        {"Suffisso", "s286", 900},
+        {"ImportoTotale", "s171", 1500, "#,0.00", Allineamento::Destra},
+        {"DescEstrattoConto", "Estratto Conto", 1800},
+        {"Denominazione", "s101", 3500},
+        {"DescFornitore", "Fornitore", 3500},
+        {"Imponibile", "s126", 1400, "#,0.00", Allineamento::Destra},
+        {"TotNetto", "s280", 1400, "#,0.00", Allineamento::Destra},
+        {"TotSpese", "Spese", 1400, "#,0.00", Allineamento::Destra},
+        {"TotIva", "s281", 1400, "#,0.00", Allineamento::Destra},
+        {"TotRitenutaAcconto", "Rit.Acc.", 1400, "#,0.00", Allineamento::Destra},
+    };
+    return t;
+}
+
+void EliminaRigheDocumento(long documento) {
+    auto db = core::ArchivioAperto();
+    const std::string id = std::to_string(documento);
+    for (const char* tabella : {"Movimenti", "SpeseDocumenti", "Scadenze", "Pagamenti"})
+        db->Execute(std::string("Delete from ") + tabella + " where Documento=" + id);
+}
+
+}  // namespace sales

@@ -1,0 +1,26 @@
+// The register of the documents of one kind (fatture, note di debito, preventivi, note di credito
+// ricevute): the kind comes from the panel as the screen's mode.
+#pragma once
+
+#include "ui/RegistroBase.h"
+
+class frmDocumenti : public RegistroBase {
+    Q_OBJECT
+public:
+    static constexpr const char* Nome = "frmDocumenti";
+    // tipo 0: the one the panel set for this screen, fatture when none.
+    explicit frmDocumenti(QWidget* parent = nullptr, long tipo = 0);
+
+    long Tipo() const { return tipo_; }
+    // The statement of the whole kind, before any search.
+    std::string SorgenteTipo() const;
+
+protected:
+    bool PrimaDiEliminare(long id) override;
+    void DopoEliminato(long id) override;
+
+private:
+    std::optional<Apertura> aperturaPer(ui::Elenco& elenco, Modalita modalita) override;
+
+    long tipo_;
+};

@@ -1,0 +1,264 @@
+// The documents a user issues: the register of each kind opened from its menu, the header editor
+// with its ladder of checks and what choosing a customer pulls in, and the delete that takes a
+// document's rows along.
+#include <QApplication>
+#include <QPlainTextEdit>
+
+#include "core/archivio_sql.h"
+#include "core/diritti.h"
+#include "core/documenti.h"
+#include "core/impostazioni.h"
+#include "core/pannello.h"
+#include "sales/screens/frmDocumenti.h"
+#include "sales/screens/frmDocumentiEdita.h"
+#include "store/convert.h"
+#include "support/avvio_prova.h"
+#include "ui/VText.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraGrid.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+
+namespace {
+
+const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
+
+class Documenti : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
+        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
+        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (2,'Bonifico 30 gg',1)");
+        db->Execute("Insert Into Clienti (ID,DescCliente,CondizioniPagamento,Sconto1,Sconto2) "
+                    "VALUES (1,'Rossi Impianti Srl',2,5,3)");
+        db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
+        db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Verdi')");
+    }
+
+    long conta(const std::string& sql) {
+        auto rs = db->OpenRecordset(sql);
+        long n = 0;
+        for (; !rs->Eof(); rs->MoveNext()) ++n;
+        return n;
+    }
+
+    void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
+        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
+                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," +
+                    "#" + data + "#," + std::to_string(cliente) + ",False)");
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
+// The ladder of checks, each rung with its message, and what is written.
+TEST_F(Documenti, ControlliDellaTestata) {
+    documento(1, 1, "03/10/2026");   // 10 March
+    struct Caso {
+        const char* nome;
+        QString data;
+        long cliente;
+        QString numero;
+        int risposta;   // to the duplicate question, 0 when none is expected
+        std::vector<std::string> messaggi;
+        long scritti;   // documents after the confirm
+        long numeroScritto;
+    };
+    const Caso casi[] = {
+        {"senza data", "", 1, "5", 0, {"Inserire la data del documento!"}, 1, 0},
+        {"data non valida", "3x/03/2026", 1, "5", 0, {"La data non è valida!"}, 1, 0},
+        {"fuori esercizio", "15/01/2025", 1, "5", 0,
+         {"La data del documento non rientra nel periodo dell'esercizio corrente!"}, 1, 0},
+        {"senza cliente", "20/03/2026", 0, "5", 0, {"Selezionare il cliente o il fornitore!"}, 1, 0},
+        {"duplicato non sostituito", "20/03/2026", 1, "1", core::vbNo,
+         {"Il numero del documento è già presente. Assegnare il primo numero libero?"}, 1, 0},
+        // Renumbered to 2, which then must fit the dates: 2 dated before 1 does not.
+        {"duplicato sostituito fuori ordine", "01/03/2026", 1, "1", core::vbYes,
+         {"Il numero del documento è già presente. Assegnare il primo numero libero?",
+          "Il numero del documento non rispetta l'ordine cronologico delle date!"}, 1, 0},
+        {"duplicato sostituito", "20/03/2026", 1, "1", core::vbYes,
+         {"Il numero del documento è già presente. Assegnare il primo numero libero?"}, 2, 2},
+        {"fuori ordine", "01/03/2026", 1, "7", 0,
+         {"Il numero del documento non rispetta l'ordine cronologico delle date!"}, 1, 0},
+        {"valido", "20/03/2026", 1, "7", 0, {}, 2, 7},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Documenti where ID<>1");
+        p.script->dimentica();
+        if (c.risposta) p.script->rispondi(c.risposta);
+        frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+        e.Prepara({Modalita::Nuovo});
+        EXPECT_EQ(e.txtNum->text(), "2");
+        e.pkData->setTesto(c.data.toStdString());
+        if (c.cliente) e.cbClienti->setValore(store::Value::Long(c.cliente));
+        e.txtNum->setText(c.numero);
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Documenti"), c.scritti);
+        if (c.numeroScritto) {
+            auto rs = db->OpenRecordset("Select * from Documenti where ID<>1");
+            EXPECT_EQ(store::CLng(rs->get("Numero")), c.numeroScritto);
+            EXPECT_EQ(store::CLng(rs->get("Tipo")), 5);
+            EXPECT_EQ(store::CLng(rs->get("CondizioniPagamento")), 2);
+            EXPECT_FALSE(rs->get("ImportoTotale").isNull());   // the totals ran
+        }
+    }
+}
+
+// Choosing a customer brings its terms and its second discount; opening a document does not.
+TEST_F(Documenti, IlClienteSceltoPortaPagamentoESconto) {
+    frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+    e.Prepara({Modalita::Nuovo});
+    e.cbClienti->setValore(store::Value::Long(1));
+    EXPECT_EQ(store::CLng(e.cbPagamento->valore()), 2);
+    EXPECT_EQ(e.txtSconto1->text(), "3");
+    e.cbClienti->setValore(store::Value::Long(2));
+    EXPECT_TRUE(e.cbPagamento->valore().isNull() || store::CLng(e.cbPagamento->valore()) == 0);
+    EXPECT_EQ(e.txtSconto1->text(), "0");
+
+    // A document whose terms were changed by hand keeps them when it is opened again.
+    documento(1, 1, "03/10/2026");
+    db->Execute("Update Documenti set CondizioniPagamento=1, Sconto1=10 where ID=1");
+    frmDocumentiEdita m(nullptr, core::TipoFatturaEmessa);
+    m.Prepara({Modalita::Modifica, 1});
+    EXPECT_EQ(store::CLng(m.cbPagamento->valore()), 1);
+    EXPECT_EQ(m.txtSconto1->text(), "10");
+    EXPECT_EQ(m.windowTitle(), "Fatture - Modifica");
+
+    // The supplier editor pulls in nothing.
+    frmDocumentiFornitoriEdita f(nullptr, core::TipoNotaCreditoRicevuta);
+    f.Prepara({Modalita::Nuovo});
+    f.cbClienti->setValore(store::Value::Long(1));
+    EXPECT_TRUE(f.cbPagamento->valore().isNull() || store::CLng(f.cbPagamento->valore()) == 0);
+    EXPECT_EQ(f.windowTitle(), "Note di Credito Ricevute - Nuovo");
+}
+
+// A new customer from imgNew, through the screen registered under the customer editor's name.
+TEST_F(Documenti, NuovoClienteDalCombo) {
+    core::registraSchermo("frmClientiEdita", [this] {
+        db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (3,'Zeta Spa')");
+        core::session().IDRecordEdit = 3;
+        return true;
+    });
+    frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+    e.Prepara({Modalita::Nuovo});
+    p.script->lasciaAprire("frmClientiEdita");
+    clic(&e, "imgNew");
+    EXPECT_EQ(store::CLng(e.cbClienti->valore()), 3);
+    EXPECT_EQ(core::session().IDRecordEdit, 0);
+    p.script->dimentica();
+    e.cbClienti->setValore(store::Value::Null());
+    clic(&e, "imgEdit");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Nessun elemento selezionato da modificare!"});
+}
+
+// Each menu opens the one register with its own kind; the quick entry opens the header editor.
+TEST_F(Documenti, MenuDeiDocumenti) {
+    documento(1, 1, "03/10/2026", 1, 5);
+    documento(2, 1, "03/10/2026", 1, 7);
+    documento(3, 2, "03/11/2026", 1, 5);
+    const std::pair<const char*, long> menu[] = {{"mFatture", 2}, {"mNoteDebito", 0}, {"mPreventivi", 1},
+                                                 {"mNoteCreditoRicevute", 0}};
+    for (const auto& [voce, righe] : menu) {
+        SCOPED_TRACE(voce);
+        const core::ComandoPannello* c = core::CercaComando(voce);
+        ASSERT_TRUE(c);
+        EXPECT_TRUE(core::ComandoDisponibile(*c));
+        core::ImpostaModoSchermo(c->schermo, c->modo);
+        frmDocumenti r;
+        EXPECT_EQ(r.Tipo(), c->modo);
+        EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=" + std::to_string(c->modo));
+        EXPECT_EQ(r.griglia()->righeMostrate(), righe);
+    }
+    EXPECT_TRUE(core::schermoRegistrato("frmDocumentiEdita"));
+}
+
+// The delete takes the lines, charges, instalments and payments along, then the journal rows of
+// those payments; another document's rows and the journal rows typed by hand stay.
+TEST_F(Documenti, EliminaACascata) {
+    documento(1, 1, "03/10/2026");
+    documento(2, 2, "03/11/2026");
+    for (long d : {1, 2}) {
+        const std::string s = std::to_string(d);
+        db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Iva) VALUES (" + s + "," + s + ",'Riga',1)");
+        db->Execute("Insert Into SpeseDocumenti (ID,Documento,DescSpesa,Iva) VALUES (" + s + "," + s + ",'Bolli',1)");
+        db->Execute("Insert Into Scadenze (ID,Documento,ImportoScadenza) VALUES (" + s + "," + s + ",10)");
+        db->Execute("Insert Into Pagamenti (ID,Documento,ImportoPagamento) VALUES (" + s + "," + s + ",10)");
+        db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (" + s + "," + s + ",10)");
+    }
+    db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (3,0,5)");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+
+    p.script->rispondiNo();
+    clic(&r, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Eliminare il documento numero 1 con tutte le righe, le spese, le scadenze e "
+                                       "i pagamenti collegati?"});
+    EXPECT_EQ(conta("Select * from Movimenti"), 2);
+    EXPECT_EQ(conta("Select * from Documenti"), 2);
+
+    p.script->rispondiSi();
+    clic(&r, "btnElimina");
+    for (const char* t : {"Movimenti", "SpeseDocumenti", "Scadenze", "Pagamenti"}) {
+        SCOPED_TRACE(t);
+        EXPECT_EQ(conta(std::string("Select * from ") + t + " where Documento=1"), 0);
+        EXPECT_EQ(conta(std::string("Select * from ") + t + " where Documento=2"), 1);
+    }
+    EXPECT_EQ(conta("Select * from Documenti"), 1);
+    EXPECT_EQ(conta("Select * from PrimaNota"), 2);
+    EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=1"), 0);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
+}
+
+// Changing a document with payments asks first; No opens nothing. Without the right, nothing.
+TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
+    documento(1, 1, "03/10/2026");
+    db->Execute("Insert Into Pagamenti (ID,Documento,ImportoPagamento) VALUES (1,1,10)");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    p.script->rispondiNo();
+    clic(&r, "btnModifica");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Il documento ha dei pagamenti registrati. Continuare comunque?"});
+    EXPECT_TRUE(p.script->schermiMostrati().empty());
+
+    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
+    for (const char* b : {"btnNuovo", "btnModifica", "btnElimina"}) {
+        SCOPED_TRACE(b);
+        p.script->dimentica();
+        clic(&r, b);
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
+        EXPECT_EQ(conta("Select * from Documenti"), 1);
+    }
+}
+
+// The typical fattura: from the menu, a new document numbered by its sequence, written with its
+// totals and shown current.
+TEST_F(Documenti, FatturaTipica) {
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoFatturaEmessa);
+    frmDocumenti r;
+    p.script->schermo("frmDocumentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmDocumentiEdita*>(w);
+        EXPECT_EQ(e->txtNum->text(), "1");
+        EXPECT_EQ(e->windowTitle(), "Fatture - Nuovo");
+        e->pkData->setTesto("20/03/2026");
+        e->cbClienti->setValore(store::Value::Long(1));
+        e->txtSconto2->setText("10");
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovo");
+    ASSERT_EQ(conta("Select * from Documenti where Tipo=5 and Numero=1 and Cliente=1 and Sconto1=3 and Sconto2=10"), 1);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
+    EXPECT_EQ(r.griglia()->idCorrente(), 1);
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 0);
+}
+
+}  // namespace
