@@ -26,6 +26,30 @@ const core::TabellaCampi& CampiDocumenti() {
     return t;
 }
 
+const core::TabellaCampi& CampiMovimenti() {
+    using core::Allineamento;
+    static const core::TabellaCampi t{
+        {"DescMovimento", "s77", 4200},
+        {"Quantita", "s275", 900, "", Allineamento::Destra},
+        {"PrezzoUnitario", "s276", 1300, "#,0.000", Allineamento::Destra},
+        {"Sconto1", "s277", 700, "", Allineamento::Destra},
+        {"Sconto2", "s278", 700, "", Allineamento::Destra},
+        {"DescIva", "s127", 1500},
+        {"Importo", "Importo", 1300, "#,0.00", Allineamento::Destra},
+    };
+    return t;
+}
+
+const core::TabellaCampi& CampiSpeseDocumenti() {
+    using core::Allineamento;
+    static const core::TabellaCampi t{
+        {"DescSpesa", "s77", 4200},
+        {"Imponibile", "s126", 1300, "#,0.00", Allineamento::Destra},
+        {"DescIva", "s127", 1500},
+    };
+    return t;
+}
+
 void EliminaRigheDocumento(long documento) {
     auto db = core::ArchivioAperto();
     const std::string id = std::to_string(documento);

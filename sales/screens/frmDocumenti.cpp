@@ -1,6 +1,8 @@
 #include "sales/screens/frmDocumenti.h"
 
 #include <QColor>
+#include <QTabWidget>
+#include <QVBoxLayout>
 
 #include "core/diritti.h"
 #include "core/dialogs.h"
@@ -11,6 +13,9 @@
 #include "payments/saldo.h"
 #include "sales/documenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
+#include "sales/screens/frmMovimentiEdita.h"
+#include "sales/totali.h"
+#include "ui/Dettaglio.h"
 #include "store/convert.h"
 #include "ui/VetraGrid.h"
 
@@ -20,6 +25,35 @@ long tipoDelRegistro(long tipo) {
     if (tipo != 0) return tipo;
     const long modo = core::ModoSchermo(frmDocumenti::Nome);
     return modo != 0 ? modo : core::TipoFatturaEmessa;
+}
+
+struct Righe {
+    const char* griglia;
+    const char* vista;
+    const char* descrizione;   // the field the delete question names
+    const char* domanda;       // its language key
+    const char* comandi[3];    // new, change, delete
+};
+
+// The rows of the current document in a list of their own, with the document's rights.
+ui::DefinizioneDettaglio righe(const Righe& r) {
+    ui::DefinizioneDettaglio d;
+    d.nome = r.griglia;
+    const std::string sorgente = std::string("Select * from ") + r.vista + " where ";
+    d.righe = [sorgente](long id) { return sorgente + "Documento=" + std::to_string(id); };
+    d.vuota = sorgente + "ID<0";
+    d.campoPadre = "Documento";
+    d.ordinamento = "ID";
+    d.diritti = {core::DocumentiVedere, core::DocumentiModificare, core::DocumentiModificare,
+                 core::DocumentiModificare};
+    const std::string campo = r.descrizione, chiave = r.domanda;
+    d.domandaElimina = [campo, chiave](store::Recordset& rs) {
+        return core::Testo(chiave) + " '" + store::ConcatText(rs.get(campo)) + "' ?";
+    };
+    d.nomeNuovo = r.comandi[0];
+    d.nomeModifica = r.comandi[1];
+    d.nomeElimina = r.comandi[2];
+    return d;
 }
 
 }  // namespace
@@ -41,6 +75,26 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     const long t = tipo_;
     if (clienti) d.editor = [t](QWidget* parent) { return std::make_unique<frmDocumentiEdita>(parent, t); };
     else d.editor = [t](QWidget* parent) { return std::make_unique<frmDocumentiFornitoriEdita>(parent, t); };
+
+    ui::DefinizioneDettaglio mov = righe({"GridMov", "qrMovimenti", "DescMovimento", "s266",
+                                          {"btnNuovoMov", "btnModificaMov", "btnEliminaMov"}});
+    mov.campi = &sales::CampiMovimenti();
+    mov.colonne = {"DescMovimento", "Quantita", "PrezzoUnitario", "Sconto1", "Sconto2", "DescIva", "Importo"};
+    mov.editor = [](QWidget* parent) { return std::make_unique<frmMovimentiEdita>(parent); };
+    ui::DefinizioneDettaglio spese = righe({"GridSpese", "qrSpeseDocumenti", "DescSpesa", "s268",
+                                            {"btnNuovaSpesa", "btnModificaSpesa", "btnEliminaSpesa"}});
+    spese.campi = &sales::CampiSpeseDocumenti();
+    spese.colonne = {"DescSpesa", "Imponibile", "DescIva"};
+    spese.editor = [](QWidget* parent) { return std::make_unique<frmSpeseDocumentiEdita>(parent); };
+    Movimenti = aggiungiDettaglio(mov);
+    Spese = aggiungiDettaglio(spese);
+    sTab = new QTabWidget(this);
+    sTab->setObjectName("sTab");
+    sTab->addTab(Movimenti, "&Righe");
+    sTab->addTab(Spese, "&Spese");
+    // Below the list, above the commands.
+    static_cast<QVBoxLayout*>(layout())->insertWidget(2, sTab, 1);
+    resize(900, 680);
     carica(std::move(d));
 }
 
@@ -62,6 +116,12 @@ bool frmDocumenti::PrimaDiEliminare(long id) {
     if (core::MsgBox(domanda, core::vbYesNo | core::vbQuestion) != core::vbYes) return false;
     sales::EliminaRigheDocumento(id);
     return true;
+}
+
+void frmDocumenti::DopoRigheCambiate() {
+    if (!Grid->haRigaCorrente()) return;
+    sales::CalcolaTotaliDocumento(Grid->idCorrente(), Grid->Recordset());
+    Grid->AggiornaRiga();
 }
 
 // The journal rows whose payment went with the document.

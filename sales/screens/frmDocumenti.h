@@ -4,6 +4,11 @@
 
 #include "ui/RegistroBase.h"
 
+class QTabWidget;
+namespace ui {
+class Dettaglio;
+}
+
 class frmDocumenti : public RegistroBase {
     Q_OBJECT
 public:
@@ -15,9 +20,15 @@ public:
     // The statement of the whole kind, before any search.
     std::string SorgenteTipo() const;
 
+    QTabWidget* sTab;
+    ui::Dettaglio* Movimenti;   // tab 0, GridMov
+    ui::Dettaglio* Spese;       // tab 1, GridSpese
+
 protected:
     bool PrimaDiEliminare(long id) override;
     void DopoEliminato(long id) override;
+    // A line or a charge saved or deleted: the totals, written through the grid's row.
+    void DopoRigheCambiate() override;
 
 private:
     std::optional<Apertura> aperturaPer(ui::Elenco& elenco, Modalita modalita) override;

@@ -13,6 +13,7 @@
 #include "core/session.h"
 #include "sales/controllo_documento.h"
 #include "sales/numerazione.h"
+#include "sales/screens/collegati.h"
 #include "sales/totali.h"
 #include "store/clock.h"
 #include "store/convert.h"
@@ -63,22 +64,6 @@ void riempi(ui::VetraCombo* c, const std::vector<std::string>& voci) {
     c->pulisci();
     for (const std::string& v : voci) c->aggiungiVoce(store::Value::Text(v), v);
     c->setTesto(testo);
-}
-
-// The editor of a linked table of another area, opened by its name through the registry: it finds
-// the record to change as its mode (0 for a new one) and hands back the id it saved.
-EditorBase::ApriCollegato perNome(std::string schermo) {
-    return [schermo](Modalita modalita, long id) -> std::optional<long> {
-        core::Session& s = core::session();
-        s.IDRecordEdit = 0;
-        core::ImpostaModoSchermo(schermo, modalita == Modalita::Nuovo ? 0 : static_cast<int>(id));
-        core::MostraModale(schermo);
-        core::ImpostaModoSchermo(schermo, 0);
-        const long salvato = s.IDRecordEdit;
-        s.IDRecordEdit = 0;
-        if (salvato > 0) return salvato;
-        return std::nullopt;
-    };
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include "core/pannello.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
+#include "sales/screens/frmMovimentiEdita.h"
+#include "ui/Dettaglio.h"
 #include "store/convert.h"
 #include "support/avvio_prova.h"
 #include "ui/VText.h"
@@ -36,6 +38,14 @@ protected:
                     "VALUES (1,'Rossi Impianti Srl',2,5,3)");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
         db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Verdi')");
+        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
+        db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
+                    "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
+        db->Execute("Insert Into Servizi (ID,DescServizio,CostoUnitario) VALUES (2,'Sopralluogo',30)");
+    }
+
+    double campoDocumento(long id, const char* campo) {
+        return store::CDbl(db->OpenRecordset("Select * from Documenti where ID=" + std::to_string(id))->get(campo));
     }
 
     long conta(const std::string& sql) {
@@ -259,6 +269,187 @@ TEST_F(Documenti, FatturaTipica) {
     EXPECT_EQ(r.griglia()->righeMostrate(), 1);
     EXPECT_EQ(r.griglia()->idCorrente(), 1);
     EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 0);
+
+    // Its lines: a service picked brings price, VAT and the customer's discount; the document's
+    // own discounts (3 and 10) apply on top when the totals are made.
+    r.show();
+    p.script->schermo("frmMovimentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmMovimentiEdita*>(w);
+        e->txtQuantita->setText("1");
+        e->cbServizi->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovoMov");
+    // 80 less 5% less 2% = 74.48; less 3% and 10% = 65.02 net, 10% VAT 6.50.
+    EXPECT_EQ(conta("Select * from Movimenti where Documento=1 and Importo=74.48 and Iva=2"), 1);
+    EXPECT_NEAR(store::CDbl(r.griglia()->valore("ImportoTotale")), 71.52, 0.005);
+}
+
+// The amount of a line follows quantity, price and its two discounts as they are typed.
+TEST_F(Documenti, ImportoDellaRiga) {
+    struct Caso {
+        const char *quantita, *prezzo, *sc1, *sc2, *importo;
+    };
+    const Caso casi[] = {
+        {"2", "10,00", "10", "10", "16,20"},
+        {"1", "0,125", "0", "0", "0,12"},     // an exact half goes to the even cent
+        {"0", "10", "50", "0", "0,00"},
+        {"2", "abc", "0", "0", "0,00"},       // no number, nothing changes
+        {"1", "-5", "0", "0", "-5,00"},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.prezzo);
+        frmMovimentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+        e.txtSc1->setText(c.sc1);
+        e.txtSc2->setText(c.sc2);
+        e.txtQuantita->setText(c.quantita);
+        e.txtPrezzo->setText(c.prezzo);
+        EXPECT_EQ(e.txtImporto->text().toStdString(), c.importo);
+    }
+}
+
+// Picking a service fills the line: its text, price, second discount and VAT, and the customer's
+// first discount; a supplier's document gives no customer discount.
+TEST_F(Documenti, IlServizioRiempieLaRiga) {
+    documento(1, 1, "03/10/2026", 1, 5);
+    db->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Fornitore) VALUES (2,9,1,#03/10/2026#,1)");
+    const std::pair<long, const char*> casi[] = {{1, "5"}, {2, "0"}};
+    for (const auto& [doc, sc1] : casi) {
+        SCOPED_TRACE(doc);
+        frmMovimentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", doc});
+        e.txtQuantita->setText("2");
+        e.cbServizi->setValore(store::Value::Long(1));
+        EXPECT_EQ(e.txtDesc->text(), "Manutenzione caldaia");
+        EXPECT_EQ(e.txtSc1->text().toStdString(), sc1);
+        EXPECT_EQ(e.txtSc2->text(), "2");
+        EXPECT_EQ(e.txtPrezzo->text(), "80,000");
+        EXPECT_EQ(store::CLng(e.cbIva->valore()), 2);
+    }
+    // A service without VAT code leaves the choice to the user.
+    frmMovimentiEdita e;
+    e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+    e.cbServizi->setValore(store::Value::Long(2));
+    EXPECT_TRUE(e.cbIva->valore().isNull() || store::CLng(e.cbIva->valore()) == 0);
+}
+
+// The checks of a line and of a charge, and what each confirm writes.
+TEST_F(Documenti, ControlliDiRigheESpese) {
+    documento(1, 1, "03/10/2026");
+    struct Caso {
+        const char* nome;
+        const char* quantita;
+        long iva;
+        std::vector<std::string> messaggi;
+        long righe;
+    };
+    const Caso casi[] = {
+        {"quantità zero", "0", 1, {"La quantità è uguale a zero!"}, 0},
+        {"senza iva", "1", 0, {"Inserire il codice iva !"}, 0},
+        {"quantità 0,00", "0,00", 1, {}, 1},
+        {"valida", "2", 1, {}, 1},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Movimenti");
+        p.script->dimentica();
+        frmMovimentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+        e.txtDesc->setText("Consulenza");
+        e.txtQuantita->setText(c.quantita);
+        e.txtPrezzo->setText("50");
+        if (c.iva) e.cbIva->setValore(store::Value::Long(c.iva));
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Movimenti where Documento=1"), c.righe);
+    }
+    // Opened alone, the line brings the totals up to date itself: 2 x 50 plus 22%.
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
+
+    const std::tuple<const char*, long, std::vector<std::string>, long> spese[] = {
+        {"  ", 1, {"Inserire la descrizione!"}, 0},
+        {"Trasporto", 0, {"Selezionare il codice IVA!"}, 0},
+        {"Trasporto", 1, {}, 1},
+    };
+    for (const auto& [desc, iva, messaggi, righe] : spese) {
+        SCOPED_TRACE(desc);
+        p.script->dimentica();
+        frmSpeseDocumentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+        e.VText1->setText(desc);
+        e.VText2->setText("10");
+        if (iva) e.cbIva->setValore(store::Value::Long(iva));
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), messaggi);
+        EXPECT_EQ(conta("Select * from SpeseDocumenti where Documento=1"), righe);
+    }
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "TotSpese"), 12.2);
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 134.2);
+}
+
+// The tabs of the register follow its row; each line or charge saved or deleted there changes the
+// document's row on screen at once.
+TEST_F(Documenti, RigheESpeseNelRegistro) {
+    documento(1, 1, "03/10/2026");
+    documento(2, 2, "03/11/2026");
+    db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) "
+                "VALUES (1,2,'Vecchia',1,10,10,1)");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    r.show();
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 0);
+
+    p.script->schermo("frmMovimentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmMovimentiEdita*>(w);
+        e->txtDesc->setText("Consulenza");
+        e->txtQuantita->setText("2");
+        e->txtPrezzo->setText("50");
+        e->cbIva->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovoMov");
+    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 1);
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 122);
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
+
+    r.sTab->setCurrentIndex(1);
+    p.script->schermo("frmSpeseDocumentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmSpeseDocumentiEdita*>(w);
+        e->VText1->setText("Trasporto");
+        e->VText2->setText("10");
+        e->cbIva->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovaSpesa");
+    EXPECT_EQ(r.Spese->griglia()->righeMostrate(), 1);
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 134.2);
+
+    p.script->dimentica();
+    p.script->rispondiSi();
+    clic(&r, "btnEliminaSpesa");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la spesa 'Trasporto' ?"});
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 122);
+
+    // Another row shows its own lines.
+    r.sTab->setCurrentIndex(0);
+    ASSERT_TRUE(r.griglia()->vaiAId(2));
+    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 1);
+    EXPECT_EQ(store::ConcatText(r.Movimenti->griglia()->valore("DescMovimento")), "Vecchia");
+
+    // Without the right to change documents, the lines refuse.
+    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
+    for (const char* b : {"btnNuovoMov", "btnModificaMov", "btnEliminaMov"}) {
+        SCOPED_TRACE(b);
+        p.script->dimentica();
+        clic(&r, b);
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
+    }
+    EXPECT_EQ(conta("Select * from Movimenti"), 2);
 }
 
 }  // namespace
