@@ -50,6 +50,28 @@ const core::TabellaCampi& CampiSpeseDocumenti() {
     return t;
 }
 
+const core::TabellaCampi& CampiRiepilogoIva() {
+    using core::Allineamento;
+    static const core::TabellaCampi t{
+        {"DescIva", "s127", 2500},
+        {"Imponibile", "s126", 1500, "#,0.00", Allineamento::Destra},
+        {"Imposta", "s279", 1500, "#,0.00", Allineamento::Destra},
+    };
+    return t;
+}
+
+const core::TabellaCampi& CampiScadenzeDocumento() {
+    using core::Allineamento;
+    static const core::TabellaCampi t{
+        {"DescScadenza", "s178", 4000},
+        {"DataScadenza", "s179", 1200, "dd/mm/yyyy"},
+        {"ImportoScadenza", "s180", 1400, "#,0.00", Allineamento::Destra},
+        {"Rata", "s198", 600, "", Allineamento::Destra},
+        {"Rate", "s199", 600, "", Allineamento::Destra},
+    };
+    return t;
+}
+
 void EliminaRigheDocumento(long documento) {
     auto db = core::ArchivioAperto();
     const std::string id = std::to_string(documento);

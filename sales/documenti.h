@@ -9,6 +9,8 @@ namespace sales {
 const core::TabellaCampi& CampiDocumenti();
 const core::TabellaCampi& CampiMovimenti();
 const core::TabellaCampi& CampiSpeseDocumenti();
+const core::TabellaCampi& CampiRiepilogoIva();
+const core::TabellaCampi& CampiScadenzeDocumento();
 
 // The rows that hang on a document, in this order and without a transaction: its lines, its
 // charges, its instalments, its payments. The document's own row stays for the caller (the

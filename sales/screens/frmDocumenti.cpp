@@ -13,6 +13,7 @@
 #include "payments/saldo.h"
 #include "sales/documenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
+#include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
@@ -92,6 +93,41 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     sTab->setObjectName("sTab");
     sTab->addTab(Movimenti, "&Righe");
     sTab->addTab(Spese, "&Spese");
+
+    ui::DefinizioneDettaglio iva;
+    iva.nome = "GridIva";
+    iva.righe = [](long id) { return sales::SqlRiepilogoIvaDocumento(id); };
+    iva.vuota = sales::SqlRiepilogoIvaDocumento(-1);
+    iva.campi = &sales::CampiRiepilogoIva();
+    iva.colonne = {"DescIva", "Imponibile", "Imposta"};
+    iva.diritti.vedere = core::DocumentiVedere;
+    Iva = aggiungiDettaglio(iva);
+    sTab->addTab(Iva, "Riepilogo &IVA");
+
+    Scadenze = nullptr;
+    if (tipo_ != core::TipoPreventivo) {
+        ui::DefinizioneDettaglio sc;
+        sc.nome = "GridScadenze";
+        const std::string vista = core::TipoAttivo(tipo_) ? "qrScadenzeAttive" : "qrScadenzePassive";
+        sc.righe = [vista](long id) { return "Select * from " + vista + " where Documento=" + std::to_string(id); };
+        sc.vuota = "Select * from " + vista + " where ID<0";
+        sc.ordinamento = "DataScadenza";
+        sc.campi = &sales::CampiScadenzeDocumento();
+        sc.colonne = {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"};
+        sc.colori = {{"Pagata", [](const store::Value& v) { return !v.isNull() && !store::CBool(v); },
+                      QColor(Qt::darkRed), QColor(Qt::white)}};
+        sc.diritti.vedere = core::ScadenzeVedere;
+        Scadenze = aggiungiDettaglio(sc);
+        sTab->addTab(Scadenze, "Scad&enze");
+        btnGeneraScadenze = aggiungiComando("btnGeneraScadenze", "&Genera scadenze", core::ScadenzeModificare,
+                                            [this] { GeneraScadenze(); });
+        // Recording a payment belongs to the payment editor, which is not in the program yet.
+        btnIncassa = aggiungiComando("btnIncassa", QString::fromStdString(core::Testo(core::TipoAttivo(tipo_) ? "s274" : "s330")),
+                                     10, [] {
+                                         core::MsgBox("La registrazione dei pagamenti non è ancora disponibile.",
+                                                      core::vbInformation);
+                                     });
+    }
     // Below the list, above the commands.
     static_cast<QVBoxLayout*>(layout())->insertWidget(2, sTab, 1);
     resize(900, 680);
@@ -122,6 +158,13 @@ void frmDocumenti::DopoRigheCambiate() {
     if (!Grid->haRigaCorrente()) return;
     sales::CalcolaTotaliDocumento(Grid->idCorrente(), Grid->Recordset());
     Grid->AggiornaRiga();
+}
+
+void frmDocumenti::GeneraScadenze() {
+    if (!Grid->haRigaCorrente()) return;
+    frmGeneraScadenze g(this);
+    g.Edita(Grid->idCorrente());
+    if (Scadenze) Scadenze->Carica(Grid->idCorrente());
 }
 
 // The journal rows whose payment went with the document.

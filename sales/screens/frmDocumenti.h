@@ -4,6 +4,7 @@
 
 #include "ui/RegistroBase.h"
 
+class QPushButton;
 class QTabWidget;
 namespace ui {
 class Dettaglio;
@@ -23,6 +24,13 @@ public:
     QTabWidget* sTab;
     ui::Dettaglio* Movimenti;   // tab 0, GridMov
     ui::Dettaglio* Spese;       // tab 1, GridSpese
+    ui::Dettaglio* Iva;         // tab 2, GridIva: the VAT summary
+    ui::Dettaglio* Scadenze;    // tab 3, GridScadenze; none for quotes
+    QPushButton* btnGeneraScadenze = nullptr;
+    QPushButton* btnIncassa = nullptr;
+
+    // Opens the instalment plan of the current document, then reads its instalments again.
+    void GeneraScadenze();
 
 protected:
     bool PrimaDiEliminare(long id) override;

@@ -2,7 +2,10 @@
 // with its ladder of checks and what choosing a customer pulls in, and the delete that takes a
 // document's rows along.
 #include <QApplication>
+#include <QCheckBox>
 #include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTableWidget>
 
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
@@ -11,9 +14,11 @@
 #include "core/pannello.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
+#include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "ui/Dettaglio.h"
 #include "store/convert.h"
+#include "store/format.h"
 #include "support/avvio_prova.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -249,6 +254,34 @@ TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
     }
 }
 
+// The commands of instalments and payments, each with its own right; payments say they come later.
+TEST_F(Documenti, ComandiDiScadenzeEPagamenti) {
+    documento(1, 1, "03/10/2026");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    const std::tuple<const char*, int, std::vector<std::string>> casi[] = {
+        {"btnGeneraScadenze", core::ScadenzeModificare, {kNegato}},
+        {"btnIncassa", 10, {kNegato}},
+        {"btnIncassa", 0, {"La registrazione dei pagamenti non è ancora disponibile."}},
+    };
+    for (const auto& [comando, negato, messaggi] : casi) {
+        SCOPED_TRACE(comando);
+        core::session().Privilegi = std::string(14, '1');
+        if (negato) core::session().Privilegi[static_cast<size_t>(negato - 1)] = '0';
+        p.script->dimentica();
+        clic(&r, comando);
+        EXPECT_EQ(testiMostrati(*p.script), messaggi);
+        EXPECT_TRUE(p.script->schermiMostrati().empty());
+    }
+    EXPECT_EQ(conta("Select * from Scadenze"), 0);
+
+    // A quote has no instalments and no payments.
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
+    frmDocumenti q;
+    EXPECT_EQ(q.sTab->count(), 3);
+    EXPECT_FALSE(q.findChild<QPushButton*>("btnIncassa"));
+}
+
 // The typical fattura: from the menu, a new document numbered by its sequence, written with its
 // totals and shown current.
 TEST_F(Documenti, FatturaTipica) {
@@ -284,6 +317,66 @@ TEST_F(Documenti, FatturaTipica) {
     // 80 less 5% less 2% = 74.48; less 3% and 10% = 65.02 net, 10% VAT 6.50.
     EXPECT_EQ(conta("Select * from Movimenti where Documento=1 and Importo=74.48 and Iva=2"), 1);
     EXPECT_NEAR(store::CDbl(r.griglia()->valore("ImportoTotale")), 71.52, 0.005);
+
+    // Its instalments: the customer's term in one instalment at 30 days; what is written is what
+    // the preview showed.
+    db->Execute("Update CondizioniPagamento set Rata1=30 where ID=2");
+    std::vector<std::string> anteprima;
+    p.script->schermo("frmGeneraScadenze", [&anteprima](QWidget* w) {
+        auto* g = static_cast<frmGeneraScadenze*>(w);
+        for (int i = 0; i < g->Grid->rowCount(); ++i)
+            anteprima.push_back(g->Grid->item(i, 1)->text().toStdString() + " " + g->Grid->item(i, 4)->text().toStdString());
+        clic(g, "btnConferma");
+        return true;
+    });
+    p.script->dimentica();
+    clic(&r, "btnGeneraScadenze");
+    EXPECT_EQ(anteprima, std::vector<std::string>{"20/04/2026 71,52"});
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Le scadenze sono state generate."});
+    auto sc = db->OpenRecordset("Select * from Scadenze where Documento=1");
+    ASSERT_FALSE(sc->Eof());
+    EXPECT_EQ(store::DateText(store::CDbl(sc->get("DataScadenza"))), "20/04/2026");
+    EXPECT_NEAR(store::CDbl(sc->get("ImportoScadenza")), 71.52, 0.005);
+    EXPECT_EQ(store::CLng(sc->get("Cliente")), 1);
+    r.sTab->setCurrentIndex(3);
+    EXPECT_EQ(r.Scadenze->griglia()->righeMostrate(), 1);
+}
+
+// The plan of a document's instalments: preview and writing agree, the rounding goes to the last.
+TEST_F(Documenti, GeneraScadenze) {
+    struct Caso {
+        int rate;
+        bool fineMese;
+        std::vector<std::string> attese;   // due date and amount of each instalment
+    };
+    const Caso casi[] = {
+        // From Saturday 31 January: 2 March, 1 April, and 1 May a holiday moved to the 2nd.
+        {3, false, {"02/03/2026 33,33", "01/04/2026 33,33", "02/05/2026 33,34"}},
+        {2, true, {"31/03/2026 50,00", "30/04/2026 50,00"}},
+        {0, false, {"31/01/2026 100,00"}},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.rate);
+        db->Execute("Delete from Scadenze");
+        db->Execute("Delete from Documenti");
+        db->Execute("Delete from CondizioniPagamento where ID=9");
+        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate,Rata1,Rata2,Rata3,FineMese) VALUES (9,'Rate'," +
+                    std::to_string(c.rate) + ",30,60,90," + (c.fineMese ? "True" : "False") + ")");
+        db->Execute(std::string("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,CondizioniPagamento,ImportoTotale) ") +
+                    "VALUES (1,5,1,#01/31/2026#,1,9,100)");
+        frmGeneraScadenze g;
+        g.Carica(1);
+        std::vector<std::string> anteprima;
+        for (int i = 0; i < g.Grid->rowCount(); ++i)
+            anteprima.push_back(g.Grid->item(i, 1)->text().toStdString() + " " + g.Grid->item(i, 4)->text().toStdString());
+        EXPECT_EQ(anteprima, c.attese);
+        clic(&g, "btnConferma");
+        std::vector<std::string> scritte;
+        for (auto rs = db->OpenRecordset("Select * from Scadenze order by Rata"); !rs->Eof(); rs->MoveNext())
+            scritte.push_back(store::DateText(store::CDbl(rs->get("DataScadenza"))) + " " +
+                              store::Format(rs->get("ImportoScadenza"), "#,0.00"));
+        EXPECT_EQ(scritte, c.attese);
+    }
 }
 
 // The amount of a line follows quantity, price and its two discounts as they are typed.
