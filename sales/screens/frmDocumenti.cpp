@@ -1,6 +1,9 @@
 #include "sales/screens/frmDocumenti.h"
 
+#include <QCheckBox>
 #include <QColor>
+#include <QHBoxLayout>
+#include <QLineEdit>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -17,6 +20,8 @@
 #include "sales/screens/frmMovimentiEdita.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
+#include "ui/Dialoghi.h"
+#include "ui/VBars.h"
 #include "store/convert.h"
 #include "ui/VetraGrid.h"
 
@@ -128,10 +133,46 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
                                                       core::vbInformation);
                                      });
     }
-    // Below the list, above the commands.
-    static_cast<QVBoxLayout*>(layout())->insertWidget(2, sTab, 1);
-    resize(900, 680);
+    // The counterparty beside the list; below it the tabs, with the totals and the grouping beside them.
+    ui::VBars* cliente = aggiungiPannello();
+    const int gruppo = cliente->aggiungiGruppo(clienti ? "Cliente" : "Fornitore");
+    cliente->aggiungiCampo(gruppo, clienti ? "Denominazione" : "DescFornitore", core::Didascalia("s101"));
+    for (const char* campo : {"Indirizzo", "Cap", "Citta", "Provincia", "Telefono", "Fax", "DescPagamento"})
+        cliente->aggiungiCampo(gruppo, campo, campo);
+    BarTotali = new ui::VBars(this);
+    BarTotali->setObjectName("BarTotali");
+    const int totali = BarTotali->aggiungiGruppo("Totali");
+    for (const char* campo : {"Imponibile", "TotNetto", "TotSpese", "TotIva", "TotRitenutaAcconto", "ImportoTotale"})
+        BarTotali->aggiungiCampo(totali, campo, core::Didascalia(sales::CampiDocumenti()[campo].didascalia), "#,0.00");
+    Grid->aggiungiSeguace(BarTotali);
+    chkRaggruppa = new QCheckBox("&Raggruppa", this);
+    chkRaggruppa->setObjectName("chkRaggruppa");
+    auto* lato = new QVBoxLayout;
+    lato->addWidget(chkRaggruppa);
+    lato->addWidget(BarTotali);
+    lato->addStretch(1);
+    auto* sotto = new QHBoxLayout;
+    sotto->addWidget(sTab, 1);
+    sotto->addLayout(lato);
+    static_cast<QVBoxLayout*>(layout())->insertLayout(2, sotto, 1);
+    aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });
+    resize(1100, 720);
     carica(std::move(d));
+    chkRaggruppa->setChecked(true);
+    Raggruppa();
+    connect(chkRaggruppa, &QCheckBox::toggled, this, [this] { ui::protetto([this] { Raggruppa(); }); });
+}
+
+void frmDocumenti::Raggruppa() {
+    Grid->pulisciGruppi();
+    if (chkRaggruppa->isChecked()) Grid->aggiungiGruppo(core::TipoVersoCliente(tipo_) ? "Denominazione" : "DescFornitore");
+    Grid->Aggiorna();
+}
+
+void frmDocumenti::SelezionaTutto() {
+    txtCerca->clear();
+    Grid->setSorgente(SorgenteTipo());
+    Grid->Aggiorna();
 }
 
 std::string frmDocumenti::SorgenteTipo() const { return "Select * from qrDocumenti where Tipo=" + std::to_string(tipo_); }

@@ -4,10 +4,12 @@
 
 #include "ui/RegistroBase.h"
 
+class QCheckBox;
 class QPushButton;
 class QTabWidget;
 namespace ui {
 class Dettaglio;
+class VBars;
 }
 
 class frmDocumenti : public RegistroBase {
@@ -21,6 +23,8 @@ public:
     // The statement of the whole kind, before any search.
     std::string SorgenteTipo() const;
 
+    QCheckBox* chkRaggruppa;    // the list grouped by counterparty
+    ui::VBars* BarTotali;       // the six stored totals of the current row
     QTabWidget* sTab;
     ui::Dettaglio* Movimenti;   // tab 0, GridMov
     ui::Dettaglio* Spese;       // tab 1, GridSpese
@@ -29,6 +33,10 @@ public:
     QPushButton* btnGeneraScadenze = nullptr;
     QPushButton* btnIncassa = nullptr;
 
+    // Groups the list by counterparty when chkRaggruppa is ticked, then reads it again.
+    void Raggruppa();
+    // The whole kind again, with no search.
+    void SelezionaTutto();
     // Opens the instalment plan of the current document, then reads its instalments again.
     void GeneraScadenze();
 

@@ -3,6 +3,7 @@
 // document's rows along.
 #include <QApplication>
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -17,6 +18,7 @@
 #include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "ui/Dettaglio.h"
+#include "ui/VBars.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "support/avvio_prova.h"
@@ -177,7 +179,8 @@ TEST_F(Documenti, MenuDeiDocumenti) {
     documento(1, 1, "03/10/2026", 1, 5);
     documento(2, 1, "03/10/2026", 1, 7);
     documento(3, 2, "03/11/2026", 1, 5);
-    const std::pair<const char*, long> menu[] = {{"mFatture", 2}, {"mNoteDebito", 0}, {"mPreventivi", 1},
+    // Rows shown, with the caption of the one customer's group.
+    const std::pair<const char*, long> menu[] = {{"mFatture", 3}, {"mNoteDebito", 0}, {"mPreventivi", 2},
                                                  {"mNoteCreditoRicevute", 0}};
     for (const auto& [voce, righe] : menu) {
         SCOPED_TRACE(voce);
@@ -229,7 +232,7 @@ TEST_F(Documenti, EliminaACascata) {
     EXPECT_EQ(conta("Select * from Documenti"), 1);
     EXPECT_EQ(conta("Select * from PrimaNota"), 2);
     EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=1"), 0);
-    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 2);   // the customer's caption and the other document
 }
 
 // Changing a document with payments asks first; No opens nothing. Without the right, nothing.
@@ -282,6 +285,31 @@ TEST_F(Documenti, ComandiDiScadenzeEPagamenti) {
     EXPECT_FALSE(q.findChild<QPushButton*>("btnIncassa"));
 }
 
+// The list grouped by customer until chkRaggruppa is cleared; the totals bar follows the row.
+TEST_F(Documenti, RaggruppamentoETotali) {
+    documento(1, 1, "03/10/2026", 1);
+    documento(2, 2, "03/11/2026", 2);
+    documento(3, 3, "03/12/2026", 1);
+    db->Execute("Update Documenti set ImportoTotale=1234.5, TotIva=222.6 where ID=3");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    EXPECT_TRUE(r.chkRaggruppa->isChecked());
+    EXPECT_EQ(r.griglia()->righeMostrate(), 5);
+    r.chkRaggruppa->setChecked(false);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 3);
+    ASSERT_TRUE(r.griglia()->vaiAId(3));
+    EXPECT_EQ(r.BarTotali->testo("ImportoTotale"), "1.234,50");
+    EXPECT_EQ(r.BarTotali->testo("TotIva"), "222,60");
+
+    // A search, then the whole kind again.
+    figlio<QLineEdit>(&r, "txtCerca")->setText("Bianchi");
+    clic(&r, "btnCerca");
+    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
+    clic(&r, "btnSelezionaTutto");
+    EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=5");
+    EXPECT_EQ(r.griglia()->righeMostrate(), 3);
+}
+
 // The typical fattura: from the menu, a new document numbered by its sequence, written with its
 // totals and shown current.
 TEST_F(Documenti, FatturaTipica) {
@@ -299,7 +327,7 @@ TEST_F(Documenti, FatturaTipica) {
     });
     clic(&r, "btnNuovo");
     ASSERT_EQ(conta("Select * from Documenti where Tipo=5 and Numero=1 and Cliente=1 and Sconto1=3 and Sconto2=10"), 1);
-    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 2);   // grouped under its customer
     EXPECT_EQ(r.griglia()->idCorrente(), 1);
     EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 0);
 
