@@ -15,6 +15,7 @@
 #include "payments/primanota.h"
 #include "payments/saldo.h"
 #include "sales/documenti.h"
+#include "sales/numerazione.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
@@ -22,6 +23,7 @@
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/VBars.h"
+#include "store/clock.h"
 #include "store/convert.h"
 #include "ui/VetraGrid.h"
 
@@ -156,6 +158,7 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     sotto->addLayout(lato);
     static_cast<QVBoxLayout*>(layout())->insertLayout(2, sotto, 1);
     aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });
+    if (tipo_ == core::TipoPreventivo) aggiungiComando("btnConverti", "Converi in fattura", 0, [this] { Converti(); });
     resize(1100, 720);
     carica(std::move(d));
     chkRaggruppa->setChecked(true);
@@ -167,6 +170,26 @@ void frmDocumenti::Raggruppa() {
     Grid->pulisciGruppi();
     if (chkRaggruppa->isChecked()) Grid->aggiungiGruppo(core::TipoVersoCliente(tipo_) ? "Denominazione" : "DescFornitore");
     Grid->Aggiorna();
+}
+
+// No copy: the quote's lines, charges, terms and totals are the fattura's from now on, and the
+// row leaves the list of quotes.
+void frmDocumenti::Converti() {
+    if (!Grid->haRigaCorrente()) {
+        core::MsgBox("Selezionara un preventivo!", core::vbExclamation);
+        return;
+    }
+    const double oggi = store::Oggi();
+    const long numero = sales::ProssimoNumeroDocumento(core::TipoFatturaEmessa, "", "");
+    store::Recordset* rs = Grid->Recordset();
+    rs->Edit();
+    rs->set("Tipo", store::Value::Long(core::TipoFatturaEmessa));
+    rs->set("Data", store::Value::Date(oggi));
+    rs->set("Numero", store::Value::Long(static_cast<std::int32_t>(numero)));
+    rs->Update();
+    Grid->Aggiorna();
+    core::MsgBox("Generata la fattura n." + std::to_string(numero) + " del " + store::DateText(oggi),
+                 core::vbInformation);
 }
 
 void frmDocumenti::SelezionaTutto() {

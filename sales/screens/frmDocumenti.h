@@ -37,6 +37,8 @@ public:
     void Raggruppa();
     // The whole kind again, with no search.
     void SelezionaTutto();
+    // A quote rewritten in place as the next fattura, dated today.
+    void Converti();
     // Opens the instalment plan of the current document, then reads its instalments again.
     void GeneraScadenze();
 

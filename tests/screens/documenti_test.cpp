@@ -19,6 +19,7 @@
 #include "sales/screens/frmMovimentiEdita.h"
 #include "ui/Dettaglio.h"
 #include "ui/VBars.h"
+#include "store/clock.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "support/avvio_prova.h"
@@ -308,6 +309,33 @@ TEST_F(Documenti, RaggruppamentoETotali) {
     clic(&r, "btnSelezionaTutto");
     EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=5");
     EXPECT_EQ(r.griglia()->righeMostrate(), 3);
+}
+
+// A quote becomes the next fattura of the sequence with no prefix, dated today, and leaves the list.
+TEST_F(Documenti, ConversioneDiUnPreventivo) {
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
+    {
+        frmDocumenti vuoto;
+        p.script->dimentica();
+        clic(&vuoto, "btnConverti");
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Selezionara un preventivo!"});
+    }
+    documento(1, 4, "03/10/2026", 1, 5);
+    documento(2, 7, "03/11/2026", 1, 7);
+    db->Execute("Update Documenti set Prefisso='A', ImportoTotale=50 where ID=2");
+    frmDocumenti r;
+    ASSERT_TRUE(r.griglia()->vaiAId(2));
+    p.script->dimentica();
+    clic(&r, "btnConverti");
+    const std::string oggi = store::DateText(store::Oggi());
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Generata la fattura n.5 del " + oggi});
+    auto rs = db->OpenRecordset("Select * from Documenti where ID=2");
+    EXPECT_EQ(store::CLng(rs->get("Tipo")), 5);
+    EXPECT_EQ(store::CLng(rs->get("Numero")), 5);
+    EXPECT_EQ(store::ConcatText(rs->get("Prefisso")), "A");
+    EXPECT_EQ(store::DateText(store::CDbl(rs->get("Data"))), oggi);
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("ImportoTotale")), 50);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 0);
 }
 
 // The typical fattura: from the menu, a new document numbered by its sequence, written with its
