@@ -31,9 +31,9 @@ const core::TabellaCampi& CampiMovimenti() {
     static const core::TabellaCampi t{
         {"DescMovimento", "s77", 4200},
         {"Quantita", "s275", 900, "", Allineamento::Destra},
-        {"PrezzoUnitario", "s276", 1300, "#,0.000", Allineamento::Destra},
-        {"Sconto1", "s277", 700, "", Allineamento::Destra},
-        {"Sconto2", "s278", 700, "", Allineamento::Destra},
+        {"PrezzoUnitario", "s276", 1500, "#,0.000", Allineamento::Destra},
+        {"Sconto1", "s277", 1000, "", Allineamento::Destra},
+        {"Sconto2", "s278", 1000, "", Allineamento::Destra},
         {"DescIva", "s127", 1500},
         {"Importo", "Importo", 1300, "#,0.00", Allineamento::Destra},
     };

@@ -139,8 +139,11 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     ui::VBars* cliente = aggiungiPannello();
     const int gruppo = cliente->aggiungiGruppo(clienti ? "Cliente" : "Fornitore");
     cliente->aggiungiCampo(gruppo, clienti ? "Denominazione" : "DescFornitore", core::Didascalia("s101"));
-    for (const char* campo : {"Indirizzo", "Cap", "Citta", "Provincia", "Telefono", "Fax", "DescPagamento"})
-        cliente->aggiungiCampo(gruppo, campo, campo);
+    const std::pair<const char*, const char*> anagrafica[] = {{"Indirizzo", "s102"}, {"Cap", "s103"},
+                                                              {"Citta", "s104"},     {"Provincia", "s105"},
+                                                              {"Telefono", "s200"},  {"Fax", "s108"},
+                                                              {"DescPagamento", "s46"}};
+    for (const auto& [campo, chiave] : anagrafica) cliente->aggiungiCampo(gruppo, campo, core::Didascalia(chiave));
     BarTotali = new ui::VBars(this);
     BarTotali->setObjectName("BarTotali");
     const int totali = BarTotali->aggiungiGruppo("Totali");
