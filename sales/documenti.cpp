@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/archivio_sql.h"
+#include "core/varie.h"
 
 namespace sales {
 
@@ -70,6 +71,28 @@ const core::TabellaCampi& CampiScadenzeDocumento() {
         {"Rate", "s199", 600, "", Allineamento::Destra},
     };
     return t;
+}
+
+std::string IstruzioneRicercaDocumenti(const CriteriDocumenti& c) {
+    std::string w;
+    if (c.dataDal) w += " and DateValue(Data)>=DateValue('" + c.dal + "')";
+    if (c.dataAl) w += " and DateValue(Data)<=DateValue('" + c.al + "')";
+    if (c.dest) w += " and Cliente=" + std::to_string(c.cliente);
+    if (c.pagate == 0) w += " and Pagato=False";
+    else if (c.pagate == 1) w += " and Pagato=True";
+    if (c.numDal) {
+        w += " and Prefisso>='" + core::Apici(c.prefissoDal) + "'";
+        w += " and Suffisso>='" + core::Apici(c.suffissoDal) + "'";
+        w += " and Numero>=" + std::to_string(c.numeroDal);
+    }
+    if (c.numAl) {
+        w += " and Prefisso<='" + core::Apici(c.prefissoAl) + "'";
+        w += " and Suffisso<='" + core::Apici(c.suffissoAl) + "'";
+        w += " and Numero<=" + std::to_string(c.numeroAl);
+    }
+    w += " and Tipo=" + std::to_string(c.tipo);
+    // The leading " and " goes.
+    return "Select * from qrDocumenti  where " + w.substr(5);
 }
 
 void EliminaRigheDocumento(long documento) {
