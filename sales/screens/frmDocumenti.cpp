@@ -16,6 +16,7 @@
 #include "payments/saldo.h"
 #include "sales/documenti.h"
 #include "sales/numerazione.h"
+#include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
@@ -68,6 +69,7 @@ ui::DefinizioneDettaglio righe(const Righe& r) {
 
 frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, parent), tipo_(tipoDelRegistro(tipo)) {
     const bool clienti = core::TipoVersoCliente(tipo_);
+    Criteri.tipo = tipo_;
     Definizione d;
     d.titolo = core::TitoloTipoDocumento(tipo_);
     d.sorgente = SorgenteTipo();
@@ -160,6 +162,7 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     sotto->addWidget(sTab, 1);
     sotto->addLayout(lato);
     static_cast<QVBoxLayout*>(layout())->insertLayout(2, sotto, 1);
+    aggiungiComando("btnRicerca", "&Ricerca...", 0, [this] { CercaDocumenti(); });
     aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });
     if (tipo_ == core::TipoPreventivo) aggiungiComando("btnConverti", "Converi in fattura", 0, [this] { Converti(); });
     resize(1100, 720);
@@ -195,7 +198,18 @@ void frmDocumenti::Converti() {
                  core::vbInformation);
 }
 
+void frmDocumenti::CercaDocumenti() {
+    frmDocumentiCerca cerca(Criteri, this);
+    const auto criteri = cerca.Cerca();
+    if (!criteri) return;
+    Criteri = *criteri;
+    Grid->setSorgente(sales::IstruzioneRicercaDocumenti(Criteri));
+    Grid->Aggiorna();
+}
+
 void frmDocumenti::SelezionaTutto() {
+    Criteri = sales::CriteriDocumenti{};
+    Criteri.tipo = tipo_;
     txtCerca->clear();
     Grid->setSorgente(SorgenteTipo());
     Grid->Aggiorna();

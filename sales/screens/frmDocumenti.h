@@ -2,6 +2,7 @@
 // ricevute): the kind comes from the panel as the screen's mode.
 #pragma once
 
+#include "sales/documenti.h"
 #include "ui/RegistroBase.h"
 
 class QCheckBox;
@@ -37,6 +38,9 @@ public:
     void Raggruppa();
     // The whole kind again, with no search.
     void SelezionaTutto();
+    // frmDocumentiCerca over the last criteria; its statement becomes the list's source.
+    void CercaDocumenti();
+    sales::CriteriDocumenti Criteri;   // the last search, read by the summaries and the print
     // A quote rewritten in place as the next fattura, dated today.
     void Converti();
     // Opens the instalment plan of the current document, then reads its instalments again.

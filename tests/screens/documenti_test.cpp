@@ -3,6 +3,8 @@
 // document's rows along.
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <functional>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
@@ -14,6 +16,7 @@
 #include "core/impostazioni.h"
 #include "core/pannello.h"
 #include "sales/screens/frmDocumenti.h"
+#include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
@@ -336,6 +339,55 @@ TEST_F(Documenti, ConversioneDiUnPreventivo) {
     EXPECT_EQ(store::DateText(store::CDbl(rs->get("Data"))), oggi);
     EXPECT_DOUBLE_EQ(store::CDbl(rs->get("ImportoTotale")), 50);
     EXPECT_EQ(r.griglia()->righeMostrate(), 0);
+}
+
+// The search dialog: a ticked date box needs a date; its statement becomes the list's source and
+// its criteria the register's; Command2 changes nothing.
+TEST_F(Documenti, RicercaDeiDocumenti) {
+    documento(1, 1, "03/10/2026", 1);
+    documento(2, 2, "03/11/2026", 2);
+    db->Execute("Update Documenti set Pagato=True where ID=2");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    r.chkRaggruppa->setChecked(false);
+    struct Caso {
+        const char* nome;
+        std::function<void(frmDocumentiCerca*)> compila;
+        const char* comando;
+        std::vector<std::string> messaggi;
+        std::string sorgente;
+        long righe;
+    };
+    const std::string tutte = "Select * from qrDocumenti where Tipo=5";
+    const Caso casi[] = {
+        {"data mancante", [](frmDocumentiCerca* c) { c->chkDataDal->setChecked(true); }, "Command1",
+         {"Inserire la data!"}, tutte, 2},
+        {"annullata", [](frmDocumentiCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command2", {}, tutte, 2},
+        {"pagate", [](frmDocumentiCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command1", {},
+         "Select * from qrDocumenti  where Pagato=True and Tipo=5", 1},
+        {"dal 5 marzo", [](frmDocumentiCerca* c) {
+             c->OpPagate->setCurrentIndex(2);
+             c->chkDataDal->setChecked(true);
+             c->pkDataDal->setTesto("05/03/2026");
+         }, "Command1", {}, "Select * from qrDocumenti  where DateValue(Data)>=DateValue('05/03/2026') and Tipo=5", 2},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        const std::string comando = c.comando;
+        p.script->schermo("frmDocumentiCerca", [&c, comando](QWidget* w) {
+            auto* cerca = static_cast<frmDocumentiCerca*>(w);
+            c.compila(cerca);
+            clic(cerca, comando.c_str());
+            if (comando == "Command1" && cerca->isVisible()) clic(cerca, "Command2");
+            return true;
+        });
+        clic(&r, "btnRicerca");
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(r.griglia()->sorgente(), c.sorgente);
+        EXPECT_EQ(r.griglia()->righeMostrate(), c.righe);
+    }
+    EXPECT_TRUE(r.Criteri.dataDal);
 }
 
 // The typical fattura: from the menu, a new document numbered by its sequence, written with its
