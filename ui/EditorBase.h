@@ -51,6 +51,9 @@ FabbricaEditor FabbricaEditorDi(const std::string& nome);
 class EditorBase : public QDialog {
     Q_OBJECT
 public:
+    // Opens the editor of a linked table for a new record or for id; answers the id saved.
+    using ApriCollegato = std::function<std::optional<long>(Modalita modalita, long id)>;
+
     // Prepares, shows modally over the caller, and returns the id saved; nothing when cancelled.
     std::optional<long> Edita(const Apertura& apertura);
     // The two halves of Edita, for a caller that drives the shown screen itself.
@@ -81,6 +84,9 @@ protected:
     void aggiungiCampo(const core::Campo& campo, QWidget* controllo);
     // A combo of a linked table with imgNew and imgEdit beside it, opening that table's editor.
     QWidget* conImmagini(ui::VetraCombo* combo, FabbricaEditor editor);
+    // The same pair for a linked table whose editor is known only by its name in the registry (it
+    // belongs to another area): apri opens it on the combo's value and answers the id saved.
+    QWidget* conImmagini(ui::VetraCombo* combo, ApriCollegato apri);
 
     // A list of the record's lines with its own commands; the screen places it. A new record is
     // saved (checks first) before its first line, so that the line has a master to belong to.

@@ -32,24 +32,14 @@ const char* const kNegato = "Non si dispone dei privilegi necessari per questa o
 class Contratto : public ::testing::Test {
 protected:
     void SetUp() override {
-        core::ScegliCartellaDati(p.dati.string());
-        auto& master = *core::session().dbAziende;
-        master.Execute("Insert Into Aziende (ID,Denominazione,Citta) VALUES (1,'Alfa','Roma')");
-        master.Execute("Insert Into Aziende (ID,Denominazione,Citta) VALUES (2,'Beta','Milano')");
-        // A company's first user must hold every right: with one there, the walk adds a second.
-        master.Execute("Insert Into Utenti (ID,Username,Password,Azienda) VALUES (1,'admin','x',1)");
-        const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
-        ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
+        apriEsercizioDiProva(p);
+        core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione,Citta) VALUES (2,'Beta','Milano')");
         auto& s = core::session();
-        s.IDAzienda = 1;
-        core::ApriEsercizio(es);
         s.dbArchivio->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
         s.dbArchivio->Execute("Insert Into TipiSpesa (ID,DescTipoSpesa) VALUES (1,'Cancelleria')");
         s.dbArchivio->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
         s.dbArchivio->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
-        s.MsgNegato = core::Testo("s55");
-        s.Privilegi = std::string(14, '1');
-        s.NomeUtente = "admin";
+        s.dbArchivio->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Srl')");
     }
 
     long conta(const store::DatabasePtr& db, const std::string& sql) {
@@ -62,30 +52,36 @@ protected:
     // The editor's script: every empty text box gets a value of its kind, the first one the text
     // given, then confirm.
     void compila(const std::string& editor, const QString& testo) {
-        p.script->schermo(editor, [testo](QWidget* e) {
+        p.script->schermo(editor, [this, testo](QWidget* e) {
             if (!e) return false;
             bool primo = true;
             for (auto* box : e->findChildren<ui::VText*>()) {
                 if (box->dataField().empty() || !box->isEnabled()) continue;
-                if (primo) box->setText(testo);
-                else if (box->text().isEmpty()) box->setText(box->numerico() ? "1" : "Prova");
+                if (primo) {
+                    // A number when the first box takes only numbers (a document's): each change its own.
+                    box->setText(box->numerico() ? QString::number(++cambi_) : testo);
+                    campoCambiato_ = box->dataField();
+                    testoCambiato_ = box->text().toStdString();
+                } else if (box->text().isEmpty()) box->setText(box->numerico() ? "1" : "Prova");
                 primo = false;
             }
-            // A required linked combo left unset takes its first entry.
-            for (auto* combo : e->findChildren<ui::VetraCombo*>())
-                if (!combo->property("DataField").toString().isEmpty() && combo->valore().isNull() && combo->count() > 0)
-                    combo->setCurrentIndex(0);
+            // A linked record that must be chosen (a document's customer) gets the first of its list.
+            for (auto* cb : e->findChildren<ui::VetraCombo*>())
+                if (!cb->aperta() && cb->isEnabled() && cb->currentIndex() < 0 && cb->count() > 0) cb->setCurrentIndex(0);
             clic(e, "btnConferma");
             return true;
         });
     }
 
     ProgrammaDiProva p;
+    int cambi_ = 0;
+    std::string campoCambiato_, testoCambiato_;
 };
 
 TEST_F(Contratto, OgniRegistroRegistrato) {
     const std::vector<std::string> attesi = {"frmAziende", "frmClassificazioniSpese", "frmClienti", "frmCodiciIva",
-                                             "frmCondizioniPagamento", "frmServizi", "frmTipiSpesa", "frmUtenti"};
+                                             "frmCondizioniPagamento", "frmDocumenti", "frmServizi", "frmTipiSpesa",
+                                             "frmUtenti"};
     std::vector<std::string> registrati;
     for (const auto& [nome, fabbrica] : RegistriNoti()) registrati.push_back(nome);
     EXPECT_EQ(registrati, attesi);
@@ -129,8 +125,8 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         compila(editore, "Voce cambiata");
         QTest::keyClick(grid, Qt::Key_Return);
         EXPECT_EQ(grid->idCorrente(), nuovo);
-        // The column may join more fields, as a name on two lines does: it begins with the text.
-        EXPECT_EQ(store::ConcatText(grid->valore(d.colonne.front())).rfind("Voce cambiata", 0), 0u);
+        // The field may join more than the box wrote, as a name on two lines does: it begins with it.
+        EXPECT_EQ(store::ConcatText(grid->valore(campoCambiato_)).rfind(testoCambiato_, 0), 0u);
 
         // Each guarded command, without its right: the standard refusal, nothing shown, nothing changed.
         const std::pair<const char*, int> guardati[] = {

@@ -15,11 +15,15 @@
 #include <string>
 
 #include "core/avvio.h"
+#include "core/aziende.h"
+#include "core/esercizi.h"
 #include "core/impostazioni.h"
+#include "core/pannello.h"
 #include "core/registro_schermi.h"
 #include "app/screens/Registra.h"
 #include "app/screens/frmMain.h"
 #include "core/session.h"
+#include "store/convert.h"
 #include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
 
@@ -80,6 +84,23 @@ public:
 private:
     test::CartellaTemporanea radice_;
 };
+
+// A company with its first user and its 2026 Esercizio open, the session holding every right:
+// where the screens of the archive are tested.
+inline void apriEsercizioDiProva(ProgrammaDiProva& p) {
+    core::ScegliCartellaDati(p.dati.string());
+    auto& master = *core::session().dbAziende;
+    master.Execute("Insert Into Aziende (ID,Denominazione,Citta) VALUES (1,'Alfa','Roma')");
+    master.Execute("Insert Into Utenti (ID,Username,Password,Azienda) VALUES (1,'admin','x',1)");
+    const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
+    ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
+    auto& s = core::session();
+    s.IDAzienda = 1;
+    core::ApriEsercizio(es);
+    s.MsgNegato = core::Testo("s55");
+    s.Privilegi = std::string(14, '1');
+    s.NomeUtente = "admin";
+}
 
 template <class W>
 W* figlio(QWidget* schermo, const char* nome) {

@@ -1,0 +1,59 @@
+// The register of the documents of one kind (fatture, note di debito, preventivi, note di credito
+// ricevute): the kind comes from the panel as the screen's mode.
+#pragma once
+
+#include "sales/documenti.h"
+#include "ui/RegistroBase.h"
+
+class QCheckBox;
+class QPushButton;
+class QTabWidget;
+namespace ui {
+class Dettaglio;
+class VBars;
+}
+
+class frmDocumenti : public RegistroBase {
+    Q_OBJECT
+public:
+    static constexpr const char* Nome = "frmDocumenti";
+    // tipo 0: the one the panel set for this screen, fatture when none.
+    explicit frmDocumenti(QWidget* parent = nullptr, long tipo = 0);
+
+    long Tipo() const { return tipo_; }
+    // The statement of the whole kind, before any search.
+    std::string SorgenteTipo() const;
+
+    QCheckBox* chkRaggruppa;    // the list grouped by counterparty
+    ui::VBars* BarTotali;       // the six stored totals of the current row
+    QTabWidget* sTab;
+    ui::Dettaglio* Movimenti;   // tab 0, GridMov
+    ui::Dettaglio* Spese;       // tab 1, GridSpese
+    ui::Dettaglio* Iva;         // tab 2, GridIva: the VAT summary
+    ui::Dettaglio* Scadenze;    // tab 3, GridScadenze; none for quotes
+    QPushButton* btnGeneraScadenze = nullptr;
+    QPushButton* btnIncassa = nullptr;
+
+    // Groups the list by counterparty when chkRaggruppa is ticked, then reads it again.
+    void Raggruppa();
+    // The whole kind again, with no search.
+    void SelezionaTutto();
+    // frmDocumentiCerca over the last criteria; its statement becomes the list's source.
+    void CercaDocumenti();
+    sales::CriteriDocumenti Criteri;   // the last search, read by the summaries and the print
+    // A quote rewritten in place as the next fattura, dated today.
+    void Converti();
+    // Opens the instalment plan of the current document, then reads its instalments again.
+    void GeneraScadenze();
+
+protected:
+    bool PrimaDiEliminare(long id) override;
+    void DopoEliminato(long id) override;
+    // A line or a charge saved or deleted: the totals, written through the grid's row.
+    void DopoRigheCambiate() override;
+
+private:
+    std::optional<Apertura> aperturaPer(ui::Elenco& elenco, Modalita modalita) override;
+
+    long tipo_;
+};

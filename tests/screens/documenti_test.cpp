@@ -1,0 +1,659 @@
+// The documents a user issues: the register of each kind opened from its menu, the header editor
+// with its ladder of checks and what choosing a customer pulls in, and the delete that takes a
+// document's rows along.
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <functional>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTableWidget>
+
+#include "core/archivio_sql.h"
+#include "core/diritti.h"
+#include "core/documenti.h"
+#include "core/impostazioni.h"
+#include "core/pannello.h"
+#include "sales/screens/frmDocumenti.h"
+#include "sales/screens/frmDocumentiCerca.h"
+#include "sales/screens/frmDocumentiEdita.h"
+#include "sales/screens/frmGeneraScadenze.h"
+#include "sales/screens/frmMovimentiEdita.h"
+#include "ui/Dettaglio.h"
+#include "ui/VBars.h"
+#include "store/clock.h"
+#include "store/convert.h"
+#include "store/format.h"
+#include "support/avvio_prova.h"
+#include "ui/VText.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraGrid.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+
+namespace {
+
+const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
+
+class Documenti : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
+        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
+        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (2,'Bonifico 30 gg',1)");
+        db->Execute("Insert Into Clienti (ID,DescCliente,CondizioniPagamento,Sconto1,Sconto2) "
+                    "VALUES (1,'Rossi Impianti Srl',2,5,3)");
+        db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
+        db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Verdi')");
+        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
+        db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
+                    "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
+        db->Execute("Insert Into Servizi (ID,DescServizio,CostoUnitario) VALUES (2,'Sopralluogo',30)");
+    }
+
+    double campoDocumento(long id, const char* campo) {
+        return store::CDbl(db->OpenRecordset("Select * from Documenti where ID=" + std::to_string(id))->get(campo));
+    }
+
+    long conta(const std::string& sql) {
+        auto rs = db->OpenRecordset(sql);
+        long n = 0;
+        for (; !rs->Eof(); rs->MoveNext()) ++n;
+        return n;
+    }
+
+    void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
+        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
+                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," +
+                    "#" + data + "#," + std::to_string(cliente) + ",False)");
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
+// The ladder of checks, each rung with its message, and what is written.
+TEST_F(Documenti, ControlliDellaTestata) {
+    documento(1, 1, "03/10/2026");   // 10 March
+    struct Caso {
+        const char* nome;
+        QString data;
+        long cliente;
+        QString numero;
+        int risposta;   // to the duplicate question, 0 when none is expected
+        std::vector<std::string> messaggi;
+        long scritti;   // documents after the confirm
+        long numeroScritto;
+    };
+    const Caso casi[] = {
+        {"senza data", "", 1, "5", 0, {"Inserire la data del documento!"}, 1, 0},
+        {"data non valida", "3x/03/2026", 1, "5", 0, {"La data non è valida!"}, 1, 0},
+        {"fuori esercizio", "15/01/2025", 1, "5", 0,
+         {"La data del documento non rientra nel periodo dell'esercizio corrente!"}, 1, 0},
+        {"senza cliente", "20/03/2026", 0, "5", 0, {"Selezionare il cliente o il fornitore!"}, 1, 0},
+        {"duplicato non sostituito", "20/03/2026", 1, "1", core::vbNo,
+         {"Il numero del documento è già presente. Assegnare il primo numero libero?"}, 1, 0},
+        // Renumbered to 2, which then must fit the dates: 2 dated before 1 does not.
+        {"duplicato sostituito fuori ordine", "01/03/2026", 1, "1", core::vbYes,
+         {"Il numero del documento è già presente. Assegnare il primo numero libero?",
+          "Il numero del documento non rispetta l'ordine cronologico delle date!"}, 1, 0},
+        {"duplicato sostituito", "20/03/2026", 1, "1", core::vbYes,
+         {"Il numero del documento è già presente. Assegnare il primo numero libero?"}, 2, 2},
+        {"fuori ordine", "01/03/2026", 1, "7", 0,
+         {"Il numero del documento non rispetta l'ordine cronologico delle date!"}, 1, 0},
+        {"valido", "20/03/2026", 1, "7", 0, {}, 2, 7},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Documenti where ID<>1");
+        p.script->dimentica();
+        if (c.risposta) p.script->rispondi(c.risposta);
+        frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+        e.Prepara({Modalita::Nuovo});
+        EXPECT_EQ(e.txtNum->text(), "2");
+        e.pkData->setTesto(c.data.toStdString());
+        if (c.cliente) e.cbClienti->setValore(store::Value::Long(c.cliente));
+        e.txtNum->setText(c.numero);
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Documenti"), c.scritti);
+        if (c.numeroScritto) {
+            auto rs = db->OpenRecordset("Select * from Documenti where ID<>1");
+            EXPECT_EQ(store::CLng(rs->get("Numero")), c.numeroScritto);
+            EXPECT_EQ(store::CLng(rs->get("Tipo")), 5);
+            EXPECT_EQ(store::CLng(rs->get("CondizioniPagamento")), 2);
+            EXPECT_FALSE(rs->get("ImportoTotale").isNull());   // the totals ran
+        }
+    }
+}
+
+// Choosing a customer brings its terms and its second discount; opening a document does not.
+TEST_F(Documenti, IlClienteSceltoPortaPagamentoESconto) {
+    frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+    e.Prepara({Modalita::Nuovo});
+    e.cbClienti->setValore(store::Value::Long(1));
+    EXPECT_EQ(store::CLng(e.cbPagamento->valore()), 2);
+    EXPECT_EQ(e.txtSconto1->text(), "3");
+    e.cbClienti->setValore(store::Value::Long(2));
+    EXPECT_TRUE(e.cbPagamento->valore().isNull() || store::CLng(e.cbPagamento->valore()) == 0);
+    EXPECT_EQ(e.txtSconto1->text(), "0");
+
+    // A document whose terms were changed by hand keeps them when it is opened again.
+    documento(1, 1, "03/10/2026");
+    db->Execute("Update Documenti set CondizioniPagamento=1, Sconto1=10 where ID=1");
+    frmDocumentiEdita m(nullptr, core::TipoFatturaEmessa);
+    m.Prepara({Modalita::Modifica, 1});
+    EXPECT_EQ(store::CLng(m.cbPagamento->valore()), 1);
+    EXPECT_EQ(m.txtSconto1->text(), "10");
+    EXPECT_EQ(m.windowTitle(), "Fatture - Modifica");
+
+    // The supplier editor pulls in nothing.
+    frmDocumentiFornitoriEdita f(nullptr, core::TipoNotaCreditoRicevuta);
+    f.Prepara({Modalita::Nuovo});
+    f.cbClienti->setValore(store::Value::Long(1));
+    EXPECT_TRUE(f.cbPagamento->valore().isNull() || store::CLng(f.cbPagamento->valore()) == 0);
+    EXPECT_EQ(f.windowTitle(), "Note di Credito Ricevute - Nuovo");
+}
+
+// A new customer from imgNew, through the screen registered under the customer editor's name.
+TEST_F(Documenti, NuovoClienteDalCombo) {
+    frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+    e.Prepara({Modalita::Nuovo});
+    // The real customer editor, opened by name from the sales area's registry of editors.
+    p.script->schermo("frmClientiEdita", [](QWidget* c) {
+        for (auto* box : c->findChildren<ui::VText*>())
+            if (box->dataField() == "DescCliente") box->setText("Zeta Spa");
+        clic(c, "btnConferma");
+        return true;
+    });
+    clic(&e, "imgNew");
+    const long nuovo = store::CLng(e.cbClienti->valore());
+    EXPECT_EQ(store::ConcatText(db->OpenRecordset("Select DescCliente from Clienti where ID=" + std::to_string(nuovo))
+                                    ->get("DescCliente")),
+              "Zeta Spa");
+    p.script->dimentica();
+    e.cbClienti->setValore(store::Value::Null());
+    clic(&e, "imgEdit");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Nessun elemento selezionato da modificare!"});
+}
+
+// Each menu opens the one register with its own kind; the quick entry opens the header editor.
+TEST_F(Documenti, MenuDeiDocumenti) {
+    documento(1, 1, "03/10/2026", 1, 5);
+    documento(2, 1, "03/10/2026", 1, 7);
+    documento(3, 2, "03/11/2026", 1, 5);
+    // Rows shown, with the caption of the one customer's group.
+    const std::pair<const char*, long> menu[] = {{"mFatture", 3}, {"mNoteDebito", 0}, {"mPreventivi", 2},
+                                                 {"mNoteCreditoRicevute", 0}};
+    for (const auto& [voce, righe] : menu) {
+        SCOPED_TRACE(voce);
+        const core::ComandoPannello* c = core::CercaComando(voce);
+        ASSERT_TRUE(c);
+        EXPECT_TRUE(core::ComandoDisponibile(*c));
+        core::ImpostaModoSchermo(c->schermo, c->modo);
+        frmDocumenti r;
+        EXPECT_EQ(r.Tipo(), c->modo);
+        EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=" + std::to_string(c->modo));
+        EXPECT_EQ(r.griglia()->righeMostrate(), righe);
+    }
+    EXPECT_TRUE(core::schermoRegistrato("frmDocumentiEdita"));
+}
+
+// The delete takes the lines, charges, instalments and payments along, then the journal rows of
+// those payments; another document's rows and the journal rows typed by hand stay.
+TEST_F(Documenti, EliminaACascata) {
+    documento(1, 1, "03/10/2026");
+    documento(2, 2, "03/11/2026");
+    for (long d : {1, 2}) {
+        const std::string s = std::to_string(d);
+        db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Iva) VALUES (" + s + "," + s + ",'Riga',1)");
+        db->Execute("Insert Into SpeseDocumenti (ID,Documento,DescSpesa,Iva) VALUES (" + s + "," + s + ",'Bolli',1)");
+        db->Execute("Insert Into Scadenze (ID,Documento,ImportoScadenza) VALUES (" + s + "," + s + ",10)");
+        db->Execute("Insert Into Pagamenti (ID,Documento,ImportoPagamento) VALUES (" + s + "," + s + ",10)");
+        db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (" + s + "," + s + ",10)");
+    }
+    db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (3,0,5)");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+
+    p.script->rispondiNo();
+    clic(&r, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Eliminare il documento numero 1 con tutte le righe, le spese, le scadenze e "
+                                       "i pagamenti collegati?"});
+    EXPECT_EQ(conta("Select * from Movimenti"), 2);
+    EXPECT_EQ(conta("Select * from Documenti"), 2);
+
+    p.script->rispondiSi();
+    clic(&r, "btnElimina");
+    for (const char* t : {"Movimenti", "SpeseDocumenti", "Scadenze", "Pagamenti"}) {
+        SCOPED_TRACE(t);
+        EXPECT_EQ(conta(std::string("Select * from ") + t + " where Documento=1"), 0);
+        EXPECT_EQ(conta(std::string("Select * from ") + t + " where Documento=2"), 1);
+    }
+    EXPECT_EQ(conta("Select * from Documenti"), 1);
+    EXPECT_EQ(conta("Select * from PrimaNota"), 2);
+    EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=1"), 0);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 2);   // the customer's caption and the other document
+}
+
+// Changing a document with payments asks first; No opens nothing. Without the right, nothing.
+TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
+    documento(1, 1, "03/10/2026");
+    db->Execute("Insert Into Pagamenti (ID,Documento,ImportoPagamento) VALUES (1,1,10)");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    p.script->rispondiNo();
+    clic(&r, "btnModifica");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Il documento ha dei pagamenti registrati. Continuare comunque?"});
+    EXPECT_TRUE(p.script->schermiMostrati().empty());
+
+    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
+    for (const char* b : {"btnNuovo", "btnModifica", "btnElimina"}) {
+        SCOPED_TRACE(b);
+        p.script->dimentica();
+        clic(&r, b);
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
+        EXPECT_EQ(conta("Select * from Documenti"), 1);
+    }
+}
+
+// The commands of instalments and payments, each with its own right; payments say they come later.
+TEST_F(Documenti, ComandiDiScadenzeEPagamenti) {
+    documento(1, 1, "03/10/2026");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    const std::tuple<const char*, int, std::vector<std::string>> casi[] = {
+        {"btnGeneraScadenze", core::ScadenzeModificare, {kNegato}},
+        {"btnIncassa", 10, {kNegato}},
+        {"btnIncassa", 0, {"La registrazione dei pagamenti non è ancora disponibile."}},
+    };
+    for (const auto& [comando, negato, messaggi] : casi) {
+        SCOPED_TRACE(comando);
+        core::session().Privilegi = std::string(14, '1');
+        if (negato) core::session().Privilegi[static_cast<size_t>(negato - 1)] = '0';
+        p.script->dimentica();
+        clic(&r, comando);
+        EXPECT_EQ(testiMostrati(*p.script), messaggi);
+        EXPECT_TRUE(p.script->schermiMostrati().empty());
+    }
+    EXPECT_EQ(conta("Select * from Scadenze"), 0);
+
+    // A quote has no instalments and no payments.
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
+    frmDocumenti q;
+    EXPECT_EQ(q.sTab->count(), 3);
+    EXPECT_FALSE(q.findChild<QPushButton*>("btnIncassa"));
+}
+
+// The list grouped by customer until chkRaggruppa is cleared; the totals bar follows the row.
+TEST_F(Documenti, RaggruppamentoETotali) {
+    documento(1, 1, "03/10/2026", 1);
+    documento(2, 2, "03/11/2026", 2);
+    documento(3, 3, "03/12/2026", 1);
+    db->Execute("Update Documenti set ImportoTotale=1234.5, TotIva=222.6 where ID=3");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    EXPECT_TRUE(r.chkRaggruppa->isChecked());
+    EXPECT_EQ(r.griglia()->righeMostrate(), 5);
+    r.chkRaggruppa->setChecked(false);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 3);
+    ASSERT_TRUE(r.griglia()->vaiAId(3));
+    EXPECT_EQ(r.BarTotali->testo("ImportoTotale"), "1.234,50");
+    EXPECT_EQ(r.BarTotali->testo("TotIva"), "222,60");
+
+    // A search, then the whole kind again.
+    figlio<QLineEdit>(&r, "txtCerca")->setText("Bianchi");
+    clic(&r, "btnCerca");
+    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
+    clic(&r, "btnSelezionaTutto");
+    EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=5");
+    EXPECT_EQ(r.griglia()->righeMostrate(), 3);
+}
+
+// A quote becomes the next fattura of the sequence with no prefix, dated today, and leaves the list.
+TEST_F(Documenti, ConversioneDiUnPreventivo) {
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
+    {
+        frmDocumenti vuoto;
+        p.script->dimentica();
+        clic(&vuoto, "btnConverti");
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Selezionara un preventivo!"});
+    }
+    documento(1, 4, "03/10/2026", 1, 5);
+    documento(2, 7, "03/11/2026", 1, 7);
+    db->Execute("Update Documenti set Prefisso='A', ImportoTotale=50 where ID=2");
+    frmDocumenti r;
+    ASSERT_TRUE(r.griglia()->vaiAId(2));
+    p.script->dimentica();
+    clic(&r, "btnConverti");
+    const std::string oggi = store::DateText(store::Oggi());
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Generata la fattura n.5 del " + oggi});
+    auto rs = db->OpenRecordset("Select * from Documenti where ID=2");
+    EXPECT_EQ(store::CLng(rs->get("Tipo")), 5);
+    EXPECT_EQ(store::CLng(rs->get("Numero")), 5);
+    EXPECT_EQ(store::ConcatText(rs->get("Prefisso")), "A");
+    EXPECT_EQ(store::DateText(store::CDbl(rs->get("Data"))), oggi);
+    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("ImportoTotale")), 50);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 0);
+}
+
+// The search dialog: a ticked date box needs a date; its statement becomes the list's source and
+// its criteria the register's; Command2 changes nothing.
+TEST_F(Documenti, RicercaDeiDocumenti) {
+    documento(1, 1, "03/10/2026", 1);
+    documento(2, 2, "03/11/2026", 2);
+    db->Execute("Update Documenti set Pagato=True where ID=2");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    r.chkRaggruppa->setChecked(false);
+    struct Caso {
+        const char* nome;
+        std::function<void(frmDocumentiCerca*)> compila;
+        const char* comando;
+        std::vector<std::string> messaggi;
+        std::string sorgente;
+        long righe;
+    };
+    const std::string tutte = "Select * from qrDocumenti where Tipo=5";
+    const Caso casi[] = {
+        {"data mancante", [](frmDocumentiCerca* c) { c->chkDataDal->setChecked(true); }, "Command1",
+         {"Inserire la data!"}, tutte, 2},
+        {"annullata", [](frmDocumentiCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command2", {}, tutte, 2},
+        {"pagate", [](frmDocumentiCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command1", {},
+         "Select * from qrDocumenti  where Pagato=True and Tipo=5", 1},
+        {"dal 5 marzo", [](frmDocumentiCerca* c) {
+             c->OpPagate->setCurrentIndex(2);
+             c->chkDataDal->setChecked(true);
+             c->pkDataDal->setTesto("05/03/2026");
+         }, "Command1", {}, "Select * from qrDocumenti  where DateValue(Data)>=DateValue('05/03/2026') and Tipo=5", 2},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        const std::string comando = c.comando;
+        p.script->schermo("frmDocumentiCerca", [&c, comando](QWidget* w) {
+            auto* cerca = static_cast<frmDocumentiCerca*>(w);
+            c.compila(cerca);
+            clic(cerca, comando.c_str());
+            if (comando == "Command1" && cerca->isVisible()) clic(cerca, "Command2");
+            return true;
+        });
+        clic(&r, "btnRicerca");
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(r.griglia()->sorgente(), c.sorgente);
+        EXPECT_EQ(r.griglia()->righeMostrate(), c.righe);
+    }
+    EXPECT_TRUE(r.Criteri.dataDal);
+}
+
+// The typical fattura: from the menu, a new document numbered by its sequence, written with its
+// totals and shown current.
+TEST_F(Documenti, FatturaTipica) {
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoFatturaEmessa);
+    frmDocumenti r;
+    p.script->schermo("frmDocumentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmDocumentiEdita*>(w);
+        EXPECT_EQ(e->txtNum->text(), "1");
+        EXPECT_EQ(e->windowTitle(), "Fatture - Nuovo");
+        e->pkData->setTesto("20/03/2026");
+        e->cbClienti->setValore(store::Value::Long(1));
+        e->txtSconto2->setText("10");
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovo");
+    ASSERT_EQ(conta("Select * from Documenti where Tipo=5 and Numero=1 and Cliente=1 and Sconto1=3 and Sconto2=10"), 1);
+    EXPECT_EQ(r.griglia()->righeMostrate(), 2);   // grouped under its customer
+    EXPECT_EQ(r.griglia()->idCorrente(), 1);
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 0);
+
+    // Its lines: a service picked brings price, VAT and the customer's discount; the document's
+    // own discounts (3 and 10) apply on top when the totals are made.
+    r.show();
+    p.script->schermo("frmMovimentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmMovimentiEdita*>(w);
+        e->txtQuantita->setText("1");
+        e->cbServizi->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovoMov");
+    // 80 less 5% less 2% = 74.48; less 3% and 10% = 65.02 net, 10% VAT 6.50.
+    EXPECT_EQ(conta("Select * from Movimenti where Documento=1 and Importo=74.48 and Iva=2"), 1);
+    EXPECT_NEAR(store::CDbl(r.griglia()->valore("ImportoTotale")), 71.52, 0.005);
+
+    // Its instalments: the customer's term in one instalment at 30 days; what is written is what
+    // the preview showed.
+    db->Execute("Update CondizioniPagamento set Rata1=30 where ID=2");
+    std::vector<std::string> anteprima;
+    p.script->schermo("frmGeneraScadenze", [&anteprima](QWidget* w) {
+        auto* g = static_cast<frmGeneraScadenze*>(w);
+        for (int i = 0; i < g->Grid->rowCount(); ++i)
+            anteprima.push_back(g->Grid->item(i, 1)->text().toStdString() + " " + g->Grid->item(i, 4)->text().toStdString());
+        clic(g, "btnConferma");
+        return true;
+    });
+    p.script->dimentica();
+    clic(&r, "btnGeneraScadenze");
+    EXPECT_EQ(anteprima, std::vector<std::string>{"20/04/2026 71,52"});
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Le scadenze sono state generate."});
+    auto sc = db->OpenRecordset("Select * from Scadenze where Documento=1");
+    ASSERT_FALSE(sc->Eof());
+    EXPECT_EQ(store::DateText(store::CDbl(sc->get("DataScadenza"))), "20/04/2026");
+    EXPECT_NEAR(store::CDbl(sc->get("ImportoScadenza")), 71.52, 0.005);
+    EXPECT_EQ(store::CLng(sc->get("Cliente")), 1);
+    r.sTab->setCurrentIndex(3);
+    EXPECT_EQ(r.Scadenze->griglia()->righeMostrate(), 1);
+}
+
+// The plan of a document's instalments: preview and writing agree, the rounding goes to the last.
+TEST_F(Documenti, GeneraScadenze) {
+    struct Caso {
+        int rate;
+        bool fineMese;
+        std::vector<std::string> attese;   // due date and amount of each instalment
+    };
+    const Caso casi[] = {
+        // From Saturday 31 January: 2 March, 1 April, and 1 May a holiday moved to the 2nd.
+        {3, false, {"02/03/2026 33,33", "01/04/2026 33,33", "02/05/2026 33,34"}},
+        {2, true, {"31/03/2026 50,00", "30/04/2026 50,00"}},
+        {0, false, {"31/01/2026 100,00"}},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.rate);
+        db->Execute("Delete from Scadenze");
+        db->Execute("Delete from Documenti");
+        db->Execute("Delete from CondizioniPagamento where ID=9");
+        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate,Rata1,Rata2,Rata3,FineMese) VALUES (9,'Rate'," +
+                    std::to_string(c.rate) + ",30,60,90," + (c.fineMese ? "True" : "False") + ")");
+        db->Execute(std::string("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,CondizioniPagamento,ImportoTotale) ") +
+                    "VALUES (1,5,1,#01/31/2026#,1,9,100)");
+        frmGeneraScadenze g;
+        g.Carica(1);
+        std::vector<std::string> anteprima;
+        for (int i = 0; i < g.Grid->rowCount(); ++i)
+            anteprima.push_back(g.Grid->item(i, 1)->text().toStdString() + " " + g.Grid->item(i, 4)->text().toStdString());
+        EXPECT_EQ(anteprima, c.attese);
+        clic(&g, "btnConferma");
+        std::vector<std::string> scritte;
+        for (auto rs = db->OpenRecordset("Select * from Scadenze order by Rata"); !rs->Eof(); rs->MoveNext())
+            scritte.push_back(store::DateText(store::CDbl(rs->get("DataScadenza"))) + " " +
+                              store::Format(rs->get("ImportoScadenza"), "#,0.00"));
+        EXPECT_EQ(scritte, c.attese);
+    }
+}
+
+// The amount of a line follows quantity, price and its two discounts as they are typed.
+TEST_F(Documenti, ImportoDellaRiga) {
+    struct Caso {
+        const char *quantita, *prezzo, *sc1, *sc2, *importo;
+    };
+    const Caso casi[] = {
+        {"2", "10,00", "10", "10", "16,20"},
+        {"1", "0,125", "0", "0", "0,12"},     // an exact half goes to the even cent
+        {"0", "10", "50", "0", "0,00"},
+        {"2", "abc", "0", "0", "0,00"},       // no number, nothing changes
+        {"1", "-5", "0", "0", "-5,00"},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.prezzo);
+        frmMovimentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+        e.txtSc1->setText(c.sc1);
+        e.txtSc2->setText(c.sc2);
+        e.txtQuantita->setText(c.quantita);
+        e.txtPrezzo->setText(c.prezzo);
+        EXPECT_EQ(e.txtImporto->text().toStdString(), c.importo);
+    }
+}
+
+// Picking a service fills the line: its text, price, second discount and VAT, and the customer's
+// first discount; a supplier's document gives no customer discount.
+TEST_F(Documenti, IlServizioRiempieLaRiga) {
+    documento(1, 1, "03/10/2026", 1, 5);
+    db->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Fornitore) VALUES (2,9,1,#03/10/2026#,1)");
+    const std::pair<long, const char*> casi[] = {{1, "5"}, {2, "0"}};
+    for (const auto& [doc, sc1] : casi) {
+        SCOPED_TRACE(doc);
+        frmMovimentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", doc});
+        e.txtQuantita->setText("2");
+        e.cbServizi->setValore(store::Value::Long(1));
+        EXPECT_EQ(e.txtDesc->text(), "Manutenzione caldaia");
+        EXPECT_EQ(e.txtSc1->text().toStdString(), sc1);
+        EXPECT_EQ(e.txtSc2->text(), "2");
+        EXPECT_EQ(e.txtPrezzo->text(), "80,000");
+        EXPECT_EQ(store::CLng(e.cbIva->valore()), 2);
+    }
+    // A service without VAT code leaves the choice to the user.
+    frmMovimentiEdita e;
+    e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+    e.cbServizi->setValore(store::Value::Long(2));
+    EXPECT_TRUE(e.cbIva->valore().isNull() || store::CLng(e.cbIva->valore()) == 0);
+}
+
+// The checks of a line and of a charge, and what each confirm writes.
+TEST_F(Documenti, ControlliDiRigheESpese) {
+    documento(1, 1, "03/10/2026");
+    struct Caso {
+        const char* nome;
+        const char* quantita;
+        long iva;
+        std::vector<std::string> messaggi;
+        long righe;
+    };
+    const Caso casi[] = {
+        {"quantità zero", "0", 1, {"La quantità è uguale a zero!"}, 0},
+        {"senza iva", "1", 0, {"Inserire il codice iva !"}, 0},
+        {"quantità 0,00", "0,00", 1, {}, 1},
+        {"valida", "2", 1, {}, 1},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Movimenti");
+        p.script->dimentica();
+        frmMovimentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+        e.txtDesc->setText("Consulenza");
+        e.txtQuantita->setText(c.quantita);
+        e.txtPrezzo->setText("50");
+        if (c.iva) e.cbIva->setValore(store::Value::Long(c.iva));
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Movimenti where Documento=1"), c.righe);
+    }
+    // Opened alone, the line brings the totals up to date itself: 2 x 50 plus 22%.
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
+
+    const std::tuple<const char*, long, std::vector<std::string>, long> spese[] = {
+        {"  ", 1, {"Inserire la descrizione!"}, 0},
+        {"Trasporto", 0, {"Selezionare il codice IVA!"}, 0},
+        {"Trasporto", 1, {}, 1},
+    };
+    for (const auto& [desc, iva, messaggi, righe] : spese) {
+        SCOPED_TRACE(desc);
+        p.script->dimentica();
+        frmSpeseDocumentiEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+        e.VText1->setText(desc);
+        e.VText2->setText("10");
+        if (iva) e.cbIva->setValore(store::Value::Long(iva));
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), messaggi);
+        EXPECT_EQ(conta("Select * from SpeseDocumenti where Documento=1"), righe);
+    }
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "TotSpese"), 12.2);
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 134.2);
+}
+
+// The tabs of the register follow its row; each line or charge saved or deleted there changes the
+// document's row on screen at once.
+TEST_F(Documenti, RigheESpeseNelRegistro) {
+    documento(1, 1, "03/10/2026");
+    documento(2, 2, "03/11/2026");
+    db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) "
+                "VALUES (1,2,'Vecchia',1,10,10,1)");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    r.show();
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 0);
+
+    p.script->schermo("frmMovimentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmMovimentiEdita*>(w);
+        e->txtDesc->setText("Consulenza");
+        e->txtQuantita->setText("2");
+        e->txtPrezzo->setText("50");
+        e->cbIva->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovoMov");
+    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 1);
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 122);
+    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
+
+    r.sTab->setCurrentIndex(1);
+    p.script->schermo("frmSpeseDocumentiEdita", [](QWidget* w) {
+        auto* e = static_cast<frmSpeseDocumentiEdita*>(w);
+        e->VText1->setText("Trasporto");
+        e->VText2->setText("10");
+        e->cbIva->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnNuovaSpesa");
+    EXPECT_EQ(r.Spese->griglia()->righeMostrate(), 1);
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 134.2);
+
+    p.script->dimentica();
+    p.script->rispondiSi();
+    clic(&r, "btnEliminaSpesa");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la spesa 'Trasporto' ?"});
+    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 122);
+
+    // Another row shows its own lines.
+    r.sTab->setCurrentIndex(0);
+    ASSERT_TRUE(r.griglia()->vaiAId(2));
+    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 1);
+    EXPECT_EQ(store::ConcatText(r.Movimenti->griglia()->valore("DescMovimento")), "Vecchia");
+
+    // Without the right to change documents, the lines refuse.
+    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
+    for (const char* b : {"btnNuovoMov", "btnModificaMov", "btnEliminaMov"}) {
+        SCOPED_TRACE(b);
+        p.script->dimentica();
+        clic(&r, b);
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
+    }
+    EXPECT_EQ(conta("Select * from Movimenti"), 2);
+}
+
+}  // namespace
