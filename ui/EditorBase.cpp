@@ -215,12 +215,6 @@ long EditorBase::Salva() {
 }
 
 QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, FabbricaEditor editor) {
-    return conImmagini(combo, ApriCollegato([this, editor](Modalita modalita, long id) {
-                           return editor(this)->Edita({modalita, id});
-                       }));
-}
-
-QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, ApriCollegato editor) {
     auto* riga = new QWidget(this);
     auto* l = new QHBoxLayout(riga);
     l->setContentsMargins(0, 0, 0, 0);
@@ -237,7 +231,7 @@ QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, ApriCollegato editor) {
     l->addWidget(imgEdit);
     auto apri = [this, combo, editor](Modalita modalita) {
         ui::protetto([&] {
-            std::optional<long> salvato = editor(modalita, idDi(combo->valore()));
+            std::optional<long> salvato = editor(this)->Edita({modalita, idDi(combo->valore())});
             combo->Aggiorna();
             if (salvato) combo->setValore(store::Value::Long(static_cast<std::int32_t>(*salvato)));
         });

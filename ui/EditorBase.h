@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "core/campi.h"
+#include "core/registro_schermi.h"
 #include "store/dao.h"
 
 class QFormLayout;
@@ -51,9 +52,6 @@ FabbricaEditor FabbricaEditorDi(const std::string& nome);
 class EditorBase : public QDialog {
     Q_OBJECT
 public:
-    // Opens the editor of a linked table for a new record or for id; answers the id saved.
-    using ApriCollegato = std::function<std::optional<long>(Modalita modalita, long id)>;
-
     // Prepares, shows modally over the caller, and returns the id saved; nothing when cancelled.
     std::optional<long> Edita(const Apertura& apertura);
     // The two halves of Edita, for a caller that drives the shown screen itself.
@@ -82,11 +80,9 @@ protected:
     void aggiungiCampo(const QString& etichetta, QWidget* controllo);
     // A control bound to a field of the entity's table (its DataField), captioned as the table says.
     void aggiungiCampo(const core::Campo& campo, QWidget* controllo);
-    // A combo of a linked table with imgNew and imgEdit beside it, opening that table's editor.
+    // A combo of a linked table with imgNew and imgEdit beside it, opening that table's editor (of
+    // another area: FabbricaEditorDi its name).
     QWidget* conImmagini(ui::VetraCombo* combo, FabbricaEditor editor);
-    // The same pair for a linked table whose editor is known only by its name in the registry (it
-    // belongs to another area): apri opens it on the combo's value and answers the id saved.
-    QWidget* conImmagini(ui::VetraCombo* combo, ApriCollegato apri);
 
     // A list of the record's lines with its own commands; the screen places it. A new record is
     // saved (checks first) before its first line, so that the line has a master to belong to.
@@ -140,4 +136,12 @@ template <class Editor>
 std::optional<long> NuovoRecord() {
     Editor e;
     return e.Edita({Modalita::Nuovo});
+}
+
+// Puts an editor in both registries under its name: its factory, for the linked combos of other
+// areas, and a new record opened on its own, for the panel's quick list.
+template <class Editor>
+void RegistraEditore() {
+    registraFabbricaEditor(Editor::Nome, [](QWidget* parent) { return std::make_unique<Editor>(parent); });
+    core::registraEditor(Editor::Nome, NuovoRecord<Editor>);
 }

@@ -40,9 +40,9 @@ void RegistraSchermiProgramma() {
         return true;
     });
     RegistraRegistro<frmAziende>();
-    core::registraEditor(frmAziendeEdita::Nome, NuovoRecord<frmAziendeEdita>);
+    RegistraEditore<frmAziendeEdita>();
     RegistraRegistro<frmUtenti>();
-    core::registraEditor(frmUtentiEdita::Nome, NuovoRecord<frmUtentiEdita>);
+    RegistraEditore<frmUtentiEdita>();
     core::installaChiusuraSchermo(ChiudiSchermoAperto);
     core::installaFineCaricamento([] {
         if (frmMain* p = frmMain::istanza()) p->FineCaricamento();

@@ -5,7 +5,5 @@
 
 void RegistraSchermiPagamenti() {
     RegistraRegistro<frmCondizioniPagamento>();
-    core::registraEditor(frmCondizioniPagamentoEdita::Nome, NuovoRecord<frmCondizioniPagamentoEdita>);
-    registraFabbricaEditor(frmCondizioniPagamentoEdita::Nome,
-                           [](QWidget* p) { return std::make_unique<frmCondizioniPagamentoEdita>(p); });
+    RegistraEditore<frmCondizioniPagamentoEdita>();
 }

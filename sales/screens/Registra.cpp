@@ -11,14 +11,12 @@
 
 void RegistraSchermiVendite() {
     RegistraRegistro<frmClienti>();
-    core::registraEditor(frmClientiEdita::Nome, NuovoRecord<frmClientiEdita>);
-    registraFabbricaEditor(frmClientiEdita::Nome, [](QWidget* p) { return std::make_unique<frmClientiEdita>(p); });
+    RegistraEditore<frmClientiEdita>();
     RegistraRegistro<frmServizi>();
-    core::registraEditor(frmServiziEdita::Nome, NuovoRecord<frmServiziEdita>);
-    registraFabbricaEditor(frmServiziEdita::Nome, [](QWidget* p) { return std::make_unique<frmServiziEdita>(p); });
+    RegistraEditore<frmServiziEdita>();
     RegistraRegistro<frmDocumenti>();
-    core::registraEditor(frmDocumentiEdita::Nome, NuovoRecord<frmDocumentiEdita>);
-    core::registraEditor(frmDocumentiFornitoriEdita::Nome, NuovoRecord<frmDocumentiFornitoriEdita>);
+    RegistraEditore<frmDocumentiEdita>();
+    RegistraEditore<frmDocumentiFornitoriEdita>();
     core::registraEditor(frmMovimentiEdita::Nome, NuovaRigaDocumento);
     core::registraEditor(frmSpeseDocumentiEdita::Nome, NuovaSpesaDocumento);
 }

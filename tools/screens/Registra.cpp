@@ -7,11 +7,10 @@
 
 void RegistraSchermiStrumenti() {
     RegistraRegistro<frmCodiciIva>();
-    core::registraEditor(frmCodiciIvaEdita::Nome, NuovoRecord<frmCodiciIvaEdita>);
-    registraFabbricaEditor(frmCodiciIvaEdita::Nome, [](QWidget* p) { return std::make_unique<frmCodiciIvaEdita>(p); });
+    RegistraEditore<frmCodiciIvaEdita>();
     RegistraRegistro<frmTipiSpesa>();
-    core::registraEditor(frmTipiSpesaEdita::Nome, NuovoRecord<frmTipiSpesaEdita>);
+    RegistraEditore<frmTipiSpesaEdita>();
     RegistraRegistro<frmClassificazioniSpese>();
-    core::registraEditor(frmClassificazioniSpeseEdita::Nome, NuovoRecord<frmClassificazioniSpeseEdita>);
+    RegistraEditore<frmClassificazioniSpeseEdita>();
     core::registraSchermo(frmAggiorna::Nome, MostraAggiorna);
 }
