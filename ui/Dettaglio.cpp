@@ -67,8 +67,12 @@ void Dettaglio::leggi() {
 std::optional<Apertura> Dettaglio::aperturaPer(Elenco&, Modalita modalita) {
     std::optional<long> padre = padre_(modalita == Modalita::Nuovo);
     if (!padre || *padre == 0) return std::nullopt;
-    Apertura a{modalita, 0, griglia_, def_.campoPadre, *padre};
-    return a;
+    if (def_.primaDelComando && !def_.primaDelComando(*padre)) return std::nullopt;
+    return Apertura{modalita, 0, griglia_, def_.campoPadre, *padre};
+}
+
+bool Dettaglio::primaDiEliminare(Elenco&, long) {
+    return !def_.primaDelComando || def_.primaDelComando(idPadre_);
 }
 
 }  // namespace ui

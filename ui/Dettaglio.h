@@ -28,6 +28,9 @@ struct DefinizioneDettaglio : DefinizioneElenco {
     const char* nomeNuovo = "btnNuovoDettaglio";
     const char* nomeModifica = "btnModificaDettaglio";
     const char* nomeElimina = "btnEliminaDettaglio";
+    // Asked before a line is added, changed or deleted, once the right is granted: false ends the
+    // command (a settled master whose lines the user would rather leave alone).
+    std::function<bool(long idPadre)> primaDelComando;
 };
 
 class Dettaglio : public QWidget, private OspiteElenco {
@@ -57,6 +60,7 @@ protected:
 private:
     void leggi();
     std::optional<Apertura> aperturaPer(Elenco&, Modalita modalita) override;
+    bool primaDiEliminare(Elenco&, long) override;
     void dopoEliminato(Elenco&, long) override { dopoCambio_(); }
     void dopoSalvato(Elenco&, long) override { dopoCambio_(); }
 

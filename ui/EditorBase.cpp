@@ -15,6 +15,7 @@
 #include "core/varie.h"
 #include "store/errors.h"
 #include "store/convert.h"
+#include "ui/Acceleratori.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Legami.h"
@@ -162,6 +163,7 @@ void EditorBase::caricaDettagli() {
 
 std::optional<long> EditorBase::Mostra() {
     // Only btnConferma confirms: a script that drives the screen reports through it too.
+    ui::assegnaAcceleratori(this);
     ui::eseguiModale(this, [this] { return exec() == QDialog::Accepted; });
     return salvato_;
 }

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -13,6 +14,7 @@
 #include "core/impostazioni.h"
 #include "core/registro_schermi.h"
 #include "core/varie.h"
+#include "ui/Acceleratori.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
@@ -68,10 +70,9 @@ RegistroBase::RegistroBase(const char* nome, QWidget* parent)
     connect(Grid, &ui::VetraGrid::modificaRichiesta, this, &RegistroBase::Modifica);
     connect(Grid, &ui::VetraGrid::eliminaRichiesta, this, &RegistroBase::Elimina);
     connect(Grid, &ui::VetraGrid::rigaCambiata, this, &RegistroBase::rigaCambiata);
-    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] {
-        txtCerca->setFocus();
-        txtCerca->selectAll();
-    });
+    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] { ui::protetto([this] { Ricerca(); }); });
+    Grid->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(Grid, &QWidget::customContextMenuRequested, this, &RegistroBase::menuComandi);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
@@ -164,6 +165,35 @@ void RegistroBase::rigaCambiata() {
     const long id = Grid->haRigaCorrente() ? Grid->idCorrente() : 0;
     for (ui::Dettaglio* d : dettagli_) ui::protetto([&] { d->Carica(id); });
     ui::protetto([this] { DopoCambioRiga(); });
+}
+
+void RegistroBase::Ricerca() {
+    txtCerca->setFocus();
+    txtCerca->selectAll();
+}
+
+void RegistroBase::showEvent(QShowEvent* e) {
+    QWidget::showEvent(e);
+    if (acceleratori_) return;
+    acceleratori_ = true;
+    ui::assegnaAcceleratori(this);
+}
+
+void RegistroBase::menuComandi(const QPoint& dove) {
+    QMenu menu(this);
+    riempiMenuComandi(menu);
+    menu.exec(Grid->viewport()->mapToGlobal(dove));
+}
+
+void RegistroBase::riempiMenuComandi(QMenu& menu) {
+    for (int i = 0; i < comandi_->count(); ++i) {
+        auto* b = qobject_cast<QPushButton*>(comandi_->itemAt(i)->widget());
+        if (!b || b == btnChiudi || b->isHidden()) continue;
+        auto voce = def_.vociMenu.find(b->objectName().toStdString());
+        QString testo = voce != def_.vociMenu.end() ? Q(core::Didascalia(voce->second)) : b->text();
+        QAction* a = menu.addAction(testo.remove('&'), b, &QPushButton::click);
+        a->setEnabled(b->isEnabled());
+    }
 }
 
 std::optional<Apertura> RegistroBase::aperturaPer(ui::Elenco&, Modalita modalita) {

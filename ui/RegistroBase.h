@@ -19,6 +19,7 @@
 class QComboBox;
 class QHBoxLayout;
 class QLineEdit;
+class QMenu;
 class QPushButton;
 
 namespace ui {
@@ -33,6 +34,8 @@ public:
     struct Definizione : ui::DefinizioneElenco {
         std::string titolo;                 // the screen's caption, a language key or a fixed text
         std::vector<std::string> ricerca;   // fields offered by cbCerca, from the field table
+        // Captions of the list's popup menu by command name, where they differ from the button's.
+        std::map<std::string, std::string> vociMenu;
     };
 
     const Definizione& definizione() const { return def_; }
@@ -51,6 +54,8 @@ public:
     void Elimina() { elenco_.Elimina(); }
     // Reads the rows again with the current search.
     void Aggiorna();
+    // The list's popup menu: the commands below it, in their order, as far as they are shown.
+    void riempiMenuComandi(QMenu& menu);
 
 protected:
     RegistroBase(const char* nome, QWidget* parent = nullptr);
@@ -75,6 +80,10 @@ protected:
     virtual void DopoCambioRiga() {}
     // After a line of a detail list was saved or deleted.
     virtual void DopoRigheCambiate() {}
+    // F3: the search. Here the search box takes the focus; a register with a search screen opens it.
+    virtual void Ricerca();
+
+    void showEvent(QShowEvent* e) override;
 
     ui::VetraGrid* Grid;
     ui::VBars* VisCampi = nullptr;
@@ -93,12 +102,14 @@ private:
     void dopoSalvato(ui::Elenco&, long id) override { DopoSalvato(id); }
     void costruisciVista();
     void rigaCambiata();
+    void menuComandi(const QPoint& dove);
 
     Definizione def_;
     ui::Elenco elenco_;
     std::string sorgenteCorrente_;
     std::vector<ui::Dettaglio*> dettagli_;
     int dirittoPannello_ = 0;
+    bool acceleratori_ = false;
     QHBoxLayout* centro_;
     QHBoxLayout* comandi_;
 };

@@ -2,6 +2,10 @@
 
 #include <QCheckBox>
 #include <QColor>
+#include <QFormLayout>
+#include <QFrame>
+#include <QLabel>
+#include <QPlainTextEdit>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QTabWidget>
@@ -16,12 +20,14 @@
 #include "payments/saldo.h"
 #include "sales/documenti.h"
 #include "sales/numerazione.h"
+#include "sales/stampa_documenti.h"
 #include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
+#include "ui/Stile.h"
 #include "ui/Dialoghi.h"
 #include "ui/VBars.h"
 #include "store/clock.h"
@@ -29,6 +35,37 @@
 #include "ui/VetraGrid.h"
 
 namespace {
+
+// A settled or partly paid document is changed only when the user says so.
+bool confermaModificaDocumento(long id) {
+    const std::string motivo = payments::MotivoBloccoDocumento(id);
+    return motivo.empty() ||
+           core::MsgBox(motivo + core::Testo("s265"), core::vbYesNo | core::vbQuestion) == core::vbYes;
+}
+
+// A label that shows a field of the current row.
+QLabel* valore(QWidget* parent, const char* nome, const char* campo, const char* maschera = "") {
+    auto* l = new QLabel(parent);
+    l->setObjectName(nome);
+    l->setProperty("DataField", campo);
+    l->setProperty("Maschera", maschera);
+    l->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return l;
+}
+
+QHBoxLayout* riga(std::initializer_list<QWidget*> w) {
+    auto* r = new QHBoxLayout;
+    r->setSpacing(ui::Spaziatura);
+    for (QWidget* x : w) r->addWidget(x);
+    r->addStretch(1);
+    return r;
+}
+
+QLabel* didascalia(QWidget* parent, const std::string& chiave) {
+    auto* l = new QLabel(QString::fromStdString(core::Didascalia(chiave)), parent);
+    l->setStyleSheet("color: palette(mid)");
+    return l;
+}
 
 long tipoDelRegistro(long tipo) {
     if (tipo != 0) return tipo;
@@ -62,6 +99,7 @@ ui::DefinizioneDettaglio righe(const Righe& r) {
     d.nomeNuovo = r.comandi[0];
     d.nomeModifica = r.comandi[1];
     d.nomeElimina = r.comandi[2];
+    d.primaDelComando = confermaModificaDocumento;
     return d;
 }
 
@@ -100,7 +138,7 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     Spese = aggiungiDettaglio(spese);
     sTab = new QTabWidget(this);
     sTab->setObjectName("sTab");
-    sTab->addTab(Movimenti, "&Righe");
+    sTab->addTab(paginaRighe(), "&Righe");
     sTab->addTab(Spese, "&Spese");
 
     ui::DefinizioneDettaglio iva;
@@ -137,15 +175,13 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
                                                       core::vbInformation);
                                      });
     }
-    // The counterparty beside the list; below it the tabs, with the totals and the grouping beside them.
+    // Who the document is for beside the list; below it the header, the tabs, the totals and the grouping.
     ui::VBars* cliente = aggiungiPannello();
-    const int gruppo = cliente->aggiungiGruppo(clienti ? "Cliente" : "Fornitore");
+    const int gruppo = cliente->aggiungiGruppo("Cliente");
     cliente->aggiungiCampo(gruppo, clienti ? "Denominazione" : "DescFornitore", core::Didascalia("s101"));
-    const std::pair<const char*, const char*> anagrafica[] = {{"Indirizzo", "s102"}, {"Cap", "s103"},
-                                                              {"Citta", "s104"},     {"Provincia", "s105"},
-                                                              {"Telefono", "s200"},  {"Fax", "s108"},
-                                                              {"DescPagamento", "s46"}};
-    for (const auto& [campo, chiave] : anagrafica) cliente->aggiungiCampo(gruppo, campo, core::Didascalia(chiave));
+    cliente->aggiungiCampo(gruppo, "PartitaIva", core::Didascalia("s106"));
+    cliente->aggiungiCampo(gruppo, "CodiceFiscale", core::Didascalia("s147"));
+    fmTestata = testata();
     BarTotali = new ui::VBars(this);
     BarTotali->setObjectName("BarTotali");
     const int totali = BarTotali->aggiungiGruppo("Totali");
@@ -158,13 +194,22 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     lato->addWidget(chkRaggruppa);
     lato->addWidget(BarTotali);
     lato->addStretch(1);
+    auto* schede = new QVBoxLayout;
+    schede->setSpacing(ui::Spaziatura);
+    schede->addWidget(fmTestata);
+    schede->addWidget(sTab, 1);
     auto* sotto = new QHBoxLayout;
-    sotto->addWidget(sTab, 1);
+    sotto->addLayout(schede, 1);
     sotto->addLayout(lato);
     static_cast<QVBoxLayout*>(layout())->insertLayout(2, sotto, 1);
-    aggiungiComando("btnRicerca", "&Ricerca...", 0, [this] { CercaDocumenti(); });
+    aggiungiComando("btnRicerca", "Ricerca... (F3)", 0, [this] { CercaDocumenti(); });
     aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });
     if (tipo_ == core::TipoPreventivo) aggiungiComando("btnConverti", "Converi in fattura", 0, [this] { Converti(); });
+    if (tipo_ != core::TipoNotaCreditoRicevuta) {
+        aggiungiComando("btnStampa", "Stampa", 0, [this] { Stampa(); });
+        aggiungiComando("btnStampaRitenuta", "Stampa ritenuta", 0, [this] { StampaRitenuta(); });
+    }
+    d.vociMenu = {{"btnNuovo", "s282"}, {"btnModifica", "s283"}};
     resize(1100, 720);
     carica(std::move(d));
     chkRaggruppa->setChecked(true);
@@ -217,13 +262,8 @@ void frmDocumenti::SelezionaTutto() {
 
 std::string frmDocumenti::SorgenteTipo() const { return "Select * from qrDocumenti where Tipo=" + std::to_string(tipo_); }
 
-// A settled or partly paid document is changed only when the user says so.
 std::optional<Apertura> frmDocumenti::aperturaPer(ui::Elenco&, Modalita modalita) {
-    if (modalita == Modalita::Modifica) {
-        const std::string motivo = payments::MotivoBloccoDocumento(Grid->idCorrente());
-        if (!motivo.empty() && core::MsgBox(motivo + core::Testo("s265"), core::vbYesNo | core::vbQuestion) != core::vbYes)
-            return std::nullopt;
-    }
+    if (modalita == Modalita::Modifica && !confermaModificaDocumento(Grid->idCorrente())) return std::nullopt;
     return Apertura{modalita, 0, Grid};
 }
 
@@ -250,3 +290,81 @@ void frmDocumenti::GeneraScadenze() {
 
 // The journal rows whose payment went with the document.
 void frmDocumenti::DopoEliminato(long) { payments::PulisciPrimaNota(); }
+
+void frmDocumenti::Ricerca() { CercaDocumenti(); }
+
+// The list as filtered, the current document and its lines, and the selection in words.
+void frmDocumenti::Stampa() {
+    core::Stampa(sales::StampaDocumenti(Criteri, Grid->idCorrente(), Grid->istruzione()));
+}
+
+void frmDocumenti::StampaRitenuta() { core::Stampa(sales::StampaRitenutaDocumento(Grid->idCorrente())); }
+
+// The period of the services a document was made from, over its lines; hidden for other documents.
+void frmDocumenti::DopoCambioRiga() {
+    const std::pair<QLabel*, const char*> periodo[] = {{lblDataDal, "DataDal"}, {lblDataAl, "DataAl"}};
+    for (const auto& [etichetta, campo] : periodo) {
+        const store::Value v = Grid->valore(campo);
+        const bool data = !v.isNull() && store::CDbl(v) != 0;
+        etichetta->setText(data ? QString::fromStdString(std::string(campo == std::string("DataDal") ? "Dal " : "Al ") +
+                                                         store::DateText(store::CDbl(v)))
+                                : QString());
+        etichetta->setVisible(data);
+    }
+}
+
+QWidget* frmDocumenti::paginaRighe() {
+    auto* pagina = new QWidget(this);
+    auto* colonna = new QVBoxLayout(pagina);
+    colonna->setContentsMargins(0, 0, 0, 0);
+    colonna->setSpacing(ui::Spaziatura);
+    lblDataDal = new QLabel(pagina);
+    lblDataDal->setObjectName("lblDataDal");
+    lblDataAl = new QLabel(pagina);
+    lblDataAl->setObjectName("lblDataAl");
+    lblDataDal->hide();
+    lblDataAl->hide();
+    colonna->addLayout(riga({lblDataDal, lblDataAl}));
+    colonna->addWidget(Movimenti, 1);
+    return pagina;
+}
+
+// The header of the current document: the counterparty's address and payment term, the
+// discounts, surcharge, withholding, parcels and notes, all read from the row.
+QFrame* frmDocumenti::testata() {
+    auto* f = new QFrame(this);
+    f->setObjectName("fmTestata");
+    f->setFrameShape(QFrame::StyledPanel);
+    auto* sinistra = new QFormLayout;
+    sinistra->setSpacing(ui::Spaziatura);
+    sinistra->addRow(didascalia(f, "s101"), valore(f, "lblDestinatario", "Denominazione"));
+    sinistra->addRow(didascalia(f, "s102"), valore(f, "lblIndirizzo", "Indirizzo"));
+    sinistra->addRow(didascalia(f, "s104"), riga({valore(f, "lblCap", "Cap"), valore(f, "lblCitta", "Citta"),
+                                                  valore(f, "lblProv", "Provincia")}));
+    sinistra->addRow(didascalia(f, "s200"), riga({valore(f, "lblTel", "Telefono"), didascalia(f, "s108"),
+                                                  valore(f, "lblFax", "Fax")}));
+    sinistra->addRow(didascalia(f, "s46"), valore(f, "lblPagamento", "DescPagamento"));
+    auto* destra = new QFormLayout;
+    destra->setSpacing(ui::Spaziatura);
+    destra->addRow(didascalia(f, "Sconti %"),
+                   riga({valore(f, "Sconto1", "Sconto1"), valore(f, "Sconto2", "Sconto2"),
+                         valore(f, "Sconto3", "Sconto3"), valore(f, "Sconto4", "Sconto4")}));
+    destra->addRow(didascalia(f, "Maggiorazione %"), valore(f, "Maggiorazione", "Maggiorazione"));
+    destra->addRow(didascalia(f, "Ritenuta d'acconto %"), valore(f, "RitenutaAcconto", "RitenutaAcconto"));
+    destra->addRow(didascalia(f, "Colli"), valore(f, "Colli", "Colli"));
+    auto* note = new QPlainTextEdit(f);
+    note->setObjectName("txtNote");
+    note->setProperty("DataField", "Note");
+    note->setReadOnly(true);
+    note->setTabChangesFocus(true);
+    note->setMaximumHeight(note->fontMetrics().lineSpacing() * 4 + 2 * ui::Spaziatura);
+    auto* righe = new QHBoxLayout(f);
+    righe->setContentsMargins(ui::Margine, ui::Spaziatura, ui::Margine, ui::Spaziatura);
+    righe->setSpacing(ui::Margine * 2);
+    righe->addLayout(sinistra, 3);
+    righe->addLayout(destra, 2);
+    righe->addWidget(note, 2);
+    for (QWidget* w : f->findChildren<QWidget*>())
+        if (w->property("DataField").isValid()) Grid->aggiungiSeguace(w);
+    return f;
+}

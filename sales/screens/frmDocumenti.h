@@ -6,6 +6,8 @@
 #include "ui/RegistroBase.h"
 
 class QCheckBox;
+class QFrame;
+class QLabel;
 class QPushButton;
 class QTabWidget;
 namespace ui {
@@ -26,6 +28,9 @@ public:
 
     QCheckBox* chkRaggruppa;    // the list grouped by counterparty
     ui::VBars* BarTotali;       // the six stored totals of the current row
+    QFrame* fmTestata;          // the header of the current row
+    QLabel* lblDataDal;         // the period of a document made from service visits
+    QLabel* lblDataAl;
     QTabWidget* sTab;
     ui::Dettaglio* Movimenti;   // tab 0, GridMov
     ui::Dettaglio* Spese;       // tab 1, GridSpese
@@ -43,6 +48,9 @@ public:
     sales::CriteriDocumenti Criteri;   // the last search, read by the summaries and the print
     // A quote rewritten in place as the next fattura, dated today.
     void Converti();
+    // The print of the list and of the withholding certificate, through the print screen.
+    void Stampa();
+    void StampaRitenuta();
     // Opens the instalment plan of the current document, then reads its instalments again.
     void GeneraScadenze();
 
@@ -51,8 +59,13 @@ protected:
     void DopoEliminato(long id) override;
     // A line or a charge saved or deleted: the totals, written through the grid's row.
     void DopoRigheCambiate() override;
+    void DopoCambioRiga() override;
+    // F3 opens frmDocumentiCerca.
+    void Ricerca() override;
 
 private:
+    QWidget* paginaRighe();
+    QFrame* testata();
     std::optional<Apertura> aperturaPer(ui::Elenco& elenco, Modalita modalita) override;
 
     long tipo_;

@@ -5,7 +5,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <functional>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -20,6 +22,7 @@
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
+#include "core/stampa.h"
 #include "ui/Dettaglio.h"
 #include "ui/VBars.h"
 #include "store/clock.h"
@@ -246,13 +249,21 @@ TEST_F(Documenti, EliminaACascata) {
 TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
     documento(1, 1, "03/10/2026");
     db->Execute("Insert Into Pagamenti (ID,Documento,ImportoPagamento) VALUES (1,1,10)");
+    db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Iva) VALUES (1,1,'Riga',1)");
     core::ImpostaModoSchermo("frmDocumenti", 5);
     frmDocumenti r;
-    p.script->rispondiNo();
-    clic(&r, "btnModifica");
-    EXPECT_EQ(testiMostrati(*p.script),
-              std::vector<std::string>{"Il documento ha dei pagamenti registrati. Continuare comunque?"});
-    EXPECT_TRUE(p.script->schermiMostrati().empty());
+    r.show();
+    // The document and its lines and charges alike.
+    for (const char* b : {"btnModifica", "btnNuovoMov", "btnModificaMov", "btnEliminaMov", "btnNuovaSpesa"}) {
+        SCOPED_TRACE(b);
+        p.script->dimentica();
+        p.script->rispondiNo();
+        clic(&r, b);
+        EXPECT_EQ(testiMostrati(*p.script),
+                  std::vector<std::string>{"Il documento ha dei pagamenti registrati. Continuare comunque?"});
+        EXPECT_TRUE(p.script->schermiMostrati().empty());
+    }
+    EXPECT_EQ(conta("Select * from Movimenti"), 1);
 
     core::session().Privilegi[core::DocumentiModificare - 1] = '0';
     for (const char* b : {"btnNuovo", "btnModifica", "btnElimina"}) {
@@ -657,3 +668,95 @@ TEST_F(Documenti, RigheESpeseNelRegistro) {
 }
 
 }  // namespace
+
+// What the register hands to the print screen: the kind's section, the current document, its lines,
+// the list's own statement and the selection in words; the supplier notes print nothing.
+TEST_F(Documenti, StampaDelRegistro) {
+    documento(1, 7, "03/10/2026");
+    core::ImpostaModoSchermo("frmDocumenti", 5);
+    frmDocumenti r;
+    std::vector<core::RichiestaStampa> stampe;
+    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
+    const sales::CriteriDocumenti scelti{.tipo = 5, .dataDal = true, .dataAl = true, .dest = true, .numDal = true,
+                                         .numAl = true, .dal = "01/01/2026", .al = "31/03/2026", .cliente = 1,
+                                         .pagate = 0, .prefissoDal = "", .suffissoDal = "", .prefissoAl = "",
+                                         .suffissoAl = "", .numeroDal = 3, .numeroAl = 9};
+    const std::pair<sales::CriteriDocumenti, std::string> casi[] = {
+        {r.Criteri, "Selezione: Pagate & Non; Dal nessun limite Al nessun limite; Dal numero Tutti Al numero Tutti; "
+                    "Cliente Tutti"},
+        {scelti, "Selezione: Non Pagate; Dal 01/01/2026 Al 31/03/2026; Dal numero 3 Al numero 9; "
+                 "Cliente Rossi Impianti Srl"},
+    };
+    for (const auto& [criteri, criterio] : casi) {
+        stampe.clear();
+        r.Criteri = criteri;
+        clic(&r, "btnStampa");
+        ASSERT_EQ(stampe.size(), 1u);
+        const core::RichiestaStampa& s = stampe[0];
+        EXPECT_EQ(s.sezione, "Fatture");
+        EXPECT_EQ(s.subReports.Item("Documento")->Query, "Select * from qrDocumenti where ID=1");
+        EXPECT_EQ(s.subReports.Item("Movimento")->Query, "Select * from qrMovimenti where Documento=1");
+        EXPECT_EQ(s.subReports.Item("Elenco")->Query, r.griglia()->istruzione());
+        EXPECT_EQ(s.parametri.Item("Criterio")->Valore, criterio);
+    }
+    stampe.clear();
+    clic(&r, "btnStampaRitenuta");
+    ASSERT_EQ(stampe.size(), 1u);
+    EXPECT_EQ(stampe[0].sezione, "RitenutaAcconto");
+    EXPECT_EQ(stampe[0].subReports.Item("Elenco")->Query, "Select * from qrCertificazioniAcconto where ID=1");
+
+    const std::pair<long, const char*> sezioni[] = {{6, "NoteDebito"}, {7, "Preventivi"}, {9, nullptr}};
+    for (const auto& [tipo, sezione] : sezioni) {
+        SCOPED_TRACE(tipo);
+        frmDocumenti altro(nullptr, tipo);
+        stampe.clear();
+        if (!sezione) {
+            EXPECT_FALSE(altro.findChild<QPushButton*>("btnStampa"));
+            EXPECT_FALSE(altro.findChild<QPushButton*>("btnStampaRitenuta"));
+            continue;
+        }
+        clic(&altro, "btnStampa");
+        ASSERT_EQ(stampe.size(), 1u);
+        EXPECT_EQ(stampe[0].sezione, sezione);
+    }
+    core::installaStampa(nullptr);
+}
+
+// Around the list: the header of the current row, the period of a document made from visits, the
+// popup menu repeating the commands, F3 opening the search.
+TEST_F(Documenti, TestataMenuERicerca) {
+    documento(1, 1, "03/10/2026", 1, core::TipoPreventivo);
+    documento(2, 2, "03/11/2026", 1, core::TipoPreventivo);
+    db->Execute("Update Clienti set Indirizzo='Via Roma 1',Cap='20121',Citta='Milano',Provincia='MI' where ID=1");
+    db->Execute("Update Documenti set CondizioniPagamento=2,Sconto1=5,RitenutaAcconto=20,Colli=3,Note='Fragile',"
+                "DataDal=#03/01/2026#,DataAl=#03/31/2026# where ID=2");
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
+    frmDocumenti r;
+    r.show();
+    auto testo = [&r](const char* nome) {
+        auto* w = r.findChild<QWidget*>(nome);
+        if (auto* l = qobject_cast<QLabel*>(w)) return l->isVisible() ? l->text().toStdString() : std::string("-");
+        return static_cast<QPlainTextEdit*>(w)->toPlainText().toStdString();
+    };
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    EXPECT_EQ(testo("lblDataDal"), "-");
+    ASSERT_TRUE(r.griglia()->vaiAId(2));
+    const std::pair<const char*, std::string> attesi[] = {
+        {"lblDestinatario", "Rossi Impianti Srl "}, {"lblIndirizzo", "Via Roma 1"}, {"lblCap", "20121"},
+        {"lblCitta", "Milano"}, {"lblProv", "MI"}, {"lblPagamento", "Bonifico 30 gg"}, {"Sconto1", "5"},
+        {"RitenutaAcconto", "20"}, {"Colli", "3"}, {"txtNote", "Fragile"},
+        {"lblDataDal", "Dal 01/03/2026"}, {"lblDataAl", "Al 31/03/2026"}};
+    for (const auto& [nome, valore] : attesi) EXPECT_EQ(testo(nome), valore) << nome;
+
+    QMenu menu;
+    r.riempiMenuComandi(menu);
+    std::vector<std::string> voci;
+    for (QAction* a : menu.actions()) voci.push_back(a->text().toStdString());
+    EXPECT_EQ(voci, (std::vector<std::string>{"Nuovo documento", "Modifica documento", "Elimina", "Ricerca... (F3)",
+                                              "Seleziona tutto", "Converi in fattura", "Stampa", "Stampa ritenuta"}));
+
+    p.script->schermo("frmDocumentiCerca", [](QWidget*) { return false; });
+    QApplication::setActiveWindow(&r);
+    QTest::keyClick(r.griglia(), Qt::Key_F3);
+    EXPECT_EQ(p.script->schermiMostrati(), std::vector<std::string>{"frmDocumentiCerca"});
+}

@@ -4,10 +4,13 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
 #include <QTest>
 
 #include "support/archivio_kit.h"
 #include "store/convert.h"
+#include "ui/Acceleratori.h"
 #include "ui/Dialoghi.h"
 #include "ui/Legami.h"
 #include "ui/VText.h"
@@ -214,6 +217,29 @@ TEST(Protetto, ErroriNelBoxDegliErrori) {
     EXPECT_EQ(s->messaggi()[0].testo, "Errore 3078: Tabella 'X' non trovata.");
     EXPECT_EQ(s->messaggi()[0].stile, core::vbCritical);
     core::installDialogs(nullptr);
+}
+
+}  // namespace
+
+namespace {
+
+// Every command gets a letter of its own: fixed accelerators of buttons, tabs and labels are kept
+// and never given twice; a caption with no free letter stays as it is.
+TEST(Acceleratori, UnaLetteraPerComando) {
+    prova::applicazioneDiProva();
+    QWidget finestra;
+    auto* schede = new QTabWidget(&finestra);
+    schede->addTab(new QWidget, "&Righe");
+    auto* etichetta = new QLabel("&Cerca", &finestra);
+    etichetta->setBuddy(schede);
+    const char* const testi[] = {"Nuovo", "Nuovo", "Ricerca", "&Elimina", "Cerca", "", "nr", "A && B"};
+    std::vector<QPushButton*> b;
+    for (const char* t : testi) b.push_back(new QPushButton(t, &finestra));
+    ui::assegnaAcceleratori(&finestra);
+    std::vector<std::string> dopo;
+    for (QPushButton* x : b) dopo.push_back(x->text().toStdString());
+    EXPECT_EQ(dopo, (std::vector<std::string>{"&Nuovo", "N&uovo", "R&icerca", "&Elimina", "Cerc&a", "", "nr",
+                                              "A && &B"}));
 }
 
 }  // namespace
