@@ -13,6 +13,7 @@
 #include "core/diritti.h"
 #include "core/impostazioni.h"
 #include "core/registro_schermi.h"
+#include "core/stampa.h"
 #include "core/varie.h"
 #include "ui/Acceleratori.h"
 #include "ui/Dettaglio.h"
@@ -133,6 +134,8 @@ QPushButton* RegistroBase::aggiungiComando(const char* nome, const QString& test
 
 void RegistroBase::carica(Definizione d) {
     def_ = std::move(d);
+    if (!def_.sezioneStampa.empty())
+        aggiungiComando("btnStampa", "Stampa", def_.diritti.stampa, [this] { Stampa(); });
     setWindowTitle(Q(core::Didascalia(def_.titolo)));
     elenco_.imposta(def_);
     cbCerca->clear();
@@ -165,6 +168,14 @@ void RegistroBase::rigaCambiata() {
     const long id = Grid->haRigaCorrente() ? Grid->idCorrente() : 0;
     for (ui::Dettaglio* d : dettagli_) ui::protetto([&] { d->Carica(id); });
     ui::protetto([this] { DopoCambioRiga(); });
+}
+
+void RegistroBase::Stampa() {
+    core::RichiestaStampa r;
+    r.sezione = def_.sezioneStampa;
+    const std::string istruzione = Grid->istruzione();
+    r.subReports.Add("Elenco", def_.elencoStampa ? def_.elencoStampa(istruzione) : istruzione);
+    core::Stampa(r);
 }
 
 void RegistroBase::Ricerca() {

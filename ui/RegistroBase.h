@@ -36,6 +36,10 @@ public:
         std::vector<std::string> ricerca;   // fields offered by cbCerca, from the field table
         // Captions of the list's popup menu by command name, where they differ from the button's.
         std::map<std::string, std::string> vociMenu;
+        // The print of the list (btnStampa, under diritti.stampa): the section, and what its "Elenco"
+        // shows made from the list's statement as it stands (unset: that statement itself).
+        std::string sezioneStampa;
+        std::function<std::string(const std::string& istruzione)> elencoStampa;
     };
 
     const Definizione& definizione() const { return def_; }
@@ -54,6 +58,8 @@ public:
     void Elimina() { elenco_.Elimina(); }
     // Reads the rows again with the current search.
     void Aggiorna();
+    // The list as it stands to the print screen, in the definition's section.
+    void Stampa();
     // The list's popup menu: the commands below it, in their order, as far as they are shown.
     void riempiMenuComandi(QMenu& menu);
 

@@ -64,6 +64,7 @@ frmClienti::frmClienti(QWidget* parent) : RegistroBase(Nome, parent) {
         return core::Testo("s328") + " " + store::ConcatText(rs.get("DescCliente")) + "?";
     };
     d.editor = [](QWidget* parent) { return std::make_unique<frmClientiEdita>(parent); };
+    d.sezioneStampa = "Clienti";
     costruisciSchede();
 
     btnChiama = aggiungiComando("btnChiama", "&Chiamata VoIP", 0, [this] {

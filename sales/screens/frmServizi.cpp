@@ -46,6 +46,11 @@ frmServizi::frmServizi(QWidget* parent) : RegistroBase(Nome, parent) {
         return core::Testo("s245") + " " + store::ConcatText(rs.get("DescServizio")) + "?";
     };
     d.editor = [](QWidget* parent) { return std::make_unique<frmServiziEdita>(parent); };
+    // A filtered list prints filtered; the services marked out stay off the paper only.
+    d.sezioneStampa = "Servizi";
+    d.elencoStampa = [](const std::string& istruzione) {
+        return "Select * from (" + istruzione + ") Where NonStampare=False";
+    };
 
     ui::DefinizioneDettaglio m;
     m.nome = "GridMovimenti";

@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include "core/diritti.h"
+#include "core/stampa.h"
 #include "sales/campi.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
@@ -263,6 +264,32 @@ TEST_F(Anagrafiche, ServizioEliminaERicerca) {
     clicca(&r, "btnElimina");
     EXPECT_EQ(ultimoMessaggio().testo, "Eliminare il servizio Visita?");
     EXPECT_EQ(conta("Servizi"), 1);
+}
+
+// The print of both lists: the list as it stands, searched; the services marked out of print stay
+// off the paper but not off the screen.
+TEST_F(Anagrafiche, StampaDegliElenchi) {
+    db->Execute("INSERT INTO Servizi (ID, DescServizio, NonStampare) VALUES (1, 'Posa', False)");
+    db->Execute("INSERT INTO Servizi (ID, DescServizio, NonStampare) VALUES (2, 'Posa interna', True)");
+    db->Execute("INSERT INTO Servizi (ID, DescServizio, NonStampare) VALUES (3, 'Visita', False)");
+    std::vector<core::RichiestaStampa> stampe;
+    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
+    frmServizi servizi;
+    scrivi(&servizi, "txtCerca", "Posa");
+    EXPECT_EQ(servizi.griglia()->righeMostrate(), 2);
+    frmClienti clienti;
+    for (RegistroBase* r : std::initializer_list<RegistroBase*>{&servizi, &clienti}) clicca(r, "btnStampa");
+    ASSERT_EQ(stampe.size(), 2u);
+    EXPECT_EQ(stampe[0].sezione, "Servizi");
+    const std::string elenco = stampe[0].subReports.Item("Elenco")->Query;
+    EXPECT_EQ(elenco, "Select * from (" + servizi.griglia()->istruzione() + ") Where NonStampare=False");
+    std::vector<std::string> stampati;
+    for (auto rs = db->OpenRecordset(elenco); !rs->Eof(); rs->MoveNext())
+        stampati.push_back(store::ConcatText(rs->get("DescServizio")));
+    EXPECT_EQ(stampati, std::vector<std::string>{"Posa"});
+    EXPECT_EQ(stampe[1].sezione, "Clienti");
+    EXPECT_EQ(stampe[1].subReports.Item("Elenco")->Query, clienti.griglia()->istruzione());
+    core::installaStampa(nullptr);
 }
 
 }  // namespace
