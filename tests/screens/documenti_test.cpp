@@ -12,6 +12,8 @@
 #include <QTabWidget>
 #include <QTableWidget>
 
+#include <sqlite3.h>
+
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/documenti.h"
@@ -759,4 +761,26 @@ TEST_F(Documenti, TestataMenuERicerca) {
     QApplication::setActiveWindow(&r);
     QTest::keyClick(r.griglia(), Qt::Key_F3);
     EXPECT_EQ(p.script->schermiMostrati(), std::vector<std::string>{"frmDocumentiCerca"});
+}
+
+// Another program holding the archive: the save says why it failed and writes nothing; once the
+// lock is given back, the same confirm saves.
+TEST_F(Documenti, ArchivioBloccatoDaUnAltroProgramma) {
+    frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
+    e.Prepara({Modalita::Nuovo});
+    e.pkData->setTesto("20/03/2026");
+    e.cbClienti->setValore(store::Value::Long(1));
+    sqlite3* altro = nullptr;
+    ASSERT_EQ(sqlite3_open(db->Name().c_str(), &altro), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(altro, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    e.Conferma();
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Errore 3218: Impossibile aggiornare. Attualmente bloccato."});
+    sqlite3_exec(altro, "COMMIT", nullptr, nullptr, nullptr);
+    sqlite3_close(altro);
+    EXPECT_EQ(conta("Select * from Documenti"), 0);
+    p.script->dimentica();
+    e.Conferma();
+    EXPECT_TRUE(testiMostrati(*p.script).empty());
+    EXPECT_EQ(conta("Select * from Documenti where Numero=1 and Cliente=1"), 1);
 }
