@@ -55,7 +55,7 @@ const core::TabellaCampi& CampiRiepilogoIva() {
     using core::Allineamento;
     static const core::TabellaCampi t{
         {"DescIva", "s127", 2500},
-        {"Imponibile", "s126", 1500, "#,0.00", Allineamento::Destra},
+        {"Imponibile", "s126", 2000, "#,0.00", Allineamento::Destra},
         {"Imposta", "s279", 1500, "#,0.00", Allineamento::Destra},
     };
     return t;

@@ -235,11 +235,17 @@ TEST(Acceleratori, UnaLetteraPerComando) {
     const char* const testi[] = {"Nuovo", "Nuovo", "Ricerca", "&Elimina", "Cerca", "", "nr", "A && B"};
     std::vector<QPushButton*> b;
     for (const char* t : testi) b.push_back(new QPushButton(t, &finestra));
+    // Two pages of the tabs are never on screen together: their commands may share a letter.
+    auto* pagina1 = new QWidget;
+    auto* pagina2 = new QWidget;
+    schede->addTab(pagina1, "Uno");
+    schede->addTab(pagina2, "Due");
+    for (QWidget* pagina : {pagina1, pagina2}) b.push_back(new QPushButton("Modifica", pagina));
     ui::assegnaAcceleratori(&finestra);
     std::vector<std::string> dopo;
     for (QPushButton* x : b) dopo.push_back(x->text().toStdString());
     EXPECT_EQ(dopo, (std::vector<std::string>{"&Nuovo", "N&uovo", "R&icerca", "&Elimina", "Cerc&a", "", "nr",
-                                              "A && &B"}));
+                                              "A && &B", "&Modifica", "&Modifica"}));
 }
 
 }  // namespace
