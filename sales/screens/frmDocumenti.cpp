@@ -18,7 +18,7 @@
 #include "sales/numerazione.h"
 #include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
-#include "sales/screens/frmGeneraScadenze.h"
+#include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
@@ -113,29 +113,9 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     Iva = aggiungiDettaglio(iva);
     sTab->addTab(Iva, "Riepilogo &IVA");
 
-    Scadenze = nullptr;
     if (tipo_ != core::TipoPreventivo) {
-        ui::DefinizioneDettaglio sc;
-        sc.nome = "GridScadenze";
-        const std::string vista = core::TipoAttivo(tipo_) ? "qrScadenzeAttive" : "qrScadenzePassive";
-        sc.righe = [vista](long id) { return "Select * from " + vista + " where Documento=" + std::to_string(id); };
-        sc.vuota = "Select * from " + vista + " where ID<0";
-        sc.ordinamento = "DataScadenza";
-        sc.campi = &sales::CampiScadenzeDocumento();
-        sc.colonne = {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"};
-        sc.colori = {{"Pagata", [](const store::Value& v) { return !v.isNull() && !store::CBool(v); },
-                      QColor(Qt::darkRed), QColor(Qt::white)}};
-        sc.diritti.vedere = core::ScadenzeVedere;
-        Scadenze = aggiungiDettaglio(sc);
+        Scadenze = new SchedaScadenze(tipo_, Criteri, [this] { Grid->Aggiorna(); }, this);
         sTab->addTab(Scadenze, "Scad&enze");
-        btnGeneraScadenze = aggiungiComando("btnGeneraScadenze", "&Genera scadenze", core::ScadenzeModificare,
-                                            [this] { GeneraScadenze(); });
-        // Recording a payment belongs to the payment editor, which is not in the program yet.
-        btnIncassa = aggiungiComando("btnIncassa", QString::fromStdString(core::Testo(core::TipoAttivo(tipo_) ? "s274" : "s330")),
-                                     10, [] {
-                                         core::MsgBox("La registrazione dei pagamenti non è ancora disponibile.",
-                                                      core::vbInformation);
-                                     });
     }
     // The counterparty beside the list; below it the tabs, with the totals and the grouping beside them.
     ui::VBars* cliente = aggiungiPannello();
@@ -239,13 +219,11 @@ void frmDocumenti::DopoRigheCambiate() {
     if (!Grid->haRigaCorrente()) return;
     sales::CalcolaTotaliDocumento(Grid->idCorrente(), Grid->Recordset());
     Grid->AggiornaRiga();
+    if (Scadenze) Scadenze->AggiornaStatoScadenza();
 }
 
-void frmDocumenti::GeneraScadenze() {
-    if (!Grid->haRigaCorrente()) return;
-    frmGeneraScadenze g(this);
-    g.Edita(Grid->idCorrente());
-    if (Scadenze) Scadenze->Carica(Grid->idCorrente());
+void frmDocumenti::DopoCambioRiga() {
+    if (Scadenze) Scadenze->Carica(Grid->haRigaCorrente() ? Grid->idCorrente() : 0);
 }
 
 // The journal rows whose payment went with the document.

@@ -8,6 +8,7 @@
 class QCheckBox;
 class QPushButton;
 class QTabWidget;
+class SchedaScadenze;
 namespace ui {
 class Dettaglio;
 class VBars;
@@ -30,9 +31,7 @@ public:
     ui::Dettaglio* Movimenti;   // tab 0, GridMov
     ui::Dettaglio* Spese;       // tab 1, GridSpese
     ui::Dettaglio* Iva;         // tab 2, GridIva: the VAT summary
-    ui::Dettaglio* Scadenze;    // tab 3, GridScadenze; none for quotes
-    QPushButton* btnGeneraScadenze = nullptr;
-    QPushButton* btnIncassa = nullptr;
+    SchedaScadenze* Scadenze = nullptr;   // tab 3, instalments and payments; none for quotes
 
     // Groups the list by counterparty when chkRaggruppa is ticked, then reads it again.
     void Raggruppa();
@@ -43,14 +42,13 @@ public:
     sales::CriteriDocumenti Criteri;   // the last search, read by the summaries and the print
     // A quote rewritten in place as the next fattura, dated today.
     void Converti();
-    // Opens the instalment plan of the current document, then reads its instalments again.
-    void GeneraScadenze();
 
 protected:
     bool PrimaDiEliminare(long id) override;
     void DopoEliminato(long id) override;
     // A line or a charge saved or deleted: the totals, written through the grid's row.
     void DopoRigheCambiate() override;
+    void DopoCambioRiga() override;
 
 private:
     std::optional<Apertura> aperturaPer(ui::Elenco& elenco, Modalita modalita) override;
