@@ -90,6 +90,8 @@ frmScadenzeEdita::frmScadenzeEdita(QWidget* parent)
     txtImporto->setMaximumWidth(140);
     txtImporto->setPredefinito("0");
 
+    for (ui::VetraCombo* c : {cbCliente, cbFornitore, cbDocumenti})
+        c->setSizePolicy(QSizePolicy::Expanding, c->sizePolicy().verticalPolicy());
     aggiungiCampo("Cliente", cbCliente);
     aggiungiCampo("Fornitore", cbFornitore);
     aggiungiCampo("Documento", cbDocumenti);

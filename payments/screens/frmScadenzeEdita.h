@@ -31,9 +31,6 @@ public:
     ui::VText* txtRate;
     ui::VetraPicker* pkAvviso;
 
-    // The documents offered are those of the customers' side unless this is set.
-    bool latoFornitori() const { return latoFornitori_; }
-
 protected:
     bool Valida() override;
     void DopoCarica() override;
@@ -47,6 +44,6 @@ private:
     void Descrivi();
 
     payments::DocumentoScelto scelto_;
-    bool latoFornitori_ = false;
+    bool latoFornitori_ = false;   // the documents offered are those of the suppliers' side
     bool caricamento_ = true;   // until the record is loaded, and while the counterparts follow the document
 };

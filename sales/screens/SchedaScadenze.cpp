@@ -210,7 +210,9 @@ void SchedaScadenze::AggiornaResocontoTutti() {
 
 void SchedaScadenze::AggiornaStatoScadenza() {
     ui::VetraGrid* g = fmScadenze->griglia();
-    if (!g->haRigaCorrente()) return;
+    // Out of sight the list may still hold another document's rows: those are not this one's.
+    const store::Value documento = g->valore("Documento");
+    if (documento.isNull() || store::CLng(documento) != documento_) return;
     payments::AggiornaPagataScadenza(g->idCorrente());
     g->Aggiorna();
 }

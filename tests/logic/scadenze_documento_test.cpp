@@ -85,10 +85,6 @@ TEST_F(ResocontoArchivio, TuttiIDocumentiDellaRicerca) {
              c.numDal = true;
              c.numeroDal = 2;
          }, 330.50, 50.25, 280.25},
-        {"prefisso A", [](CriteriDocumenti& c) {
-             c.numDal = true;
-             c.prefissoDal = "A";
-         }, 100, 100, 0},
         // The customer of the document, not the one of its payments.
         {"cliente 2", [](CriteriDocumenti& c) {
              c.dest = true;
@@ -108,16 +104,6 @@ TEST_F(ResocontoArchivio, TuttiIDocumentiDellaRicerca) {
         EXPECT_NEAR(r.pagato, c.pagato, 1e-9);
         EXPECT_NEAR(r.daPagare, c.daPagare, 1e-9);
     }
-}
-
-TEST_F(ResocontoArchivio, IlDocumentoSelezionato) {
-    const auto saldo = sales::SaldoDelDocumento(5, 2);
-    ASSERT_TRUE(saldo);
-    EXPECT_NEAR(saldo->pagato, 50.25, 1e-9);
-    EXPECT_NEAR(saldo->daPagare, 200.25, 1e-9);
-    // Only a fattura emessa shows its figures; a missing document shows none.
-    EXPECT_FALSE(sales::SaldoDelDocumento(6, 4));
-    EXPECT_FALSE(sales::SaldoDelDocumento(5, 99));
 }
 
 }  // namespace
