@@ -2,8 +2,10 @@
 
 #include "core/registro_schermi.h"
 #include "payments/screens/frmCondizioniPagamento.h"
+#include "payments/screens/frmScadenzeEdita.h"
 
 void RegistraSchermiPagamenti() {
     RegistraRegistro<frmCondizioniPagamento>();
     RegistraEditore<frmCondizioniPagamentoEdita>();
+    RegistraEditore<frmScadenzeEdita>();
 }

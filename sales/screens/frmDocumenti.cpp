@@ -23,7 +23,7 @@
 #include "sales/stampa_documenti.h"
 #include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
-#include "sales/screens/frmGeneraScadenze.h"
+#include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
@@ -151,29 +151,9 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     Iva = aggiungiDettaglio(iva);
     sTab->addTab(Iva, "Riepilogo &IVA");
 
-    Scadenze = nullptr;
     if (tipo_ != core::TipoPreventivo) {
-        ui::DefinizioneDettaglio sc;
-        sc.nome = "GridScadenze";
-        const std::string vista = core::TipoAttivo(tipo_) ? "qrScadenzeAttive" : "qrScadenzePassive";
-        sc.righe = [vista](long id) { return "Select * from " + vista + " where Documento=" + std::to_string(id); };
-        sc.vuota = "Select * from " + vista + " where ID<0";
-        sc.ordinamento = "DataScadenza";
-        sc.campi = &sales::CampiScadenzeDocumento();
-        sc.colonne = {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"};
-        sc.colori = {{"Pagata", [](const store::Value& v) { return !v.isNull() && !store::CBool(v); },
-                      QColor(Qt::darkRed), QColor(Qt::white)}};
-        sc.diritti.vedere = core::ScadenzeVedere;
-        Scadenze = aggiungiDettaglio(sc);
+        Scadenze = new SchedaScadenze(tipo_, Criteri, [this] { Grid->Aggiorna(); }, this);
         sTab->addTab(Scadenze, "Scad&enze");
-        btnGeneraScadenze = aggiungiComando("btnGeneraScadenze", "&Genera scadenze", core::ScadenzeModificare,
-                                            [this] { GeneraScadenze(); });
-        // Recording a payment belongs to the payment editor, which is not in the program yet.
-        btnIncassa = aggiungiComando("btnIncassa", QString::fromStdString(core::Testo(core::TipoAttivo(tipo_) ? "s274" : "s330")),
-                                     10, [] {
-                                         core::MsgBox("La registrazione dei pagamenti non è ancora disponibile.",
-                                                      core::vbInformation);
-                                     });
     }
     // Who the document is for beside the list; below it the header, the tabs, the totals and the grouping.
     ui::VBars* cliente = aggiungiPannello();
@@ -250,6 +230,7 @@ void frmDocumenti::CercaDocumenti() {
     Criteri = *criteri;
     Grid->setSorgente(sales::IstruzioneRicercaDocumenti(Criteri));
     Grid->Aggiorna();
+    if (Scadenze) Scadenze->AggiornaResocontoTutti();
 }
 
 void frmDocumenti::SelezionaTutto() {
@@ -258,6 +239,7 @@ void frmDocumenti::SelezionaTutto() {
     txtCerca->clear();
     Grid->setSorgente(SorgenteTipo());
     Grid->Aggiorna();
+    if (Scadenze) Scadenze->AggiornaResocontoTutti();
 }
 
 std::string frmDocumenti::SorgenteTipo() const { return "Select * from qrDocumenti where Tipo=" + std::to_string(tipo_); }
@@ -279,13 +261,12 @@ void frmDocumenti::DopoRigheCambiate() {
     if (!Grid->haRigaCorrente()) return;
     sales::CalcolaTotaliDocumento(Grid->idCorrente(), Grid->Recordset());
     Grid->AggiornaRiga();
+    if (Scadenze) Scadenze->AggiornaStatoScadenza();
 }
 
-void frmDocumenti::GeneraScadenze() {
-    if (!Grid->haRigaCorrente()) return;
-    frmGeneraScadenze g(this);
-    g.Edita(Grid->idCorrente());
-    if (Scadenze) Scadenze->Carica(Grid->idCorrente());
+// The document changed in its editor: the state of the instalment in front.
+void frmDocumenti::DopoSalvato(long) {
+    if (Scadenze) Scadenze->AggiornaStatoScadenza();
 }
 
 // The journal rows whose payment went with the document.
@@ -300,8 +281,10 @@ void frmDocumenti::Stampa() {
 
 void frmDocumenti::StampaRitenuta() { core::Stampa(sales::StampaRitenutaDocumento(Grid->idCorrente())); }
 
-// The period of the services a document was made from, over its lines; hidden for other documents.
+// The instalments and payments of the row; the period of the services a document was made from,
+// over its lines, hidden for other documents.
 void frmDocumenti::DopoCambioRiga() {
+    if (Scadenze) Scadenze->Carica(Grid->haRigaCorrente() ? Grid->idCorrente() : 0);
     const std::pair<QLabel*, const char*> periodo[] = {{lblDataDal, "DataDal"}, {lblDataAl, "DataAl"}};
     for (const auto& [etichetta, campo] : periodo) {
         const store::Value v = Grid->valore(campo);

@@ -10,6 +10,7 @@ class QFrame;
 class QLabel;
 class QPushButton;
 class QTabWidget;
+class SchedaScadenze;
 namespace ui {
 class Dettaglio;
 class VBars;
@@ -35,9 +36,7 @@ public:
     ui::Dettaglio* Movimenti;   // tab 0, GridMov
     ui::Dettaglio* Spese;       // tab 1, GridSpese
     ui::Dettaglio* Iva;         // tab 2, GridIva: the VAT summary
-    ui::Dettaglio* Scadenze;    // tab 3, GridScadenze; none for quotes
-    QPushButton* btnGeneraScadenze = nullptr;
-    QPushButton* btnIncassa = nullptr;
+    SchedaScadenze* Scadenze = nullptr;   // tab 3, instalments and payments; none for quotes
 
     // Groups the list by counterparty when chkRaggruppa is ticked, then reads it again.
     void Raggruppa();
@@ -51,12 +50,11 @@ public:
     // The print of the list and of the withholding certificate, through the print screen.
     void Stampa();
     void StampaRitenuta();
-    // Opens the instalment plan of the current document, then reads its instalments again.
-    void GeneraScadenze();
 
 protected:
     bool PrimaDiEliminare(long id) override;
     void DopoEliminato(long id) override;
+    void DopoSalvato(long id) override;
     // A line or a charge saved or deleted: the totals, written through the grid's row.
     void DopoRigheCambiate() override;
     void DopoCambioRiga() override;

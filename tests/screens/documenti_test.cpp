@@ -19,6 +19,7 @@
 #include "core/documenti.h"
 #include "core/impostazioni.h"
 #include "core/pannello.h"
+#include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
@@ -277,34 +278,6 @@ TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
     }
 }
 
-// The commands of instalments and payments, each with its own right; payments say they come later.
-TEST_F(Documenti, ComandiDiScadenzeEPagamenti) {
-    documento(1, 1, "03/10/2026");
-    core::ImpostaModoSchermo("frmDocumenti", 5);
-    frmDocumenti r;
-    const std::tuple<const char*, int, std::vector<std::string>> casi[] = {
-        {"btnGeneraScadenze", core::ScadenzeModificare, {kNegato}},
-        {"btnIncassa", 10, {kNegato}},
-        {"btnIncassa", 0, {"La registrazione dei pagamenti non è ancora disponibile."}},
-    };
-    for (const auto& [comando, negato, messaggi] : casi) {
-        SCOPED_TRACE(comando);
-        core::session().Privilegi = std::string(14, '1');
-        if (negato) core::session().Privilegi[static_cast<size_t>(negato - 1)] = '0';
-        p.script->dimentica();
-        clic(&r, comando);
-        EXPECT_EQ(testiMostrati(*p.script), messaggi);
-        EXPECT_TRUE(p.script->schermiMostrati().empty());
-    }
-    EXPECT_EQ(conta("Select * from Scadenze"), 0);
-
-    // A quote has no instalments and no payments.
-    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
-    frmDocumenti q;
-    EXPECT_EQ(q.sTab->count(), 3);
-    EXPECT_FALSE(q.findChild<QPushButton*>("btnIncassa"));
-}
-
 // The list grouped by customer until chkRaggruppa is cleared; the totals bar follows the row.
 TEST_F(Documenti, RaggruppamentoETotali) {
     documento(1, 1, "03/10/2026", 1);
@@ -463,7 +436,7 @@ TEST_F(Documenti, FatturaTipica) {
     EXPECT_NEAR(store::CDbl(sc->get("ImportoScadenza")), 71.52, 0.005);
     EXPECT_EQ(store::CLng(sc->get("Cliente")), 1);
     r.sTab->setCurrentIndex(3);
-    EXPECT_EQ(r.Scadenze->griglia()->righeMostrate(), 1);
+    EXPECT_EQ(r.Scadenze->fmScadenze->griglia()->righeMostrate(), 1);
 }
 
 // The plan of a document's instalments: preview and writing agree, the rounding goes to the last.

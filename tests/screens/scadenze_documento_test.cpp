@@ -1,0 +1,287 @@
+// The instalments tab of the document register, driven on the real screen: each command with its
+// right and its refusals, the rows it writes or deletes, the flags a payment delete refreshes, and
+// the figures of both summaries worked out by hand. Then the instalment editor's checks.
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include "core/archivio_sql.h"
+#include "core/diritti.h"
+#include "core/documenti.h"
+#include "core/pannello.h"
+#include "payments/screens/frmScadenzeEdita.h"
+#include "sales/screens/SchedaScadenze.h"
+#include "sales/screens/frmDocumenti.h"
+#include "store/convert.h"
+#include "support/avvio_prova.h"
+#include "ui/Dettaglio.h"
+#include "ui/VText.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraGrid.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+
+namespace {
+
+const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
+const char* const kPagamentiPiuAvanti =
+    "La registrazione di incassi e pagamenti sarà disponibile con le schermate dei pagamenti.";
+
+// Fattura 1 of 300.00 in three instalments of 100.00, the first paid (payment 1, with its journal
+// row); fattura 2 of 50.00 with nothing on it; a journal row typed by hand.
+class TabScadenze : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+        db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
+        documento(1, 1, "03/10/2026", 300);
+        documento(2, 2, "03/11/2026", 50);
+        for (long s : {1, 2, 3})
+            db->Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,"
+                        "Pagata) VALUES (" + std::to_string(s) + ",1,1,'Rata " + std::to_string(s) + "',#0" +
+                        std::to_string(s + 3) + "/10/2026#,100," + std::to_string(s) + ",3," +
+                        (s == 1 ? "True" : "False") + ")");
+        pagamento(1, 1, 100);
+        db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (9,0,5)");
+    }
+
+    void documento(long id, long numero, const char* data, double totale, long tipo = 5) {
+        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,ImportoTotale,Pagato) VALUES (" +
+                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," + "#" +
+                    data + "#,1," + core::NumeroSql(totale) + ",False)");
+    }
+    void pagamento(long id, long scadenza, double importo) {
+        const std::string s = std::to_string(id);
+        db->Execute("Insert Into Pagamenti (ID,Documento,Scadenza,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
+                    "VALUES (" + s + ",1," + std::to_string(scadenza) + ",1,'Bonifico',#04/10/2026#," +
+                    core::NumeroSql(importo) + ")");
+        db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (" + s + "," + s + "," + core::NumeroSql(importo) + ")");
+    }
+    long conta(const std::string& sql) {
+        long n = 0;
+        for (auto rs = db->OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
+        return n;
+    }
+    bool flag(const char* tabella, const char* campo, long id) {
+        return store::CBool(db->OpenRecordset(std::string("Select * from ") + tabella + " where ID=" + std::to_string(id))
+                                ->get(campo));
+    }
+
+    // The register of fatture, shown, on tab 3, with the document in front.
+    std::unique_ptr<frmDocumenti> registro(long documento, long tipo = core::TipoFatturaEmessa) {
+        core::ImpostaModoSchermo("frmDocumenti", tipo);
+        auto r = std::make_unique<frmDocumenti>();
+        r->show();
+        r->sTab->setCurrentIndex(3);
+        EXPECT_TRUE(r->griglia()->vaiAId(documento));
+        return r;
+    }
+    std::string testo(frmDocumenti& r, const char* etichetta) {
+        return figlio<QLabel>(r.Scadenze, etichetta)->text().toStdString();
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
+// Every command tests its own right first; payments, allowed, say when they come. Each part of
+// the tab shows with its right to see it.
+TEST_F(TabScadenze, Diritti) {
+    auto r = registro(1);
+    ASSERT_TRUE(r->Scadenze->fmScadenze->griglia()->vaiAId(2));
+    const std::pair<int, std::vector<const char*>> casi[] = {
+        {core::ScadenzeModificare, {"btnNuovaScadenza", "btnModificaScadenza", "btnEliminaScadenza", "btnGeneraScadenze"}},
+        {core::IncassiModificare, {"btnIncassa", "btnNuovoPagamento", "btnModificaPagamento", "btnEliminaPagamento"}},
+        {0, {"btnIncassa", "btnNuovoPagamento", "btnModificaPagamento"}},
+    };
+    for (const auto& [negato, comandi] : casi) {
+        core::session().Privilegi = std::string(14, '1');
+        if (negato) core::session().Privilegi[static_cast<size_t>(negato - 1)] = '0';
+        for (const char* comando : comandi) {
+            SCOPED_TRACE(comando);
+            p.script->dimentica();
+            clic(r.get(), comando);
+            EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{negato ? kNegato : kPagamentiPiuAvanti});
+            EXPECT_TRUE(p.script->schermiMostrati().empty());
+        }
+    }
+    EXPECT_EQ(conta("Select * from Scadenze"), 3);
+    EXPECT_EQ(conta("Select * from Pagamenti"), 1);
+
+    for (const char* parte : {"fmScadenze", "fmPagamenti", "fmResoconto"}) {
+        SCOPED_TRACE(parte);
+        const int vedere = parte[2] == 'S' ? core::ScadenzeVedere : parte[2] == 'P' ? core::PagamentiVedere
+                                                                                   : core::PrimaNotaVedere;
+        core::session().Privilegi = std::string(14, '1');
+        core::session().Privilegi[static_cast<size_t>(vedere - 1)] = '0';
+        auto s = registro(1);
+        for (const char* altra : {"fmScadenze", "fmPagamenti", "fmResoconto"})
+            EXPECT_EQ(figlio<QWidget>(s->Scadenze, altra)->isVisible(), std::string(altra) != parte) << altra;
+    }
+}
+
+// A nota di credito emessa is settled by payments: its captions say so, and only fatture show the
+// figures of the document in front. A quote has no tab.
+TEST_F(TabScadenze, NotaDiCreditoEPreventivo) {
+    documento(4, 1, "03/12/2026", 20, core::TipoNotaCreditoEmessa);
+    auto r = registro(4, core::TipoNotaCreditoEmessa);
+    EXPECT_EQ(figlio<QPushButton>(r.get(), "btnIncassa")->text().toStdString(), "Paga");
+    EXPECT_EQ(testo(*r, "lblTitoloIncassato"), "Pagato");
+    EXPECT_EQ(testo(*r, "lblTitoloDaIncassareTutti"), "Da pagare");
+    EXPECT_EQ(testo(*r, "lblDaIncassare"), "");
+    EXPECT_EQ(testo(*r, "lblImportoTutti"), "20,00");
+    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
+    frmDocumenti q;
+    EXPECT_EQ(q.sTab->count(), 3);
+    EXPECT_FALSE(q.Scadenze);
+}
+
+// New, change and delete of an instalment, with the refusals of a paid document and instalment.
+TEST_F(TabScadenze, ComandiDelleScadenze) {
+    struct Caso {
+        const char* nome;
+        long documento, scadenza;
+        const char* comando;
+        int risposta;
+        std::vector<std::string> messaggi;
+        std::vector<std::string> schermi;
+        long scadenzeDopo;
+    };
+    const std::string movimentata =
+        "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n1) Pagamenti\r\n";
+    const Caso casi[] = {
+        {"nuova su un documento pagato", 1, 0, "btnNuovaScadenza", 0,
+         {"Impossibile generare scadenze se sono già stati emessi dei pagamenti!"}, {}, 3},
+        {"modifica di una scadenza pagata", 1, 1, "btnModificaScadenza", 0,
+         {"Impossibile modificare la scadenza: risultano dei pagamenti registrati!"}, {}, 3},
+        {"modifica di una scadenza aperta", 1, 2, "btnModificaScadenza", 0, {}, {"frmScadenzeEdita"}, 3},
+        {"eliminazione di una scadenza pagata", 1, 1, "btnEliminaScadenza", 0, {movimentata}, {}, 3},
+        {"eliminazione non confermata", 1, 2, "btnEliminaScadenza", core::vbNo,
+         {"Eliminare la scadenza selezionata?"}, {}, 3},
+        {"eliminazione confermata", 1, 2, "btnEliminaScadenza", core::vbYes,
+         {"Eliminare la scadenza selezionata?"}, {}, 2},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        auto r = registro(c.documento);
+        if (c.scadenza) {
+            ASSERT_TRUE(r->Scadenze->fmScadenze->griglia()->vaiAId(c.scadenza));
+        }
+        p.script->dimentica();
+        if (c.risposta) p.script->rispondi(c.risposta);
+        clic(r.get(), c.comando);
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(p.script->schermiMostrati(), c.schermi);
+        EXPECT_EQ(conta("Select * from Scadenze where Documento=1"), c.scadenzeDopo);
+    }
+}
+
+// A new instalment on the free document: the document comes picked with all of it left, and the
+// row is written with its counterpart; the tab lists it at once.
+TEST_F(TabScadenze, NuovaScadenzaSulDocumento) {
+    auto r = registro(2);
+    p.script->schermo("frmScadenzeEdita", [](QWidget* w) {
+        static_cast<frmScadenzeEdita*>(w)->pkData->setTesto("30/04/2026");
+        clic(w, "btnConferma");
+        return true;
+    });
+    clic(r.get(), "btnNuovaScadenza");
+    EXPECT_EQ(conta("Select * from Scadenze where Documento=2 and Cliente=1 and ImportoScadenza=50 and "
+                    "DescScadenza Like 'Saldo Fattura*'"), 1);
+    EXPECT_EQ(r->Scadenze->fmScadenze->griglia()->righeMostrate(), 1);
+}
+
+// A payment deleted from the tab: the document and that instalment lose their flag, its journal
+// row goes, the figures follow. No leaves everything as it was.
+TEST_F(TabScadenze, EliminazioneDiUnPagamento) {
+    pagamento(2, 2, 100);
+    pagamento(3, 3, 100);
+    db->Execute("Update Scadenze set Pagata=True");
+    db->Execute("Update Documenti set Pagato=True where ID=1");
+    auto r = registro(1);
+    // 300 collected on fattura 1; 350 issued in all, 50 still due on fattura 2.
+    EXPECT_EQ(testo(*r, "lblIncassato"), "300,00");
+    EXPECT_EQ(testo(*r, "lblDaIncassare"), "0,00");
+    EXPECT_EQ(testo(*r, "lblImportoTutti"), "350,00");
+    EXPECT_EQ(testo(*r, "lblIncassatoTutti"), "300,00");
+    EXPECT_EQ(testo(*r, "lblDaIncassareTutti"), "50,00");
+
+    ui::VetraGrid* pagamenti = r->Scadenze->fmPagamenti->griglia();
+    ASSERT_TRUE(pagamenti->vaiAId(3));
+    p.script->rispondiNo();
+    clic(r.get(), "btnEliminaPagamento");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare il pagamento selezionato?"});
+    EXPECT_EQ(conta("Select * from Pagamenti"), 3);
+
+    ASSERT_TRUE(pagamenti->vaiAId(3));
+    p.script->rispondiSi();
+    clic(r.get(), "btnEliminaPagamento");
+    EXPECT_EQ(conta("Select * from Pagamenti"), 2);
+    EXPECT_FALSE(flag("Documenti", "Pagato", 1));
+    EXPECT_FALSE(flag("Scadenze", "Pagata", 3));
+    EXPECT_TRUE(flag("Scadenze", "Pagata", 2));
+    EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=3"), 0);
+    EXPECT_EQ(conta("Select * from PrimaNota"), 3);   // the other two payments' and the one typed by hand
+    EXPECT_EQ(pagamenti->righeMostrate(), 2);
+    EXPECT_FALSE(store::CBool(r->griglia()->valore("Pagato")));   // the register's row read again
+    EXPECT_EQ(testo(*r, "lblIncassato"), "200,00");
+    EXPECT_EQ(testo(*r, "lblDaIncassare"), "100,00");
+    EXPECT_EQ(testo(*r, "lblIncassatoTutti"), "200,00");
+    EXPECT_EQ(testo(*r, "lblDaIncassareTutti"), "150,00");
+
+    // Fattura 2 in front: nothing collected, all of it due.
+    r->griglia()->vaiAId(2);
+    EXPECT_EQ(testo(*r, "lblIncassato"), "0,00");
+    EXPECT_EQ(testo(*r, "lblDaIncassare"), "50,00");
+}
+
+// The instalment editor's confirm: each check with its text, on a document of 100.00 with 60.00
+// already scheduled (40.00 left).
+TEST_F(TabScadenze, ControlliDellaScadenza) {
+    documento(3, 3, "03/12/2026", 100);
+    db->Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza) "
+                "VALUES (10,3,1,'Acconto',#04/12/2026#,60)");
+    struct Caso {
+        const char* nome;
+        Modalita modalita;
+        const char* data;
+        bool documento;
+        const char* importo;
+        std::string messaggio;
+    };
+    const Caso casi[] = {
+        {"senza data", Modalita::Nuovo, "", true, "40", "Inserire la data!"},
+        {"data non valida", Modalita::Nuovo, "31/02/2026", true, "40", "La data non è valida!"},
+        {"senza documento", Modalita::Nuovo, "30/04/2026", false, "40", "Selezionare il documento!"},
+        {"oltre il rimanente", Modalita::Nuovo, "30/04/2026", true, "40,01",
+         "L'importo supera quanto resta da scadenzare sul documento!"},
+        {"il rimanente", Modalita::Nuovo, "30/04/2026", true, "40", ""},
+        // On a change the 60.00 already scheduled counts as this instalment's own.
+        {"modificata a 100", Modalita::Modifica, "30/04/2026", true, "100", ""},
+        {"modificata oltre", Modalita::Modifica, "30/04/2026", true, "100,01",
+         "L'importo supera quanto resta da scadenzare sul documento!"},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Scadenze where Documento=3 and ID<>10");
+        db->Execute("Update Scadenze set ImportoScadenza=60 where ID=10");
+        p.script->dimentica();
+        frmScadenzeEdita e;
+        e.Prepara({c.modalita, c.modalita == Modalita::Modifica ? 10 : 0, nullptr, "Documento", c.documento ? 3 : 0});
+        if (c.modalita == Modalita::Nuovo && c.documento) {
+            EXPECT_EQ(e.txtImporto->text().toStdString(), "40,00");
+        }
+        e.pkData->setTesto(c.data);
+        if (!c.documento) e.cbCliente->setValore(store::Value::Long(1));
+        e.txtImporto->setText(c.importo);
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggio.empty() ? std::vector<std::string>{}
+                                                                 : std::vector<std::string>{c.messaggio});
+        EXPECT_EQ(conta("Select * from Scadenze where Documento=3"),
+                  c.messaggio.empty() && c.modalita == Modalita::Nuovo ? 2 : 1);
+    }
+}
+
+}  // namespace
