@@ -57,6 +57,13 @@ void riempiArchivio(store::Database& db) {
     }
     db.Execute("Insert Into SpeseDocumenti (ID,Documento,DescSpesa,Imponibile,Iva) VALUES (1,1,'Trasporto',25,1)");
     sales::CalcolaTotaliDocumento(1);
+    const char* rate[] = {"#12/31/2026#,2000,1,3,True", "#01/31/2027#,2000,2,3,False", "#02/28/2027#,2445.74,3,3,False"};
+    for (int i = 0; i < 3; ++i)
+        db.Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,"
+                   "Pagata) VALUES (" + std::to_string(i + 1) + ",1,1,'Rata " + std::to_string(i + 1) + " fattura 127/A'," +
+                   rate[i] + ")");
+    db.Execute("Insert Into Pagamenti (ID,Documento,Scadenza,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
+               "VALUES (1,1,1,1,'Bonifico rata 1',#11/23/2026#,2000)");
 }
 
 TEST(Vetrina, FatturaRealistica) {
