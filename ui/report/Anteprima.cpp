@@ -1,6 +1,7 @@
 #include "ui/report/Anteprima.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPrintDialog>
@@ -11,6 +12,7 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <cmath>
 #include <filesystem>
 
 #include "core/dialogs.h"
@@ -53,6 +55,7 @@ frmAnteprima::frmAnteprima(Documento documento, std::string nomeFile, QWidget* p
     btnUltima = pulsante("btnUltima", "U&ltima", "go-last", this);
     cbZoom = new QComboBox(this);
     cbZoom->setObjectName("cbZoom");
+    cbZoom->addItem("Larghezza pagina", -1.0);
     cbZoom->addItem("Pagina intera", 0.0);
     for (int z : {50, 75, 100, 125, 150, 200}) cbZoom->addItem(QString::number(z) + "%", z / 100.0);
     btnStampa = pulsante("btnStampa", "&Stampa...", "document-print", this);
@@ -72,6 +75,7 @@ frmAnteprima::frmAnteprima(Documento documento, std::string nomeFile, QWidget* p
     imgPagina->setObjectName("imgPagina");
     scrPagina->setWidget(imgPagina);
     colonna->addWidget(scrPagina, 1);
+    scrPagina->viewport()->installEventFilter(this);
 
     connect(btnPrima, &QPushButton::clicked, this, [this] { VaiA(0); });
     connect(btnPrecedente, &QPushButton::clicked, this, [this] { VaiA(pagina_ - 1); });
@@ -82,8 +86,8 @@ frmAnteprima::frmAnteprima(Documento documento, std::string nomeFile, QWidget* p
     connect(btnChiudi, &QPushButton::clicked, this, &QDialog::reject);
     connect(cbZoom, &QComboBox::activated, this, [this](int i) {
         const double z = cbZoom->itemData(i).toDouble();
-        adatta_ = z == 0;
-        ImpostaZoom(adatta_ ? ZoomAdatto() : z);
+        adatta_ = z <= 0 ? (z < 0 ? Adatta::Larghezza : Adatta::Pagina) : Adatta::No;
+        ImpostaZoom(adatta_ != Adatta::No ? ZoomAdatto() : z);
     });
     auto scorciatoia = [this](QKeySequence tasti, auto azione) {
         connect(new QShortcut(tasti, this), &QShortcut::activated, this, azione);
@@ -92,8 +96,8 @@ frmAnteprima::frmAnteprima(Documento documento, std::string nomeFile, QWidget* p
     scorciatoia(QKeySequence(Qt::Key_PageUp), [this] { VaiA(pagina_ - 1); });
     scorciatoia(QKeySequence(Qt::CTRL | Qt::Key_Home), [this] { VaiA(0); });
     scorciatoia(QKeySequence(Qt::CTRL | Qt::Key_End), [this] { VaiA(Pagine() - 1); });
-    scorciatoia(QKeySequence::ZoomIn, [this] { adatta_ = false; ImpostaZoom(zoom_ * 1.25); });
-    scorciatoia(QKeySequence::ZoomOut, [this] { adatta_ = false; ImpostaZoom(zoom_ / 1.25); });
+    scorciatoia(QKeySequence::ZoomIn, [this] { adatta_ = Adatta::No; ImpostaZoom(zoom_ * 1.25); });
+    scorciatoia(QKeySequence::ZoomOut, [this] { adatta_ = Adatta::No; ImpostaZoom(zoom_ / 1.25); });
     scorciatoia(QKeySequence::Print, [this] { Stampa(); });
     scorciatoia(QKeySequence::Save, [this] { SalvaPdf(); });
     zoom_ = ZoomAdatto();
@@ -118,14 +122,19 @@ void frmAnteprima::ImpostaZoom(double zoom) {
 }
 
 double frmAnteprima::ZoomAdatto() const {
-    const QSize spazio = scrPagina->viewport()->size() - QSize(8, 8);
+    // The room inside the scroll area, less a margin and the vertical bar that a long page needs.
+    const QSize spazio = scrPagina->viewport()->size() - QSize(12 + scrPagina->verticalScrollBar()->sizeHint().width(), 12);
     const double larghezza = doc_.pagina.larghezza / 25.4 * 96, altezza = doc_.pagina.altezza / 25.4 * 96;
-    return std::max(0.1, std::min(spazio.width() / larghezza, spazio.height() / altezza));
+    const double perLarghezza = spazio.width() / larghezza;
+    return std::max(0.1, adatta_ == Adatta::Pagina ? std::min(perLarghezza, spazio.height() / altezza) : perLarghezza);
 }
 
-void frmAnteprima::resizeEvent(QResizeEvent* e) {
-    QDialog::resizeEvent(e);
-    if (adatta_) ImpostaZoom(ZoomAdatto());
+bool frmAnteprima::eventFilter(QObject* oggetto, QEvent* evento) {
+    if (oggetto == scrPagina->viewport() && evento->type() == QEvent::Resize && adatta_ != Adatta::No) {
+        const double z = ZoomAdatto();
+        if (std::abs(z - zoom_) > 0.01) ImpostaZoom(z);
+    }
+    return QDialog::eventFilter(oggetto, evento);
 }
 
 void frmAnteprima::Mostra() {

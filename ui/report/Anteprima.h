@@ -47,7 +47,7 @@ public:
     QLabel* imgPagina;
 
 protected:
-    void resizeEvent(QResizeEvent* e) override;
+    bool eventFilter(QObject* oggetto, QEvent* evento) override;
 
 private:
     void Mostra();
@@ -58,7 +58,8 @@ private:
     std::unique_ptr<Pittore> pittore_;
     int pagina_ = 0;
     double zoom_ = 1;
-    bool adatta_ = true;
+    enum class Adatta { No, Larghezza, Pagina };
+    Adatta adatta_ = Adatta::Larghezza;   // the zoom follows the window
 };
 
 }  // namespace ui::report
