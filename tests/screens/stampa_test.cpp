@@ -8,6 +8,7 @@
 #include "core/archivio_sql.h"
 #include "core/file.h"
 #include "output/screens/frmStampa.h"
+#include "report/report_support.h"
 #include "support/avvio_prova.h"
 #include "ui/Dialoghi.h"
 #include "ui/VetraCombo.h"
@@ -218,4 +219,48 @@ TEST_F(Stampa, EliminaPredefinitoEModifica) {
     ASSERT_EQ(testi.size(), 1u);
     EXPECT_NE(testi[0].find("L'editor dei report non è ancora disponibile"), std::string::npos);
     EXPECT_NE(testi[0].find("Primo.rpf"), std::string::npos);
+}
+
+// The shipped layout of a fattura on a real archive: forty lines spill onto a second page, which
+// repeats the headings and carries the total of the first.
+TEST_F(Stampa, FatturaSuDuePagineInPdf) {
+    auto& a = core::Archivio();
+    a.Execute("Insert Into Clienti (ID,DescCliente,Indirizzo,Cap,Citta,Provincia,PartitaIva) "
+              "VALUES (1,'Rossi Impianti srl','Via Roma 12','00184','Roma','RM','01234567890')");
+    a.Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'22%',22)");
+    a.Execute("Update Documenti set Imponibile=1640, TotIva=360.8, ImportoTotale=2000.8 where ID=1");
+    for (int i = 1; i <= 40; ++i)
+        a.Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) VALUES (" +
+                  std::to_string(i) + ",1,'Intervento " + std::to_string(i) + "',1," + std::to_string(i) + "," +
+                  std::to_string(i) + ",1)");
+    fs::copy_file(fs::path(BREVANO_SOURCE_DIR) / "data/report/Fatture.rpf", cartella + "/Fatture.rpf");
+    core::session().dbAziende->Execute(
+        "Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (110,1,'Fatture','Fatture.rpf',-1)");
+
+    core::RichiestaStampa r;
+    r.sezione = "Fatture";
+    core::Parametri documento;
+    documento.Add("Documento", "Documento", "1");
+    r.subReports.Add("Testata", "", documento);
+    r.subReports.Add("Elenco", "", documento);
+    const std::string pdf = cartella + "/fattura.pdf";
+    p.script->percorso(pdf);
+    p.script->sempre("frmAnteprima", [] {
+        clic(ui::schermoInCorso(), "btnSalvaPdf");
+        return false;
+    });
+    Apri(r, [&](frmStampa& f) { clic(&f, "btnAnteprima"); });
+    EXPECT_TRUE(testiMostrati(*p.script).empty()) << testiMostrati(*p.script)[0];
+
+    const auto pagine = prova::PagineDelPdf(pdf);
+    ASSERT_EQ(pagine.size(), 2u);
+    EXPECT_NE(pagine[0].find("Rossi Impianti srl"), std::string::npos) << pagine[0];
+    EXPECT_NE(pagine[0].find("10/03/2026"), std::string::npos);
+    // Lines 1 to 31 on the first page: 496,00 carried.
+    EXPECT_NE(pagine[0].find("A riportare"), std::string::npos) << pagine[0];
+    EXPECT_NE(pagine[0].find("496,00"), std::string::npos) << pagine[0];
+    EXPECT_NE(pagine[0].find("Pagina 1 di 2"), std::string::npos);
+    for (const char* atteso : {"Descrizione", "Importo", "Riporto", "496,00", "Intervento 40", "1.640,00", "360,80",
+                               "2.000,80", "Pagina 2 di 2"})
+        EXPECT_NE(pagine[1].find(atteso), std::string::npos) << atteso << "\n" << pagine[1];
 }

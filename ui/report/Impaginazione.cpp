@@ -214,7 +214,10 @@ private:
                 p.testo = e.somma.empty() ? store::Format(campo(e.campo), e.maschera) : totale(e, livello);
             else if (e.tipo == TipoElemento::Immagine) p.testo = (fs::path(immagini_) / e.file).string();
             if (e.cresce && !p.testo.empty()) {
-                p.altezza = std::max(e.altezza, mis_.altezza(e.carattere, e.larghezza, p.testo));
+                // A text that fits its frame is drawn as the others are, centred on its line.
+                const double serve = mis_.altezza(e.carattere, e.larghezza, p.testo);
+                p.aCapo = serve > e.altezza + 1e-9;
+                p.altezza = std::max(e.altezza, serve);
                 r.altezza = std::max(r.altezza, e.y + p.altezza);
             }
             r.primitive.push_back(std::move(p));

@@ -46,7 +46,7 @@ struct Primitiva {
     Carattere carattere;
     Allineamento allinea = Allineamento::Sinistra;
     double spessore = 0;
-    bool aCapo = false;
+    bool aCapo = false;                        // wraps from the top of its frame
 };
 
 struct PaginaStampata {
