@@ -155,9 +155,15 @@ void frmAnteprima::Stampa() {
     stampante.setDocName(QString::fromStdString(doc_.titolo.empty() ? nomeFile_ : doc_.titolo));
     QPrintDialog dialogo(&stampante, this);
     dialogo.setMinMax(1, Pagine());
+    dialogo.setOption(QAbstractPrintDialog::PrintCurrentPage);
     if (dialogo.exec() != QDialog::Accepted) return;
     try {
-        pittore_->stampa(stampante);
+        if (stampante.printRange() == QPrinter::PageRange)
+            pittore_->stampa(stampante, stampante.fromPage() - 1, stampante.toPage() - 1);
+        else if (stampante.printRange() == QPrinter::CurrentPage)
+            pittore_->stampa(stampante, pagina_, pagina_);
+        else
+            pittore_->stampa(stampante);
     } catch (const ErroreReport& e) {
         mostraErrore(e);
     }

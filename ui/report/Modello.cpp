@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -79,7 +80,7 @@ public:
                 p.destro = numero("destro", p.destro);
                 p.alto = numero("alto", p.alto);
                 p.basso = numero("basso", p.basso);
-                if (p.larghezzaUtile() <= 0 || p.altezzaUtile() <= 0) fallisci("la pagina non ha spazio tra i margini");
+                if (p.larghezzaUtile() < 10 || p.altezzaUtile() < 10) fallisci("la pagina non ha spazio tra i margini");
                 xml_.skipCurrentElement();
             } else if (n == u"parametro") {
                 m.parametri.push_back(parametro());
@@ -124,7 +125,8 @@ private:
         const std::string t = attr(nome);
         double v = 0;
         auto r = std::from_chars(t.data(), t.data() + t.size(), v);
-        if (t.empty() || r.ec != std::errc() || r.ptr != t.data() + t.size() || v < -10000 || v > 10000)
+        if (t.empty() || r.ec != std::errc() || r.ptr != t.data() + t.size() || !std::isfinite(v) || v < -10000 ||
+            v > 10000)
             fallisci("l'attributo " + std::string(nome) + "=\"" + t + "\" non è un numero");
         return v;
     }

@@ -125,13 +125,15 @@ void Pittore::esportaPdf(const std::string& percorso) const {
     stampa(pdf);
 }
 
-void Pittore::stampa(QPagedPaintDevice& dispositivo) const {
+void Pittore::stampa(QPagedPaintDevice& dispositivo, int da, int a) const {
+    da = std::max(0, da);
+    a = a < 0 ? pagine() - 1 : std::min(a, pagine() - 1);
     dispositivo.setPageLayout(QPageLayout(QPageSize(QSizeF(doc_.pagina.larghezza, doc_.pagina.altezza), QPageSize::Millimeter),
                                           QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
     QPainter painter;
     if (!painter.begin(&dispositivo)) throw ErroreReport(75, nomeFile_ + ": la stampa non può cominciare");
-    for (int i = 0; i < pagine(); ++i) {
-        if (i > 0) dispositivo.newPage();
+    for (int i = da; i <= a; ++i) {
+        if (i > da) dispositivo.newPage();
         disegna(painter, i, dispositivo.logicalDpiX(), dispositivo.logicalDpiY());
     }
     painter.end();

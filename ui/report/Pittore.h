@@ -32,8 +32,8 @@ public:
     QImage immagine(int pagina, double zoom) const;
     // Writes every page to a PDF file; error 75 naming the file when it cannot be written.
     void esportaPdf(const std::string& percorso) const;
-    // Prints every page on the printer (or any paged device) as it is set up.
-    void stampa(QPagedPaintDevice& dispositivo) const;
+    // Prints pages da to a (0-based, a -1 for the last) on the printer, or any paged device, as it is set up.
+    void stampa(QPagedPaintDevice& dispositivo, int da = 0, int a = -1) const;
 
 private:
     const Documento& doc_;
