@@ -2,11 +2,15 @@
 // cause, statements run through the engine, pages laid out and written to PDF, read back as text.
 #include <gtest/gtest.h>
 
+#include <QLabel>
+#include <QPushButton>
+
 #include <filesystem>
 
 #include "report/report_support.h"
 #include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
+#include "ui/report/Anteprima.h"
 #include "ui/report/Motore.h"
 #include "ui/report/Pittore.h"
 
@@ -278,4 +282,38 @@ TEST(PdfReport, ListaSuTrePagineLettaDalPdf) {
     EXPECT_NE(pagine[2].find("Totale di marzo"), std::string::npos);
     EXPECT_NE(pagine[2].find("127,50"), std::string::npos);
     EXPECT_EQ(pagine[2].find("A riportare"), std::string::npos);
+}
+
+TEST(AnteprimaReport, SfogliaLePagineESalvaIlPdf) {
+    prova::applicazioneDiProva();
+    auto script = prova::installaScript();
+    test::CartellaTemporanea cartella;
+    frmAnteprima f(Impagina(prova::ReportElenco(), Movimenti(15)), "Prova.rpf");
+    struct Passo {
+        QPushButton* pulsante;
+        std::string etichetta;
+        bool indietro, avanti;
+    };
+    const std::vector<Passo> passi{
+        {nullptr, "Pagina 1 di 3", false, true},      {f.btnSuccessiva, "Pagina 2 di 3", true, true},
+        {f.btnUltima, "Pagina 3 di 3", true, false},  {f.btnSuccessiva, "Pagina 3 di 3", true, false},
+        {f.btnPrecedente, "Pagina 2 di 3", true, true}, {f.btnPrima, "Pagina 1 di 3", false, true},
+    };
+    for (const auto& p : passi) {
+        if (p.pulsante) p.pulsante->click();
+        EXPECT_EQ(f.lblPagina->text().toStdString(), p.etichetta);
+        EXPECT_EQ(f.btnPrecedente->isEnabled(), p.indietro) << p.etichetta;
+        EXPECT_EQ(f.btnSuccessiva->isEnabled(), p.avanti) << p.etichetta;
+    }
+
+    // The extension is added when the name has none; a folder that is not there is told, nothing written.
+    script->percorso(cartella / "lista");
+    f.btnSalvaPdf->click();
+    EXPECT_EQ(prova::PagineDelPdf(cartella / "lista.pdf").size(), 3u);
+    script->percorso(cartella / "manca/lista.pdf");
+    f.btnSalvaPdf->click();
+    ASSERT_EQ(script->messaggi().size(), 1u);
+    EXPECT_EQ(script->messaggi()[0].testo.rfind("75; Prova.rpf: il PDF " + (cartella / "manca/lista.pdf"), 0), 0u)
+        << script->messaggi()[0].testo;
+    core::installDialogs(nullptr);
 }
