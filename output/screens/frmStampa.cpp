@@ -128,13 +128,18 @@ void frmStampa::PreparaMotore() {
     }
     for (const auto& p : Report.Parametri()) d.parametri.push_back(p.nome);
     const output::Assegnazioni a = output::Assegna(d, richiesta_, Report.NomeFile());
-    for (auto& sub : Report.SubReports())
-        for (const auto& dato : a.subReports) {
-            if (store::AsciiLower(dato.nome) != store::AsciiLower(sub.nome)) continue;
-            if (dato.query) sub.query = *dato.query;
-            for (std::size_t i = 0; i < sub.parametri.size(); ++i) sub.parametri[i].valore = dato.parametri[i].second;
-        }
-    for (std::size_t i = 0; i < a.parametri.size(); ++i) Report.Parametri()[i].valore = a.parametri[i].second;
+    auto assegna = [](std::vector<ui::report::ParametroDichiarato>& dichiarati,
+                      const std::vector<std::pair<std::string, std::string>>& valori) {
+        for (const auto& [nome, valore] : valori)
+            for (auto& p : dichiarati)
+                if (store::AsciiLower(p.nome) == store::AsciiLower(nome)) p.valore = valore;
+    };
+    for (const auto& dato : a.subReports) {
+        ui::report::SubReportDichiarato& sub = Report.SubReport(dato.nome);
+        if (dato.query) sub.query = *dato.query;
+        assegna(sub.parametri, dato.parametri);
+    }
+    assegna(Report.Parametri(), a.parametri);
 }
 
 void frmStampa::Anteprima() {

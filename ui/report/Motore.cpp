@@ -15,6 +15,12 @@ void Motore::Carica() {
     caricato_ = true;
 }
 
+SubReportDichiarato& Motore::SubReport(const std::string& nome) {
+    SubReportDichiarato* s = modello_.subReport(nome);
+    if (!s) throw ErroreReport(ErrNomeMancante, NomeFile() + ": il report non dichiara il sub-report " + nome);
+    return *s;
+}
+
 std::string Motore::NomeFile() const { return std::filesystem::path(File).filename().string(); }
 
 Documento Motore::Prepara(const Misuratore& misuratore) const {

@@ -34,6 +34,8 @@ public:
     void Carica();
     bool Caricato() const { return caricato_; }
     std::vector<SubReportDichiarato>& SubReports() { return modello_.subReports; }
+    // The declared sub-report of that name (without case); error 3265 naming the file when there is none.
+    SubReportDichiarato& SubReport(const std::string& nome);
     std::vector<ParametroDichiarato>& Parametri() { return modello_.parametri; }
     const Modello& modello() const { return modello_; }
     std::string NomeFile() const;
