@@ -96,6 +96,19 @@ TEST(FileReport, FileGuastiRifiutatiConFileECausa) {
     }
 }
 
+TEST(FileReport, TroncatoInOgniPuntoRifiutatoONonDanneggiato) {
+    // Cut anywhere, a file is either refused as ours to refuse or still reads (a cut in the trailing blanks).
+    const std::string buono = prova::ReportElenco();
+    for (std::size_t n = 0; n < buono.size(); n += 3) {
+        try {
+            Leggi(buono.substr(0, n), "Prova.rpf");
+            EXPECT_GE(n, buono.find("</report>") + 9) << n;
+        } catch (const ErroreReport& e) {
+            EXPECT_EQ(e.number(), ErrFormato) << n;
+        }
+    }
+}
+
 TEST(FileReport, CaricamentoFallitoLasciaIlFileComEra) {
     prova::applicazioneDiProva();
     test::CartellaTemporanea cartella;
