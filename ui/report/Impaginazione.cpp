@@ -46,8 +46,8 @@ void perOgniCampo(const Modello& m, F&& f) {
 
 class Impaginatore {
 public:
-    Impaginatore(const Modello& m, const Dati& d, const Misuratore& mis, std::string immagini, std::string nomeFile)
-        : m_(m), dati_(d), mis_(mis), immagini_(std::move(immagini)), nomeFile_(std::move(nomeFile)) {
+    Impaginatore(const Modello& m, const Dati& d, const Misuratore& mis, std::string immagini)
+        : m_(m), dati_(d), mis_(mis), immagini_(std::move(immagini)) {
         if (!m.sorgente.empty()) {
             auto it = d.find(minuscolo(m.sorgente));
             if (it != d.end()) elenco_ = &it->second;
@@ -283,7 +283,6 @@ private:
     const Dati& dati_;
     const Misuratore& mis_;
     std::string immagini_;
-    std::string nomeFile_;
     const Tabella* elenco_ = nullptr;
     const std::vector<store::Value>* riga_ = nullptr;
     std::vector<int> indiciGruppo_;
@@ -382,7 +381,7 @@ Documento Impagina(const Modello& modello, const Dati& dati, const Misuratore& m
         if (g.intestazione) immagine(*g.intestazione);
         if (g.piede) immagine(*g.piede);
     }
-    return Impaginatore(modello, dati, misuratore, cartellaImmagini, nomeFile).impagina();
+    return Impaginatore(modello, dati, misuratore, cartellaImmagini).impagina();
 }
 
 }  // namespace ui::report
