@@ -12,6 +12,7 @@
 #include "app/screens/frmUtentiEdita.h"
 #include "books/screens/Registra.h"
 #include "core/registro_schermi.h"
+#include "output/screens/Registra.h"
 #include "payments/screens/Registra.h"
 #include "sales/screens/Registra.h"
 #include "tools/screens/Registra.h"
@@ -59,4 +60,5 @@ void RegistraSchermi() {
     RegistraSchermiStrumenti();
     RegistraSchermiPagamenti();
     RegistraSchermiLibri();
+    RegistraSchermiOutput();
 }

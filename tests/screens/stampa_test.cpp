@@ -1,0 +1,275 @@
+// frmStampa as the registers reach it through core::Stampa: the section's layouts with the default
+// first, the preview with the caller's names, copy, deletion, default, and the refusals.
+#include <QLabel>
+
+#include <filesystem>
+#include <fstream>
+
+#include "core/archivio_sql.h"
+#include "core/file.h"
+#include "output/screens/frmStampa.h"
+#include "report/report_support.h"
+#include "support/avvio_prova.h"
+#include "ui/Dialoghi.h"
+#include "ui/VetraCombo.h"
+
+using namespace prova;
+namespace fs = std::filesystem;
+
+namespace {
+
+const char* kReport = R"(<?xml version="1.0" encoding="UTF-8"?>
+<report formato="brevano-report" versione="1" titolo="Documenti" sorgente="Elenco">
+  <parametro nome="Titolo"/>
+  <subreport nome="Elenco" database="archivio">
+    <parametro nome="Tipo"/>
+    <query>Select Numero, Tipo from Documenti where Tipo={Tipo} order by Numero</query>
+  </subreport>
+  <banda tipo="intestazioneReport" altezza="10"><testo x="0" y="0" larghezza="100" altezza="10">{Titolo}</testo></banda>
+  <banda tipo="dettaglio" altezza="5"><campo x="0" y="0" larghezza="30" altezza="5" nome="Numero"/></banda>
+  <banda tipo="piedePagina" altezza="5"><testo x="0" y="0" larghezza="100" altezza="5">Pagina {Pagina} di {Pagine}</testo></banda>
+</report>
+)";
+
+class Stampa : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        cartella = core::CartellaReport();
+        fs::create_directories(cartella);
+        auto& m = *core::session().dbAziende;
+        m.Execute("Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (101,1,'Elenchi','Primo.rpf',0)");
+        m.Execute("Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (102,1,'Elenchi','Secondo.rpf',-1)");
+        m.Execute("Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (103,2,'Elenchi','Altra.rpf',-1)");
+        for (const char* f : {"Primo.rpf", "Secondo.rpf"}) std::ofstream(cartella + "/" + f) << kReport;
+        core::Archivio().Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente) VALUES (1,5,17,#03/10/2026#,1)");
+    }
+
+    // Runs core::Stampa with the screen driven by azione.
+    void Apri(core::RichiestaStampa richiesta, const std::function<void(frmStampa&)>& azione) {
+        bool mostrato = false;
+        p.script->schermo("frmStampa", [&](QWidget* w) {
+            mostrato = true;
+            auto* f = qobject_cast<frmStampa*>(w);
+            if (!f) ADD_FAILURE() << "frmStampa non trovato";
+            else azione(*f);
+            return false;
+        });
+        core::Stampa(richiesta);
+        EXPECT_TRUE(mostrato);
+    }
+
+    static core::RichiestaStampa Richiesta(const std::string& sezione = "Elenchi") {
+        core::RichiestaStampa r;
+        r.sezione = sezione;
+        core::Parametri tipo;
+        tipo.Add("Tipo", "Tipo", "5");
+        r.subReports.Add("Elenco", "", tipo);
+        r.parametri.Add("Titolo", "Titolo", "Fatture emesse");
+        return r;
+    }
+
+    std::vector<std::string> Elenco(frmStampa& f) {
+        std::vector<std::string> v;
+        for (int i = 0; i < f.VetraCombo1->count(); ++i) v.push_back(f.VetraCombo1->itemText(i).toStdString());
+        return v;
+    }
+
+    std::map<long, bool> Predefiniti() {
+        std::map<long, bool> m;
+        auto rs = core::session().dbAziende->OpenRecordset("Select ID, Predefinito from FormReport where Sezione='Elenchi'");
+        for (; !rs->Eof(); rs->MoveNext()) m[store::CLng(rs->get("ID"))] = store::CBool(rs->get("Predefinito"));
+        return m;
+    }
+
+    ProgrammaDiProva p;
+    std::string cartella;
+};
+
+}  // namespace
+
+TEST_F(Stampa, ElencoDellaSezioneConIlPredefinitoPrimo) {
+    Apri(Richiesta(), [&](frmStampa& f) {
+        EXPECT_EQ(Elenco(f), (std::vector<std::string>{"Secondo.rpf", "Primo.rpf"}));
+        EXPECT_EQ(f.VetraCombo1->currentIndex(), 0);
+        for (auto* b : {f.btnAnteprima, f.btnDuplica, f.btnElimina, f.btnModifica, f.btnPredefinito})
+            EXPECT_TRUE(b->isEnabled()) << b->objectName().toStdString();
+    });
+    Apri(Richiesta("Bilancio"), [&](frmStampa& f) {
+        EXPECT_EQ(f.VetraCombo1->count(), 0);
+        for (auto* b : {f.btnAnteprima, f.btnDuplica, f.btnElimina, f.btnModifica, f.btnPredefinito})
+            EXPECT_FALSE(b->isEnabled()) << b->objectName().toStdString();
+    });
+}
+
+TEST_F(Stampa, AnteprimaConINomiDelChiamante) {
+    struct Caso {
+        const char* nome;
+        std::function<void(core::RichiestaStampa&)> cambia;
+        std::string messaggio;   // "" when the preview is shown
+    };
+    const std::vector<Caso> casi{
+        {"tutto passato", [](core::RichiestaStampa&) {}, ""},
+        {"nulla passato", [](core::RichiestaStampa& r) { r = core::RichiestaStampa{"Elenchi", {}, {}}; },
+         // Without the caller's names the file's own run: {Tipo} stays empty and the statement fails.
+         "Secondo.rpf: la query del sub-report Elenco non si esegue"},
+        {"parametro del report mancante", [](core::RichiestaStampa& r) { r.parametri = core::Parametri::Nessuno(); },
+         "3265; Secondo.rpf: il parametro Titolo dichiarato dal report non è tra quelli passati"},
+        {"sub-report mancante", [](core::RichiestaStampa& r) { r.subReports.Remove("Elenco"); r.subReports.Add("Righe", ""); },
+         "3265; Secondo.rpf: il sub-report Elenco dichiarato dal report non è tra quelli passati"},
+        {"parametro del sub-report mancante", [](core::RichiestaStampa& r) { r.subReports.Add("Elenco", ""); },
+         "3265; Secondo.rpf: il parametro Tipo del sub-report Elenco non è tra quelli passati"},
+        {"query del chiamante",
+         [](core::RichiestaStampa& r) {
+             r.subReports.Add("Elenco", "Select Numero from Documentx", r.subReports.Item("Elenco")->parametri);
+         },
+         "3078; Secondo.rpf: la query del sub-report Elenco non si esegue"},
+    };
+    for (const auto& c : casi) {
+        core::RichiestaStampa r = Richiesta();
+        c.cambia(r);
+        p.script->dimentica();
+        std::string pagina;
+        p.script->sempre("frmAnteprima", [&] {
+            if (auto* l = ui::schermoInCorso()->findChild<QLabel*>("lblPagina")) pagina = l->text().toStdString();
+            return false;
+        });
+        Apri(r, [&](frmStampa& f) { clic(&f, "btnAnteprima"); });
+        const auto testi = testiMostrati(*p.script);
+        if (c.messaggio.empty()) {
+            EXPECT_TRUE(testi.empty()) << c.nome << ": " << (testi.empty() ? "" : testi[0]);
+            EXPECT_EQ(pagina, "Pagina 1 di 1") << c.nome;
+        } else {
+            ASSERT_EQ(testi.size(), 1u) << c.nome;
+            EXPECT_NE(testi[0].find(c.messaggio), std::string::npos) << c.nome << ": " << testi[0];
+            EXPECT_EQ(pagina, "") << c.nome;
+        }
+    }
+}
+
+TEST_F(Stampa, DuplicaConNomiBuoniECattivi) {
+    struct Caso {
+        std::optional<std::string> nome;
+        std::string file;        // the new file, "" when none is made
+        std::string messaggio;   // "" when none is shown
+    };
+    const std::vector<Caso> casi{
+        {std::nullopt, "", ""},
+        {"   ", "", ""},
+        {"Copia", "Copia.rpf", ""},
+        {"Primo.rpf", "", "Esiste già un report di nome \"Primo.rpf\": scegliere un altro nome."},
+        {"a/b", "", "contiene caratteri che un nome di file non può avere"},
+        {"Nota: sì", "", "contiene caratteri che un nome di file non può avere"},
+    };
+    for (const auto& c : casi) {
+        p.script->dimentica();
+        const auto prima = Predefiniti();
+        bool anteprima = false;
+        p.script->sempre("frmAnteprima", [&] { return anteprima = true, false; });
+        p.script->testo(c.nome);
+        std::string scelto;
+        Apri(Richiesta(), [&](frmStampa& f) {
+            clic(&f, "btnDuplica");
+            scelto = f.VetraCombo1->currentText().toStdString();
+        });
+        const auto testi = testiMostrati(*p.script);
+        ASSERT_EQ(p.script->domande().size(), 1u);
+        EXPECT_EQ(p.script->domande()[0], "Nome del nuovo report");
+        if (c.messaggio.empty()) {
+            EXPECT_TRUE(testi.empty()) << testi[0];
+        } else {
+            ASSERT_EQ(testi.size(), 1u);
+            EXPECT_NE(testi[0].find(c.messaggio), std::string::npos) << testi[0];
+        }
+        if (c.file.empty()) {
+            EXPECT_EQ(Predefiniti(), prima);
+            EXPECT_FALSE(anteprima);
+            continue;
+        }
+        EXPECT_TRUE(anteprima);
+        EXPECT_EQ(scelto, c.file);
+        std::ifstream copia(cartella + "/" + c.file);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(copia), {}), kReport);
+        auto rs = core::session().dbAziende->OpenRecordset("Select * from FormReport where Report='" + c.file + "'");
+        ASSERT_FALSE(rs->Eof());
+        EXPECT_EQ(store::CLng(rs->get("Azienda")), 1);
+        EXPECT_EQ(store::ConcatText(rs->get("Sezione")), "Elenchi");
+        EXPECT_FALSE(store::CBool(rs->get("Predefinito")));
+    }
+}
+
+TEST_F(Stampa, EliminaPredefinitoEModifica) {
+    Apri(Richiesta(), [&](frmStampa& f) {
+        f.VetraCombo1->setValore(store::Value::Long(101));
+        clic(&f, "btnPredefinito");
+        EXPECT_EQ(f.VetraCombo1->currentText(), "Primo.rpf");
+        EXPECT_EQ(Elenco(f), (std::vector<std::string>{"Primo.rpf", "Secondo.rpf"}));
+    });
+    EXPECT_EQ(Predefiniti(), (std::map<long, bool>{{101, true}, {102, false}, {103, true}}));
+
+    Apri(Richiesta(), [&](frmStampa& f) {
+        clic(&f, "btnModifica");
+        clic(&f, "btnElimina");
+        EXPECT_EQ(Elenco(f), (std::vector<std::string>{"Secondo.rpf"}));
+    });
+    EXPECT_FALSE(fs::exists(cartella + "/Primo.rpf"));
+    EXPECT_TRUE(fs::exists(cartella + "/Secondo.rpf"));
+    EXPECT_EQ(Predefiniti(), (std::map<long, bool>{{102, false}, {103, true}}));
+    const auto testi = testiMostrati(*p.script);
+    ASSERT_EQ(testi.size(), 1u);
+    EXPECT_NE(testi[0].find("L'editor dei report non è ancora disponibile"), std::string::npos);
+    EXPECT_NE(testi[0].find("Primo.rpf"), std::string::npos);
+}
+
+void ControllaFattura(const std::vector<std::string>& pagine);
+
+// The shipped layout of a fattura on a real archive: forty lines spill onto a second page, which
+// repeats the headings and carries the total of the first.
+TEST_F(Stampa, FatturaSuDuePagineInPdf) {
+    auto& a = core::Archivio();
+    a.Execute("Insert Into Clienti (ID,DescCliente,Indirizzo,Cap,Citta,Provincia,PartitaIva) "
+              "VALUES (1,'Rossi Impianti srl','Via Roma 12','00184','Roma','RM','01234567890')");
+    a.Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'22%',22)");
+    a.Execute("Update Documenti set Imponibile=1640, TotIva=360.8, ImportoTotale=2000.8 where ID=1");
+    for (int i = 1; i <= 40; ++i)
+        a.Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) VALUES (" +
+                  std::to_string(i) + ",1,'Intervento " + std::to_string(i) + "',1," + std::to_string(i) + "," +
+                  std::to_string(i) + ",1)");
+    fs::copy_file(fs::path(BREVANO_SOURCE_DIR) / "data/report/Fatture.rpf", cartella + "/Fatture.rpf");
+    core::session().dbAziende->Execute(
+        "Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) VALUES (110,1,'Fatture','Fatture.rpf',-1)");
+
+    // As the documents register hands it over; without the caller's statements the layout shows the
+    // latest fattura, the same one here.
+    core::RichiestaStampa r;
+    r.sezione = "Fatture";
+    r.subReports.Add("Documento", "Select * from qrDocumenti where ID=1");
+    r.subReports.Add("Movimento", "Select * from qrMovimenti where Documento=1");
+    r.subReports.Add("Elenco", "Select * from qrDocumenti");
+    r.parametri.Add("Criterio", "Criterio", "Tutti");
+    for (const auto& richiesta : {r, core::RichiestaStampa{"Fatture", {}, {}}}) {
+        const std::string pdf = cartella + "/fattura.pdf";
+        p.script->percorso(pdf);
+        p.script->sempre("frmAnteprima", [] {
+            clic(ui::schermoInCorso(), "btnSalvaPdf");
+            return false;
+        });
+        Apri(richiesta, [&](frmStampa& f) { clic(&f, "btnAnteprima"); });
+        EXPECT_TRUE(testiMostrati(*p.script).empty()) << testiMostrati(*p.script)[0];
+        ControllaFattura(prova::PagineDelPdf(pdf));
+        fs::remove(pdf);
+    }
+}
+
+void ControllaFattura(const std::vector<std::string>& pagine) {
+    ASSERT_EQ(pagine.size(), 2u);
+    EXPECT_NE(pagine[0].find("Rossi Impianti srl"), std::string::npos) << pagine[0];
+    EXPECT_NE(pagine[0].find("10/03/2026"), std::string::npos);
+    // Lines 1 to 31 on the first page: 496,00 carried.
+    EXPECT_NE(pagine[0].find("A riportare"), std::string::npos) << pagine[0];
+    EXPECT_NE(pagine[0].find("496,00"), std::string::npos) << pagine[0];
+    EXPECT_NE(pagine[0].find("Pagina 1 di 2"), std::string::npos);
+    for (const char* atteso : {"Descrizione", "Importo", "Riporto", "496,00", "Intervento 40", "1.640,00", "360,80",
+                               "2.000,80", "Pagina 2 di 2"})
+        EXPECT_NE(pagine[1].find(atteso), std::string::npos) << atteso << "\n" << pagine[1];
+}
