@@ -17,6 +17,7 @@
 #include "support/avvio_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VetraGrid.h"
+#include "ui/report/Motore.h"
 
 using namespace prova;
 
@@ -80,6 +81,14 @@ TEST(Vetrina, FatturaRealistica) {
         r.sTab->setCurrentIndex(t);
         foto(&r, "documenti_scheda" + std::to_string(t));
     }
+    // The fattura on paper, from the shipped layout, as the print screen would fill it.
+    ui::report::Motore m;
+    m.File = std::string(BREVANO_BIN_DIR) + "/Fatture.rpf";
+    m.dbArchivio = core::ArchivioAperto();
+    m.Carica();
+    m.SubReport("Documento").query = "Select * from qrDocumenti where ID=1";
+    m.SubReport("Movimento").query = "Select * from qrMovimenti where Documento=1";
+    m.EsportaPdf(std::string(std::getenv("BREVANO_VETRINA")) + "/fattura.pdf");
     // The editors, shown by the register's own commands and photographed while open.
     const std::pair<const char*, const char*> editori[] = {{"btnModifica", "frmDocumentiEdita"},
                                                            {"btnModificaMov", "frmMovimentiEdita"}};
