@@ -1,5 +1,6 @@
 #include "ui/VText.h"
 
+#include <QKeyEvent>
 #include <QValidator>
 
 #include "store/convert.h"
@@ -74,6 +75,30 @@ store::Value VText::valorePer(store::FieldType tipo) const { return valoreDaTest
 void VText::focusOutEvent(QFocusEvent* e) {
     applicaMaschera();
     QLineEdit::focusOutEvent(e);
+}
+
+void VText::keyPressEvent(QKeyEvent* e) {
+    const std::string ammessi = !ammessi_.empty() ? ammessi_ : numerico_ ? CaratteriNumerici : "";
+    const bool punto = e->key() == Qt::Key_Period, virgola = e->key() == Qt::Key_Comma;
+    if ((!punto && !virgola) || ammessi.find(',') == std::string::npos) return QLineEdit::keyPressEvent(e);
+    const bool haVirgola = text().contains(',');
+    if (haVirgola && virgolaDalPunto_) {   // "1.234" being typed: its comma was a separator
+        const int cursore = cursorPosition();
+        setText(text().replace(',', '.'));
+        setCursorPosition(cursore);
+        virgolaDalPunto_ = false;
+        insert(punto ? QStringLiteral(".") : QStringLiteral(","));
+    } else if (punto && !haVirgola) {
+        insert(QStringLiteral(","));
+        virgolaDalPunto_ = true;
+    } else if (virgola) {
+        QLineEdit::keyPressEvent(e);
+    }
+}
+
+void VText::focusInEvent(QFocusEvent* e) {
+    virgolaDalPunto_ = false;
+    QLineEdit::focusInEvent(e);
 }
 
 void VText::applicaMaschera() {

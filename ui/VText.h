@@ -40,8 +40,13 @@ public:
 
 protected:
     void focusOutEvent(QFocusEvent* e) override;
+    // In a box for amounts the point, of the keyboard or of the keypad, is the decimal comma; a
+    // second point, or a comma after it, shows it was a thousands separator after all.
+    void keyPressEvent(QKeyEvent* e) override;
+    void focusInEvent(QFocusEvent* e) override;
 
 private:
+    bool virgolaDalPunto_ = false;   // the comma in the box was typed as a point
     void aggiornaValidatore();
     void applicaMaschera();
 

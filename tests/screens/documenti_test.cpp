@@ -487,6 +487,7 @@ TEST_F(Documenti, ImportoDellaRiga) {
         {"0", "10", "50", "0", "0,00"},
         {"2", "abc", "0", "0", "0,00"},       // no number, nothing changes
         {"1", "-5", "0", "0", "-5,00"},
+        {"1", "1.234,5", "0", "0", "1.234,50"},   // the mask's own thousands
     };
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.prezzo);
@@ -498,6 +499,13 @@ TEST_F(Documenti, ImportoDellaRiga) {
         e.txtPrezzo->setText(c.prezzo);
         EXPECT_EQ(e.txtImporto->text().toStdString(), c.importo);
     }
+    // Typed, the point is the decimal comma: 3 x 12,5.
+    frmMovimentiEdita e;
+    e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
+    e.txtQuantita->setText("3");
+    e.txtPrezzo->clear();
+    QTest::keyClicks(e.txtPrezzo, "12.5");
+    EXPECT_EQ(e.txtImporto->text().toStdString(), "37,50");
 }
 
 // Picking a service fills the line: its text, price, second discount and VAT, and the customer's

@@ -36,6 +36,11 @@ TEST(VText, CaratteriAmmessiEMaschera) {
         {true, "1234567890.,-", "", "-12,5", "-12,5"},    // a line amount may be negative
         {false, "1234567890.", "", "8.30x", "8.30"},      // a time box
         {true, "", "#,0.00", "1234,5", "1.234,50"},       // the mask applies once the box is left
+        {true, "", "", "12.5", "12,5"},                   // the point is the decimal comma
+        {true, "", "", "12,5.", "12,5"},                  // a comma typed as such stays the only one
+        {true, "", "", "1.234,56", "1.234,56"},           // a comma after the point: thousands
+        {true, "", "", "1.234.567,5", "1.234.567,5"},
+        {true, "1234567890.,-", "", "-0.5", "-0,5"},
     };
     for (const auto& c : casi) {
         ui::VText t;
