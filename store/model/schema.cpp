@@ -73,7 +73,10 @@ Tabella documenti() {
              data("DataDal"), data("DataAl"), sino("EscludiEstrattoConto"), sino("Pagato"), numero("Imponibile"),
              numero("TotIva"), numero("TotNetto"), numero("TotSpese"), numero("TotRitenutaAcconto"),
              numero("ImportoTotale")},
-            {"Tipo", "Data"}};
+            {"Tipo", "Data"},
+            // The register of a kind lists its documents by date, or by customer and then by date:
+            // either way SQLite walks an index and gives the first rows without sorting the kind.
+            {{"TipoData", {"Tipo", "Data"}}, {"TipoClienteData", {"Tipo", "Cliente", "Data"}}}};
 }
 
 Tabella spese() {
@@ -200,6 +203,7 @@ TableDef Tabella::definizione() const {
         if (c.legame) def.Indexes.push_back(TableDef::CreateIndex(c.nome, {c.nome}));
     for (const std::string& campo : indiciAggiuntivi)
         def.Indexes.push_back(TableDef::CreateIndex(campo, {campo}));
+    for (const IndiceComposto& i : indiciComposti) def.Indexes.push_back(TableDef::CreateIndex(i.nome, i.campi));
     return def;
 }
 
