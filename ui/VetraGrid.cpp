@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <limits>
 
 #include "core/dialogs.h"
 #include "core/record.h"
@@ -70,6 +71,8 @@ void VetraGridModel::impostaRecordset(std::unique_ptr<store::Recordset> rs, std:
     for (const auto& c : colonne_) aggiungiCampo(c.campo);
     for (const auto& g : gruppi_) aggiungiCampo(g);
     for (const auto& r : regole_) aggiungiCampo(r.campo);
+    letti_.clear();
+    for (const auto& c : campi_) letti_.push_back(&rs_->Fields(c));
     finito_ = !rs_ || rs_->Eof();
     endResetModel();
     if (!finito_) fetchMore({});
@@ -95,8 +98,8 @@ bool VetraGridModel::canFetchMore(const QModelIndex& parent) const {
 
 std::vector<store::Value> VetraGridModel::valoriCorrenti() {
     std::vector<store::Value> v;
-    v.reserve(campi_.size());
-    for (const auto& c : campi_) v.push_back(rs_->get(c));
+    v.reserve(letti_.size());
+    for (store::Field* f : letti_) v.push_back(f->value());
     return v;
 }
 
@@ -113,6 +116,11 @@ void VetraGridModel::fetchMore(const QModelIndex& parent) {
         std::string testo = e.what();
         QTimer::singleShot(0, [testo] { protetto([&] { throw std::runtime_error(testo); }); });
     }
+}
+
+void VetraGridModel::leggiFinoAllaFine() {
+    if (!canFetchMore({})) return;
+    leggiBlocco(std::numeric_limits<int>::max());
 }
 
 void VetraGridModel::leggiBlocco(int quante) {
@@ -181,12 +189,12 @@ int VetraGridModel::rigaDelSegnalibro(store::Bookmark b) const {
     return -1;
 }
 
-int VetraGridModel::rigaConId(long id) {
+int VetraGridModel::rigaConId(long id, long entro) {
     int campo = indiceCampo("ID");
     if (campo < 0) return -1;
     for (size_t i = 0;; ++i) {
         if (i == righe_.size()) {
-            if (!canFetchMore({})) return -1;
+            if (!canFetchMore({}) || (entro >= 0 && dati_ >= entro)) return -1;
             fetchMore({});
             if (i == righe_.size()) return -1;
         }
@@ -346,14 +354,15 @@ void VetraGrid::Aggiorna() {
     store::DatabasePtr db = database();
     if (!db) throw store::JetError(3420, "Nessun archivio aperto");
     long prima = haRigaCorrente() ? idCorrente() : 0;
+    const long letti = model_->righeLette() + 4 * VetraGridModel::RighePerBlocco;
     auto rs = db->OpenRecordset(istruzione());
     for (const auto& g : gruppi_)
         if (!rs->HasField(g)) store::raise(3265, g);
     clearSpans();
     model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_);
     applicaLarghezze();
-    // Back on the record it was on, read up to it if it moved further down; else the first row.
-    int riga = prima > 0 ? model_->rigaConId(prima) : -1;
+    // Back on the record it was on, read up to it if it moved a little further down; else the first row.
+    int riga = prima > 0 ? model_->rigaConId(prima, letti) : -1;
     for (int r = 0; r < model_->rowCount() && riga < 0; ++r)
         if (!model_->rigaDiGruppo(r)) riga = r;
     selezionaRiga(riga);
@@ -480,6 +489,15 @@ void VetraGrid::ordinaPerColonna(int colonna) {
 }
 
 void VetraGrid::keyPressEvent(QKeyEvent* e) {
+    // Ctrl+End goes to the last row of the statement, not of the rows read so far.
+    if (e->key() == Qt::Key_End && (e->modifiers() & Qt::ControlModifier) && haRecordset()) {
+        protetto([this] { model_->leggiFinoAllaFine(); });
+        int ultima = model_->rowCount() - 1;
+        while (ultima >= 0 && model_->rigaDiGruppo(ultima)) ultima--;
+        if (ultima >= 0) selezionaRiga(ultima);
+        e->accept();
+        return;
+    }
     bool invio = e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
     if ((invio || e->key() == Qt::Key_Delete) && haRecordset()) {
         if (invio) emit modificaRichiesta();

@@ -65,10 +65,12 @@ public:
     bool rigaDiGruppo(int riga) const;
     int livelloGruppo(int riga) const;              // 0 outermost; -1 for a data row
     long righeLette() const;                        // data rows fetched so far
+    void leggiFinoAllaFine();                       // fetches every row not read yet, in one go
     // Puts the recordset on the record of a shown row (false for a group caption or no row).
     bool posiziona(int riga);
     int rigaDelSegnalibro(store::Bookmark b) const; // -1 when not fetched
-    int rigaConId(long id);                         // fetches on until found; -1 when absent
+    // Fetches on until found, or until `entro` data rows are read (no bound when negative); -1 when absent.
+    int rigaConId(long id, long entro = -1);
     void rileggiRiga(int riga);                     // refreshes the cached values from the record
     void rimuoviRiga(int riga);
     store::Value valore(int riga, const std::string& campo) const;
@@ -87,6 +89,7 @@ private:
     std::vector<std::string> gruppi_;
     std::vector<RegolaColore> regole_;
     std::vector<std::string> campi_;          // fields kept per row: columns, groups, rules, ID
+    std::vector<store::Field*> letti_;        // the recordset's fields of campi_, found once
     std::vector<Riga> righe_;
     std::vector<store::Value> ultimiGruppi_;
     std::optional<store::Bookmark> ultimoLetto_;
@@ -123,7 +126,8 @@ public:
     std::string istruzione() const;
 
     // Runs the statement again; the current row returns to the record it was on, when the new rows
-    // still hold it, and is the first row otherwise. Errors reach the caller.
+    // hold it about as far down as the list had read, and is the first row otherwise: a new order of
+    // a long list (a grouping ticked) is not read through to find it. Errors reach the caller.
     void Aggiorna();
     // Rereads the current row's values from the database after a change made elsewhere.
     void AggiornaRiga();

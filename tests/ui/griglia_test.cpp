@@ -219,6 +219,28 @@ TEST(GrigliaGrande, CinquantamilaRigheLettePocheAllaVolta) {
     // A refresh comes back to it.
     g.Aggiorna();
     EXPECT_EQ(g.idCorrente(), 30000);
+    // Ctrl+End goes to the last row of the statement, past the rows read so far.
+    QTest::keyClick(&g, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(g.idCorrente(), 50000);
+    EXPECT_FALSE(g.modello()->canFetchMore({}));
+}
+
+// In a new order the row that was current is looked for only about as far as the list had read: a
+// long list is not read through for it.
+TEST(GrigliaGrande, UnNuovoOrdineNonLeggeTuttoPerLaRigaCorrente) {
+    prova::ArchivioProva a;
+    a.db->Execute("CREATE TABLE Righe (ID LONG)");
+    a.inserisciInBlocco("INSERT INTO Righe (ID) VALUES (?)", 5000, [](sqlite3_stmt* st, int i) { sqlite3_bind_int(st, 1, i); });
+    ui::VetraGrid g;
+    g.setSorgente("Select * from Righe");
+    g.setOrdinamento("ID");
+    g.aggiungiColonna({"ID", "ID", 1000});
+    g.Aggiorna();
+    ASSERT_EQ(g.idCorrente(), 1);
+    g.setOrdinamento("ID", Direzione::Decrescente);
+    g.Aggiorna();
+    EXPECT_EQ(g.idCorrente(), 5000);
+    EXPECT_LE(g.modello()->righeLette(), 6 * ui::VetraGridModel::RighePerBlocco);
 }
 
 }  // namespace
