@@ -76,7 +76,12 @@ Tabella documenti() {
             {"Tipo", "Data"},
             // The register of a kind lists its documents by date, or by customer and then by date:
             // either way SQLite walks an index and gives the first rows without sorting the kind.
-            {{"TipoData", {"Tipo", "Data"}}, {"TipoClienteData", {"Tipo", "Cliente", "Data"}}}};
+            // The header editor's prefixes, suffixes and next number of a kind come from an index
+            // too, never from the kind's rows.
+            {{"TipoData", {"Tipo", "Data"}},
+             {"TipoClienteData", {"Tipo", "Cliente", "Data"}},
+             {"TipoPrefissoSuffissoNumero", {"Tipo", "Prefisso", "Suffisso", "Numero"}},
+             {"TipoSuffisso", {"Tipo", "Suffisso"}}}};
 }
 
 Tabella spese() {
