@@ -1,7 +1,7 @@
 // The register of fatture as the grid lists it from the archive's saved query, by date and grouped by
 // the customer's name: every row of the kind once, in the order of the statement, ties included
 // (customers of the same name, documents of the same date, a document with no customer or with a
-// customer that is gone), whichever index the database walks.
+// customer that is gone), whichever index the database walks, read from the start or from the end.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -115,6 +115,10 @@ TEST_P(OrdineDocumenti, LaGrigliaElencaLeFattureNellOrdineDellIstruzione) {
     g.aggiungiColonna({"Numero", "Numero", 800});
     if (raggruppato) g.aggiungiGruppo("Denominazione");
     g.Aggiorna();
+    EXPECT_EQ(righe(g), attesi(raggruppato));
+    // Read from its end (Ctrl+End) and up to its start, the list is the same.
+    g.VaiAllUltima();
+    while (g.modello()->puoLeggereSopra()) g.modello()->leggiSopra();
     EXPECT_EQ(righe(g), attesi(raggruppato));
 
     // The statement read on its own gives the same rows in the same order.
