@@ -3,10 +3,13 @@
 #include <QFont>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QTimer>
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <limits>
 
 #include "core/dialogs.h"
 #include "core/record.h"
@@ -52,9 +55,10 @@ VetraGridModel::VetraGridModel(QObject* parent) : QAbstractTableModel(parent) {}
 VetraGridModel::~VetraGridModel() = default;
 
 void VetraGridModel::impostaRecordset(std::unique_ptr<store::Recordset> rs, std::vector<Colonna> colonne,
-                                      std::vector<std::string> gruppi, std::vector<RegolaColore> regole) {
+                                      std::vector<std::string> gruppi, std::vector<RegolaColore> regole, bool inverso) {
     beginResetModel();
     rs_ = std::move(rs);
+    inverso_ = inverso;
     colonne_ = std::move(colonne);
     gruppi_ = std::move(gruppi);
     regole_ = std::move(regole);
@@ -70,9 +74,12 @@ void VetraGridModel::impostaRecordset(std::unique_ptr<store::Recordset> rs, std:
     for (const auto& c : colonne_) aggiungiCampo(c.campo);
     for (const auto& g : gruppi_) aggiungiCampo(g);
     for (const auto& r : regole_) aggiungiCampo(r.campo);
+    letti_.clear();
+    for (const auto& c : campi_) letti_.push_back(&rs_->Fields(c));
     finito_ = !rs_ || rs_->Eof();
     endResetModel();
-    if (!finito_) fetchMore({});
+    if (inverso_) leggiDallaVista([this] { leggiSopra(); });
+    else if (!finito_) fetchMore({});
 }
 
 int VetraGridModel::indiceCampo(const std::string& campo) const {
@@ -90,20 +97,28 @@ int VetraGridModel::columnCount(const QModelIndex& parent) const {
 }
 
 bool VetraGridModel::canFetchMore(const QModelIndex& parent) const {
-    return !parent.isValid() && !finito_ && rs_ && rs_->editMode() == store::Recordset::EditMode::None;
+    return !parent.isValid() && !inverso_ && !finito_ && rs_ && rs_->editMode() == store::Recordset::EditMode::None;
+}
+
+bool VetraGridModel::puoLeggereSopra() const {
+    return inverso_ && !finito_ && rs_ && rs_->editMode() == store::Recordset::EditMode::None;
 }
 
 std::vector<store::Value> VetraGridModel::valoriCorrenti() {
     std::vector<store::Value> v;
-    v.reserve(campi_.size());
-    for (const auto& c : campi_) v.push_back(rs_->get(c));
+    v.reserve(letti_.size());
+    for (store::Field* f : letti_) v.push_back(f->value());
     return v;
 }
 
 void VetraGridModel::fetchMore(const QModelIndex& parent) {
     if (!canFetchMore(parent)) return;
+    leggiDallaVista([this] { leggiBlocco(RighePerBlocco); });
+}
+
+void VetraGridModel::leggiDallaVista(const std::function<void()>& lettura) {
     try {
-        leggiBlocco(RighePerBlocco);
+        lettura();
     } catch (const store::JetError& e) {
         // Called from inside the view's layout: the error box comes once the view is done.
         finito_ = true;
@@ -115,8 +130,14 @@ void VetraGridModel::fetchMore(const QModelIndex& parent) {
     }
 }
 
-void VetraGridModel::leggiBlocco(int quante) {
-    std::vector<Riga> nuove;
+void VetraGridModel::leggiFinoAllaFine() {
+    if (!canFetchMore({})) return;
+    leggiBlocco(std::numeric_limits<int>::max());
+}
+
+// The next records of the recordset, in its order.
+std::vector<VetraGridModel::Riga> VetraGridModel::leggiRighe(int quante) {
+    std::vector<Riga> lette;
     if (ultimoLetto_) {
         rs_->setBookmark(*ultimoLetto_);
         rs_->MoveNext();
@@ -127,12 +148,20 @@ void VetraGridModel::leggiBlocco(int quante) {
         Riga r;
         r.segnalibro = rs_->getBookmark();
         r.valori = valoriCorrenti();
-        aggiungiTitoliGruppi(r, nuove);
         ultimoLetto_ = r.segnalibro;
-        nuove.push_back(std::move(r));
+        lette.push_back(std::move(r));
         rs_->MoveNext();
     }
     finito_ = rs_->Eof();
+    return lette;
+}
+
+void VetraGridModel::leggiBlocco(int quante) {
+    std::vector<Riga> nuove;
+    for (Riga& r : leggiRighe(quante)) {
+        aggiungiTitoliGruppi(r, nuove);
+        nuove.push_back(std::move(r));
+    }
     if (nuove.empty()) return;
     int primo = static_cast<int>(righe_.size());
     beginInsertRows({}, primo, primo + static_cast<int>(nuove.size()) - 1);
@@ -141,6 +170,41 @@ void VetraGridModel::leggiBlocco(int quante) {
         righe_.push_back(std::move(r));
     }
     endInsertRows();
+}
+
+// Read backwards: the block above is turned round, captioned from its first row, and the captions
+// that opened the rows below go where the block ends inside the same groups.
+void VetraGridModel::leggiSopra() {
+    if (!puoLeggereSopra()) return;
+    std::vector<Riga> lette = leggiRighe(RighePerBlocco);
+    if (lette.empty()) return;
+    std::reverse(lette.begin(), lette.end());
+    std::vector<Riga> nuove;
+    ultimiGruppi_.clear();
+    for (Riga& r : lette) {
+        aggiungiTitoliGruppi(r, nuove);
+        nuove.push_back(std::move(r));
+    }
+    size_t primoDato = 0;
+    while (primoDato < righe_.size() && righe_[primoDato].livello >= 0) ++primoDato;
+    size_t comuni = 0;
+    if (primoDato < righe_.size())
+        while (comuni < gruppi_.size() && stessoGruppo(nuove.back(), righe_[primoDato], comuni)) ++comuni;
+    if (comuni > 0) {
+        beginRemoveRows({}, 0, static_cast<int>(comuni) - 1);
+        righe_.erase(righe_.begin(), righe_.begin() + static_cast<std::ptrdiff_t>(comuni));
+        endRemoveRows();
+    }
+    beginInsertRows({}, 0, static_cast<int>(nuove.size()) - 1);
+    for (const Riga& r : nuove)
+        if (r.livello < 0) dati_++;
+    righe_.insert(righe_.begin(), std::make_move_iterator(nuove.begin()), std::make_move_iterator(nuove.end()));
+    endInsertRows();
+}
+
+bool VetraGridModel::stessoGruppo(const Riga& a, const Riga& b, size_t livello) const {
+    const auto i = static_cast<size_t>(indiceCampo(gruppi_[livello]));
+    return a.valori[i] == b.valori[i];
 }
 
 void VetraGridModel::aggiungiTitoliGruppi(const Riga& r, std::vector<Riga>& nuove) {
@@ -181,12 +245,29 @@ int VetraGridModel::rigaDelSegnalibro(store::Bookmark b) const {
     return -1;
 }
 
-int VetraGridModel::rigaConId(long id) {
+int VetraGridModel::rigaConId(long id, long entro) {
     int campo = indiceCampo("ID");
     if (campo < 0) return -1;
+    auto stessoId = [&](const Riga& r) {
+        const store::Value& v = r.valori[static_cast<size_t>(campo)];
+        return r.livello < 0 && !v.isNull() && store::CLng(v) == id;
+    };
+    if (inverso_) {
+        // The rows read last are on top: only they are looked at again.
+        size_t nuove = righe_.size();
+        for (;;) {
+            for (size_t i = 0; i < nuove && i < righe_.size(); ++i)
+                if (stessoId(righe_[i])) return static_cast<int>(i);
+            if (!puoLeggereSopra() || (entro >= 0 && dati_ >= entro)) return -1;
+            const size_t prima = righe_.size();
+            leggiSopra();
+            if (righe_.size() == prima) return -1;
+            nuove = righe_.size() - prima + gruppi_.size();
+        }
+    }
     for (size_t i = 0;; ++i) {
         if (i == righe_.size()) {
-            if (!canFetchMore({})) return -1;
+            if (!canFetchMore({}) || (entro >= 0 && dati_ >= entro)) return -1;
             fetchMore({});
             if (i == righe_.size()) return -1;
         }
@@ -206,9 +287,11 @@ void VetraGridModel::rileggiRiga(int riga) {
 void VetraGridModel::rimuoviRiga(int riga) {
     if (riga < 0 || riga >= rowCount()) return;
     if (ultimoLetto_ && righe_[static_cast<size_t>(riga)].segnalibro == *ultimoLetto_ && !rigaDiGruppo(riga)) {
-        // The next page starts after the record before the deleted one, or from the top.
+        // The next page starts after the record read before the deleted one (above it, or below it
+        // when read backwards), or from the start.
         ultimoLetto_.reset();
-        for (int i = riga - 1; i >= 0; --i)
+        const int passo = inverso_ ? 1 : -1;
+        for (int i = riga + passo; i >= 0 && i < rowCount(); i += passo)
             if (!rigaDiGruppo(i)) {
                 ultimoLetto_ = righe_[static_cast<size_t>(i)].segnalibro;
                 break;
@@ -302,6 +385,7 @@ VetraGrid::VetraGrid(QWidget* parent) : QTableView(parent), model_(new VetraGrid
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(true);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &VetraGrid::ordinaPerColonna);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &VetraGrid::leggiSopraSeInCima);
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& i) {
         if (haRecordset() && !model_->rigaDiGruppo(i.row())) emit modificaRichiesta();
     });
@@ -329,11 +413,15 @@ void VetraGrid::pulisciGruppi() { gruppi_.clear(); }
 void VetraGrid::aggiungiRegolaColore(RegolaColore r) { regole_.push_back(std::move(r)); }
 void VetraGrid::aggiungiSeguace(QWidget* w) { seguaci_.push_back(w); }
 
-std::string VetraGrid::istruzione() const {
-    std::vector<std::string> ordine = gruppi_;
+std::string VetraGrid::istruzione() const { return ordinata(false); }
+std::string VetraGrid::istruzioneInversa() const { return ordinata(true); }
+
+std::string VetraGrid::ordinata(bool inverso) const {
+    std::vector<std::string> ordine;
+    for (const auto& g : gruppi_) ordine.push_back(inverso ? g + " DESC" : g);
     for (const auto& c : campiOrdinamento(ordinamento_))
-        ordine.push_back(direzione_ == Direzione::Decrescente ? c + " DESC" : c);
-    if (ordine.empty()) return sorgente_;
+        ordine.push_back((direzione_ == Direzione::Decrescente) != inverso ? c + " DESC" : c);
+    if (ordine.empty()) return inverso ? std::string() : sorgente_;
     std::string base = sorgente_;
     size_t proprio = core::PosizioneClausola(base, "order by");
     if (proprio != std::string::npos) base = core::Trim(base.substr(0, proprio));
@@ -342,21 +430,67 @@ std::string VetraGrid::istruzione() const {
     return sql;
 }
 
-void VetraGrid::Aggiorna() {
+// The list read from its end stays so while its statement is the same.
+void VetraGrid::Aggiorna() { esegui(model_->inverso() && eseguita_ == istruzioneInversa(), true); }
+
+void VetraGrid::esegui(bool inverso, bool ripristina) {
     store::DatabasePtr db = database();
     if (!db) throw store::JetError(3420, "Nessun archivio aperto");
-    long prima = haRigaCorrente() ? idCorrente() : 0;
-    auto rs = db->OpenRecordset(istruzione());
+    long prima = ripristina && haRigaCorrente() ? idCorrente() : 0;
+    const long letti = model_->righeLette() + 4 * VetraGridModel::RighePerBlocco;
+    const std::string sql = inverso ? istruzioneInversa() : istruzione();
+    auto rs = db->OpenRecordset(sql);
     for (const auto& g : gruppi_)
         if (!rs->HasField(g)) store::raise(3265, g);
+    eseguita_ = sql;
     clearSpans();
-    model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_);
+    leggendo_ = true;
+    model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_, inverso);
+    leggendo_ = false;
     applicaLarghezze();
-    // Back on the record it was on, read up to it if it moved further down; else the first row.
-    int riga = prima > 0 ? model_->rigaConId(prima) : -1;
-    for (int r = 0; r < model_->rowCount() && riga < 0; ++r)
+    // Back on the record it was on, read up to it if it moved a little further on; else the first
+    // row, or the last one of a list read from its end.
+    int riga = prima > 0 ? model_->rigaConId(prima, letti) : -1;
+    for (int i = 0; i < model_->rowCount() && riga < 0; ++i) {
+        const int r = inverso ? model_->rowCount() - 1 - i : i;
         if (!model_->rigaDiGruppo(r)) riga = r;
+    }
     selezionaRiga(riga);
+}
+
+void VetraGrid::VaiAllUltima() {
+    if (!haRecordset()) return;
+    if (model_->canFetchMore({})) {
+        if (istruzioneInversa().empty()) protetto([this] { model_->leggiFinoAllaFine(); });
+        else protetto([this] { esegui(true, false); });
+    }
+    int ultima = model_->rowCount() - 1;
+    while (ultima >= 0 && model_->rigaDiGruppo(ultima)) ultima--;
+    if (ultima >= 0) selezionaRiga(ultima);
+}
+
+void VetraGrid::VaiAllaPrima() {
+    if (!haRecordset()) return;
+    if (model_->inverso()) {
+        protetto([this] { esegui(false, false); });
+        return;
+    }
+    int prima = 0;
+    while (prima < model_->rowCount() && model_->rigaDiGruppo(prima)) prima++;
+    if (prima < model_->rowCount()) selezionaRiga(prima);
+}
+
+// At the top of a list read from its end, the rows above are read and the view stays where it was.
+void VetraGrid::leggiSopraSeInCima(int valore) {
+    if (leggendo_ || valore != verticalScrollBar()->minimum() || !model_->puoLeggereSopra()) return;
+    leggendo_ = true;
+    const int prima = model_->rowCount();
+    protetto([this] { model_->leggiSopra(); });
+    const int aggiunte = model_->rowCount() - prima;
+    leggendo_ = false;
+    if (aggiunte <= 0) return;
+    updateGeometries();   // the scroll bar's range takes the new rows before the view moves
+    scrollTo(model_->index(aggiunte, 0), QAbstractItemView::PositionAtTop);
 }
 
 void VetraGrid::AggiornaRiga() {
@@ -476,10 +610,18 @@ void VetraGrid::ordinaPerColonna(int colonna) {
     const std::string& campo = colonne_[static_cast<size_t>(colonna)].campo;
     bool stesso = store::CompareText(campo, ordinamento_) == 0;
     setOrdinamento(campo, stesso && direzione_ == Direzione::Crescente ? Direzione::Decrescente : Direzione::Crescente);
-    protetto([this] { Aggiorna(); });
+    protetto([this] { esegui(false, true); });
 }
 
 void VetraGrid::keyPressEvent(QKeyEvent* e) {
+    // Ctrl+End and Ctrl+Home go to the ends of the statement, not of the rows read so far.
+    const bool ctrl = e->modifiers() & Qt::ControlModifier;
+    if (ctrl && (e->key() == Qt::Key_End || e->key() == Qt::Key_Home) && haRecordset()) {
+        if (e->key() == Qt::Key_End) VaiAllUltima();
+        else VaiAllaPrima();
+        e->accept();
+        return;
+    }
     bool invio = e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
     if ((invio || e->key() == Qt::Key_Delete) && haRecordset()) {
         if (invio) emit modificaRichiesta();

@@ -42,15 +42,22 @@ int TwipsInPixel(int twips);
 
 // The rows of the grid's recordset, fetched as the view scrolls to them. Rows of group captions
 // are interleaved where the value of a grouping field changes.
+// Read backwards (the statement in the opposite order), the model holds the last rows of the list
+// and reads the rows above them as the view scrolls up: the end of a long list is shown without
+// reading the rows before it.
 class VetraGridModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     explicit VetraGridModel(QObject* parent = nullptr);
     ~VetraGridModel() override;
 
-    // Takes a recordset positioned on its first record; null empties the model.
+    // Takes a recordset positioned on its first record; null empties the model. With `inverso`
+    // the recordset gives the rows from the last one up.
     void impostaRecordset(std::unique_ptr<store::Recordset> rs, std::vector<Colonna> colonne,
-                          std::vector<std::string> gruppi, std::vector<RegolaColore> regole);
+                          std::vector<std::string> gruppi, std::vector<RegolaColore> regole, bool inverso = false);
+    bool inverso() const { return inverso_; }
+    bool puoLeggereSopra() const;   // read backwards, with rows above the first one shown
+    void leggiSopra();              // a block of the rows above, put on top
     store::Recordset* recordset() const { return rs_.get(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -65,10 +72,12 @@ public:
     bool rigaDiGruppo(int riga) const;
     int livelloGruppo(int riga) const;              // 0 outermost; -1 for a data row
     long righeLette() const;                        // data rows fetched so far
+    void leggiFinoAllaFine();                       // fetches every row not read yet, in one go
     // Puts the recordset on the record of a shown row (false for a group caption or no row).
     bool posiziona(int riga);
     int rigaDelSegnalibro(store::Bookmark b) const; // -1 when not fetched
-    int rigaConId(long id);                         // fetches on until found; -1 when absent
+    // Fetches on until found, or until `entro` data rows are read (no bound when negative); -1 when absent.
+    int rigaConId(long id, long entro = -1);
     void rileggiRiga(int riga);                     // refreshes the cached values from the record
     void rimuoviRiga(int riga);
     store::Value valore(int riga, const std::string& campo) const;
@@ -76,6 +85,9 @@ public:
 private:
     struct Riga;
     void leggiBlocco(int quante);
+    void leggiDallaVista(const std::function<void()>& lettura);  // errors shown once the view is done
+    std::vector<Riga> leggiRighe(int quante);
+    bool stessoGruppo(const Riga& a, const Riga& b, size_t livello) const;
     void aggiungiTitoliGruppi(const Riga& r, std::vector<Riga>& nuove);
     std::vector<store::Value> valoriCorrenti();
     std::string testoCella(const Riga& r, int colonna) const;
@@ -87,10 +99,12 @@ private:
     std::vector<std::string> gruppi_;
     std::vector<RegolaColore> regole_;
     std::vector<std::string> campi_;          // fields kept per row: columns, groups, rules, ID
+    std::vector<store::Field*> letti_;        // the recordset's fields of campi_, found once
     std::vector<Riga> righe_;
     std::vector<store::Value> ultimiGruppi_;
     std::optional<store::Bookmark> ultimoLetto_;
     bool finito_ = true;
+    bool inverso_ = false;
     long dati_ = 0;
 };
 
@@ -121,9 +135,17 @@ public:
 
     // The statement run: the source with its own Order By replaced by the groups and the sort.
     std::string istruzione() const;
+    // The same statement in the opposite order; empty when the grid sets no order of its own.
+    std::string istruzioneInversa() const;
+    // The last row made current (Ctrl+End): the end of the list is read backwards, without reading
+    // the rows before it, when the grid sets the order; Ctrl+Home goes back to the first row.
+    void VaiAllUltima();
+    void VaiAllaPrima();
 
     // Runs the statement again; the current row returns to the record it was on, when the new rows
-    // still hold it, and is the first row otherwise. Errors reach the caller.
+    // hold it about as far down as the list had read, and is the first row otherwise: a new order of
+    // a long list (a grouping ticked) is not read through to find it. A list read from its end is
+    // read from its end again while its statement is the same. Errors reach the caller.
     void Aggiorna();
     // Rereads the current row's values from the database after a change made elsewhere.
     void AggiornaRiga();
@@ -155,6 +177,9 @@ private:
     void aggiornaSeguaci();
     void selezionaRiga(int riga);
     void ordinaPerColonna(int colonna);
+    void esegui(bool inverso, bool ripristina);
+    std::string ordinata(bool inverso) const;
+    void leggiSopraSeInCima(int valore);
 
     VetraGridModel* model_;
     store::DatabasePtr db_;
@@ -166,6 +191,8 @@ private:
     std::vector<RegolaColore> regole_;
     std::vector<QWidget*> seguaci_;
     std::optional<store::Bookmark> daRipristinare_;
+    std::string eseguita_;    // the text of the statement last run
+    bool leggendo_ = false;   // a statement being run: the scroll bar's moves read nothing
 };
 
 }  // namespace ui

@@ -19,10 +19,17 @@ struct Campo {
     bool legame = false;
 };
 
+// An index on several fields, named as the archive knows it.
+struct IndiceComposto {
+    std::string nome;
+    std::vector<std::string> campi;
+};
+
 struct Tabella {
     std::string nome;
     std::vector<Campo> campi;
     std::vector<std::string> indiciAggiuntivi;  // fields indexed beyond ID and the links
+    std::vector<IndiceComposto> indiciComposti{};
     TableDef definizione() const;              // fields, the unique ID key and the indexes
 };
 

@@ -73,7 +73,15 @@ Tabella documenti() {
              data("DataDal"), data("DataAl"), sino("EscludiEstrattoConto"), sino("Pagato"), numero("Imponibile"),
              numero("TotIva"), numero("TotNetto"), numero("TotSpese"), numero("TotRitenutaAcconto"),
              numero("ImportoTotale")},
-            {"Tipo", "Data"}};
+            {"Tipo", "Data"},
+            // The register of a kind lists its documents by date, or by customer and then by date:
+            // either way SQLite walks an index and gives the first rows without sorting the kind.
+            // The header editor's prefixes, suffixes and next number of a kind come from an index
+            // too, never from the kind's rows.
+            {{"TipoData", {"Tipo", "Data"}},
+             {"TipoClienteData", {"Tipo", "Cliente", "Data"}},
+             {"TipoPrefissoSuffissoNumero", {"Tipo", "Prefisso", "Suffisso", "Numero"}},
+             {"TipoSuffisso", {"Tipo", "Suffisso"}}}};
 }
 
 Tabella spese() {
@@ -200,6 +208,7 @@ TableDef Tabella::definizione() const {
         if (c.legame) def.Indexes.push_back(TableDef::CreateIndex(c.nome, {c.nome}));
     for (const std::string& campo : indiciAggiuntivi)
         def.Indexes.push_back(TableDef::CreateIndex(campo, {campo}));
+    for (const IndiceComposto& i : indiciComposti) def.Indexes.push_back(TableDef::CreateIndex(i.nome, i.campi));
     return def;
 }
 

@@ -1,6 +1,7 @@
 // The structure update on real files: an archive of an older version brought up to the model with
 // its data, a second run that changes nothing, the master's new column and the reports of every
 // company.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -44,12 +45,14 @@ protected:
 
     store::Database& master() { return *core::session().dbAziende; }
 
-    // An archive as an older version left it: a table, two fields and a saved query missing, a
-    // name field narrower, a description wider, a number kept as text, and a table, a field and a
-    // query that this version no longer has.
+    // An archive as an older version left it: a table, two fields, the register's indexes and a
+    // saved query missing, a name field narrower, a description wider, a number kept as text, and a
+    // table, a field and a query that this version no longer has.
     void Invecchia() {
         auto& a = db();
         a.DeleteTableDef("Assistenze");
+        a.DeleteIndex("Documenti", "TipoData");
+        a.DeleteIndex("Documenti", "TipoClienteData");
         a.DeleteField("Documenti", "Colli");
         a.DeleteField("Clienti", "web");
         a.DeleteQueryDef("qrPrimaNota");
@@ -136,6 +139,10 @@ TEST_F(Aggiornamento, ArchivioVecchioPortatoAlModelloConIDati) {
     EXPECT_EQ(Campo("Clienti", "DescCliente")->Size, 100);
     EXPECT_EQ(Campo("CodiciIva", "DescIva")->Size, 30);
     EXPECT_EQ(Campo("PrimaNota", "Numero")->Type, FieldType::Long);
+    for (const char* indice : {"TipoData", "TipoClienteData"}) {
+        const auto ix = db().GetTableDef("Documenti")->Indexes;
+        EXPECT_TRUE(std::any_of(ix.begin(), ix.end(), [&](const auto& i) { return i.Name == indice; })) << indice;
+    }
     // What the model no longer has is gone.
     EXPECT_FALSE(db().TableExists("Vecchia"));
     EXPECT_FALSE(Campo("Clienti", "Fax2"));

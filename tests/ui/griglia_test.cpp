@@ -219,6 +219,79 @@ TEST(GrigliaGrande, CinquantamilaRigheLettePocheAllaVolta) {
     // A refresh comes back to it.
     g.Aggiorna();
     EXPECT_EQ(g.idCorrente(), 30000);
+    // Ctrl+End goes to the last row of the statement, read from the end without the rows before it.
+    QTest::keyClick(&g, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(g.idCorrente(), 50000);
+    EXPECT_EQ(store::ConcatText(g.Recordset()->get("DescRiga")), "Riga 50000");
+    EXPECT_LE(g.modello()->righeLette(), 3 * ui::VetraGridModel::RighePerBlocco);
+    EXPECT_FALSE(g.modello()->canFetchMore({}));
+    // Scrolled to the top, the rows above come, the view still on the rows it showed.
+    const long inCoda = g.modello()->righeLette();
+    const long primoMostrato = store::CLng(g.modello()->valore(0, "ID"));
+    g.scrollToTop();
+    QCoreApplication::processEvents();
+    EXPECT_GT(g.modello()->righeLette(), inCoda);
+    EXPECT_EQ(store::CLng(g.modello()->valore(g.rowAt(0), "ID")), primoMostrato);
+    // A refresh keeps the end; Ctrl+Home is back at the first row.
+    g.Aggiorna();
+    EXPECT_EQ(g.idCorrente(), 50000);
+    QTest::keyClick(&g, Qt::Key_Home, Qt::ControlModifier);
+    EXPECT_EQ(g.idCorrente(), 1);
+    EXPECT_TRUE(g.modello()->canFetchMore({}));
+}
+
+// The list read from its end and then scrolled up to its start holds the rows and captions of the
+// list read from the start, with groups running across the blocks read.
+TEST(GrigliaGrande, LettaDallaFineComeDallInizio) {
+    prova::ArchivioProva a;
+    a.db->Execute("CREATE TABLE Righe (ID LONG, Gruppo LONG, Sotto LONG)");
+    a.inserisciInBlocco("INSERT INTO Righe (ID, Gruppo, Sotto) VALUES (?, ?, ?)", 1000, [](sqlite3_stmt* st, int i) {
+        sqlite3_bind_int(st, 1, i);
+        sqlite3_bind_int(st, 2, i / 170);
+        sqlite3_bind_int(st, 3, i % 3 == 0 ? 0 : 1);
+    });
+    auto righe = [](ui::VetraGrid& g) {
+        std::vector<std::string> out;
+        for (int r = 0; r < g.modello()->rowCount(); ++r)
+            out.push_back(g.modello()->rigaDiGruppo(r)
+                              ? "#" + g.modello()->data(g.modello()->index(r, 0), Qt::DisplayRole).toString().toStdString()
+                              : store::ConcatText(g.modello()->valore(r, "ID")));
+        return out;
+    };
+    const std::vector<std::vector<std::string>> livelli = {{}, {"Gruppo"}, {"Gruppo", "Sotto"}};
+    for (const auto& gruppi : livelli) {
+        ui::VetraGrid g;
+        g.resize(400, 300);
+        g.setSorgente("Select * from Righe");
+        g.setOrdinamento("ID");
+        g.aggiungiColonna({"ID", "ID", 1000});
+        for (const auto& gr : gruppi) g.aggiungiGruppo(gr);
+        g.Aggiorna();
+        g.modello()->leggiFinoAllaFine();
+        const std::vector<std::string> dallInizio = righe(g);
+        g.VaiAllUltima();
+        EXPECT_EQ(g.idCorrente(), 1000) << gruppi.size();
+        while (g.modello()->puoLeggereSopra()) g.modello()->leggiSopra();
+        EXPECT_EQ(righe(g), dallInizio) << gruppi.size();
+    }
+}
+
+// In a new order the row that was current is looked for only about as far as the list had read: a
+// long list is not read through for it.
+TEST(GrigliaGrande, UnNuovoOrdineNonLeggeTuttoPerLaRigaCorrente) {
+    prova::ArchivioProva a;
+    a.db->Execute("CREATE TABLE Righe (ID LONG)");
+    a.inserisciInBlocco("INSERT INTO Righe (ID) VALUES (?)", 5000, [](sqlite3_stmt* st, int i) { sqlite3_bind_int(st, 1, i); });
+    ui::VetraGrid g;
+    g.setSorgente("Select * from Righe");
+    g.setOrdinamento("ID");
+    g.aggiungiColonna({"ID", "ID", 1000});
+    g.Aggiorna();
+    ASSERT_EQ(g.idCorrente(), 1);
+    g.setOrdinamento("ID", Direzione::Decrescente);
+    g.Aggiorna();
+    EXPECT_EQ(g.idCorrente(), 5000);
+    EXPECT_LE(g.modello()->righeLette(), 6 * ui::VetraGridModel::RighePerBlocco);
 }
 
 }  // namespace

@@ -1,0 +1,361 @@
+// The register of fatture on an archive of 1,000,000 documents (about 600,000 fatture, 5,000
+// customers): the real frmDocumenti offscreen, beside SQLite's own C interface running the very
+// text the engine runs, on the same file.
+//   PrimaSchermata  the register opened until its first screen of rows is shown, grouped by
+//                   customer as it opens, and the list plain (by date) after chkRaggruppa is cleared;
+//                   SQLite: the statement prepared and its first 40 rows read.
+//   UltimaRiga      Ctrl+End on the list until its last row is current, the rows read (righe);
+//                   SQLite: the statement in the opposite order, a block of rows read, and every row
+//                   of the statement stepped (sqlite_tutte_ms), which is what reading on to the end costs.
+//   SalvaRiga       a line of a 500-line fattura changed and saved, then the document's totals and
+//                   the grid's row read again, as the register does after a line's save; SQLite:
+//                   the line's UPDATE, the sums of the lines, the document's UPDATE and its row.
+//   ApriDocumento   the header editor made and loaded on that fattura, and the register's list of its
+//                   lines; SQLite: the statements the editor runs to fill its lists (customers, terms,
+//                   prefixes, suffixes, next number), the document's row and its 500 lines.
+// Each iteration runs the two sides in turn, so whatever else loads the machine weighs on both;
+// the counters give each side's mean in milliseconds and their ratio.
+// The archive is generated once into the system's temporary folder (several minutes the first time);
+// the structure update's indexes are added to it when missing, as the update does to an old archive.
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QTest>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "core/impostazioni.h"
+#include "core/session.h"
+#include "sales/screens/frmDocumenti.h"
+#include "sales/screens/frmDocumentiEdita.h"
+#include "sales/totali.h"
+#include "store/catalog_database.h"
+#include "store/convert.h"
+#include "store/model/model.h"
+#include "support/DialoghiScript.h"
+#include "support/archive_gen.h"
+#include "ui/Dettaglio.h"
+#include "ui/VetraGrid.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kRigheGrandeDocumento = 500;
+constexpr int kRigheSchermata = 40;
+const char* const kNotaGrandeDocumento = "Documento di 500 righe per le misure";
+
+bench::Dimensioni dimensioni() {
+    bench::Dimensioni d;
+    d.clienti = 5000;
+    d.fornitori = 500;
+    d.documenti = 1000000;
+    d.righe = 2;
+    d.scadenze = 300000;
+    d.pagamenti = 300000;
+    return d;
+}
+
+using Clock = std::chrono::steady_clock;
+double ms(Clock::time_point da) { return std::chrono::duration<double, std::milli>(Clock::now() - da).count(); }
+
+// The indexes of the model that the archive lacks, added as the structure update adds them.
+void aggiungiIndiciMancanti(store::Database& db) {
+    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
+        const auto def = db.GetTableDef(t.nome);
+        if (!def) continue;
+        for (const store::IndexDef& ix : t.definizione().Indexes) {
+            bool ha = false;
+            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
+            if (!ha) db.AppendIndex(t.nome, ix);
+        }
+    }
+}
+
+// A fattura of 500 lines in the middle of the year, made once and found again by its note.
+long grandeDocumento(store::Database& db) {
+    const std::string cerca = std::string("Select ID from Documenti where Note='") + kNotaGrandeDocumento + "'";
+    if (auto rs = db.OpenRecordset(cerca); !rs->Eof()) return store::CLng(rs->get("ID"));
+    const long id = store::CLng(db.OpenRecordset("Select Max(ID) as M from Documenti")->get("M")) + 1;
+    const long riga = store::CLng(db.OpenRecordset("Select Max(ID) as M from Movimenti")->get("M"));
+    db.Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,CondizioniPagamento,Note) "
+               "VALUES (" + std::to_string(id) + ",5,999999,'','',#07/01/2024#,17,1,'" + kNotaGrandeDocumento + "')");
+    std::vector<std::vector<store::Value>> righe;
+    for (int r = 1; r <= kRigheGrandeDocumento; ++r)
+        righe.push_back({store::Value::Long(static_cast<std::int32_t>(riga + r)), store::Value::Long(static_cast<std::int32_t>(id)),
+                         store::Value::Text("Riga " + std::to_string(r)), store::Value::Double(1 + r % 3),
+                         store::Value::Double(10 + r), store::Value::Double((1 + r % 3) * (10.0 + r)),
+                         store::Value::Long(1 + r % 4)});
+    store::model::InserisciRighe(db, "Movimenti", {"ID", "Documento", "DescMovimento", "Quantita", "PrezzoUnitario",
+                                                   "Importo", "Iva"}, righe);
+    sales::CalcolaTotaliDocumento(id);
+    return id;
+}
+
+// The program's session on the generated archive, with every right and the language read.
+struct Ambiente {
+    std::string path;
+    store::DatabasePtr db;
+    long documento = 0;
+    fs::path programma = fs::temp_directory_path() / "brevano-registro-bench";
+    std::shared_ptr<prova::ScriptedDialogs> script;
+
+    Ambiente() {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        prova::applicazioneDiProva();
+        fs::create_directories(programma);
+        fs::copy_file(fs::path(store::model::CartellaDatiSorgente()) / "Italiano.lng", programma / "Italiano.lng",
+                      fs::copy_options::overwrite_existing);
+        core::Session& s = core::session();
+        s.CartellaProgramma = programma.string();
+        core::RipristinaLingua();
+        path = bench::ArchivioProva(dimensioni());
+        db = store::Workspace::Default().OpenDatabase(path);
+        s.dbArchivio = db;
+        aggiungiIndiciMancanti(*db);
+        documento = grandeDocumento(*db);
+        s.dbAziende = store::Workspace::Default().OpenMemory();
+        store::model::CreaAziende(*s.dbAziende);
+        s.dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Studio Rossi')");
+        s.dbAziende->Execute("Insert Into Esercizi (ID,Azienda,Nome,Dal,File) VALUES (1,1,'Esercizio 2024',"
+                             "#01/01/2024#,'" + path + "')");
+        s.IDEsercizio = 1;
+        s.Privilegi = std::string(14, '1');
+        s.NomeUtente = "admin";
+        s.IDAzienda = 1;
+        script = prova::installaScript();
+    }
+};
+
+Ambiente& ambiente() {
+    static Ambiente a;
+    return a;
+}
+
+// A message shown on the way means a step failed and was skipped: the time would be a lie.
+bool senzaMessaggi(benchmark::State& state) {
+    if (ambiente().script->messaggi().empty()) return true;
+    state.SkipWithError(ambiente().script->messaggi().front().testo.c_str());
+    return false;
+}
+
+// SQLite alone on the same file, with the engine's functions and collation, running the text the
+// engine runs for a statement of the dialect.
+class Grezzo {
+public:
+    Grezzo() {
+        sqlite3_open_v2(ambiente().path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+        store::sql::registerFunctions(db_);
+        sqlite3_busy_timeout(db_, 4000);
+    }
+    ~Grezzo() { sqlite3_close_v2(db_); }
+
+    sqlite3_stmt* prepara(const std::string& dialetto) {
+        const store::sql::Translation t = ambiente().db->impl().translate(dialetto);
+        sqlite3_stmt* s = nullptr;
+        sqlite3_prepare_v2(db_, t.sql.c_str(), static_cast<int>(t.sql.size()), &s, nullptr);
+        store::sql::bindParams(s, t.params);
+        return s;
+    }
+
+    // Steps up to n rows (all with n < 0), reading every column as a row shown would be.
+    long leggi(const std::string& dialetto, long n = -1) {
+        sqlite3_stmt* s = prepara(dialetto);
+        long righe = 0;
+        while ((n < 0 || righe < n) && sqlite3_step(s) == SQLITE_ROW) {
+            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c) benchmark::DoNotOptimize(sqlite3_column_text(s, c));
+            ++righe;
+        }
+        sqlite3_finalize(s);
+        return righe;
+    }
+
+    void esegui(const std::string& sqlite) { sqlite3_exec(db_, sqlite.c_str(), nullptr, nullptr, nullptr); }
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
+struct Misure {
+    double motore = 0, grezzo = 0;
+    int volte = 0;
+    void riporta(benchmark::State& state) const {
+        if (volte == 0) return;
+        state.counters["motore_ms"] = motore / volte;
+        state.counters["sqlite_ms"] = grezzo / volte;
+        state.counters["rapporto"] = grezzo > 0 ? motore / grezzo : 0;
+    }
+};
+
+std::unique_ptr<frmDocumenti> apriRegistro() {
+    auto f = std::make_unique<frmDocumenti>(nullptr, 5);
+    f->show();
+    QApplication::processEvents();
+    return f;
+}
+
+void raggruppa(frmDocumenti& f, bool si) {
+    QSignalBlocker blocco(f.chkRaggruppa);
+    f.chkRaggruppa->setChecked(si);
+    f.Raggruppa();
+    QApplication::processEvents();
+}
+
+// ---- the benchmarks ------------------------------------------------------------------------------
+
+void BM_PrimaSchermata(benchmark::State& state) {
+    const bool raggruppato = state.range(0) != 0;
+    Grezzo grezzo;
+    Misure m;
+    for (auto _ : state) {
+        auto t = Clock::now();
+        auto f = apriRegistro();
+        if (!raggruppato) {
+            t = Clock::now();   // the grouped list is what opens; the plain one is measured alone
+            raggruppa(*f, false);
+        }
+        m.motore += ms(t);
+        if (!senzaMessaggi(state)) break;
+        if (f->griglia()->righeMostrate() < kRigheSchermata) state.SkipWithError("the first screen is not full");
+        const std::string istruzione = f->griglia()->istruzione();
+        state.PauseTiming();
+        f.reset();
+        state.ResumeTiming();
+        t = Clock::now();
+        benchmark::DoNotOptimize(grezzo.leggi(istruzione, kRigheSchermata));
+        m.grezzo += ms(t);
+        ++m.volte;
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_PrimaSchermata)->ArgName("raggruppato")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+void BM_UltimaRiga(benchmark::State& state) {
+    const bool raggruppato = state.range(0) != 0;
+    Grezzo grezzo;
+    Misure m;
+    long righe = 0;
+    double tutte = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto f = apriRegistro();
+        if (!raggruppato) raggruppa(*f, false);
+        ui::VetraGrid* g = f->griglia();
+        state.ResumeTiming();
+        auto t = Clock::now();
+        QTest::keyClick(g, Qt::Key_End, Qt::ControlModifier);
+        QApplication::processEvents();
+        m.motore += ms(t);
+        if (!senzaMessaggi(state)) break;
+        righe = g->modello()->righeLette();
+        if (g->currentIndex().row() != g->righeMostrate() - 1 || g->modello()->canFetchMore({}))
+            state.SkipWithError("Ctrl+End did not reach the last row");
+        const std::string istruzione = g->istruzione(), inversa = g->istruzioneInversa();
+        state.PauseTiming();
+        f.reset();
+        state.ResumeTiming();
+        t = Clock::now();
+        benchmark::DoNotOptimize(grezzo.leggi(inversa, ui::VetraGridModel::RighePerBlocco));
+        m.grezzo += ms(t);
+        ++m.volte;
+        t = Clock::now();
+        benchmark::DoNotOptimize(grezzo.leggi(istruzione));
+        tutte += ms(t);
+    }
+    state.counters["righe"] = static_cast<double>(righe);
+    state.counters["sqlite_tutte_ms"] = m.volte ? tutte / m.volte : 0;
+    m.riporta(state);
+}
+BENCHMARK(BM_UltimaRiga)->ArgName("raggruppato")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The register open on the big fattura, plain; range(0) 1: the first save after the register opened,
+// 0: the saves after it.
+void BM_SalvaRiga(benchmark::State& state) {
+    const bool prima = state.range(0) != 0;
+    Ambiente& a = ambiente();
+    Grezzo grezzo;
+    Misure m;
+    std::unique_ptr<frmDocumenti> f;
+    long riga = store::CLng(a.db->OpenRecordset("Select Min(ID) as M from Movimenti where Documento=" +
+                                                std::to_string(a.documento))->get("M"));
+    int giro = 0;
+    for (auto _ : state) {
+        if (!f || prima) {
+            state.PauseTiming();
+            f.reset();
+            f = apriRegistro();
+            raggruppa(*f, false);
+            if (!f->griglia()->vaiAId(a.documento)) state.SkipWithError("the document is not in the list");
+            state.ResumeTiming();
+        }
+        const double quantita = 1 + (++giro % 5);
+        auto t = Clock::now();
+        {
+            auto rs = a.db->OpenRecordset("Select * from qrMovimenti where ID=" + std::to_string(riga));
+            rs->Edit();
+            rs->set("Quantita", store::Value::Double(quantita));
+            rs->set("Importo", store::Value::Double(quantita * 11));
+            rs->Update();
+        }
+        sales::CalcolaTotaliDocumento(a.documento, f->griglia()->Recordset());
+        f->griglia()->AggiornaRiga();
+        m.motore += ms(t);
+        if (!senzaMessaggi(state)) break;
+        t = Clock::now();
+        const std::string d = std::to_string(a.documento);
+        grezzo.esegui("UPDATE Movimenti SET Quantita=" + std::to_string(quantita) + ", Importo=" +
+                      std::to_string(quantita * 11) + " WHERE ID=" + std::to_string(riga));
+        benchmark::DoNotOptimize(grezzo.leggi(sales::SqlTotaliMovimenti(a.documento)));
+        grezzo.esegui("UPDATE Documenti SET Imponibile=Imponibile+0, ImportoTotale=ImportoTotale+0 WHERE ID=" + d);
+        benchmark::DoNotOptimize(grezzo.leggi("Select * from qrDocumenti where ID=" + d));
+        m.grezzo += ms(t);
+        ++m.volte;
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_SalvaRiga)->ArgName("prima")->Arg(1)->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SalvaRiga)->ArgName("prima")->Arg(0)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+void BM_ApriDocumento(benchmark::State& state) {
+    Ambiente& a = ambiente();
+    Grezzo grezzo;
+    Misure m;
+    auto f = apriRegistro();
+    const std::string d = std::to_string(a.documento);
+    for (auto _ : state) {
+        auto t = Clock::now();
+        {
+            frmDocumentiEdita e(f.get(), 5);
+            e.Prepara({Modalita::Modifica, a.documento, nullptr});
+            f->Movimenti->Carica(a.documento);
+            QApplication::processEvents();
+        }
+        m.motore += ms(t);
+        if (!senzaMessaggi(state)) break;
+        t = Clock::now();
+        for (const std::string& sql : std::initializer_list<std::string>
+             {"Select * from qrClienti order by Denominazione", "Select * from CondizioniPagamento order by DescPagamento",
+              "Select Prefisso From Documenti where Tipo=5 Group By Prefisso",
+              "Select Suffisso From Documenti where Tipo=5 Group By Suffisso",
+              "Select Max(Numero) as dNum from Documenti where Tipo=5 and Prefisso='' and Suffisso='' and "
+              "DateValue(Data)>=DateValue('01/01/2024')",
+              "Select * from qrDocumenti where ID=" + d, "Select * from qrMovimenti where Documento=" + d + " Order By ID"})
+            benchmark::DoNotOptimize(grezzo.leggi(sql));
+        m.grezzo += ms(t);
+        ++m.volte;
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_ApriDocumento)->Iterations(10)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

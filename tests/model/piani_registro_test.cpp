@@ -1,0 +1,36 @@
+// The plans SQLite makes for the register of a kind as the grid runs it: by date the documents of
+// the kind come from an index in the order asked, so the first rows need no sort of the whole kind.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <string>
+
+#include "store/catalog_database.h"
+#include "store/model/model.h"
+
+namespace {
+
+std::string piano(store::Database& db, const std::string& istruzione) {
+    const store::sql::Translation t = db.impl().translate(istruzione);
+    sqlite3_stmt* s = nullptr;
+    const std::string sql = "EXPLAIN QUERY PLAN " + t.sql;
+    EXPECT_EQ(sqlite3_prepare_v2(db.impl().handle(), sql.c_str(), -1, &s, nullptr), SQLITE_OK) << t.sql;
+    store::sql::bindParams(s, t.params);
+    std::string out;
+    while (sqlite3_step(s) == SQLITE_ROW) out += std::string(reinterpret_cast<const char*>(sqlite3_column_text(s, 3))) + "\n";
+    sqlite3_finalize(s);
+    return out;
+}
+
+TEST(PianiRegistro, DocumentiDiUnTipoPerDataDallIndice) {
+    auto db = store::Workspace::Default().OpenMemory();
+    store::model::CreaArchivio(*db);
+    for (const char* istruzione : {"Select * from qrDocumenti where Tipo=5 ORDER BY Data",
+                                   "Select * from qrDocumenti where Tipo=9 ORDER BY Data DESC"}) {
+        const std::string p = piano(*db, istruzione);
+        EXPECT_NE(p.find("TipoData"), std::string::npos) << istruzione << "\n" << p;
+        EXPECT_EQ(p.find("TEMP B-TREE"), std::string::npos) << istruzione << "\n" << p;
+    }
+}
+
+}  // namespace
