@@ -126,7 +126,9 @@ struct Database::Impl final : sql::Catalog {
     sqlite3* handle() const;      // error 3420 once closed
     void checkWritable() const;   // error 3027 on a read-only database
     void close();
-    void finishReads();           // reads every open recordset to its end
+    // Reads every open recordset to its end; before a write (not a change of structure) those that
+    // follow a screen only let go of their statements.
+    void finishReads(bool structure = false);
     void reload();                // reads the catalogue again; the translator sees a new version
     void noticeOtherWriters();    // reloads when another connection changed the catalogue
     sql::Translation translate(std::string_view text, bool inlineLiterals = false);
@@ -152,6 +154,6 @@ void runDdl(Database& db, const sql::DdlCommand& c);
 // dao_recordset.cpp: opens a recordset on a statement or a table or query name.
 std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& db, std::string_view sqlOrName);
 void closeRecordset(Recordset::Impl* rs);
-void finishRecordset(Recordset::Impl* rs);
+void finishRecordset(Recordset::Impl* rs, bool structure);
 
 }  // namespace store

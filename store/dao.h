@@ -101,6 +101,11 @@ public:
     void Close();
     EditMode editMode() const;
     bool updatable() const;
+    // A recordset that follows a screen (a list the user scrolls) is not read to its end before a
+    // write through its database, as every other open recordset is: it lets go of its statement
+    // and runs it again from where it stopped when more rows are wanted. Rows it already read stay
+    // as they were read; the rows after them are read as they are by then.
+    void SetResumable(bool resumable);
 
     int FieldCount() const;
     Field& Fields(int index) {  // error 3265 out of range, 3420 once closed

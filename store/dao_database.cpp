@@ -292,8 +292,8 @@ void Database::Impl::close() {
     db = nullptr;
 }
 
-void Database::Impl::finishReads() {
-    for (Recordset::Impl* rs : recordsets) finishRecordset(rs);
+void Database::Impl::finishReads(bool structure) {
+    for (Recordset::Impl* rs : recordsets) finishRecordset(rs, structure);
 }
 
 void Database::Impl::reload() {
@@ -336,7 +336,7 @@ std::int64_t Database::Impl::cachedInt(const std::string& sql) {
 // asks for the write lock is refused at once by SQLite (it could deadlock with another writer),
 // where without it the write waits for the other user as it should.
 void Database::Impl::runAction(const sql::Translation& t) {
-    finishReads();
+    finishReads(t.kind == sql::StatementKind::Ddl);
     detail::CachedStmt s(statements, handle(), t.sql);
     for (std::size_t i = 0; i < t.params.size(); ++i) s->bind(static_cast<int>(i + 1), t.params[i]);
     beforeWrite();

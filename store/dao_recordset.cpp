@@ -98,6 +98,9 @@ struct Recordset::Impl {
     Recordset* self = nullptr;  // the object the program holds
     bool fetchedAll = false;
     bool closed = false;
+    bool resumable = false;   // let go of the statement before a write rather than read to the end
+    bool suspended = false;   // the statement was let go of after `stepped` rows
+    std::size_t stepped = 0;  // rows the statement gave so far
     std::optional<bool> keyed;  // one row per rowid: rows can be read again by rowid (known when needed)
     bool unread = false;  // some rows are known by their rowid only
     std::size_t firstUnread = kNone;  // the first row read by rowid only
@@ -185,13 +188,29 @@ struct Recordset::Impl {
         return p ? p : kEmptyRow;
     }
 
+    // Runs the statement again up to where it stopped: the rows it gives there are the next ones.
+    void resume() {
+        suspended = false;
+        st().reset();
+        bindParams();
+        for (std::size_t k = 0; k < stepped; ++k)
+            if (!st().step()) {
+                fetchedAll = true;
+                sqlite3_reset(st().get());
+                return;
+            }
+    }
+
     bool fetchOne(bool locate = false) {
+        if (fetchedAll) return false;
+        if (suspended) resume();
         if (fetchedAll) return false;
         if (!st().step()) {
             fetchedAll = true;
             sqlite3_reset(st().get());  // gives back the read lock
             return false;
         }
+        ++stepped;
         Row r;
         r.data = locate ? packAndLocateRow(st().get()) : packRow(st().get());
         if (tr.hasRowid) r.rowid = sqlite3_column_int64(st().get(), static_cast<int>(cols.size()));
@@ -202,6 +221,7 @@ struct Recordset::Impl {
     // To the end of the result: with only the rowids of the rows passed over when `keysOnly` and
     // the statement allows it.
     void fetchAll(bool keysOnly) {
+        if (suspended) resume();
         if (!fetchedAll && !keyed) keyed = oneRowPerRowid(tr);
         if (!keysOnly || !*keyed) {
             while (fetchOne()) {
@@ -215,6 +235,7 @@ struct Recordset::Impl {
                 sqlite3_reset(st().get());
                 break;
             }
+            ++stepped;
             Row r;
             r.rowid = sqlite3_column_int64(st().get(), rowidColumn);
             if (!unread) firstUnread = rows.size();
@@ -314,6 +335,8 @@ struct Recordset::Impl {
 
     void start() {
         fetchedAll = false;
+        suspended = false;
+        stepped = 0;
         unread = false;
         rows.clear();
         arena.clear();
@@ -667,7 +690,15 @@ std::unique_ptr<Recordset> openRecordset(const std::shared_ptr<Database>& owner,
 }
 
 void closeRecordset(Recordset::Impl* rs) { rs->close(); }
-void finishRecordset(Recordset::Impl* rs) {
+void finishRecordset(Recordset::Impl* rs, bool structure) {
+    if (rs->resumable && !rs->unread && !structure) {
+        if (!rs->fetchedAll && !rs->suspended) {
+            sqlite3_reset(rs->st().get());   // gives back the read lock
+            rs->suspended = true;
+        }
+        return;
+    }
+    if (rs->suspended) rs->resume();
     rs->fetchAll(false);
     rs->loadAll();
 }
@@ -759,6 +790,11 @@ void Recordset::Close() { impl_->close(); }
 Recordset::EditMode Recordset::editMode() const {
     impl_->checkOpen();
     return impl_->mode;
+}
+
+void Recordset::SetResumable(bool resumable) {
+    impl_->checkOpen();
+    impl_->resumable = resumable;
 }
 
 bool Recordset::updatable() const {

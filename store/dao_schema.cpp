@@ -26,7 +26,7 @@ namespace {
 class SchemaChange {
 public:
     explicit SchemaChange(Database::Impl& d) : db_(d.handle()) {
-        d.finishReads();
+        d.finishReads(true);
         ownsTransaction_ = sqlite3_get_autocommit(db_) != 0;
         if (ownsTransaction_) exec(db_, "BEGIN IMMEDIATE");
         exec(db_, "SAVEPOINT jet_schema");

@@ -440,6 +440,8 @@ void VetraGrid::esegui(bool inverso, bool ripristina) {
     const long letti = model_->righeLette() + 4 * VetraGridModel::RighePerBlocco;
     const std::string sql = inverso ? istruzioneInversa() : istruzione();
     auto rs = db->OpenRecordset(sql);
+    // A save elsewhere must not read the whole list first: it reads on from where it stopped.
+    rs->SetResumable(true);
     for (const auto& g : gruppi_)
         if (!rs->HasField(g)) store::raise(3265, g);
     eseguita_ = sql;

@@ -1,5 +1,6 @@
 // Recordset semantics the program relies on: counts, positions, bookmarks, writes through tables
 // and saved queries, typed values.
+#include <algorithm>
 #include <sqlite3.h>
 
 #include "dao_support.h"
@@ -377,6 +378,37 @@ TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
     EXPECT_EQ(rs->get("Nome"), Value::Text("Cliente 300"));
     rs->setAbsolutePosition(0);
     EXPECT_EQ(rs->get("Nome"), Value::Text("Primo"));
+}
+
+// A recordset that follows a screen is not read to its end by a write: it lets go of its statement
+// and reads on from where it stopped, the rows written meanwhile among those still to come. A change
+// of structure still reads it to its end.
+TEST_F(RecordsetTest, ResumableRecordsetReadsOnAfterAWrite) {
+    db_->Execute("CREATE TABLE Righe (ID LONG, Nome TEXT(20))");
+    db_->BeginBatch();
+    for (int i = 1; i <= 300; ++i)
+        db_->Execute("INSERT INTO Righe (ID, Nome) VALUES (" + std::to_string(i * 2) + ", 'r')");
+    db_->EndBatch();
+    auto rs = db_->OpenRecordset("Select * from Righe order by ID");
+    rs->SetResumable(true);
+    for (int i = 0; i < 100; ++i) rs->MoveNext();
+    const long letti = rs->RecordCount();
+    db_->Execute("INSERT INTO Righe (ID, Nome) VALUES (599, 'nuova')");   // after the rows read
+    db_->Execute("INSERT INTO Righe (ID, Nome) VALUES (1, 'prima')");     // before them
+    EXPECT_EQ(rs->RecordCount(), letti);
+    EXPECT_EQ(rs->get("ID"), Value::Long(202));
+    std::vector<long> resto;
+    for (rs->MoveNext(); !rs->Eof(); rs->MoveNext()) resto.push_back(store::CLng(rs->get("ID")));
+    ASSERT_FALSE(resto.empty());
+    // One row before the resumption point shifts the rest by one: 202 is met again, 599 comes in order.
+    EXPECT_EQ(resto.front(), 202);
+    EXPECT_EQ(resto.back(), 600);
+    EXPECT_NE(std::find(resto.begin(), resto.end(), 599), resto.end());
+
+    auto altro = db_->OpenRecordset("Select * from Righe order by ID");
+    altro->SetResumable(true);
+    db_->Execute("CREATE TABLE Altra (ID LONG)");
+    EXPECT_EQ(altro->RecordCount(), 302);
 }
 
 }  // namespace
