@@ -53,6 +53,7 @@ const core::TabellaCampi& CampiSchedeCliente() {
     static const core::TabellaCampi t{
         {"Data", "s84", 1000, "dd/mm/yyyy"},
         {"Descrizione", "s77", 3600},
+        {"Operazione", "Operazione", 1400},
         {"Dare", "Dare", 1100, "#,0.00", Allineamento::Destra},
         {"Avere", "Avere", 1100, "#,0.00", Allineamento::Destra},
         {"Saldo", "Saldo", 1100, "#,0.00", Allineamento::Destra},
@@ -89,7 +90,5 @@ std::string SorgenteAssistenze(long cliente, int mese) {
     if (mese > 0) s += " and Month(DateValue(Data))=" + std::to_string(mese);
     return s;
 }
-
-std::string LinkChiamata(const std::string& numero) { return "sip:" + numero; }
 
 }  // namespace sales

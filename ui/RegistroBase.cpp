@@ -114,8 +114,14 @@ ui::VBars* RegistroBase::aggiungiPannello(int diritto) {
 }
 
 ui::Dettaglio* RegistroBase::aggiungiDettaglio(const ui::DefinizioneDettaglio& definizione) {
-    auto padre = [this](bool) -> std::optional<long> { return Grid->haRigaCorrente() ? Grid->idCorrente() : 0; };
+    auto cella = std::make_shared<ui::Dettaglio*>(nullptr);
+    auto padre = [this, cella](bool nuova) -> std::optional<long> {
+        if (!Grid->haRigaCorrente()) return 0;
+        if (!PrimaDellaRiga(**cella, nuova)) return std::nullopt;
+        return Grid->idCorrente();
+    };
     auto* d = new ui::Dettaglio(definizione, padre, [this] { ui::protetto([this] { DopoRigheCambiate(); }); }, this);
+    *cella = d;
     dettagli_.push_back(d);
     return d;
 }

@@ -28,7 +28,19 @@ constexpr const char* CaratteriNumerici = "0123456789,.";
 
 }  // namespace
 
-VText::VText(QWidget* parent) : QLineEdit(parent) {}
+VText::VText(QWidget* parent) : QLineEdit(parent) {
+    connect(this, &QLineEdit::textEdited, this, &VText::puntoDigitato);
+}
+
+void VText::puntoDigitato(const QString& testo) {
+    const int cursore = cursorPosition();
+    if (!puntoDecimale_ || cursore == 0 || testo[cursore - 1] != '.') return;
+    QString corretto = testo;
+    if (testo.contains(',')) corretto.remove(cursore - 1, 1);
+    else corretto[cursore - 1] = ',';
+    setText(corretto);
+    setCursorPosition(testo.contains(',') ? cursore - 1 : cursore);
+}
 
 void VText::setNumerico(bool numerico) {
     numerico_ = numerico;

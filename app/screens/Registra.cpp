@@ -12,6 +12,7 @@
 #include "app/screens/frmUtentiEdita.h"
 #include "books/screens/Registra.h"
 #include "core/registro_schermi.h"
+#include "expenses/screens/Registra.h"
 #include "payments/screens/Registra.h"
 #include "sales/screens/Registra.h"
 #include "tools/screens/Registra.h"
@@ -56,6 +57,7 @@ void RegistraSchermiProgramma() {
 void RegistraSchermi() {
     RegistraSchermiProgramma();
     RegistraSchermiVendite();
+    RegistraSchermiSpese();
     RegistraSchermiStrumenti();
     RegistraSchermiPagamenti();
     RegistraSchermiLibri();

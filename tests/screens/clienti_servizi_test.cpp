@@ -168,7 +168,6 @@ TEST_F(Anagrafiche, ClienteChiamataVoip) {
     r.Chiama("Telefono");
     frmClienti::apriLink = nullptr;
     EXPECT_EQ(aperti, (std::vector<std::string>{"sip:+39 06 123", "sip:333 4", "sip:"}));
-    EXPECT_EQ(sales::LinkChiamata(""), "sip:");
 }
 
 // Each tab on its source: the customer's rows, or the empty source with no row or no right.
