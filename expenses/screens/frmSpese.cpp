@@ -333,11 +333,12 @@ void frmSpese::DopoEliminato(long) {
     btnElimina->setFocus();
 }
 
+// The flags are written on the tables, so the list reads its rows again, staying on the expense.
 void frmSpese::AggiornaPagata() {
     if (!Grid->haRigaCorrente()) return;
     payments::AggiornaPagataSpesa(Grid->idCorrente());
     if (GridScadenze->griglia()->haRigaCorrente()) payments::AggiornaPagataScadenza(GridScadenze->griglia()->idCorrente());
-    Grid->AggiornaRiga();
+    Grid->Aggiorna();
     if (sTab->currentIndex() == 2) TabCambiata();
 }
 
@@ -345,7 +346,6 @@ void frmSpese::DopoSalvato(long) { AggiornaPagata(); }
 
 void frmSpese::DopoRigheCambiate() {
     if (!Grid->haRigaCorrente()) return;
-    expenses::CalcolaTotaliSpesa(Grid->idCorrente());
-    GridIva->Carica(Grid->idCorrente());
+    expenses::CalcolaTotaliSpesa(Grid->idCorrente(), Grid->Recordset());
     AggiornaPagata();
 }

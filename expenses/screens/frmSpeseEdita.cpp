@@ -178,7 +178,8 @@ frmSpeseMovEdita::frmSpeseMovEdita(QWidget* parent)
 
 void frmSpeseMovEdita::Scorpora() {
     const double aliquota = core::NumeroOZero(cbIva->campo("AliquotaIva"));
-    txtImporto->setTesto(store::NumberText(expenses::Scorpora(txtImporto->numero(), aliquota)));
+    // The full number goes in the box; the mask rounds it to the cent only when the box is left.
+    txtImporto->setText(Q(store::NumberText(expenses::Scorpora(txtImporto->numero(), aliquota))));
 }
 
 void frmSpeseMovEdita::DopoCarica() { btnScorpora->setEnabled(idDi(cbIva->valore()) != 0); }
