@@ -6,7 +6,7 @@ using core::Allineamento;
 
 const core::TabellaCampi& CampiFornitori() {
     static const core::TabellaCampi t{
-        {"DescFornitore", "s101", 3000},
+        {"DescFornitore", "s101", 4200},
         {"DescFornitore2", "Denominazione (2)", 2400},
         {"Indirizzo", "s102", 2400},
         {"Cap", "s103", 700},
@@ -31,8 +31,8 @@ const core::TabellaCampi& CampiFornitori() {
 
 const core::TabellaCampi& CampiSpese() {
     static const core::TabellaCampi t{
-        {"Numero", "s287", 900, "", Allineamento::Destra},
-        {"Data", "s84", 1100, "dd/mm/yyyy"},
+        {"Numero", "s287", 1200, "", Allineamento::Destra},
+        {"Data", "s84", 1300, "dd/mm/yyyy"},
         {"DescFornitore", "s41", 3000},
         {"Indirizzo", "s102", 2400},
         {"Cap", "s103", 700},
@@ -45,9 +45,9 @@ const core::TabellaCampi& CampiSpese() {
         {"DescClassificazione", "s157", 1800},
         {"Imponibile", "Imponibile", 1300, "#,0.00", Allineamento::Destra},
         {"TotIva", "Totale Iva", 1200, "#,0.00", Allineamento::Destra},
-        {"TotRitenutaAcconto", "Ritenuta d'acconto", 1200, "#,0.00", Allineamento::Destra},
+        {"TotRitenutaAcconto", "Ritenuta", 1200, "#,0.00", Allineamento::Destra},
         {"ImportoSpesa", "Totale", 1300, "#,0.00", Allineamento::Destra},
-        {"DescEstrattoConto", "Estratto conto", 1100},
+        {"DescEstrattoConto", "Estratto conto", 1400},
         {"Note", "s20", 3000},
     };
     return t;

@@ -53,19 +53,19 @@ frmFornitori::frmFornitori(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
 
     const core::TabellaCampi* schede = &sales::CampiSchedeCliente();
     GridScadenze = aggiungiScheda(
-        "Scadenze",
+        "Sca&denze",
         ui::SchedaSolaLettura("GridScadenze", core::ScadenzeVedere,
                               [](long id) { return "Select * from qrScadenzePagamenti where Fornitore=" + Id(id) + " and DaPagare>0"; },
                               "Select * from qrScadenzePagamenti where ID=-1", schede,
                               {"DataScadenza", "DescScadenza", "ImportoScadenza", "Rata", "Rate", "ImportoPagato", "DaPagare"}));
     GridPagamenti = aggiungiScheda(
-        "Pagamenti",
+        "Pag&amenti",
         ui::SchedaSolaLettura("GridPagamenti", core::PagamentiVedere, [this](long id) { return SorgentePagamenti(id); },
                               "Select * from qrPagamentiIncassi where ID=-1", schede,
                               {"DataPagamento", "DescPagamento", "TipoPagamento", "ImportoPagamento"}),
         [this](ui::Dettaglio* lista) { return schedaPagamenti(lista); });
     GridEstratto = aggiungiScheda(
-        "Estratto Conto",
+        "Estratto C&onto",
         ui::SchedaSolaLettura("GridEstratto", core::PrimaNotaVedere, [](long) { return std::string("Select * from Estratto where Tipo=1"); },
                               "Select * from Estratto where ID=-1", schede,
                               {"Data", "Descrizione", "Operazione", "Dare", "Avere", "Saldo"}));

@@ -72,7 +72,7 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
     d.direzione = ui::Direzione::Decrescente;
     d.campi = &expenses::CampiSpese();
     d.colonne = {"Data", "Numero", "DescFornitore", "Imponibile", "TotIva", "TotRitenutaAcconto", "ImportoSpesa",
-                 "DescPagamento", "DescEstrattoConto"};
+                 "DescEstrattoConto"};
     d.ricerca = {"DescFornitore", "Numero", "DescTipoSpesa", "DescClassificazione", "Note"};
     d.colori = {NonPagata(QColor(Qt::red))};
     // The right to change is tested after the question about instalments and payments.
@@ -130,8 +130,10 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
     BarTotali = new ui::VBars(this);
     BarTotali->setObjectName("BarTotali");
     const int totali = BarTotali->aggiungiGruppo("Totali");
-    for (const char* campo : {"Imponibile", "TotIva", "TotRitenutaAcconto", "ImportoSpesa"})
-        BarTotali->aggiungiCampo(totali, campo, core::Didascalia(campi[campo].didascalia), "#,0.00");
+    for (const auto& [campo, titolo] : {std::pair{"Imponibile", "Imponibile"}, std::pair{"TotIva", "Totale Iva"},
+                                        std::pair{"TotRitenutaAcconto", "Ritenuta d'acconto"},
+                                        std::pair{"ImportoSpesa", "Totale"}})
+        BarTotali->aggiungiCampo(totali, campo, titolo, "#,0.00");
     txtNote = new QPlainTextEdit(this);
     txtNote->setObjectName("txtNote");
     txtNote->setReadOnly(true);
@@ -151,7 +153,7 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
 
     btnGeneraScadenze = aggiungiComando("btnGeneraScadenze", "&Genera scadenze", core::ScadenzeModificare,
                                         [this] { GeneraScadenze(); });
-    btnPaga = aggiungiComando("btnPaga", Q(core::Testo("s330")), core::PagamentiModificare, [this] {
+    btnPaga = aggiungiComando("btnPaga", "Pa&ga", core::PagamentiModificare, [this] {
         if (Grid->haRigaCorrente()) core::MsgBox(expenses::MsgPagamentiNonDisponibili, core::vbInformation);
     });
     aggiungiComando("btnRicerca", "Ricerc&a...", 0, [this] { CercaSpese(); });

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
+#include <QPushButton>
 
 #include "core/impostazioni.h"
 #include "store/convert.h"
@@ -69,6 +70,7 @@ frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* par
     campi->addRow(chkTipoSpesa, cbTipoSpesa);
     campi->addRow(chkClassificazione, cbClassificazione);
     campi->addRow("&Stato", OpPagate);
+    Command2->setText("A&nnulla");   // "&Alla Data" has the A
     setMinimumWidth(480);
 }
 

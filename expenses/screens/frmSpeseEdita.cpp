@@ -78,6 +78,7 @@ frmSpeseEdita::frmSpeseEdita(QWidget* parent)
       Text1(new QPlainTextEdit(this)) {
     pkData->setObjectName("pkData");
     pkData->setDataField("Data");
+    pkData->setMaximumWidth(170);
     txtNum->setObjectName("txtNum");
     txtNum->setDataField("Numero");
     txtNum->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
