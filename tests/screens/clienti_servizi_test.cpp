@@ -6,7 +6,6 @@
 #include <QUrl>
 
 #include "core/diritti.h"
-#include "sales/campi.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
 #include "support/registro_prova.h"
@@ -172,15 +171,6 @@ TEST_F(Anagrafiche, ClienteChiamataVoip) {
 
 // Each tab on its source: the customer's rows, or the empty source with no row or no right.
 TEST_F(Anagrafiche, ClienteSchedeSorgenti) {
-    struct Caso {
-        int mese;
-        const char* atteso;
-    };
-    const Caso casi[] = {{0, "SELECT * from qrAssistenze WHERE Cliente=7"},
-                         {3, "SELECT * from qrAssistenze WHERE Cliente=7 and Month(DateValue(Data))=3"}};
-    for (const auto& c : casi) EXPECT_EQ(sales::SorgenteAssistenze(7, c.mese), c.atteso);
-    EXPECT_EQ(sales::SorgenteAssistenze(0, 5), "SELECT * from qrAssistenze WHERE ID=-1");
-
     db->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (1, 'Rossi')");
     db->Execute("INSERT INTO Scadenze (ID, Cliente, ImportoScadenza) VALUES (1, 1, 100)");
     core::session().Privilegi = std::string(14, '1');
