@@ -29,8 +29,7 @@ public:
     void setMaschera(const std::string& maschera);      // "#,0.00", ...
     const std::string& maschera() const { return maschera_; }
     void setPredefinito(const std::string& testo);      // text of a new record
-    // A point typed is the decimal comma (the keypad's key); one typed when the box already has a
-    // comma is dropped. The thousands points the mask wrote stay as they are.
+    // A lone point may be the decimal comma typed with the keypad's key (see testo()).
     void setPuntoDecimale(bool attivo) { puntoDecimale_ = attivo; }
     const std::string& predefinito() const { return predefinito_; }
 
@@ -47,7 +46,6 @@ protected:
 private:
     void aggiornaValidatore();
     void applicaMaschera();
-    void puntoDigitato(const QString& testo);
 
     bool numerico_ = false;
     std::string ammessi_;

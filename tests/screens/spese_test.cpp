@@ -11,6 +11,8 @@
 #include <functional>
 
 #include "core/diritti.h"
+#include "core/pannello.h"
+#include "core/registro_schermi.h"
 #include "expenses/screens/frmSpese.h"
 #include "expenses/screens/frmSpeseCerca.h"
 #include "expenses/screens/frmSpeseEdita.h"
@@ -253,6 +255,32 @@ TEST_F(Acquisti, EliminaSpesaACascata) {
     EXPECT_EQ(conta("Select * from Spese"), 1);
     EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=1"), 0);
     EXPECT_EQ(conta("Select * from PrimaNota"), 2);
+}
+
+// From the panel: its commands for expenses and suppliers are on, and a line opened by name belongs
+// to the expense the panel set as its mode, whose totals it brings up to date itself.
+TEST_F(Acquisti, DalPannello) {
+    for (const char* menu : {"mSpese", "mFornitori"}) EXPECT_TRUE(core::ComandoDisponibile(*core::CercaComando(menu))) << menu;
+    for (const core::ComandoPannello& c : core::ComandiRapidi())
+        if (c.nome == "mSpesa" || c.nome == "mFornitori") {
+            EXPECT_TRUE(core::ComandoDisponibile(c)) << c.nome;
+            EXPECT_TRUE(c.righe.empty() || core::schermoRegistrato(c.righe));
+        }
+    spesa(1, "7", "03/20/2026");
+    db->Execute("Update Spese set RitenutaAcconto=10 where ID=1");
+    core::ImpostaModoSchermo(frmSpeseMovEdita::Nome, 1);
+    p.script->lasciaAprire(frmSpeseMovEdita::Nome);
+    p.script->schermo(frmSpeseMovEdita::Nome, [](QWidget* w) {
+        auto* e = static_cast<frmSpeseMovEdita*>(w);
+        e->txtDesc->setText("Consulenza d'ufficio");
+        digita(e->txtImporto, "1.000,00");
+        e->cbIva->setValore(store::Value::Long(1));
+        clic(e, "btnConferma");
+        return true;
+    });
+    EXPECT_TRUE(core::MostraModale(frmSpeseMovEdita::Nome));
+    EXPECT_EQ(conta("Select * from MovimentiSpese where Spesa=1 and DescMovimento='Consulenza d''ufficio'"), 1);
+    EXPECT_DOUBLE_EQ(numero(campo("Select * from Spese where ID=1", "ImportoSpesa")), 1120);   // 1000 - 100 + 220
 }
 
 // The amount without its VAT, from the code chosen; twice divides twice; no code, no command.
