@@ -70,6 +70,7 @@ frmFornitori::frmFornitori(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
                               "Select * from Estratto where ID=-1", schede,
                               {"Data", "Descrizione", "Operazione", "Dare", "Avere", "Saldo"}));
 
+    // On the supplier's side the pay command is guarded by position 13.
     btnPagaScadenza = aggiungiComando("btnPagaScadenza", "&Paga", core::PrimaNotaVedere, [this] {
         if (GridScadenze->griglia()->haRigaCorrente()) PagamentiNonDisponibili();
     });

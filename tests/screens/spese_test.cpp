@@ -8,9 +8,12 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
+#include <QUrl>
+#include <fstream>
 #include <functional>
 
 #include "core/diritti.h"
+#include "core/varie.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
 #include "expenses/screens/frmSpese.h"
@@ -215,6 +218,22 @@ TEST_F(Acquisti, SpeseComandi) {
         EXPECT_EQ(conta("Select * from MovimentiSpese"), 1);
         EXPECT_EQ(conta("Select * from Scadenze"), 1);
     }
+    // A linked file that exists goes to the desktop; with no program for it, the message.
+    const std::string file = (p.dati / "fattura dell'idraulico.pdf").string();
+    std::ofstream(file) << "%PDF";
+    db->Execute("Update Spese set File='" + core::Apici(file) + "' where ID=1");
+    r.Aggiorna();
+    std::vector<std::string> aperti;
+    frmSpese::apriFile = [&aperti](const QUrl& u) {
+        aperti.push_back(u.toLocalFile().toStdString());
+        return false;
+    };
+    p.script->dimentica();
+    clic(&r, "btnFile");
+    frmSpese::apriFile = nullptr;
+    EXPECT_EQ(aperti, std::vector<std::string>{file});
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Il file non risulta associato ad alcun programma!"});
+
     // The sums of tab 2 for the expense and for the whole list.
     senzaDiritto(0);
     db->Execute("Update Spese set ImportoSpesa=122 where ID=1");
