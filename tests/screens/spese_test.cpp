@@ -100,6 +100,37 @@ TEST_F(Acquisti, SpesaEditorControlliDellaTestata) {
     EXPECT_EQ(n.txtNum->text(), "3");
 }
 
+// A supplier, a kind and a class made from inside the expense editor become its choice; changing
+// with nothing chosen is refused.
+TEST_F(Acquisti, NuoviCollegatiDallEditorDellaSpesa) {
+    frmSpeseEdita e;
+    e.Prepara({Modalita::Nuovo});
+    struct Caso {
+        const char* immagine;
+        const char* editor;
+        ui::VetraCombo* combo;
+        const char* tabella;
+    };
+    const Caso casi[] = {{"imgNew", "frmFornitoriEdita", e.cbFornitore, "Fornitori"},
+                         {"imgNew1", "frmTipiSpesaEdita", e.cbTipoSpesa, "TipiSpesa"},
+                         {"imgNew2", "frmClassificazioniSpeseEdita", e.cbClassificazione, "ClassificazioniSpese"}};
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.editor);
+        const long prima = conta(std::string("Select * from ") + c.tabella);
+        p.script->schermo(c.editor, [](QWidget* w) {
+            w->findChild<ui::VText*>()->setText("Nuova voce dell'editor");
+            clic(w, "btnConferma");
+            return true;
+        });
+        clic(&e, c.immagine);
+        EXPECT_EQ(conta(std::string("Select * from ") + c.tabella), prima + 1);
+        EXPECT_EQ(c.combo->testo(), "Nuova voce dell'editor");
+    }
+    p.script->dimentica();
+    clic(&e, "imgEdit3");   // no payment term chosen
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Nessun elemento selezionato da modificare!"});
+}
+
 // One expense from the register: the head, four lines at two rates (one negative, amounts typed with
 // a comma, a point and a stray letter), a withholding of 20%. Each line saved brings the stored
 // totals, the row on screen and the sums of the list up to date at once.
