@@ -68,10 +68,7 @@ RegistroBase::RegistroBase(const char* nome, QWidget* parent)
     connect(Grid, &ui::VetraGrid::modificaRichiesta, this, &RegistroBase::Modifica);
     connect(Grid, &ui::VetraGrid::eliminaRichiesta, this, &RegistroBase::Elimina);
     connect(Grid, &ui::VetraGrid::rigaCambiata, this, &RegistroBase::rigaCambiata);
-    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] {
-        txtCerca->setFocus();
-        txtCerca->selectAll();
-    });
+    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] { ui::protetto([this] { TastoCerca(); }); });
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
@@ -164,6 +161,11 @@ void RegistroBase::Cerca() {
 
 void RegistroBase::Aggiorna() {
     ui::protetto([this] { elenco_.Carica(sorgenteCorrente_); });
+}
+
+void RegistroBase::TastoCerca() {
+    txtCerca->setFocus();
+    txtCerca->selectAll();
 }
 
 void RegistroBase::rigaCambiata() {

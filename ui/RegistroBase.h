@@ -75,6 +75,8 @@ protected:
     virtual void DopoCambioRiga() {}
     // After a line of a detail list was saved or deleted.
     virtual void DopoRigheCambiate() {}
+    // F3: the search box by default; a register with a search dialog opens it instead.
+    virtual void TastoCerca();
     // Before a line of a detail list is opened, new or to change (after its right): false stops it.
     virtual bool PrimaDellaRiga(ui::Dettaglio& /*dettaglio*/, bool /*nuova*/) { return true; }
 

@@ -156,7 +156,7 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
     btnPaga = aggiungiComando("btnPaga", "Pa&ga", core::PagamentiModificare, [this] {
         if (Grid->haRigaCorrente()) core::MsgBox(expenses::MsgPagamentiNonDisponibili, core::vbInformation);
     });
-    aggiungiComando("btnRicerca", "Ricerc&a...", 0, [this] { CercaSpese(); });
+    aggiungiComando("btnRicerca", "Ricerc&a... (F3)", 0, [this] { CercaSpese(); });
     aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });
     Grid->aggiungiGruppo("DescClassificazione");
     Grid->aggiungiGruppo("DescTipoSpesa");

@@ -64,6 +64,7 @@ protected:
     // A line saved or deleted: the totals, written through the grid's row, and the paid flags.
     void DopoRigheCambiate() override;
     bool PrimaDellaRiga(ui::Dettaglio& dettaglio, bool nuova) override;
+    void TastoCerca() override { CercaSpese(); }
 
 private:
     std::optional<Apertura> aperturaPer(ui::Elenco& elenco, Modalita modalita) override;

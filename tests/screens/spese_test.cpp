@@ -406,6 +406,12 @@ TEST_F(Acquisti, RicercaDelleSpese) {
     EXPECT_EQ(r.lblImportoTutti->text(), "150,00");
     EXPECT_EQ(r.lblIncassatoTutti->text(), "50,00");
     EXPECT_EQ(r.lblDaIncassareTutti->text(), "100,00");
+    // F3 opens the same dialog.
+    r.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&r));
+    cercaCon<frmSpeseCerca>(*p.script, [](frmSpeseCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command1");
+    QTest::keyClick(r.griglia(), Qt::Key_F3);
+    EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrSpese  where Pagata=True");
 }
 
 }  // namespace
