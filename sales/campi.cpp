@@ -51,19 +51,20 @@ const core::TabellaCampi& CampiServizi() {
 
 const core::TabellaCampi& CampiSchedeCliente() {
     static const core::TabellaCampi t{
-        {"Data", "s84", 1000, "dd/mm/yyyy"},
+        {"Data", "s84", 1300, "dd/mm/yyyy"},
         {"Descrizione", "s77", 3600},
+        {"Operazione", "Operazione", 1400},
         {"Dare", "Dare", 1100, "#,0.00", Allineamento::Destra},
         {"Avere", "Avere", 1100, "#,0.00", Allineamento::Destra},
         {"Saldo", "Saldo", 1100, "#,0.00", Allineamento::Destra},
-        {"DataScadenza", "Scadenza", 1000, "dd/mm/yyyy"},
+        {"DataScadenza", "Scadenza", 1300, "dd/mm/yyyy"},
         {"DescScadenza", "s77", 2400},
         {"ImportoScadenza", "s171", 1100, "#,0.00", Allineamento::Destra},
         {"Rata", "Rata", 500, "", Allineamento::Destra},
         {"Rate", "Rate", 500, "", Allineamento::Destra},
         {"ImportoPagato", "Pagato", 1100, "#,0.00", Allineamento::Destra},
         {"DaPagare", "Da pagare", 1100, "#,0.00", Allineamento::Destra},
-        {"DataPagamento", "s84", 1000, "dd/mm/yyyy"},
+        {"DataPagamento", "s84", 1300, "dd/mm/yyyy"},
         {"DescPagamento", "s77", 2400},
         {"TipoPagamento", "Tipo", 1200},
         {"ImportoPagamento", "s171", 1100, "#,0.00", Allineamento::Destra},
@@ -89,7 +90,5 @@ std::string SorgenteAssistenze(long cliente, int mese) {
     if (mese > 0) s += " and Month(DateValue(Data))=" + std::to_string(mese);
     return s;
 }
-
-std::string LinkChiamata(const std::string& numero) { return "sip:" + numero; }
 
 }  // namespace sales

@@ -16,7 +16,4 @@ const core::TabellaCampi& CampiSchedeCliente();
 // The visits of a customer: every month (mese 0, grouped by month) or one month (1 to 12).
 std::string SorgenteAssistenze(long cliente, int mese);
 
-// The link the call command opens: "sip:" and the number as it is, blank or not.
-std::string LinkChiamata(const std::string& numero);
-
 }  // namespace sales

@@ -72,7 +72,7 @@ std::optional<Apertura> Dettaglio::aperturaPer(Elenco&, Modalita modalita) {
 }
 
 bool Dettaglio::primaDiEliminare(Elenco&, long) {
-    return !def_.primaDelComando || def_.primaDelComando(idPadre_);
+    return !def_.primaDelComando || !def_.chiediAncheEliminando || def_.primaDelComando(idPadre_);
 }
 
 }  // namespace ui

@@ -31,6 +31,7 @@ struct DefinizioneDettaglio : DefinizioneElenco {
     // Asked before a line is added, changed or deleted, once the right is granted: false ends the
     // command (a settled master whose lines the user would rather leave alone).
     std::function<bool(long idPadre)> primaDelComando;
+    bool chiediAncheEliminando = true;   // false: a delete of a line goes without it
 };
 
 class Dettaglio : public QWidget, private OspiteElenco {

@@ -97,7 +97,9 @@ void preparaControllo(QWidget* controllo, store::Recordset& rs) {
 
 void salvaControllo(QWidget* controllo, store::Recordset& rs) {
     store::Field& f = rs.Fields(campoLegato(controllo));
-    if (auto* e = qobject_cast<QLineEdit*>(controllo)) {
+    if (auto* t = qobject_cast<VText*>(controllo)) {
+        f.setValue(t->valorePer(f.Type()));
+    } else if (auto* e = qobject_cast<QLineEdit*>(controllo)) {
         f.setValue(valoreDaTesto(e->text().toStdString(), f.Type()));
     } else if (auto* p = qobject_cast<QPlainTextEdit*>(controllo)) {
         f.setValue(valoreDaTesto(p->toPlainText().toStdString(), f.Type()));

@@ -58,7 +58,16 @@ void VText::aggiornaValidatore() {
     setValidator(ammessi.empty() ? nullptr : new ValidatoreCaratteri(QString::fromStdString(ammessi), this));
 }
 
-std::string VText::testo() const { return text().toStdString(); }
+// With the point as the decimal comma, a lone point that does not stand before a group of three
+// digits is the comma: "50.5" and "122.00" are decimals, "1.000" and "1.000,50" are thousands.
+std::string VText::testo() const {
+    QString t = text();
+    if (puntoDecimale_ && !t.contains(',') && t.count('.') == 1) {
+        const qsizetype punto = t.indexOf('.');
+        if (t.size() - punto - 1 != 3) t[punto] = ',';
+    }
+    return t.toStdString();
+}
 
 void VText::setTesto(const std::string& t) {
     setText(QString::fromStdString(t));

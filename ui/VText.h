@@ -29,6 +29,8 @@ public:
     void setMaschera(const std::string& maschera);      // "#,0.00", ...
     const std::string& maschera() const { return maschera_; }
     void setPredefinito(const std::string& testo);      // text of a new record
+    // A lone point may be the decimal comma typed with the keypad's key (see testo()).
+    void setPuntoDecimale(bool attivo) { puntoDecimale_ = attivo; }
     const std::string& predefinito() const { return predefinito_; }
 
     std::string testo() const;
@@ -54,6 +56,7 @@ private:
     std::string ammessi_;
     std::string maschera_;
     std::string predefinito_;
+    bool puntoDecimale_ = false;
 };
 
 }  // namespace ui

@@ -1,5 +1,6 @@
 #include "ui/VetraPicker.h"
 
+#include <QAbstractButton>
 #include <QCalendarWidget>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -7,6 +8,8 @@
 #include <QToolButton>
 #include <QWidgetAction>
 
+#include "core/dialogs.h"
+#include "core/impostazioni.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "ui/Stile.h"
@@ -73,6 +76,15 @@ void VetraPicker::apriCalendario() {
         menu.close();
     });
     menu.exec(mapToGlobal(QPoint(0, height())));
+}
+
+bool DataSpuntataValida(const QAbstractButton* spunta, VetraPicker* data) {
+    if (!spunta->isChecked()) return true;
+    if (data->vuoto()) core::MsgBox(core::Testo("s82"), core::vbExclamation);
+    else if (!data->dataValida()) core::MsgBox(core::Testo("s81"), core::vbExclamation);
+    else return true;
+    data->casella()->setFocus();
+    return false;
 }
 
 }  // namespace ui

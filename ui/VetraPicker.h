@@ -8,6 +8,7 @@
 
 #include "store/value.h"
 
+class QAbstractButton;
 class QLineEdit;
 class QToolButton;
 
@@ -41,5 +42,9 @@ private:
     QLineEdit* testo_;
     QToolButton* calendario_;
 };
+
+// A date that a ticked box of a search asks for must be there and be a date: otherwise the text of
+// s82 or s81, the focus back to the picker, and false. An unticked box passes.
+bool DataSpuntataValida(const QAbstractButton* spunta, VetraPicker* data);
 
 }  // namespace ui

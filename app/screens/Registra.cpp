@@ -12,6 +12,7 @@
 #include "app/screens/frmUtentiEdita.h"
 #include "books/screens/Registra.h"
 #include "core/registro_schermi.h"
+#include "expenses/screens/Registra.h"
 #include "output/screens/Registra.h"
 #include "payments/screens/Registra.h"
 #include "sales/screens/Registra.h"
@@ -57,6 +58,7 @@ void RegistraSchermiProgramma() {
 void RegistraSchermi() {
     RegistraSchermiProgramma();
     RegistraSchermiVendite();
+    RegistraSchermiSpese();
     RegistraSchermiStrumenti();
     RegistraSchermiPagamenti();
     RegistraSchermiLibri();

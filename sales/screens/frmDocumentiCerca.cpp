@@ -33,23 +33,10 @@ ui::VetraCombo* serie(const char* nome, const std::vector<std::string>& voci, co
     return c;
 }
 
-// A ticked date box must hold a date: otherwise its message, the focus back to it, false.
-bool dataValida(QCheckBox* chk, ui::VetraPicker* pk) {
-    if (!chk->isChecked()) return true;
-    if (pk->vuoto()) core::MsgBox(core::Testo("s82"), core::vbExclamation);
-    else if (!pk->dataValida()) core::MsgBox(core::Testo("s81"), core::vbExclamation);
-    else return true;
-    pk->casella()->setFocus();
-    return false;
-}
-
 }  // namespace
 
 frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWidget* parent)
-    : QDialog(parent), criteri_(criteri) {
-    setObjectName(Nome);
-    setModal(true);
-    setWindowTitle("Ricerca documenti");
+    : ui::DialogoCerca(Nome, "Ricerca documenti", "&Conferma", parent), criteri_(criteri) {
     const auto prefissi = sales::CaricaPrefissi(criteri.tipo);
     const auto suffissi = sales::CaricaSuffissi(criteri.tipo);
     chkDataDal = nominato(new QCheckBox("Dal", this), "chkDataDal");
@@ -72,8 +59,6 @@ frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWi
     cbSuffissoAl = serie("cbSuffissoAl", suffissi, criteri.suffissoAl, this);
     txtNumDal = nominato(new QLineEdit(this), "txtNumDal");
     txtNumAl = nominato(new QLineEdit(this), "txtNumAl");
-    Command1 = ui::comando("Command1", "&Conferma", this);
-    Command2 = ui::comando("Command2", "&Annulla", this);
 
     chkDataDal->setChecked(criteri.dataDal);
     chkDataAl->setChecked(criteri.dataAl);
@@ -87,7 +72,7 @@ frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWi
     txtNumDal->setText(criteri.numDal ? QString::number(criteri.numeroDal) : QString());
     txtNumAl->setText(criteri.numAl ? QString::number(criteri.numeroAl) : QString());
 
-    auto* campi = new QFormLayout;
+    QFormLayout* campi = campiRicerca();
     auto riga = [this](QWidget* a, QWidget* b, QWidget* c) {
         auto* w = new QWidget(this);
         auto* l = new QHBoxLayout(w);
@@ -101,20 +86,10 @@ frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWi
     campi->addRow("Pagamento", OpPagate);
     campi->addRow(chkNumDal, riga(cbPrefissoDal, txtNumDal, cbSuffissoDal));
     campi->addRow(chkNumAl, riga(cbPrefissoAl, txtNumAl, cbSuffissoAl));
-    auto* colonna = new QVBoxLayout(this);
-    colonna->addLayout(campi);
-    auto* comandi = new QHBoxLayout;
-    comandi->addStretch(1);
-    comandi->addWidget(Command1);
-    comandi->addWidget(Command2);
-    colonna->addLayout(comandi);
-    Command1->setDefault(true);
-    connect(Command1, &QPushButton::clicked, this, [this] { ui::protetto([this] { Conferma(); }); });
-    connect(Command2, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-void frmDocumentiCerca::Conferma() {
-    if (!dataValida(chkDataDal, pkDataDal) || !dataValida(chkDataAl, pkDataAl)) return;
+bool frmDocumentiCerca::Conferma() {
+    if (!ui::DataSpuntataValida(chkDataDal, pkDataDal) || !ui::DataSpuntataValida(chkDataAl, pkDataAl)) return false;
     sales::CriteriDocumenti c;
     c.tipo = criteri_.tipo;
     c.dataDal = chkDataDal->isChecked();
@@ -134,13 +109,10 @@ void frmDocumentiCerca::Conferma() {
     c.numeroDal = txtNumDal->text().toLong();
     c.numeroAl = txtNumAl->text().toLong();
     criteri_ = c;
-    confermato_ = true;
-    accept();
+    return true;
 }
 
 std::optional<sales::CriteriDocumenti> frmDocumentiCerca::Cerca() {
-    confermato_ = false;
-    ui::eseguiModale(this, [this] { return exec() == QDialog::Accepted; });
-    if (!confermato_) return std::nullopt;
+    if (!Esegui()) return std::nullopt;
     return criteri_;
 }

@@ -1,21 +1,20 @@
 // The search of a register of documents: dates, customer, paid or not, number ranges.
 #pragma once
 
-#include <QDialog>
 #include <optional>
 
 #include "sales/documenti.h"
+#include "ui/DialogoCerca.h"
 
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
-class QPushButton;
 namespace ui {
 class VetraCombo;
 class VetraPicker;
 }  // namespace ui
 
-class frmDocumentiCerca : public QDialog {
+class frmDocumentiCerca : public ui::DialogoCerca {
     Q_OBJECT
 public:
     static constexpr const char* Nome = "frmDocumentiCerca";
@@ -32,11 +31,9 @@ public:
     QComboBox* OpPagate;
     ui::VetraCombo *cbPrefissoDal, *cbPrefissoAl, *cbSuffissoDal, *cbSuffissoAl;
     QLineEdit *txtNumDal, *txtNumAl;
-    QPushButton *Command1, *Command2;
 
 private:
-    void Conferma();
+    bool Conferma() override;
 
     sales::CriteriDocumenti criteri_;
-    bool confermato_ = false;
 };

@@ -7,7 +7,6 @@
 
 #include "core/diritti.h"
 #include "core/stampa.h"
-#include "sales/campi.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
 #include "support/registro_prova.h"
@@ -169,20 +168,10 @@ TEST_F(Anagrafiche, ClienteChiamataVoip) {
     r.Chiama("Telefono");
     frmClienti::apriLink = nullptr;
     EXPECT_EQ(aperti, (std::vector<std::string>{"sip:+39 06 123", "sip:333 4", "sip:"}));
-    EXPECT_EQ(sales::LinkChiamata(""), "sip:");
 }
 
 // Each tab on its source: the customer's rows, or the empty source with no row or no right.
 TEST_F(Anagrafiche, ClienteSchedeSorgenti) {
-    struct Caso {
-        int mese;
-        const char* atteso;
-    };
-    const Caso casi[] = {{0, "SELECT * from qrAssistenze WHERE Cliente=7"},
-                         {3, "SELECT * from qrAssistenze WHERE Cliente=7 and Month(DateValue(Data))=3"}};
-    for (const auto& c : casi) EXPECT_EQ(sales::SorgenteAssistenze(7, c.mese), c.atteso);
-    EXPECT_EQ(sales::SorgenteAssistenze(0, 5), "SELECT * from qrAssistenze WHERE ID=-1");
-
     db->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (1, 'Rossi')");
     db->Execute("INSERT INTO Scadenze (ID, Cliente, ImportoScadenza) VALUES (1, 1, 100)");
     core::session().Privilegi = std::string(14, '1');

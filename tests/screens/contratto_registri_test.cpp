@@ -40,6 +40,7 @@ protected:
         s.dbArchivio->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
         s.dbArchivio->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
         s.dbArchivio->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Srl')");
+        s.dbArchivio->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Bianchi')");
     }
 
     long conta(const store::DatabasePtr& db, const std::string& sql) {
@@ -79,9 +80,10 @@ protected:
 };
 
 TEST_F(Contratto, OgniRegistroRegistrato) {
-    const std::vector<std::string> attesi = {"frmAziende", "frmClassificazioniSpese", "frmClienti", "frmCodiciIva",
-                                             "frmCondizioniPagamento", "frmDocumenti", "frmServizi", "frmTipiSpesa",
-                                             "frmUtenti"};
+    const std::vector<std::string> attesi = {"frmAziende",     "frmClassificazioniSpese", "frmClienti",
+                                             "frmCodiciIva",   "frmCondizioniPagamento",  "frmDocumenti",
+                                             "frmFornitori",   "frmServizi",              "frmSpese",
+                                             "frmTipiSpesa",   "frmUtenti"};
     std::vector<std::string> registrati;
     for (const auto& [nome, fabbrica] : RegistriNoti()) registrati.push_back(nome);
     EXPECT_EQ(registrati, attesi);

@@ -363,14 +363,7 @@ TEST_F(Documenti, RicercaDeiDocumenti) {
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.nome);
         p.script->dimentica();
-        const std::string comando = c.comando;
-        p.script->schermo("frmDocumentiCerca", [&c, comando](QWidget* w) {
-            auto* cerca = static_cast<frmDocumentiCerca*>(w);
-            c.compila(cerca);
-            clic(cerca, comando.c_str());
-            if (comando == "Command1" && cerca->isVisible()) clic(cerca, "Command2");
-            return true;
-        });
+        cercaCon<frmDocumentiCerca>(*p.script, c.compila, c.comando);
         clic(&r, "btnRicerca");
         EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
         EXPECT_EQ(r.griglia()->sorgente(), c.sorgente);

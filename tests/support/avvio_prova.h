@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <fstream>
 #include <optional>
 #include <memory>
@@ -111,6 +112,20 @@ W* figlio(QWidget* schermo, const char* nome) {
 
 inline void clic(QWidget* schermo, const char* nome) {
     if (auto* b = figlio<QAbstractButton>(schermo, nome)) b->click();
+}
+
+// The next showing of a register's search dialog: the criteria filled in, then the command clicked;
+// a confirm that left the dialog open (a refused date) is followed by its cancel.
+template <class Dialogo>
+void cercaCon(ScriptedDialogs& script, std::function<void(Dialogo*)> compila, const char* comando) {
+    const std::string c = comando;
+    script.schermo(Dialogo::Nome, [compila, c](QWidget* w) {
+        auto* cerca = static_cast<Dialogo*>(w);
+        compila(cerca);
+        clic(cerca, c.c_str());
+        if (c == "Command1" && cerca->isVisible()) clic(cerca, "Command2");
+        return true;
+    });
 }
 
 // The texts of the messages shown so far.

@@ -1,0 +1,4 @@
+// The screens of the purchase side, put in the registries at start-up.
+#pragma once
+
+void RegistraSchermiSpese();

@@ -1,0 +1,109 @@
+#include "expenses/spese.h"
+
+#include <vector>
+
+#include "core/archivio_sql.h"
+#include "core/dialogs.h"
+#include "core/esercizio.h"
+#include "core/impostazioni.h"
+#include "core/varie.h"
+#include "store/convert.h"
+
+namespace expenses {
+
+namespace {
+
+EsitoSpesa Avvisa(const std::string& testo, EsitoSpesa esito) {
+    core::MsgBox(testo, core::vbExclamation);
+    return esito;
+}
+
+std::string DataDi(const std::string& testo) { return core::DataSql(store::DateValue(store::Value::Text(testo))); }
+
+// The conditions of the sums, joined with " and " in one "Where (...)"; nothing when none is in use.
+std::string Filtro(const CriteriSpese& c) {
+    std::vector<std::string> condizioni;
+    if (c.dataDal) condizioni.push_back("DateValue(Data)>=DateValue('" + DataDi(c.dal) + "')");
+    if (c.dataAl) condizioni.push_back("DateValue(Data)<=DateValue('" + DataDi(c.al) + "')");
+    if (c.fornitore) condizioni.push_back("Spese.Fornitore=" + std::to_string(c.idFornitore));
+    if (c.pagate == 0) condizioni.push_back("Pagata=False");
+    else if (c.pagate == 1) condizioni.push_back("Pagata=True");
+    if (c.tipoSpesa) condizioni.push_back("Spese.TipoSpesa=" + std::to_string(c.idTipoSpesa));
+    if (c.classificazione) condizioni.push_back("Spese.Classificazione=" + std::to_string(c.idClassificazione));
+    if (condizioni.empty()) return "";
+    std::string w = "Where (";
+    for (std::size_t i = 0; i < condizioni.size(); ++i) w += (i ? " and " : "") + condizioni[i];
+    return w + ")";
+}
+
+}  // namespace
+
+EsitoSpesa ControllaTestataSpesa(const TestataSpesa& t) {
+    if (core::Trim(t.data).empty()) return Avvisa(core::Testo("s82"), EsitoSpesa::DataMancante);
+    if (!store::IsDate(store::Value::Text(t.data))) return Avvisa(core::Testo("s81"), EsitoSpesa::DataNonValida);
+    if (core::DataFuoriEsercizio(t.data))
+        return Avvisa("La data della spesa non rientra nel periodo dell'esercizio corrente!", EsitoSpesa::FuoriEsercizio);
+    if (t.fornitore == 0) return Avvisa(core::Testo("s293"), EsitoSpesa::SenzaFornitore);
+    if (t.nuova && core::HaRighe(SqlSpesaDuplicata(t.numero, t.fornitore, t.data)))
+        return Avvisa("Esiste già un documento con stesso numero, data e fornitore!", EsitoSpesa::Duplicata);
+    return EsitoSpesa::Valida;
+}
+
+// The number is a text, compared as typed; its apostrophes are doubled so that any text can be asked.
+std::string SqlSpesaDuplicata(const std::string& numero, long fornitore, const std::string& data) {
+    return "Select id from spese where Numero='" + core::Apici(numero) + "' And Fornitore=" + std::to_string(fornitore) +
+           " And DateValue(Data)=DateValue('" + DataDi(data) + "')";
+}
+
+double Scorpora(double importo, double aliquota) { return importo / (aliquota / 100 + 1); }
+
+void EliminaRigheSpesa(long spesa) {
+    store::Database& db = core::Archivio();
+    const std::string id = std::to_string(spesa);
+    for (const char* tabella : {"MovimentiSpese", "Scadenze", "Pagamenti"})
+        db.Execute(std::string("Delete from ") + tabella + " where Spesa=" + id);
+}
+
+std::string IstruzioneRicercaSpese(const CriteriSpese& c) {
+    std::string w;
+    if (c.dataDal) w += " and DateValue(Data)>=DateValue('" + DataDi(c.dal) + "')";
+    if (c.dataAl) w += " and DateValue(Data)<=DateValue('" + DataDi(c.al) + "')";
+    if (c.fornitore) w += " and Fornitore=" + std::to_string(c.idFornitore);
+    if (c.tipoSpesa) w += " and TipoSpesa=" + std::to_string(c.idTipoSpesa);
+    if (c.classificazione) w += " and Classificazione=" + std::to_string(c.idClassificazione);
+    if (c.pagate == 0) w += " and Pagata=False";
+    else if (c.pagate == 1) w += " and Pagata=True";
+    const std::string base = "Select * from qrSpese ";
+    return w.empty() ? base : base + " where " + w.substr(5);
+}
+
+std::string SqlImportoSpese(const CriteriSpese& c) {
+    return "SELECT Sum([ImportoSpesa]) AS ImportoSpese From Spese " + Filtro(c);
+}
+
+std::string SqlPagatoSpese(const CriteriSpese& c) {
+    return "SELECT Sum(IIf(IsNull([ImportoPagamento]),0,[ImportoPagamento])) AS ImportoPagato FROM Spese LEFT JOIN "
+           "Pagamenti ON Spese.ID = Pagamenti.Spesa " +
+           Filtro(c);
+}
+
+SommeElenco SommaColonneSpese(const std::string& sorgente) {
+    SommeElenco s;
+    for (auto rs = core::Apri(sorgente); !rs->Eof(); rs->MoveNext()) {
+        s.imponibile += core::NumeroOZero(rs->get("Imponibile"));
+        s.totIva += core::NumeroOZero(rs->get("TotIva"));
+        s.ritenuta += core::NumeroOZero(rs->get("TotRitenutaAcconto"));
+        s.importoSpesa += core::NumeroOZero(rs->get("ImportoSpesa"));
+    }
+    return s;
+}
+
+ResocontoSpese CalcolaResocontoSpese(const CriteriSpese& c) {
+    ResocontoSpese r;
+    r.importo = core::NumeroOZero(core::Apri(SqlImportoSpese(c))->get("ImportoSpese"));
+    r.pagato = store::Round(core::NumeroOZero(core::Apri(SqlPagatoSpese(c))->get("ImportoPagato")), 2);
+    r.daPagare = store::Round(r.importo - r.pagato, 2);
+    return r;
+}
+
+}  // namespace expenses

@@ -1,0 +1,138 @@
+// Suppliers as the user meets them: the editor's one check and the texts it keeps, the delete guard
+// that leaves expenses out, the payments and instalments on the tabs, the search and the call link.
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+
+#include "core/diritti.h"
+#include "core/varie.h"
+#include "expenses/screens/frmFornitori.h"
+#include "support/acquisti_prova.h"
+#include "ui/Dettaglio.h"
+#include "ui/VText.h"
+#include "ui/VetraGrid.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+
+namespace {
+
+const std::string kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
+
+TEST_F(Acquisti, FornitoreEditorControlliERigheScritte) {
+    struct Caso {
+        const char* nome;
+        QString denominazione;
+        const char* messaggio;   // "" when the supplier is saved
+        std::string salvato;
+    };
+    const Caso casi[] = {
+        {"vuota", "", "Inserire la descrizione o la denominazione!", ""},
+        {"solo spazi", "   ", "Inserire la descrizione o la denominazione!", ""},
+        {"apici e virgolette", "Bar dell'Angolo \"Da Gino\"", "", "Bar dell'Angolo \"Da Gino\""},
+        {"testo lunghissimo", QString(10000, 'x'), "", std::string(100, 'x')},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Fornitori where ID<>1");
+        p.script->dimentica();
+        frmFornitoriEdita e;
+        e.Prepara({Modalita::Nuovo});
+        EXPECT_EQ(e.windowTitle().toStdString(), "Fornitori - Nuovo");
+        e.VText1->setText(c.denominazione);
+        e.VText2->setText("Via dell'Olmo 3");
+        e.Text1->setPlainText(QString("Consegna il martedì, chiedere di 'Gino'") + QString(10000, '.'));
+        e.Conferma();
+        if (*c.messaggio) {
+            EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{c.messaggio});
+            EXPECT_EQ(conta("Select * from Fornitori"), 1);
+            continue;
+        }
+        EXPECT_TRUE(testiMostrati(*p.script).empty());
+        const std::string riga = "Select * from Fornitori where ID=2";
+        EXPECT_EQ(store::ConcatText(campo(riga, "DescFornitore")), c.salvato);
+        EXPECT_EQ(store::ConcatText(campo(riga, "Indirizzo")), "Via dell'Olmo 3");
+        EXPECT_EQ(store::ConcatText(campo(riga, "Note")).rfind("Consegna il martedì, chiedere di 'Gino'", 0), 0u);
+    }
+}
+
+// Each command of the register: what it asks or says, and what stays in the archive.
+TEST_F(Acquisti, FornitoriComandi) {
+    struct Caso {
+        const char* nome;
+        std::vector<const char*> righe;   // rows using supplier 1
+        int negato;                       // the right taken away, 0 none
+        const char* comando;
+        int scheda;                       // the tab in front
+        std::vector<std::string> messaggi;
+        long fornitori, spese, pagamenti, primaNota;   // rows left afterwards
+    };
+    const char* scadenza = "Insert Into Scadenze (ID,Fornitore,DescScadenza,ImportoScadenza) VALUES (1,1,'Rata 1',100)";
+    const char* pagamento = "Insert Into Pagamenti (ID,Fornitore,DescPagamento,ImportoPagamento) VALUES (1,1,'Bonifico',50)";
+    const char* giornale = "Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (1,1,50)";
+    const std::string nome = "Cartoleria dell'Olmo di Verdi Giuseppe & C. S.a.s.";
+    const Caso casi[] = {
+        {"usato da un documento", {"Insert Into Documenti (ID,Tipo,Fornitore) VALUES (1,9,1)"}, 0, "btnElimina", 0,
+         {kMovimentato + "1) Documenti\r\n"}, 1, 0, 0, 0},
+        {"usato da un pagamento", {pagamento}, 0, "btnElimina", 0, {kMovimentato + "2) Pagamenti/Incassi\r\n"}, 1, 0, 1, 0},
+        {"usato da una scadenza", {scadenza}, 0, "btnElimina", 0, {kMovimentato + "3) Scadenze\r\n"}, 1, 0, 0, 0},
+        {"usato solo da una spesa", {"Insert Into Spese (ID,Numero,Fornitore) VALUES (1,'7',1)"}, 0, "btnElimina", 0,
+         {"Eliminare il fornitore " + nome + "?"}, 0, 1, 0, 0},
+        {"paga senza diritto", {scadenza}, core::PrimaNotaVedere, "btnPagaScadenza", 1, {kNegato}, 1, 0, 0, 0},
+        {"paga", {scadenza}, 0, "btnPagaScadenza", 1,
+         {"La registrazione dei pagamenti sarà disponibile con le schermate dei pagamenti."}, 1, 0, 0, 0},
+        {"elimina pagamento senza diritto", {pagamento, giornale}, core::PagamentiModificare, "btnEliminaPagamento", 2,
+         {kNegato}, 1, 0, 1, 1},
+        {"elimina pagamento", {pagamento, giornale}, 0, "btnEliminaPagamento", 2, {"Eliminare il pagamento Bonifico?"}, 1,
+         0, 0, 0},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        for (const char* t : {"Documenti", "Pagamenti", "Scadenze", "Spese", "PrimaNota"})
+            db->Execute(std::string("Delete from ") + t);
+        if (conta("Select * from Fornitori") == 0)
+            db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'" + core::Apici(nome) + "')");
+        for (const char* r : c.righe) db->Execute(r);
+        senzaDiritto(c.negato);
+        frmFornitori r;
+        r.show();
+        r.sTab->setCurrentIndex(c.scheda);
+        p.script->dimentica();
+        p.script->rispondiSi();
+        clic(&r, c.comando);
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Fornitori"), c.fornitori);
+        EXPECT_EQ(conta("Select * from Spese"), c.spese);
+        EXPECT_EQ(conta("Select * from Pagamenti"), c.pagamenti);
+        EXPECT_EQ(conta("Select * from PrimaNota"), c.primaNota);
+        p.script->dimentica();
+    }
+    // The expense of a deleted supplier shows no name.
+    EXPECT_TRUE(campo("Select DescFornitore from qrSpese where ID=1", "DescFornitore").isNull());
+}
+
+// The tabs read the current supplier's rows, the payments within the period typed, and nothing
+// without the right to see them.
+TEST_F(Acquisti, FornitoriSchede) {
+    db->Execute("Insert Into Pagamenti (ID,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
+                "VALUES (1,1,'Acconto',#02/10/2026#,50)");
+    db->Execute("Insert Into Pagamenti (ID,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
+                "VALUES (2,1,'Saldo',#05/10/2026#,70)");
+    frmFornitori r;
+    r.show();
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    r.sTab->setCurrentIndex(2);
+    EXPECT_EQ(r.GridPagamenti->griglia()->righeMostrate(), 2);
+    r.pkDal->setTesto("01/03/2026");
+    r.pkAl->setTesto("31/05/2026");
+    EXPECT_EQ(r.GridPagamenti->griglia()->sorgente(),
+              "Select * from qrPagamentiIncassi where Fornitore=1 And DateValue(DataPagamento)>=DateValue('01/03/2026') "
+              "And DateValue(DataPagamento)<=DateValue('31/05/2026')");
+    EXPECT_EQ(r.GridPagamenti->griglia()->righeMostrate(), 1);
+
+    core::session().Privilegi[core::ScadenzeVedere - 1] = '0';
+    r.sTab->setCurrentIndex(1);
+    EXPECT_EQ(r.GridScadenze->griglia()->sorgente(), "Select * from qrScadenzePagamenti where ID=-1");
+}
+
+}  // namespace

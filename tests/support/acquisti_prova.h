@@ -1,0 +1,52 @@
+// What the purchase side's screen tests share: the 2026 period open with every right, a VAT code at
+// 22% and one at 10%, a supplier, a kind and a class of expense, and helpers to count and read rows.
+#pragma once
+
+#include <string>
+
+#include "core/archivio_sql.h"
+#include "store/convert.h"
+#include "support/avvio_prova.h"
+
+namespace prova {
+
+inline const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
+
+class Acquisti : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
+        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
+        db->Execute("Insert Into Fornitori (ID,DescFornitore,Telefono,Cellulare) "
+                    "VALUES (1,'Cartoleria dell''Olmo di Verdi Giuseppe & C. S.a.s.','06 5551234','333 1234567')");
+        db->Execute("Insert Into TipiSpesa (ID,DescTipoSpesa) VALUES (1,'Cancelleria')");
+        db->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
+    }
+
+    long conta(const std::string& sql) {
+        long n = 0;
+        for (auto rs = db->OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
+        return n;
+    }
+    store::Value campo(const std::string& sql, const std::string& nome) {
+        auto rs = db->OpenRecordset(sql);
+        return rs->Eof() ? store::Value::Null() : rs->get(nome);
+    }
+    // An expense of supplier 1; the date as the archive reads it, month first.
+    void spesa(long id, const std::string& numero, const std::string& data, long fornitore = 1) {
+        db->Execute("Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Classificazione,Pagata) VALUES (" +
+                    std::to_string(id) + ",'" + numero + "',#" + data + "#," + std::to_string(fornitore) + ",1,1,False)");
+    }
+    // Every right but the one at that position (0: all of them).
+    static void senzaDiritto(int posizione) {
+        core::session().Privilegi = std::string(14, '1');
+        if (posizione) core::session().Privilegi[static_cast<size_t>(posizione - 1)] = '0';
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
+}  // namespace prova

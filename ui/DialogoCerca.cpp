@@ -1,0 +1,43 @@
+#include "ui/DialogoCerca.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/Dialoghi.h"
+#include "ui/Stile.h"
+
+namespace ui {
+
+DialogoCerca::DialogoCerca(const char* nome, const QString& titolo, const QString& conferma, QWidget* parent)
+    : QDialog(parent), Command1(comando("Command1", conferma, this)), Command2(comando("Command2", "&Annulla", this)),
+      campi_(new QFormLayout) {
+    setObjectName(nome);
+    setModal(true);
+    setWindowTitle(titolo);
+    auto* colonna = new QVBoxLayout(this);
+    colonna->addLayout(campi_);
+    auto* comandi = new QHBoxLayout;
+    comandi->addStretch(1);
+    comandi->addWidget(Command1);
+    comandi->addWidget(Command2);
+    colonna->addLayout(comandi);
+    Command1->setDefault(true);
+    connect(Command1, &QPushButton::clicked, this, [this] {
+        protetto([this] {
+            if (!Conferma()) return;
+            confermato_ = true;
+            accept();
+        });
+    });
+    connect(Command2, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+bool DialogoCerca::Esegui() {
+    confermato_ = false;
+    eseguiModale(this, [this] { return exec() == QDialog::Accepted; });
+    return confermato_;
+}
+
+}  // namespace ui

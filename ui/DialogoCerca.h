@@ -1,0 +1,33 @@
+// The search dialogs of the registers: captioned criteria one per row, a confirm command
+// (Command1) and a cancel (Command2) below them. Confirmed, the screen keeps its criteria for the
+// register; cancelled, nothing changes.
+#pragma once
+
+#include <QDialog>
+
+class QFormLayout;
+class QPushButton;
+
+namespace ui {
+
+class DialogoCerca : public QDialog {
+    Q_OBJECT
+public:
+    QPushButton* Command1;
+    QPushButton* Command2;
+
+protected:
+    DialogoCerca(const char* nome, const QString& titolo, const QString& conferma, QWidget* parent);
+
+    QFormLayout* campiRicerca() const { return campi_; }
+    // Shows modally; true when the criteria were confirmed.
+    bool Esegui();
+    // Command1: checks the criteria and keeps them; false leaves the dialog open.
+    virtual bool Conferma() = 0;
+
+private:
+    QFormLayout* campi_;
+    bool confermato_ = false;
+};
+
+}  // namespace ui
