@@ -221,3 +221,13 @@ TEST(ModelliSpediti, OgniSezioneStampaISuoiDati) {
         EXPECT_TRUE(provati.count(m.report)) << m.report;
     }
 }
+
+// What the layout editor saves must read back the same: the company's sub-report, the layout's own
+// sub-reports and the repeated elements included.
+TEST(ModelliSpediti, SalvatiERilettiUgualiAlPrimo) {
+    for (const auto& m : store::model::ModelliReport()) {
+        SCOPED_TRACE(m.report);
+        const auto primo = ui::report::Carica(std::string(BREVANO_SOURCE_DIR) + "/data/report/" + m.report);
+        EXPECT_TRUE(ui::report::Leggi(ui::report::Scrivi(primo), m.report) == primo);
+    }
+}
