@@ -148,7 +148,7 @@ const std::string kAzienda = "Studio Tecnico Bianchi & C. snc";
 TEST(ModelliSpediti, OgniSezioneStampaISuoiDati) {
     prova::applicazioneDiProva();
     Archivi a;
-    const char* dir = std::getenv("BREVANO_MODELLI_PNG");   // set it to keep the PDFs for a look
+    const char* dir = std::getenv("BREVANO_MODELLI_PDF");   // set it to keep the PDFs for a look
     const std::vector<Caso> casi{
         {"Fatture.rpf",
          {{"Documento", "Select * from qrDocumenti where ID=1"}, {"Movimento", "Select * from qrMovimenti where Documento=1"}},
@@ -174,7 +174,7 @@ TEST(ModelliSpediti, OgniSezioneStampaISuoiDati) {
         {"Clienti.rpf", {{"Elenco", "Select qrClienti.* from qrClienti"}}, {},
          {"Elenco clienti", kAzienda, "Consorzio Agrario", "Viale Virgilio 55 - 41123 Modena MO", "059 888111"}},
         {"Fornitori.rpf", {}, {}, {"Elenco fornitori", "Ferramenta Emiliana srl", "02222220377"}},
-        {"Servizi.rpf", {{"Elenco", "Select * from (Select * from qrServizi) Where NonStampare=False"}}, {},
+        {"Servizi.rpf", {{"Elenco", "Select * from (Select * from qrServizi ORDER BY DescServizio) Where NonStampare=False"}}, {},
          {"Listino servizi", "SOP01", "Sopralluogo tecnico", "85,00"}, {"Servizio interno riservato"}},
         {"Spese.rpf", {{"Elenco", "Select * from qrSpese"}}, {{"Criterio", "Stato: Pagate & Non"}},
          {"Elenco spese", "Stato: Pagate & Non", "F-118", "Ferramenta Emiliana", "550,50", "121,11", "671,61"}},
@@ -211,8 +211,9 @@ TEST(ModelliSpediti, OgniSezioneStampaISuoiDati) {
     std::set<std::string> provati;
     for (const auto& c : casi) {
         SCOPED_TRACE(c.file);
+        const std::string pdf = dir ? std::string(dir) + "/" + std::to_string(provati.size()) + " " + c.file + ".pdf"
+                                    : a.cartella / "stampa.pdf";
         provati.insert(c.file);
-        const std::string pdf = dir ? std::string(dir) + "/" + c.file + ".pdf" : a.cartella / "stampa.pdf";
         std::string testo;
         try {
             testo = Pdf(c.file, c, a, pdf);
