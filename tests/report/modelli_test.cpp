@@ -156,16 +156,18 @@ TEST(ModelliSpediti, OgniSezioneStampaISuoiDati) {
          {"FATTURA", "N. 27 del 10/03/2026", kAzienda, "03456780372", "Via Garibaldi 8", "Consorzio Agrario",
           "Società Cooperativa", "00123450364", "Progettazione impianto", "1.000,00", "22%",
           "Riepilogo IVA", "10%", "222,20", "25,00", "Spese di trasporto", "10,00", "Ritenuta d'acconto 20%", "250,00",
-          "1.267,20", "30/04/2026", "Rata 2 di 2", "633,60", "Lavori eseguiti presso la sede", "Pagina 1 di 1"},
+          "1.267,20", "30/04/2026", "Rata 2 di 2", "633,60", "Note: Lavori eseguiti presso la sede", "Spese accessorie", "Scadenze di pagamento", "Pagina 1 di 1"},
          {"A riportare"}},
         // A document no longer there: an empty page, not a statement that fails on the missing ID.
         {"Fatture.rpf",
          {{"Documento", "Select * from qrDocumenti where ID=999"}, {"Movimento", "Select * from qrMovimenti where Documento=999"}},
          {},
          {"FATTURA", kAzienda, "Riepilogo IVA", "Pagina 1 di 1"},
-         {"22%", "Rata"}},
+         {"22%", "Rata", "Spese accessorie", "Scadenze di pagamento", "Note:", "Pagamento:"}},
         // Without the caller's statements a layout shows the latest document of its kind.
-        {"NoteDebito.rpf", {}, {}, {"NOTA DI CREDITO", "N. 3 del 20/03/2026", "Storno materiale reso", "122,00", kAzienda}},
+        // What a document lacks (charges, payment term, notes) leaves no empty heading.
+        {"NoteDebito.rpf", {}, {}, {"NOTA DI CREDITO", "N. 3 del 20/03/2026", "Storno materiale reso", "122,00", kAzienda},
+         {"Spese accessorie", "Pagamento:", "Note:"}},
         {"Preventivi.rpf", {}, {}, {"PREVENTIVO", "N. 12 del 01/02/2026", "Manutenzione annuale", "1.098,00", "198,00"},
          {"Ritenuta"}},
         {"Ritenuta Acconto.rpf", {{"Elenco", "Select * from qrCertificazioniAcconto where ID=1"}}, {},
