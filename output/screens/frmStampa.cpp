@@ -113,6 +113,7 @@ void frmStampa::PreparaMotore() {
     Report.Azienda = s.IDAzienda;
     Report.dbArchivio = s.dbArchivio;
     Report.dbTemp = s.dbTemp;
+    Report.dbAziende = s.dbAziende;
     Report.Archivio = s.dbArchivio ? s.dbArchivio->Name() : std::string();
     Report.Scratch = s.dbTemp ? s.dbTemp->Name() : std::string();
     Report.CartellaDati = s.dbAziende ? fs::path(s.dbAziende->Name()).parent_path().string() : std::string();
@@ -122,6 +123,7 @@ void frmStampa::PreparaMotore() {
 
     output::Dichiarazioni d;
     for (const auto& sub : Report.SubReports()) {
+        if (sub.interno) continue;   // the layout fills it itself
         auto& x = d.subReports.emplace_back();
         x.nome = sub.nome;
         for (const auto& p : sub.parametri) x.parametri.push_back(p.nome);

@@ -80,6 +80,9 @@ TEST(FileReport, FileGuastiRifiutatiConFileECausa) {
          R"(<report formato="brevano-report"><banda tipo="piedeReport"><testo>{Periodo}</testo></banda></report>)",
          "{Periodo}, che non è un parametro dichiarato"},
         {"sorgente non dichiarata", R"(<report formato="brevano-report" sorgente="Righe"/>)", "Righe, che non è dichiarato"},
+        {"ripetuto su un sub-report non dichiarato",
+         R"(<report formato="brevano-report"><banda tipo="piedeReport"><testo ripeti="Iva">[Iva.DescIva]</testo></banda></report>)",
+         "si ripete sul sub-report Iva, che non è dichiarato"},
         {"banda doppia",
          R"(<report formato="brevano-report"><banda tipo="dettaglio"/><banda tipo="dettaglio"/></report>)",
          "compare due volte"},
@@ -140,11 +143,11 @@ TEST(Impaginazione, RigheSuPiuPagineConIntestazioneRiportoEPagine) {
     const std::vector<Caso> casi{
         {0, {"Descrizione|Importo|Totale Movimenti|0,00|Pagina 1 di 1"}},
         {2, {"Descrizione|Importo|Riga 1|1,50|Riga 2|2,50|Totale Movimenti|4,00|Pagina 1 di 1"}},
-        // The last row needs no carried total under it: eight rows fill the first page, and the
-        // total that no longer fits goes alone to the next, with nothing carried.
+        // The last row keeps the total company: eight rows and the total do not fit the first
+        // page, so the eighth row goes over with it, and the first page carries its sum.
         {8, {"Descrizione|Importo|Riga 1|1,50|Riga 2|2,50|Riga 3|3,50|Riga 4|4,50|Riga 5|5,50|Riga 6|6,50|Riga 7|7,50|"
-             "Riga 8|8,50|Pagina 1 di 2",
-             "Descrizione|Importo|Totale Movimenti|40,00|Pagina 2 di 2"}},
+             "A riportare|31,50|Pagina 1 di 2",
+             "Descrizione|Importo|Riporto|31,50|Riga 8|8,50|Totale Movimenti|40,00|Pagina 2 di 2"}},
         {15, {"Descrizione|Importo|Riga 1|1,50|Riga 2|2,50|Riga 3|3,50|Riga 4|4,50|Riga 5|5,50|Riga 6|6,50|Riga 7|7,50|"
               "A riportare|31,50|Pagina 1 di 3",
               "Descrizione|Importo|Riporto|31,50|Riga 8|8,50|Riga 9|9,50|Riga 10|10,50|Riga 11|11,50|Riga 12|12,50|"

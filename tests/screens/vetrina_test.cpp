@@ -85,6 +85,8 @@ TEST(Vetrina, FatturaRealistica) {
     ui::report::Motore m;
     m.File = std::string(BREVANO_BIN_DIR) + "/Fatture.rpf";
     m.dbArchivio = core::ArchivioAperto();
+    m.dbAziende = core::session().dbAziende;
+    m.Azienda = core::session().IDAzienda;
     m.Carica();
     m.SubReport("Documento").query = "Select * from qrDocumenti where ID=1";
     m.SubReport("Movimento").query = "Select * from qrMovimenti where Documento=1";

@@ -92,7 +92,8 @@ public:
             std::vector<Resa> intestazioni = teste();
             double serve = dettaglio ? rendi(*dettaglio, innermost()).altezza : 0;
             for (const auto& t : intestazioni) serve += t.altezza;
-            const double riserva = ultima ? 0 : altezza(TipoBanda::ARiportare);
+            // The last row keeps the report's foot company, so that a page never holds the totals alone.
+            const double riserva = altezza(ultima ? TipoBanda::PiedeReport : TipoBanda::ARiportare);
             if (y_ + serve > limite_ - riserva + 1e-9 && y_ > inizioCorpo_ + 1e-9) {
                 chiudiPagina(true);
                 apriPagina(true);
@@ -151,6 +152,10 @@ private:
 
     store::Value campo(const std::string& nome) const {
         const auto punto = nome.find('.');
+        if (punto != std::string::npos && rigaRipetuta_ && minuscolo(nome.substr(0, punto)) == minuscolo(ripetuto_->nome)) {
+            const int i = ripetuto_->tabella->indice(nome.substr(punto + 1));
+            return i >= 0 ? (*rigaRipetuta_)[i] : store::Value();
+        }
         if (punto != std::string::npos) {
             auto it = dati_.find(minuscolo(nome.substr(0, punto)));
             if (it != dati_.end()) {
@@ -199,31 +204,56 @@ private:
         Resa r;
         r.altezza = b.altezza;
         for (const auto& e : b.elementi) {
-            Primitiva p;
-            p.tipo = e.tipo == TipoElemento::Campo ? TipoElemento::Testo : e.tipo;
-            p.x = e.x;
-            p.y = e.y;
-            p.larghezza = e.larghezza;
-            p.altezza = e.altezza;
-            p.carattere = e.carattere;
-            p.allinea = e.allinea;
-            p.spessore = e.spessore;
-            p.aCapo = e.cresce;
-            if (e.tipo == TipoElemento::Testo) p.testo = testo(e.testo);
-            else if (e.tipo == TipoElemento::Campo)
-                p.testo = e.somma.empty() ? store::Format(campo(e.campo), e.maschera) : totale(e, livello);
-            else if (e.tipo == TipoElemento::Immagine) p.testo = (fs::path(immagini_) / e.file).string();
-            if (e.cresce && !p.testo.empty()) {
-                // A text that fits its frame is drawn as the others are, centred on its line.
-                const double serve = mis_.altezza(e.carattere, e.larghezza, p.testo);
-                p.aCapo = serve > e.altezza + 1e-9;
-                p.altezza = std::max(e.altezza, serve);
-                r.altezza = std::max(r.altezza, e.y + p.altezza);
+            if (e.ripeti.empty()) {
+                rendiElemento(e, livello, 0, r);
+                continue;
             }
-            r.primitive.push_back(std::move(p));
+            auto it = dati_.find(minuscolo(e.ripeti));
+            if (it == dati_.end()) continue;
+            Ripetuto rip{e.ripeti, &it->second};
+            ripetuto_ = &rip;
+            for (std::size_t k = 0; k < it->second.righe.size(); ++k) {
+                rigaRipetuta_ = &it->second.righe[k];
+                rendiElemento(e, livello, static_cast<double>(k) * e.altezza, r);
+            }
+            rigaRipetuta_ = nullptr;
+            ripetuto_ = nullptr;
         }
         return r;
     }
+
+    void rendiElemento(const Elemento& e, int livello, double scarto, Resa& r) const {
+        Primitiva p;
+        p.tipo = e.tipo == TipoElemento::Campo ? TipoElemento::Testo : e.tipo;
+        p.x = e.x;
+        p.y = e.y + scarto;
+        p.larghezza = e.larghezza;
+        p.altezza = e.altezza;
+        p.carattere = e.carattere;
+        p.allinea = e.allinea;
+        p.spessore = e.spessore;
+        p.aCapo = e.cresce;
+        if (e.tipo == TipoElemento::Testo) p.testo = testo(e.testo);
+        else if (e.tipo == TipoElemento::Campo)
+            p.testo = e.somma.empty() ? store::Format(campo(e.campo), e.maschera) : totale(e, livello);
+        else if (e.tipo == TipoElemento::Immagine) p.testo = (fs::path(immagini_) / e.file).string();
+        if (e.cresce && !p.testo.empty()) {
+            // A text that fits its frame is drawn as the others are, centred on its line.
+            const double serve = mis_.altezza(e.carattere, e.larghezza, p.testo);
+            p.aCapo = serve > e.altezza + 1e-9;
+            p.altezza = std::max(e.altezza, serve);
+            r.altezza = std::max(r.altezza, p.y + p.altezza);
+        }
+        if (scarto > 0) r.altezza = std::max(r.altezza, p.y + p.altezza);
+        r.primitive.push_back(std::move(p));
+    }
+
+    struct Ripetuto {
+        std::string nome;
+        const Tabella* tabella;
+    };
+    mutable const Ripetuto* ripetuto_ = nullptr;
+    mutable const std::vector<store::Value>* rigaRipetuta_ = nullptr;
 
     void colloca(const Resa& r) { collocaA(r, y_); y_ += r.altezza; }
 
@@ -324,13 +354,53 @@ std::string TestoQuery(const Modello& modello, const SubReportDichiarato& sub) {
     return out;
 }
 
-Dati CaricaDati(const Modello& modello, store::Database* archivio, store::Database* temp, const std::string& nomeFile) {
+namespace {
+
+// What the engine itself knows, put in a statement's place: {Azienda}, and {Sub.Campo} of a sub-report
+// already run (an ID as a plain number); any other {name} stays as it was.
+std::string TestoNoto(const std::string& sql, const Dati& dati, long azienda) {
+    std::string out;
+    for (const auto& p : Pezzi(sql)) {
+        if (p.tipo == 0) {
+            out += p.testo;
+            continue;
+        }
+        if (p.tipo == '{') {
+            if (minuscolo(p.testo) == "azienda") {
+                out += std::to_string(azienda);
+                continue;
+            }
+            const auto punto = p.testo.find('.');
+            auto it = punto == std::string::npos ? dati.end() : dati.find(minuscolo(p.testo.substr(0, punto)));
+            if (it != dati.end()) {
+                const int i = it->second.indice(p.testo.substr(punto + 1));
+                if (i >= 0) {
+                    const store::Value v = it->second.righe.empty() ? store::Value() : it->second.righe.front()[i];
+                    if (v.isNull()) out += "Null";
+                    else if (v.kind() == store::Value::Kind::Long || v.kind() == store::Value::Kind::Integer)
+                        out += std::to_string(static_cast<long long>(v.number()));
+                    else out += store::ConcatText(v);
+                    continue;
+                }
+            }
+        }
+        out += p.tipo + p.testo + (p.tipo == '[' ? ']' : '}');
+    }
+    return out;
+}
+
+}  // namespace
+
+Dati CaricaDati(const Modello& modello, store::Database* archivio, store::Database* temp, const std::string& nomeFile,
+                long azienda, store::Database* aziende) {
     Dati dati;
     for (const auto& sub : modello.subReports) {
         Tabella t;
-        const std::string sql = TestoQuery(modello, sub);
+        const std::string sql = TestoNoto(TestoQuery(modello, sub), dati, azienda);
         if (sql.find_first_not_of(" \t\r\n") != std::string::npos) {
-            store::Database* db = sub.database == Archivio::Temp ? temp : archivio;
+            store::Database* db = sub.database == Archivio::Temp      ? temp
+                                  : sub.database == Archivio::Aziende ? aziende
+                                                                      : archivio;
             if (!db)
                 throw ErroreReport(store::err::OggettoNonImpostato,
                                    nomeFile + ": il sub-report " + sub.nome + " non ha il suo database aperto");

@@ -28,9 +28,12 @@ using Dati = std::map<std::string, Tabella>;
 // of that name, or else of the report's.
 std::string TestoQuery(const Modello& modello, const SubReportDichiarato& sub);
 
-// Runs every sub-report's statement on the archive or on the scratch file. A failing statement, or a
-// field the layout names that its statement lacks, is an ErroreReport naming the file and the cause.
-Dati CaricaDati(const Modello& modello, store::Database* archivio, store::Database* temp, const std::string& nomeFile);
+// Runs every sub-report's statement on the archive, the scratch file or the master file, in the order
+// declared: {Azienda} in a statement is the company's ID, {Sub.Campo} the field of the first row of a
+// sub-report already run. A failing statement, or a field the layout names that its statement lacks,
+// is an ErroreReport naming the file and the cause.
+Dati CaricaDati(const Modello& modello, store::Database* archivio, store::Database* temp, const std::string& nomeFile,
+                long azienda = 0, store::Database* aziende = nullptr);
 
 // Tells the height a text takes wrapped in the given width, in millimetres.
 class Misuratore {

@@ -150,8 +150,10 @@ private:
         SubReportDichiarato s;
         s.nome = attr("nome");
         if (s.nome.empty()) fallisci("un sub-report senza nome");
+        s.interno = vero("interno");
         const std::string db = attr("database");
         if (db == "temp") s.database = Archivio::Temp;
+        else if (db == "aziende") s.database = Archivio::Aziende;
         else if (!db.empty() && db != "archivio") fallisci("il sub-report " + s.nome + " usa il database sconosciuto \"" + db + "\"");
         while (xml_.readNextStartElement()) {
             if (xml_.name() == u"parametro") s.parametri.push_back(parametro());
@@ -218,6 +220,7 @@ private:
         e.carattere.grassetto = vero("grassetto");
         e.carattere.corsivo = vero("corsivo");
         e.cresce = vero("cresce");
+        e.ripeti = attr("ripeti");
         e.campo = attr("nome");
         e.somma = attr("somma");
         e.maschera = attr("maschera");
@@ -244,9 +247,12 @@ private:
             return false;
         };
         auto guarda = [&](const Banda& b) {
-            for (const auto& e : b.elementi)
+            for (const auto& e : b.elementi) {
+                if (!e.ripeti.empty() && !m.subReport(e.ripeti))
+                    fallisci("un elemento si ripete sul sub-report " + e.ripeti + ", che non è dichiarato");
                 for (const auto& p : Pezzi(e.testo))
                     if (p.tipo == '{' && !dichiarato(p.testo)) fallisci("il testo usa {" + p.testo + "}, che non è un parametro dichiarato");
+            }
         };
         for (const auto& b : m.bande) guarda(b);
         for (const auto& g : m.gruppi) {
@@ -284,6 +290,7 @@ void scriviElemento(QXmlStreamWriter& w, const Elemento& e) {
         if (e.carattere.grassetto) txt("grassetto", "1");
         if (e.carattere.corsivo) txt("corsivo", "1");
         if (e.cresce) txt("cresce", "1");
+        txt("ripeti", e.ripeti);
     }
     txt("nome", e.campo);
     txt("somma", e.somma);
@@ -385,7 +392,10 @@ std::string Scrivi(const Modello& m) {
     for (const auto& s : m.subReports) {
         w.writeStartElement("subreport");
         w.writeAttribute("nome", QString::fromStdString(s.nome));
-        w.writeAttribute("database", s.database == Archivio::Temp ? "temp" : "archivio");
+        w.writeAttribute("database", s.database == Archivio::Temp      ? "temp"
+                                     : s.database == Archivio::Aziende ? "aziende"
+                                                                       : "archivio");
+        if (s.interno) w.writeAttribute("interno", "1");
         for (const auto& par : s.parametri) scriviParametro(w, par);
         w.writeTextElement("query", QString::fromStdString(s.query));
         w.writeEndElement();

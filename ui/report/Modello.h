@@ -6,7 +6,8 @@
 // [SubReport.Campo] the first row of another sub-report, [Campo|#,0.00] the same through a mask;
 // {Nome} is a declared parameter, {Pagina} and {Pagine} the page number and the page count.
 // A statement may also carry {Nome}: the value of the sub-report's (or else the report's) parameter is
-// put in its place as it is, as the program writes its statements.
+// put in its place as it is, as the program writes its statements; {Azienda} is the current company's
+// ID and {Sub.Campo} a field of the first row of a sub-report declared before.
 #pragma once
 
 #include <optional>
@@ -63,6 +64,10 @@ struct Elemento {
     Carattere carattere;
     double spessore = 0.2;   // lines and boxes
     bool cresce = false;     // the text wraps and the band grows to hold it
+    // Testo, Campo: drawn once per row of this sub-report, each copy under the last, and
+    // [Sub.Campo] of that sub-report reads the row in turn (a VAT summary, the instalments); the
+    // band grows when the rows need more room than it has.
+    std::string ripeti;
     bool operator==(const Elemento&) const = default;
 };
 
@@ -86,13 +91,17 @@ struct ParametroDichiarato {
     bool operator==(const ParametroDichiarato&) const = default;
 };
 
-enum class Archivio { Archivio, Temp };
+// Aziende: the master file, for the current company's own data.
+enum class Archivio { Archivio, Temp, Aziende };
 
 struct SubReportDichiarato {
     std::string nome;
     Archivio database = Archivio::Archivio;
     std::string query;
     std::vector<ParametroDichiarato> parametri;
+    // The layout's own: its statement reads what the engine knows ({Azienda}, or {Sub.Campo} of a
+    // sub-report declared before it), so a caller never passes it and is never asked for it.
+    bool interno = false;
     bool operator==(const SubReportDichiarato&) const = default;
 };
 

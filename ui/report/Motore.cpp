@@ -31,7 +31,13 @@ Documento Motore::Prepara(const Misuratore& misuratore) const {
     };
     const store::DatabasePtr archivio = apri(dbArchivio, Archivio);
     const store::DatabasePtr temp = apri(dbTemp, Scratch);
-    const Dati dati = CaricaDati(modello_, archivio.get(), temp.get(), NomeFile());
+    bool leggeAziende = false;
+    for (const auto& sub : modello_.subReports) leggeAziende = leggeAziende || sub.database == report::Archivio::Aziende;
+    const store::DatabasePtr aziende =
+        leggeAziende && !CartellaDati.empty()
+            ? apri(dbAziende, (std::filesystem::path(CartellaDati) / "Aziende.mdb").string())
+            : dbAziende;
+    const Dati dati = CaricaDati(modello_, archivio.get(), temp.get(), NomeFile(), Azienda, aziende.get());
     return Impagina(modello_, dati, misuratore, CartellaImmagini, NomeFile());
 }
 

@@ -28,6 +28,8 @@ public:
     // The open archive and scratch file; when unset, Archivio and Scratch are opened for the run.
     store::DatabasePtr dbArchivio;
     store::DatabasePtr dbTemp;
+    // The master file, for the company's own data; when unset, Aziende.mdb of CartellaDati.
+    store::DatabasePtr dbAziende;
 
     // Reads File; what it declares becomes SubReports() and Parametri(). A failed load leaves the
     // file as it was and the engine with nothing loaded.
