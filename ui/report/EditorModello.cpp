@@ -483,13 +483,15 @@ std::map<std::string, std::vector<std::string>> ColonneSubReport(const Modello& 
 
 std::vector<std::string> CampiScelti(const Modello& modello,
                                      const std::map<std::string, std::vector<std::string>>& colonne) {
-    std::vector<std::string> campi;
+    // The detail's own first: they are the ones a list puts on its lines.
+    std::vector<std::string> campi, altri;
     for (const auto& sub : modello.subReports) {
         auto it = colonne.find(sub.nome);
         if (it == colonne.end()) continue;
         const bool elenco = minuscolo(sub.nome) == minuscolo(modello.sorgente);
-        for (const auto& c : it->second) campi.push_back(elenco ? c : sub.nome + "." + c);
+        for (const auto& c : it->second) (elenco ? campi : altri).push_back(elenco ? c : sub.nome + "." + c);
     }
+    campi.insert(campi.end(), altri.begin(), altri.end());
     return campi;
 }
 

@@ -117,7 +117,7 @@ private:
 // opened and no row read. A statement that does not run gives no columns.
 std::map<std::string, std::vector<std::string>> ColonneSubReport(const Modello& modello, store::Database* archivio,
                                                                  store::Database* temp);
-// The fields an element would offer: the detail's columns by name, the others' as "Sub.Campo".
+// The fields an element would offer: the detail's columns by name, then the others' as "Sub.Campo".
 std::vector<std::string> CampiScelti(const Modello& modello,
                                      const std::map<std::string, std::vector<std::string>>& colonne);
 // The fields the layout names that the columns lack, each with its reason, as a report would refuse them.

@@ -44,8 +44,9 @@ double aGriglia(double v, bool libero) { return libero ? v : std::round(v / kGri
 
 QString numero(double v) { return QString::number(v, 'f', 2); }
 
-// The drawing as primitives the preview's painter draws: a field shows its name in brackets, a sum
-// its field after a Σ, a picture missing from its folder a box with its name.
+// The drawing as primitives the preview's painter draws: a field shows its name in brackets (without
+// its sub-report, which the panel shows), a sum its field after a Σ, a picture missing from its folder
+// a box with its name.
 Documento disegno(const EditorModello& ed, const std::string& cartellaImmagini) {
     Documento d;
     d.pagina = ed.modello().pagina;
@@ -65,7 +66,8 @@ Documento disegno(const EditorModello& ed, const std::string& cartellaImmagini) 
             p.allinea = e.allinea;
             p.spessore = e.spessore;
             if (e.tipo == TipoElemento::Testo) p.testo = e.testo;
-            else if (e.tipo == TipoElemento::Campo) p.testo = e.somma.empty() ? "[" + e.campo + "]" : "Σ [" + e.somma + "]";
+            else if (e.tipo == TipoElemento::Campo)
+                p.testo = e.somma.empty() ? "[" + e.campo.substr(e.campo.find('.') + 1) + "]" : "Σ [" + e.somma + "]";
             if (e.tipo == TipoElemento::Immagine) {
                 const std::string percorso = (fs::path(cartellaImmagini) / e.file).string();
                 if (QImageReader(QString::fromStdString(percorso)).canRead()) {
@@ -385,7 +387,7 @@ frmEditorReport::frmEditorReport(const Motore& motore, QWidget* parent)
     divisore->addWidget(destra);
     divisore->setStretchFactor(1, 3);
     divisore->setStretchFactor(2, 2);
-    divisore->setSizes({270, 620, 420});
+    divisore->setSizes({285, 680, 365});
     colonna->addWidget(divisore, 1);
 
     connect(btnSalva, &QPushButton::clicked, this, [this] { Salva(); });
@@ -493,13 +495,14 @@ QWidget* frmEditorReport::creaPannello() {
     cbCarattere = new QFontComboBox(gruppo);
     cbCarattere->setObjectName("cbCarattere");
     spnPunti = misura("spnPunti", 1, 200, 0.5, " pt");
+    spnPunti->setDecimals(1);
     chkGrassetto = new QCheckBox("&Grassetto", gruppo);
     chkGrassetto->setObjectName("chkGrassetto");
     chkCorsivo = new QCheckBox("Cors&ivo", gruppo);
     chkCorsivo->setObjectName("chkCorsivo");
     cbAllinea = scelta("cbAllinea", {"Sinistra", "Centro", "Destra"}, false);
     spnSpessore = misura("spnSpessore", 0, 10, 0.1, " mm");
-    chkCresce = new QCheckBox("Va a capo e la banda &cresce", gruppo);
+    chkCresce = new QCheckBox("A &capo, la banda cresce", gruppo);
     chkCresce->setObjectName("chkCresce");
     spnX = misura("spnX", 0, 10000, UnPunto, " mm");
     spnY = misura("spnY", 0, 10000, UnPunto, " mm");
@@ -549,7 +552,7 @@ QWidget* frmEditorReport::creaPannello() {
     collega(Proprieta::Y, spnY);
     collega(Proprieta::Larghezza, spnLarghezza);
     collega(Proprieta::Altezza, spnAltezza);
-    pannello->setMinimumWidth(250);
+    pannello->setMinimumWidth(280);
     return pannello;
 }
 
@@ -668,6 +671,20 @@ void frmEditorReport::mostraAnteprima() {
     pixmap.setDevicePixelRatio(dpr);
     imgAnteprima->setPixmap(pixmap);
     imgAnteprima->resize(pixmap.deviceIndependentSize().toSize());
+}
+
+void frmEditorReport::showEvent(QShowEvent* evento) {
+    QDialog::showEvent(evento);
+    if (zoomScelto_) return;
+    // The largest zoom at which the page's width fits beside the panel.
+    zoomScelto_ = true;
+    const double spazio = scrTela->viewport()->width() - 4 - scrTela->verticalScrollBar()->sizeHint().width();
+    const double pagina = ed_.modello().pagina.larghezza / 25.4 * 96;
+    int scelto = 0;
+    for (int i = 0; i < cbZoom->count(); ++i)
+        if (cbZoom->itemData(i).toDouble() * pagina <= spazio) scelto = i;
+    cbZoom->setCurrentIndex(scelto);
+    Tela->ImpostaZoom(cbZoom->itemData(scelto).toDouble());
 }
 
 bool frmEditorReport::eventFilter(QObject* oggetto, QEvent* evento) {

@@ -89,6 +89,7 @@ public:
 
 protected:
     bool eventFilter(QObject* oggetto, QEvent* evento) override;
+    void showEvent(QShowEvent* evento) override;
 
 private:
     QWidget* creaPannello();
@@ -114,6 +115,7 @@ private:
     std::unique_ptr<Pittore> pittoreAnteprima_;
     std::map<Proprieta, QWidget*> controlli_;
     bool mostrando_ = false;
+    bool zoomScelto_ = false;
 };
 
 // The drawing of the bands: to scale, the chosen element with its grips, the keys and the mouse.
