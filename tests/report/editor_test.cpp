@@ -30,41 +30,37 @@ int BandaDi(const EditorModello& ed, const std::string& nome) {
 TEST(EditorReport, OgniModificaSiSalvaSiRileggeESiAnnulla) {
     test::CartellaTemporanea cartella;
     const std::string file = cartella / "Fatture.rpf";
+    using E = EditorModello;
     struct Caso {
         const char* nome;
-        std::function<bool(EditorModello&)> modifica;
+        const char* banda;
+        int elemento;   // -1 the band itself
+        std::function<bool(E&)> modifica;
     };
-    auto scegli = [](EditorModello& ed, const char* banda, int elemento) { ed.Seleziona({BandaDi(ed, banda), elemento}); };
     const std::vector<Caso> casi{
-        {"spostato con i tasti",
-         [&](EditorModello& ed) { return scegli(ed, "Intestazione report", 0), ed.Sposta(UnPunto, 10 * UnPunto); }},
-        {"allargato dal bordo est",
-         [&](EditorModello& ed) { return scegli(ed, "Dettaglio", 0), ed.Ridimensiona(Presa::Est, -4, 0); }},
-        {"linea spostata", [&](EditorModello& ed) { return scegli(ed, "Piede report", 0), ed.Sposta(0.35, 0.7); }},
-        {"banda più alta", [&](EditorModello& ed) { return scegli(ed, "Dettaglio", -1), ed.Ridimensiona(Presa::FondoBanda, 0, 2.5); }},
-        {"testo cambiato",
-         [&](EditorModello& ed) { return scegli(ed, "Intestazione report", 0), ed.Imposta(Proprieta::Testo, "FATTURA N. [Documento.Numero]").empty(); }},
-        {"carattere e allineamento",
-         [&](EditorModello& ed) {
-             scegli(ed, "Dettaglio", 1);
+        {"spostato con i tasti", "Intestazione report", 0, [](E& ed) { return ed.Sposta(UnPunto, 10 * UnPunto); }},
+        {"allargato dal bordo est", "Dettaglio", 0, [](E& ed) { return ed.Ridimensiona(Presa::Est, -4, 0); }},
+        {"linea spostata", "Piede report", 0, [](E& ed) { return ed.Sposta(0.35, 0.7); }},
+        {"banda più alta", "Dettaglio", -1, [](E& ed) { return ed.Ridimensiona(Presa::FondoBanda, 0, 2.5); }},
+        {"testo cambiato", "Intestazione report", 0,
+         [](E& ed) { return ed.Imposta(Proprieta::Testo, "FATTURA N. [Documento.Numero]").empty(); }},
+        {"carattere e allineamento", "Dettaglio", 1,
+         [](E& ed) {
              return ed.Imposta(Proprieta::Punti, "9,5").empty() && ed.Imposta(Proprieta::Grassetto, "Sì").empty() &&
-                    ed.Imposta(Proprieta::Allinea, "Centro").empty() && ed.Imposta(Proprieta::Carattere, "DejaVu Serif").empty();
+                    ed.Imposta(Proprieta::Allinea, "Centro").empty() &&
+                    ed.Imposta(Proprieta::Carattere, "DejaVu Serif").empty();
          }},
-        {"somma per pagina", [&](EditorModello& ed) { return scegli(ed, "Riporto", 1), ed.Imposta(Proprieta::Ambito, "Pagina").empty(); }},
-        {"maschera e bordo",
-         [&](EditorModello& ed) {
-             scegli(ed, "Dettaglio", 4);
-             const bool m = ed.Imposta(Proprieta::Maschera, "#,0").empty();
-             scegli(ed, "Piede report", 1);
-             return m && ed.Imposta(Proprieta::Spessore, "0.5").empty();
-         }},
-        {"campo aggiunto", [&](EditorModello& ed) { return scegli(ed, "Piede pagina", -1), ed.Aggiungi(TipoElemento::Campo, "Documento.Numero"); }},
-        {"linea aggiunta", [&](EditorModello& ed) { return scegli(ed, "Dettaglio", -1), ed.Aggiungi(TipoElemento::Linea); }},
-        {"elemento eliminato", [&](EditorModello& ed) { return scegli(ed, "Intestazione pagina", 3), ed.Elimina(); }},
+        {"somma per pagina", "Riporto", 1, [](E& ed) { return ed.Imposta(Proprieta::Ambito, "Pagina").empty(); }},
+        {"maschera", "Dettaglio", 4, [](E& ed) { return ed.Imposta(Proprieta::Maschera, "#,0").empty(); }},
+        {"bordo", "Piede report", 1, [](E& ed) { return ed.Imposta(Proprieta::Spessore, "0.5").empty(); }},
+        {"campo aggiunto", "Piede pagina", -1, [](E& ed) { return ed.Aggiungi(TipoElemento::Campo, "Documento.Numero"); }},
+        {"linea aggiunta", "Dettaglio", -1, [](E& ed) { return ed.Aggiungi(TipoElemento::Linea); }},
+        {"elemento eliminato", "Intestazione pagina", 3, [](E& ed) { return ed.Elimina(); }},
     };
     const Modello originale = Fattura();
     for (const auto& c : casi) {
         EditorModello ed(originale);
+        ed.Seleziona({BandaDi(ed, c.banda), c.elemento});
         ASSERT_TRUE(c.modifica(ed)) << c.nome;
         EXPECT_TRUE(ed.Modificato()) << c.nome;
         const Modello cambiato = ed.modello();

@@ -155,8 +155,8 @@ TEST_F(EditorFattura, TastiEMouseSulDisegno) {
         const QPoint a = da + QPoint(static_cast<int>(10 * s + 0.5), static_cast<int>(4.8 * s + 0.5));
         QTest::mousePress(f.Tela, Qt::LeftButton, {}, da);
         for (int i = 1; i <= 4; ++i) {
-            QMouseEvent mossa(QEvent::MouseMove, QPointF(da + (a - da) * i / 4), f.Tela->mapToGlobal(QPointF(da + (a - da) * i / 4)),
-                              Qt::NoButton, Qt::LeftButton, {});
+            const QPointF qui(da + (a - da) * i / 4);
+            QMouseEvent mossa(QEvent::MouseMove, qui, f.Tela->mapToGlobal(qui), Qt::NoButton, Qt::LeftButton, {});
             QApplication::sendEvent(f.Tela, &mossa);
         }
         QTest::mouseRelease(f.Tela, Qt::LeftButton, {}, a);

@@ -626,6 +626,14 @@ void frmEditorReport::mostraProprieta() {
 
 void frmEditorReport::Aggiorna() {
     Tela->Ricostruisci();
+    // The chosen element stays in sight as the keys move it or as it is added.
+    if (const Elemento* e = ed_.Selezionato()) {
+        const double s = Tela->PixelPerMm();
+        const double x = ed_.modello().pagina.sinistro + e->x + e->larghezza / 2;
+        const double y = ed_.Cima(ed_.selezione().banda) + e->y;
+        scrTela->ensureVisible(static_cast<int>(x * s), static_cast<int>(y * s),
+                               static_cast<int>(e->larghezza * s / 2) + 20, 40);
+    }
     mostraProprieta();
     btnAnnullaModifica->setEnabled(ed_.PuoAnnullare());
     btnRipeti->setEnabled(ed_.PuoRipetere());
