@@ -211,6 +211,17 @@ TEST(EditorReport, IlPuntoPrendeLElementoLaManigliaOLaBanda) {
         {100, 40, Presa::Corpo},    {10, 45.2, Presa::FondoBanda}, {10, 40, Presa::Corpo}, {130, 42, Presa::Nessuna},
     };
     for (const auto& p : prese) EXPECT_EQ(ed.PresaIn(p.x, p.y, 0.5), p.presa) << p.x << "," << p.y;
+
+    // Tab: each band, then its elements; past either end nothing is chosen.
+    ed.Seleziona({});
+    EXPECT_TRUE(ed.SelezionaAccanto(false));
+    EXPECT_EQ(ed.selezione(), (Selezione{5, 0}));   // the page foot's text
+    ed.Seleziona({0, 1});
+    EXPECT_TRUE(ed.SelezionaAccanto(true));
+    EXPECT_EQ(ed.selezione(), (Selezione{1, -1}));
+    ed.Seleziona({0, -1});
+    EXPECT_FALSE(ed.SelezionaAccanto(false));
+    EXPECT_EQ(ed.selezione(), Selezione{});
 }
 
 TEST(EditorReport, CampiDaiSubReportEQuelliSconosciuti) {

@@ -157,6 +157,18 @@ void EditorModello::Seleziona(Selezione s) {
     sel_ = valida ? s : Selezione{};
 }
 
+bool EditorModello::SelezionaAccanto(bool avanti) {
+    std::vector<Selezione> ordine;
+    for (int i = 0; i < Bande(); ++i)
+        for (int k = -1; k < static_cast<int>(banda(i).elementi.size()); ++k) ordine.push_back({i, k});
+    const auto it = std::find(ordine.begin(), ordine.end(), sel_);
+    const auto n = static_cast<std::ptrdiff_t>(ordine.size());
+    const std::ptrdiff_t qui = it == ordine.end() ? (avanti ? -1 : n) : it - ordine.begin();
+    const std::ptrdiff_t la = qui + (avanti ? 1 : -1);
+    sel_ = la >= 0 && la < n ? ordine[static_cast<std::size_t>(la)] : Selezione{};
+    return la >= 0 && la < n;
+}
+
 Selezione EditorModello::Colpito(double x, double y) const {
     const double xb = x - m_.pagina.sinistro;
     for (int i = 0; i < Bande(); ++i) {

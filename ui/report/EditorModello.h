@@ -54,6 +54,9 @@ public:
     const Selezione& selezione() const { return sel_; }
     const Elemento* Selezionato() const;            // the chosen element; null for a band or nothing
     void Seleziona(Selezione s);                     // an unknown place chooses nothing
+    // The next thing in drawing order (each band, then its elements), or the previous; false, and
+    // nothing chosen, past either end.
+    bool SelezionaAccanto(bool avanti);
     // What lies under a point of the drawing: the topmost element, else the band; tolleranza widens
     // the grips of the chosen element and the bands' bottom edges.
     Selezione Colpito(double x, double y) const;

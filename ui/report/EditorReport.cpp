@@ -270,6 +270,14 @@ void TelaReport::mouseDoubleClickEvent(QMouseEvent* e) {
     if (el && (el->tipo == TipoElemento::Testo || el->tipo == TipoElemento::Campo)) emit ModificaTesto();
 }
 
+// Tab goes through the bands and their elements, and past the last one on to the next control.
+bool TelaReport::focusNextPrevChild(bool avanti) {
+    const bool dentro = ed_.SelezionaAccanto(avanti);
+    update();
+    emit SelezioneCambiata();
+    return dentro || QWidget::focusNextPrevChild(avanti);
+}
+
 // Arrows move the chosen element by a point (Shift: ten); with Ctrl they move its right or bottom
 // edge instead; a chosen band grows or shrinks with Up and Down.
 void TelaReport::keyPressEvent(QKeyEvent* e) {

@@ -144,6 +144,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* e) override;
     void mouseDoubleClickEvent(QMouseEvent* e) override;
     void keyPressEvent(QKeyEvent* e) override;
+    bool focusNextPrevChild(bool avanti) override;
 
 private:
     QPointF mm(const QPointF& pixel) const { return pixel / PixelPerMm(); }
