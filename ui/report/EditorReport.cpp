@@ -449,7 +449,7 @@ QWidget* frmEditorReport::creaPannello() {
     auto* colonna = new QVBoxLayout(pannello);
     colonna->setContentsMargins(0, 0, 0, 0);
 
-    auto* etichettaCampi = new QLabel("Ca&mpi dei sub-report", pannello);
+    auto* etichettaCampi = new QLabel("Campi dei s&ub-report", pannello);
     lstCampi = new QListWidget(pannello);
     lstCampi->setObjectName("lstCampi");
     for (const auto& c : campi_) lstCampi->addItem(QString::fromStdString(c));
@@ -506,11 +506,11 @@ QWidget* frmEditorReport::creaPannello() {
     spnPunti->setDecimals(1);
     chkGrassetto = new QCheckBox("&Grassetto", gruppo);
     chkGrassetto->setObjectName("chkGrassetto");
-    chkCorsivo = new QCheckBox("Cors&ivo", gruppo);
+    chkCorsivo = new QCheckBox("Corsi&vo", gruppo);
     chkCorsivo->setObjectName("chkCorsivo");
     cbAllinea = scelta("cbAllinea", {"Sinistra", "Centro", "Destra"}, false);
     spnSpessore = misura("spnSpessore", 0, 10, 0.1, " mm");
-    chkCresce = new QCheckBox("A &capo, la banda cresce", gruppo);
+    chkCresce = new QCheckBox("A capo, la banda cresce", gruppo);
     chkCresce->setObjectName("chkCresce");
     spnX = misura("spnX", 0, 10000, UnPunto, " mm");
     spnY = misura("spnY", 0, 10000, UnPunto, " mm");
@@ -520,27 +520,28 @@ QWidget* frmEditorReport::creaPannello() {
     auto* stile = new QHBoxLayout;
     stile->addWidget(chkGrassetto);
     stile->addWidget(chkCorsivo);
+    // The labels' letters differ from one another and from the commands' above.
     auto riga = [&](const char* etichetta, QWidget* w) {
         auto* l = new QLabel(etichetta, gruppo);
         l->setBuddy(w);
         form->addRow(l, w);
     };
-    riga("Te&sto", txtTesto);
+    riga("Test&o", txtTesto);
     riga("Es&pressione", cbCampo);
-    riga("S&omma di", cbSomma);
+    riga("Somma &di", cbSomma);
     riga("Am&bito", cbAmbito);
-    riga("Masc&hera", cbMaschera);
+    riga("M&aschera", cbMaschera);
     riga("&File", txtFile);
     riga("&Carattere", cbCarattere);
-    riga("&Dimensione", spnPunti);
+    riga("D&imensione", spnPunti);
     form->addRow("", stile);
-    riga("&Allineamento", cbAllinea);
-    riga("Bo&rdo", spnSpessore);
+    riga("Allineamento", cbAllinea);
+    riga("Bordo", spnSpessore);
     form->addRow("", chkCresce);
     riga("&X", spnX);
     riga("&Y", spnY);
-    riga("&Larghezza", spnLarghezza);
-    riga("Alte&zza", spnAltezza);
+    riga("Larghe&zza", spnLarghezza);
+    riga("Altezza", spnAltezza);
     colonna->addWidget(gruppo);
 
     collega(Proprieta::Testo, txtTesto);
