@@ -1,6 +1,7 @@
 // The layout editor as the print screen opens it on the shipped fattura: a change shows in the preview
 // of the current data at once and is saved to the file; the keys and the mouse move what is chosen;
 // closing with changes asks, and a failed save keeps the old file.
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -227,6 +228,44 @@ TEST_F(EditorFattura, ChiudereConModificheChiede) {
         ASSERT_EQ(testi.size(), c.messaggio.empty() ? 1u : 2u) << c.nome;
         if (!c.messaggio.empty()) {
             EXPECT_EQ(testi[1], c.messaggio) << c.nome;
+        }
+    }
+}
+
+TEST_F(EditorFattura, ImmagineSoloDallaCartellaDelleImmagini) {
+    const fs::path immagini = fs::path(core::session().dbAziende->Name()).parent_path() / "Report" / "Immagini";
+    fs::create_directories(immagini);
+    QImage logo(40, 20, QImage::Format_RGB32);
+    logo.fill(Qt::blue);
+    ASSERT_TRUE(logo.save(QString::fromStdString((immagini / "logo.png").string())));
+    ASSERT_TRUE(logo.save(QString::fromStdString(core::CartellaReport() + "/altrove.png")));
+    struct Caso {
+        std::optional<std::string> scelto;
+        std::string file;        // of the new picture, "" when none is added
+        std::string messaggio;   // "" when none is shown
+    };
+    const std::vector<Caso> casi{
+        {std::nullopt, "", ""},
+        {(immagini / "logo.png").string(), "logo.png", ""},
+        {core::CartellaReport() + "/altrove.png", "", "L'immagine deve stare nella cartella delle immagini dei report"},
+    };
+    for (const auto& c : casi) {
+        p.script->dimentica();
+        p.script->percorso(c.scelto);
+        if (!c.file.empty()) p.script->rispondiNo();   // leaves without saving
+        Modifica([&](frmEditorReport& f) {
+            f.Editor().Seleziona({0, -1});
+            QTest::keyClick(&f, Qt::Key_5, Qt::ControlModifier);
+            const Elemento* e = f.Editor().Selezionato();
+            EXPECT_EQ(e ? e->file : std::string(), c.file);
+            EXPECT_TRUE(f.lblAvvisi->text().isEmpty()) << f.lblAvvisi->text().toStdString();
+            clic(&f, "btnChiudi");
+        });
+        const auto testi = testiMostrati(*p.script);
+        // The question on closing, when a picture came in; the refusal otherwise.
+        ASSERT_EQ(testi.size(), c.file.empty() && c.messaggio.empty() ? 0u : 1u);
+        if (!c.messaggio.empty()) {
+            EXPECT_EQ(testi[0].substr(0, c.messaggio.size()), c.messaggio);
         }
     }
 }

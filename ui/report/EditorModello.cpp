@@ -441,7 +441,7 @@ bool EditorModello::Aggiungi(TipoElemento tipo, const std::string& campo) {
     e.larghezza = std::min(e.larghezza, larghezzaBande());
     if (tipo == TipoElemento::Testo) e.testo = "Testo";
     if (tipo == TipoElemento::Campo) e.campo = campo.empty() ? "Campo" : campo;
-    if (tipo == TipoElemento::Immagine) e.file = "logo.png";
+    if (tipo == TipoElemento::Immagine) e.file = campo.empty() ? "logo.png" : campo;
     registra();
     Banda& banda = bandaMod(b);
     // A band too low for the new element grows to hold it.

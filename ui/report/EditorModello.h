@@ -74,7 +74,7 @@ public:
     std::string Imposta(Proprieta p, const std::string& valore);
 
     // A new element of that kind at the top left of the chosen band (or of the detail, or of the
-    // first band), chosen; a field named campo. False when the layout has no band.
+    // first band), chosen; a field named campo, a picture of that file. False when the layout has no band.
     bool Aggiungi(TipoElemento tipo, const std::string& campo = {});
     bool Elimina();                                  // the chosen element
 

@@ -341,6 +341,7 @@ frmEditorReport::frmEditorReport(const Motore& motore, QWidget* parent)
     btnCampo = pulsante("btnCampo", "Ca&mpo", "insert-object", QKeySequence(Qt::CTRL | Qt::Key_2), this);
     btnLinea = pulsante("btnLinea", "&Linea", "format-justify-fill", QKeySequence(Qt::CTRL | Qt::Key_3), this);
     btnRiquadro = pulsante("btnRiquadro", "Ri&quadro", "insert-object", QKeySequence(Qt::CTRL | Qt::Key_4), this);
+    btnImmagine = pulsante("btnImmagine", "&Immagine...", "insert-image", QKeySequence(Qt::CTRL | Qt::Key_5), this);
     btnElimina = pulsante("btnElimina", "&Elimina", "edit-delete", QKeySequence::Delete, this);
     btnChiudi = pulsante("btnChiudi", "C&hiudi", "window-close", QKeySequence(Qt::Key_Escape), this);
     cbZoom = new QComboBox(this);
@@ -350,7 +351,7 @@ frmEditorReport::frmEditorReport(const Motore& motore, QWidget* parent)
     cbZoom->setToolTip("Zoom del disegno (Ctrl++ / Ctrl+-)");
     for (QWidget* w : std::initializer_list<QWidget*>{btnSalva, btnAnnullaModifica, btnRipeti}) barra->addWidget(w);
     barra->addSpacing(12);
-    for (QWidget* w : std::initializer_list<QWidget*>{btnTesto, btnCampo, btnLinea, btnRiquadro, btnElimina})
+    for (QWidget* w : std::initializer_list<QWidget*>{btnTesto, btnCampo, btnLinea, btnRiquadro, btnImmagine, btnElimina})
         barra->addWidget(w);
     barra->addSpacing(12);
     barra->addWidget(cbZoom);
@@ -410,6 +411,7 @@ frmEditorReport::frmEditorReport(const Motore& motore, QWidget* parent)
     });
     connect(btnLinea, &QPushButton::clicked, this, [this] { aggiungi(TipoElemento::Linea); });
     connect(btnRiquadro, &QPushButton::clicked, this, [this] { aggiungi(TipoElemento::Riquadro); });
+    connect(btnImmagine, &QPushButton::clicked, this, &frmEditorReport::AggiungiImmagine);
     connect(btnChiudi, &QPushButton::clicked, this, &frmEditorReport::reject);
     connect(cbZoom, &QComboBox::activated, this, [this](int i) { Tela->ImpostaZoom(cbZoom->itemData(i).toDouble()); });
     auto scorciatoia = [this](QKeySequence tasti, auto azione) {
@@ -533,7 +535,7 @@ QWidget* frmEditorReport::creaPannello() {
     riga("M&aschera", cbMaschera);
     riga("&File", txtFile);
     riga("&Carattere", cbCarattere);
-    riga("D&imensione", spnPunti);
+    riga("Dimensione", spnPunti);
     form->addRow("", stile);
     riga("Allineamento", cbAllinea);
     riga("Bordo", spnSpessore);
@@ -647,7 +649,7 @@ void frmEditorReport::Aggiorna() {
     btnAnnullaModifica->setEnabled(ed_.PuoAnnullare());
     btnRipeti->setEnabled(ed_.PuoRipetere());
     btnElimina->setEnabled(ed_.Selezionato() != nullptr);
-    for (QPushButton* b : {btnTesto, btnCampo, btnLinea, btnRiquadro}) b->setEnabled(ed_.Bande() > 0);
+    for (QPushButton* b : {btnTesto, btnCampo, btnLinea, btnRiquadro, btnImmagine}) b->setEnabled(ed_.Bande() > 0);
     setWindowTitle(QString::fromStdString("Editor del report - " + nomeFile_ + (ed_.Modificato() ? " *" : "")));
     aggiornaAnteprima();
 }
@@ -713,6 +715,21 @@ void frmEditorReport::aggiungi(TipoElemento tipo, const std::string& campo) {
     if (!ed_.Aggiungi(tipo, campo)) return;
     Aggiorna();
     Tela->setFocus();
+}
+
+// A picture is one of the layouts' pictures folder, which the file names by its name alone.
+void frmEditorReport::AggiungiImmagine() {
+    const auto scelto = core::dialogs().chooseFile("Immagine", "Immagini (*.png *.jpg *.jpeg *.bmp *.gif)", false,
+                                                   cartellaImmagini_ + "/");
+    if (!scelto || scelto->empty()) return;
+    const fs::path file(*scelto);
+    std::error_code ec;
+    if (!fs::equivalent(file.parent_path(), cartellaImmagini_, ec)) {
+        core::MsgBox("L'immagine deve stare nella cartella delle immagini dei report (" + cartellaImmagini_ + ").",
+                     core::vbExclamation);
+        return;
+    }
+    aggiungi(TipoElemento::Immagine, file.filename().string());
 }
 
 void frmEditorReport::comando(bool (EditorModello::*azione)()) {

@@ -50,6 +50,8 @@ public:
     void Aggiorna();
     // Asks about unsaved changes: false when the user stays.
     bool PuoChiudere();
+    // Asks for a picture of the layouts' pictures folder and puts it in the chosen band.
+    void AggiungiImmagine();
     void reject() override;
 
     QPushButton* btnSalva;
@@ -59,6 +61,7 @@ public:
     QPushButton* btnCampo;
     QPushButton* btnLinea;
     QPushButton* btnRiquadro;
+    QPushButton* btnImmagine;
     QPushButton* btnElimina;
     QPushButton* btnChiudi;
     QComboBox* cbZoom;
