@@ -17,6 +17,7 @@
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
 #include "ui/VetraCombo.h"
+#include "ui/report/EditorReport.h"
 
 namespace {
 
@@ -179,11 +180,19 @@ void frmStampa::Elimina() {
     });
 }
 
+// The layout editor on the chosen file, its preview on the caller's statements and parameters; when
+// they do not fit the file, on the file's own.
 void frmStampa::Modifica() {
     if (VetraCombo1->valore().isNull()) return;
-    core::MsgBox("L'editor dei report non è ancora disponibile in questa versione del programma.\n"
-                 "Il report si trova in " + FileScelto() + ".",
-                 core::vbInformation);
+    eseguiMostrandoErrori([&] {
+        try {
+            PreparaMotore();
+        } catch (const store::JetError&) {
+            if (!Report.Caricato()) throw;
+        }
+        ui::report::frmEditorReport editor(Report, this);
+        ui::eseguiModale(&editor, [&] { return editor.exec() == QDialog::Accepted; });
+    });
 }
 
 void frmStampa::Predefinito() {

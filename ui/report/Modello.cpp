@@ -203,8 +203,10 @@ private:
         if (e.tipo == TipoElemento::Linea) {
             e.x = numero("x1", 0);
             e.y = numero("y1", 0);
-            e.larghezza = numero("x2", e.x) - e.x;
-            e.altezza = numero("y2", e.y) - e.y;
+            // The difference of two written ends carries the error of the sum that wrote them:
+            // a millionth of a millimetre is below any length a layout gives.
+            e.larghezza = std::round((numero("x2", e.x) - e.x) * 1e6) / 1e6;
+            e.altezza = std::round((numero("y2", e.y) - e.y) * 1e6) / 1e6;
         } else {
             e.x = numero("x", 0);
             e.y = numero("y", 0);
