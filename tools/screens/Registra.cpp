@@ -2,6 +2,7 @@
 
 #include "core/registro_schermi.h"
 #include "tools/screens/frmAggiorna.h"
+#include "tools/screens/frmCalcolatrice.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "tools/screens/frmTipiSpesa.h"
 
@@ -13,4 +14,5 @@ void RegistraSchermiStrumenti() {
     RegistraRegistro<frmClassificazioniSpese>();
     RegistraEditore<frmClassificazioniSpeseEdita>();
     core::registraSchermo(frmAggiorna::Nome, MostraAggiorna);
+    core::registraSchermo(frmCalcolatrice::Nome, MostraCalcolatrice);
 }
