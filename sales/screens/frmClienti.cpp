@@ -19,6 +19,7 @@
 #include "core/varie.h"
 #include "sales/campi.h"
 #include "store/convert.h"
+#include "ui/CompletaComune.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
@@ -267,6 +268,7 @@ frmClientiEdita::frmClientiEdita(QWidget* parent)
     VText5 = testo("VText5", "Citta");
     txtProvincia = testo("txtProvincia", "Provincia", 50);
     aggiungiCampo(Q(core::Testo("s103")), riga({{"s103", VText4}, {"s104", VText5}, {"s105", txtProvincia}}));
+    ui::CollegaComuni(VText5, VText4, txtProvincia);
     VText6 = testo("VText6", "PartitaIva", 160);
     VText7 = testo("VText7", "CodiceFiscale", 200);
     aggiungiCampo(Q(core::Testo("s106")), riga({{"s106", VText6}, {"s147", VText7}}));

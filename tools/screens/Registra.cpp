@@ -4,6 +4,7 @@
 #include "tools/screens/frmAggiorna.h"
 #include "tools/screens/frmCalcolatrice.h"
 #include "tools/screens/frmCodiciIva.h"
+#include "tools/screens/frmComuni.h"
 #include "tools/screens/frmTipiSpesa.h"
 
 void RegistraSchermiStrumenti() {
@@ -13,6 +14,8 @@ void RegistraSchermiStrumenti() {
     RegistraEditore<frmTipiSpesaEdita>();
     RegistraRegistro<frmClassificazioniSpese>();
     RegistraEditore<frmClassificazioniSpeseEdita>();
+    RegistraRegistro<frmComuni>();
+    RegistraEditore<frmComuniEdita>();
     core::registraSchermo(frmAggiorna::Nome, MostraAggiorna);
     core::registraSchermo(frmCalcolatrice::Nome, MostraCalcolatrice);
 }
