@@ -5,6 +5,7 @@
 #include "tools/screens/frmCalcolatrice.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "tools/screens/frmComuni.h"
+#include "tools/screens/frmNote.h"
 #include "tools/screens/frmTipiSpesa.h"
 
 void RegistraSchermiStrumenti() {
@@ -15,6 +16,7 @@ void RegistraSchermiStrumenti() {
     RegistraRegistro<frmClassificazioniSpese>();
     RegistraEditore<frmClassificazioniSpeseEdita>();
     RegistraRegistro<frmComuni>();
+    RegistraRegistro<frmNote>();
     RegistraEditore<frmComuniEdita>();
     core::registraSchermo(frmAggiorna::Nome, MostraAggiorna);
     core::registraSchermo(frmCalcolatrice::Nome, MostraCalcolatrice);
