@@ -3,7 +3,9 @@
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QLineEdit>
+#include <QHeaderView>
 #include <QStandardItemModel>
+#include <QTreeView>
 
 #include "core/comuni.h"
 #include "ui/Dialoghi.h"
@@ -35,17 +37,25 @@ void CollegaComuni(QLineEdit* citta, QLineEdit* cap, QLineEdit* provincia) {
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->setMaxVisibleItems(12);
     completer->setWidget(citta);
+    // Town, CAP and province in columns of their own.
+    auto* elenco = new QTreeView;
+    elenco->setRootIsDecorated(false);
+    elenco->setHeaderHidden(true);
+    elenco->setUniformRowHeights(true);
+    elenco->setAlternatingRowColors(true);
+    elenco->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    elenco->setSelectionBehavior(QAbstractItemView::SelectRows);
+    completer->setPopup(elenco);
 
     QObject::connect(citta, &QLineEdit::textEdited, completer, [=](const QString& testo) {
         modello->clear();
         protetto([&] {
             for (const core::Comune& c : core::ComuniCheIniziano(testo.trimmed().toStdString())) {
-                auto* voce = new QStandardItem(Q(c.comune + "  " + c.cap + "  (" + c.provincia + ")"));
+                auto* voce = new QStandardItem(Q(c.comune));
                 voce->setData(Q(c.comune), RuoloComune);
                 voce->setData(Q(c.cap), RuoloCap);
                 voce->setData(Q(c.provincia), RuoloProvincia);
-                voce->setEditable(false);
-                modello->appendRow(voce);
+                modello->appendRow({voce, new QStandardItem(Q(c.cap)), new QStandardItem(Q(c.provincia))});
             }
         });
         if (modello->rowCount() == 0) {
@@ -54,6 +64,10 @@ void CollegaComuni(QLineEdit* citta, QLineEdit* cap, QLineEdit* provincia) {
         }
         completer->setCompletionPrefix(QString());
         completer->complete();
+        elenco->header()->setStretchLastSection(false);
+        elenco->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+        elenco->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+        elenco->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
     });
     QObject::connect(completer, qOverload<const QModelIndex&>(&QCompleter::activated), citta,
                      [=](const QModelIndex& i) {

@@ -328,8 +328,13 @@ TEST_F(Strumenti, CittaDegliIndirizzi) {
         QTest::keyClicks(citta, "Milano");
         QAbstractItemModel* m = suggeriti->model();
         ASSERT_EQ(m->rowCount(), 42);   // every CAP of Milano
-        EXPECT_EQ(m->index(0, 0).data().toString().toStdString(), "Milano  20121  (MI)");
-        emit suggeriti->activated(m->index(3, 0));
+        EXPECT_EQ(m->index(0, 0).data().toString().toStdString(), "Milano");
+        EXPECT_EQ(m->index(41, 1).data().toString().toStdString(), "20162");
+        EXPECT_EQ(m->index(41, 2).data().toString().toStdString(), "MI");
+        // Chosen from the keyboard: down to the fourth, Enter.
+        ASSERT_TRUE(suggeriti->popup()->isVisible());
+        for (int i = 0; i < 4; ++i) QTest::keyClick(suggeriti->popup(), Qt::Key_Down);
+        QTest::keyClick(suggeriti->popup(), Qt::Key_Return);
         EXPECT_EQ(citta->text().toStdString(), "Milano");
         EXPECT_EQ(cap->text().toStdString(), "20124");
         EXPECT_EQ(provincia->text().toStdString(), "MI");
