@@ -114,6 +114,8 @@ std::string ControllaCampo(store::Database& archivio, long categoria, long campo
                            long dimensione) {
     if (core::Trim(nome).empty()) return core::Testo("s137");
     if (dimensione < 0) return "La dimensione non può essere negativa!";
+    // The view numbers its rows in a column ID of its own.
+    if (store::AsciiLower(core::Trim(nome)) == "id") return "Il nome ID è riservato: sceglierne un altro.";
     auto uguali = archivio.OpenRecordset("Select ID from NoteCampi where [Note]=" + N(categoria) +
                                          " and NomeCampo='" + core::Apici(core::Trim(nome)) + "' and ID<>" + N(campo));
     if (!uguali->Eof()) return "Esiste già un campo " + core::Trim(nome) + " in questa categoria!";

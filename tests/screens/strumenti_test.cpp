@@ -214,7 +214,8 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
         const char* messaggio;
     } campi[] = {
         {"", "20", "Inserire il nome del campo!"},
-        {"Annotazioni", "20", "Esiste già un campo Annotazioni in questa categoria!"},
+        {"id", "20", "Il nome ID è riservato: sceglierne un altro."},
+        {"annotazioni", "20", "Esiste già un campo annotazioni in questa categoria!"},
         {"Nome", "10", "Impossibile inserire una dimensione inferiore a quella precedente !"},
         {"Nome", "30", nullptr},
         {"Nome", "0", nullptr},

@@ -16,6 +16,7 @@
 #include "core/session.h"
 #include "core/varie.h"
 #include "store/convert.h"
+#include "store/errors.h"
 #include "tools/note.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
@@ -27,8 +28,13 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-store::Database& Archivio() { return *core::session().dbArchivio; }
-store::Database& Temp() { return *core::session().dbTemp; }
+// The archive and the scratch file; error 3420 when either is not open.
+store::Database& Aperto(const store::DatabasePtr& db) {
+    if (!db) store::raise(3420, "Database non aperto");
+    return *db;
+}
+store::Database& Archivio() { return Aperto(core::session().dbArchivio); }
+store::Database& Temp() { return Aperto(core::session().dbTemp); }
 
 constexpr const char* kSenzaCategoria = "Creare o selezionare una categoria!";
 constexpr const char* kSenzaCampi = "La categoria non ha campi: aggiungerli con Modifica categoria.";
