@@ -76,6 +76,13 @@ frmNote::frmNote(QWidget* parent)
     riga->addWidget(Image1);
     if (auto* colonna = qobject_cast<QVBoxLayout*>(layout())) colonna->insertLayout(0, riga);
 
+    // The category commands from the keyboard too.
+    const std::pair<QToolButton*, const char*> tasti[] = {
+        {imgNew, "Ctrl+Shift+N"}, {imgEdit, "Ctrl+Shift+M"}, {Image1, "Ctrl+Shift+E"}};
+    for (const auto& [b, tasto] : tasti) {
+        b->setShortcut(QKeySequence(tasto));
+        b->setToolTip(b->toolTip() + " (" + QKeySequence(tasto).toString(QKeySequence::NativeText) + ")");
+    }
     connect(imgNew, &QToolButton::clicked, this, [this] { NuovaCategoria(); });
     connect(imgEdit, &QToolButton::clicked, this, [this] { ModificaCategoria(); });
     connect(Image1, &QToolButton::clicked, this, [this] { EliminaCategoria(); });
