@@ -92,7 +92,7 @@ TEST_F(Strumenti, NoteComeTabellaECercate) {
         const char* campo;
         const char* testo;
         long righe;
-    } ricerche[] = {{"Nome", "d'a", 1}, {"Nome", "i", 2}, {"Annotazioni", "luned", 1}, {"Nome", "zz", 0}};
+    } ricerche[] = {{"Nome", "d'a", 1}, {"Annotazioni", "luned", 1}};
     for (const auto& r : ricerche) {
         auto* cb = figlio<QComboBox>(&f, "cbCerca");
         cb->setCurrentIndex(cb->findText(r.campo));
@@ -285,13 +285,11 @@ TEST_F(Strumenti, ComuniDellInstallazione) {
         std::size_t quanti;
         const char* primo;   // "Comune Cap Provincia" of the first offered
     } casi[] = {
-        {"Abano Terme", 1, "Abano Terme 35031 PD"},
         {"abano", 1, "Abano Terme 35031 PD"},
         {"Roma", 91, "Roma 00118 RM"},       // its 82 CAPs, then Romagnano...
         {"Castro", 14, "Castro 24063 BG"},   // Castro of Bergamo, then of Lecce
         {"Borgo d'A", 3, "Borgo d'Ale 13040 VC"},
         {"Milano*", 0, ""},
-        {"Xyzzy", 0, ""},
         {"", 0, ""},
     };
     for (const auto& c : casi) {
@@ -426,7 +424,6 @@ TEST_F(Strumenti, CalcolatriceDaTastiera) {
         {{{Qt::Key_1}, {Qt::Key_Period}, {Qt::Key_5}, {Qt::Key_Minus}, {Qt::Key_0}, {Qt::Key_Comma}, {Qt::Key_2},
           {Qt::Key_Return}},
          "1,3"},
-        {{{Qt::Key_9}, {Qt::Key_Slash}, {Qt::Key_0}, {Qt::Key_Return}}, "ERROR: Invalid use of zero"},
         {{{Qt::Key_1}, {Qt::Key_2}, {Qt::Key_3}, {Qt::Key_Backspace}}, "12"},
         {{{Qt::Key_1}, {Qt::Key_2}, {Qt::Key_Delete}, {Qt::Key_4}}, "4"},
         {{{Qt::Key_5}, {Qt::Key_Plus}, {Qt::Key_5}, {Qt::Key_Escape}, {Qt::Key_2}, {Qt::Key_Return}}, "2"},
