@@ -55,6 +55,7 @@ const std::vector<ComandoPannello> kMenu = {
     {"mImportaBackup", "mStrumenti", "Importa dati di backup", "frmImportaBackup", NessunDiritto, -1, "document-revert", ""},
     {"mEsportazioneElenchi", "mStrumenti", "Esportazione elenchi", "frmEsportaElenchi", NessunDiritto, -1, "document-save-as", ""},
     {"mCalcolatrice", "mStrumenti", "Calcolatrice", "frmCalcolatrice", NessunDiritto, -1, "accessories-calculator", ""},
+    {"mComuni", "mStrumenti", "Comuni", "frmComuni", NessunDiritto, -1, "mark-location", ""},
     {"mGuida", "mInfo", "Guida", "", NessunDiritto, -1, "help-browser", ""},
 };
 

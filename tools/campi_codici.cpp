@@ -24,4 +24,9 @@ const core::TabellaCampi& CampiClassificazioniSpese() {
     return t;
 }
 
+const core::TabellaCampi& CampiComuni() {
+    static const core::TabellaCampi t{{"Comune", "s104", 3500}, {"Cap", "Cap", 900}, {"Provincia", "Provincia", 900}};
+    return t;
+}
+
 }  // namespace tools

@@ -1,3 +1,4 @@
+#include "ui/CompletaComune.h"
 #include "ui/Anagrafica.h"
 
 #include <QBoxLayout>
@@ -106,6 +107,7 @@ EditorAnagrafica::EditorAnagrafica(const char* nome, std::string tabella, std::s
     VText5 = casella("VText5", "Citta");
     txtProvincia = casella("txtProvincia", "Provincia", 50);
     aggiungiCampo(Q(core::Testo("s103")), riga({{"s103", VText4}, {"s104", VText5}, {"s105", txtProvincia}}));
+    ui::CollegaComuni(VText5, VText4, txtProvincia);
     VText6 = casella("VText6", "PartitaIva", 160);
     VText7 = casella("VText7", "CodiceFiscale", 200);
     aggiungiCampo(Q(core::Testo("s106")), riga({{"s106", VText6}, {"s147", VText7}}));

@@ -1,22 +1,28 @@
 #include "app/screens/frmAziendeEdita.h"
 
+#include <map>
+
 #include "core/aziende.h"
 #include "core/dialogs.h"
 #include "core/impostazioni.h"
 #include "core/registro_schermi.h"
 #include "core/session.h"
+#include "ui/CompletaComune.h"
 #include "ui/VText.h"
 
 frmAziendeEdita::frmAziendeEdita(QWidget* parent)
     : EditorBase(Nome, "Aziende", core::Didascalia("s5"), parent) {
     setDatabase(core::session().dbAziende);
     int n = 0;
+    std::map<std::string, ui::VText*> caselle;
     for (const core::Campo& c : core::CampiAziende().tutti()) {
         auto* t = new ui::VText(this);
         t->setObjectName(QString("VText%1").arg(++n));
         aggiungiCampo(c, t);
         if (n == 1) VText1 = t;
+        caselle[c.nome] = t;
     }
+    ui::CollegaComuni(caselle["Citta"], caselle["Cap"], caselle["Provincia"]);
 }
 
 bool frmAziendeEdita::Valida() {

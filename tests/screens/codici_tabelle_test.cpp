@@ -76,13 +76,6 @@ TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     EXPECT_EQ(trova<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
 }
 
-TEST_F(Tabelle, IstruzioneDelCompletamento) {
-    EXPECT_EQ(tools::IstruzioneCompletamento("l'a", "TipiSpesa", "DescTipoSpesa", false),
-              "SELECT Distinct DescTipoSpesa FROM TipiSpesa WHERE DescTipoSpesa LIKE 'l''a*'");
-    EXPECT_EQ(tools::IstruzioneCompletamento("Cassa", "Pagamenti", "CC", true),
-              "SELECT Distinct CC FROM Pagamenti WHERE CC = 'Cassa'");
-}
-
 TEST_F(Tabelle, CompletaTesto) {
     struct Caso {
         const char* testo;

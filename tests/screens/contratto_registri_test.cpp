@@ -41,6 +41,14 @@ protected:
         s.dbArchivio->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
         s.dbArchivio->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Srl')");
         s.dbArchivio->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Bianchi')");
+        s.dbArchivio->Execute("Insert Into [Note] (ID,Descrizione,Predefinita) VALUES (1,'Contatti',True)");
+        s.dbArchivio->Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) VALUES (1,1,'Nome',40)");
+        s.dbArchivio->Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) VALUES (2,1,'Telefono',0)");
+        s.dbArchivio->Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) VALUES (1,1,1,'Bianchi',1)");
+        // The scratch file and the towns' file, as start-up opens them beside the archive.
+        s.dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
+        s.dbUtilita = store::Workspace::Default().OpenDatabase((p.programma / "Utilità.mdb").string());
+        s.dbUtilita->Execute("Delete from Comuni where Provincia<>'PD'");   // a list short enough to show whole
     }
 
     long conta(const store::DatabasePtr& db, const std::string& sql) {
@@ -80,10 +88,10 @@ protected:
 };
 
 TEST_F(Contratto, OgniRegistroRegistrato) {
-    const std::vector<std::string> attesi = {"frmAziende",     "frmClassificazioniSpese", "frmClienti",
-                                             "frmCodiciIva",   "frmCondizioniPagamento",  "frmDocumenti",
-                                             "frmFornitori",   "frmServizi",              "frmSpese",
-                                             "frmTipiSpesa",   "frmUtenti"};
+    const std::vector<std::string> attesi = {
+        "frmAziende",   "frmClassificazioniSpese", "frmClienti", "frmCodiciIva", "frmComuni", "frmCondizioniPagamento",
+        "frmDocumenti", "frmFornitori",            "frmNote",    "frmServizi",   "frmSpese",  "frmTipiSpesa",
+        "frmUtenti"};
     std::vector<std::string> registrati;
     for (const auto& [nome, fabbrica] : RegistriNoti()) registrati.push_back(nome);
     EXPECT_EQ(registrati, attesi);

@@ -2,7 +2,10 @@
 
 #include "core/registro_schermi.h"
 #include "tools/screens/frmAggiorna.h"
+#include "tools/screens/frmCalcolatrice.h"
 #include "tools/screens/frmCodiciIva.h"
+#include "tools/screens/frmComuni.h"
+#include "tools/screens/frmNote.h"
 #include "tools/screens/frmTipiSpesa.h"
 
 void RegistraSchermiStrumenti() {
@@ -12,5 +15,9 @@ void RegistraSchermiStrumenti() {
     RegistraEditore<frmTipiSpesaEdita>();
     RegistraRegistro<frmClassificazioniSpese>();
     RegistraEditore<frmClassificazioniSpeseEdita>();
+    RegistraRegistro<frmComuni>();
+    RegistraRegistro<frmNote>();
+    RegistraEditore<frmComuniEdita>();
     core::registraSchermo(frmAggiorna::Nome, MostraAggiorna);
+    core::registraSchermo(frmCalcolatrice::Nome, MostraCalcolatrice);
 }

@@ -1,0 +1,460 @@
+// The tools of a working day on the real screens: user notes with their categories and fields,
+// the towns of the shipped Utilità.mdb offered in the address boxes, the towns' editor, and the
+// calculator's keyboard.
+#include <QAbstractItemView>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCompleter>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "app/screens/frmAziendeEdita.h"
+#include "core/comuni.h"
+#include "sales/screens/frmClienti.h"
+#include "store/convert.h"
+#include "support/avvio_prova.h"
+#include "tools/note.h"
+#include "tools/screens/frmCalcolatrice.h"
+#include "tools/screens/frmComuni.h"
+#include "tools/screens/frmNote.h"
+#include "ui/VText.h"
+#include "ui/VetraGrid.h"
+
+using namespace prova;
+
+namespace {
+
+class Strumenti : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        auto& s = core::session();
+        s.dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
+        s.dbUtilita = store::Workspace::Default().OpenDatabase((p.programma / "Utilità.mdb").string());
+    }
+
+    long conta(store::Database& db, const std::string& sql) {
+        auto rs = db.OpenRecordset(sql);
+        long n = 0;
+        for (; !rs->Eof(); rs->MoveNext()) ++n;
+        return n;
+    }
+    long contaArchivio(const std::string& sql) { return conta(*core::session().dbArchivio, sql); }
+    std::string valore(store::Database& db, const std::string& sql) {
+        auto rs = db.OpenRecordset(sql);
+        return rs->Eof() ? "(nessuna riga)" : store::ConcatText(rs->Fields(0).value());
+    }
+
+    // A category "Contatti" with a short field and one with no limit, and two records.
+    void categoriaContatti() {
+        auto& a = *core::session().dbArchivio;
+        a.Execute("Insert Into [Note] (ID,Descrizione,Predefinita) Values (1,'Fornitori storici',False)");
+        a.Execute("Insert Into [Note] (ID,Descrizione,Predefinita) Values (2,'Contatti',True)");
+        a.Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) Values (1,2,'Nome',20)");
+        a.Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) Values (2,2,'Annotazioni',0)");
+        a.Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) Values (3,1,'Ditta',40)");
+        a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (1,2,1,'Bianchi',4)");
+        a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (2,2,2,'Chiamare il lunedì',4)");
+        a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (3,2,1,'D''Amico',5)");
+        a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (4,1,3,'Ferramenta Neri',9)");
+    }
+
+    ProgrammaDiProva p;
+};
+
+// ---- notes ----------------------------------------------------------------------------------------
+
+TEST_F(Strumenti, NoteSenzaCategorieNonApronoSchede) {
+    frmNote f;
+    EXPECT_EQ(f.cbCat->count(), 0);
+    EXPECT_EQ(f.griglia()->righeMostrate(), 0);
+    p.script->dimentica();
+    clic(&f, "btnNuovo");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Creare o selezionare una categoria!"});
+    EXPECT_TRUE(p.script->schermiMostrati().empty());
+}
+
+TEST_F(Strumenti, NoteComeTabellaECercate) {
+    categoriaContatti();
+    frmNote f;
+    // The default category first, one row per record, one column per field.
+    ASSERT_EQ(f.cbCat->currentText().toStdString(), "Contatti");
+    ui::VetraGrid* g = f.griglia();
+    ASSERT_EQ(g->righeMostrate(), 2);
+    g->vaiAId(4);
+    EXPECT_EQ(store::ConcatText(g->valore("Nome")), "Bianchi");
+    EXPECT_EQ(store::ConcatText(g->valore("Annotazioni")), "Chiamare il lunedì");
+    g->vaiAId(5);
+    EXPECT_TRUE(store::ConcatText(g->valore("Annotazioni")).empty());
+
+    const struct {
+        const char* campo;
+        const char* testo;
+        long righe;
+    } ricerche[] = {{"Nome", "d'a", 1}, {"Annotazioni", "luned", 1}};
+    for (const auto& r : ricerche) {
+        auto* cb = figlio<QComboBox>(&f, "cbCerca");
+        cb->setCurrentIndex(cb->findText(r.campo));
+        figlio<QLineEdit>(&f, "txtCerca")->setText(r.testo);
+        clic(&f, "btnCerca");
+        EXPECT_EQ(g->righeMostrate(), r.righe) << r.campo << " " << r.testo;
+    }
+
+    // The other category shows its own column and record.
+    f.cbCat->setCurrentIndex(1);
+    f.MostraCategoria();
+    EXPECT_EQ(g->righeMostrate(), 1);
+    EXPECT_EQ(store::ConcatText(g->valore("Ditta")), "Ferramenta Neri");
+}
+
+TEST_F(Strumenti, SchedaNuovaCambiataEliminata) {
+    categoriaContatti();
+    auto& a = *core::session().dbArchivio;
+    frmNote f;
+    ui::VetraGrid* g = f.griglia();
+
+    // New: the record takes the next number across all categories (9 is another category's).
+    p.script->schermo("frmNoteDettagliEdita", [](QWidget* e) {
+        figlio<ui::VText>(e, "txtCampo1")->setText("Verdi");
+        figlio<QPlainTextEdit>(e, "txtCampoMemo2")->setPlainText("Fornitore d'ufficio");
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&f, "btnNuovo");
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=10 and [Note]=2"), 2);
+    EXPECT_EQ(valore(a, "Select Valore from NoteDettagli where Record=10 and Campo=2"), "Fornitore d'ufficio");
+    EXPECT_EQ(g->righeMostrate(), 3);
+    EXPECT_EQ(g->idCorrente(), 10);
+    EXPECT_EQ(store::ConcatText(g->valore("Nome")), "Verdi");
+
+    // Changed: a record made before its second field gets that value added, the other changed.
+    g->vaiAId(5);
+    p.script->schermo("frmNoteDettagliEdita", [](QWidget* e) {
+        EXPECT_EQ(figlio<ui::VText>(e, "txtCampo1")->text().toStdString(), "D'Amico");
+        EXPECT_EQ(figlio<ui::VText>(e, "txtCampo1")->maxLength(), 20);
+        figlio<ui::VText>(e, "txtCampo1")->setText("D'Amico Srl");
+        figlio<QPlainTextEdit>(e, "txtCampoMemo2")->setPlainText("Nuovo");
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&f, "btnModifica");
+    EXPECT_EQ(valore(a, "Select Valore from NoteDettagli where Record=5 and Campo=1"), "D'Amico Srl");
+    EXPECT_EQ(valore(a, "Select Valore from NoteDettagli where Record=5 and Campo=2"), "Nuovo");
+    EXPECT_EQ(g->idCorrente(), 5);
+
+    // Deleted after its question, answered No and then Yes.
+    p.script->dimentica();
+    p.script->rispondiNo();
+    clic(&f, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la scheda selezionata?"});
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=5"), 2);
+    p.script->rispondiSi();
+    clic(&f, "btnElimina");
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=5"), 0);
+    EXPECT_EQ(g->righeMostrate(), 2);
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli"), 5);
+}
+
+// A record's values are written only for the category's own fields and within their size; a
+// refusal writes nothing at all.
+TEST_F(Strumenti, ValoriRifiutatiNonScrivonoNulla) {
+    categoriaContatti();
+    auto& a = *core::session().dbArchivio;
+    const struct {
+        tools::ValoriScheda valori;
+        const char* messaggio;
+    } casi[] = {
+        {{{1, "Rossi"}, {3, "Ferramenta"}}, "Il campo 3 non appartiene alla categoria: la scheda non è stata salvata."},
+        {{{1, "Un nome ben più lungo di venti"}}, "Il campo Nome ammette al massimo 20 caratteri."},
+        {{{1, "Ventì caratteri giùù"}, {2, std::string(5000, 'x')}}, ""},
+    };
+    for (const auto& c : casi) {
+        EXPECT_EQ(tools::ControllaScheda(a, 2, c.valori), c.messaggio);
+        if (*c.messaggio == 0) continue;
+        const long prima = contaArchivio("Select * from NoteDettagli");
+        EXPECT_THROW(tools::SalvaScheda(a, 2, 4, c.valori), store::JetError);
+        EXPECT_EQ(contaArchivio("Select * from NoteDettagli"), prima);
+        EXPECT_EQ(valore(a, "Select Valore from NoteDettagli where Record=4 and Campo=1"), "Bianchi");
+    }
+}
+
+TEST_F(Strumenti, CategoriaConISuoiCampi) {
+    categoriaContatti();
+    auto& a = *core::session().dbArchivio;
+    frmNote f;
+
+    // A new category, made default, with a field: the category is saved before its first field.
+    p.script->schermo("frmNoteEdita", [this](QWidget* e) {
+        figlio<ui::VText>(e, "VText1")->setText("Auto aziendali");
+        figlio<QCheckBox>(e, "chkPredefinita")->setChecked(true);
+        p.script->schermo("frmCampiEdita", [](QWidget* c) {
+            figlio<ui::VText>(c, "VText1")->setText("Targa");
+            figlio<ui::VText>(c, "VText2")->setText("10");
+            clic(c, "btnConferma");
+            return true;
+        });
+        clic(e, "btnNuovoDettaglio");
+        clic(e, "btnConferma");
+        return true;
+    });
+    clic(&f, "imgNew");
+    EXPECT_EQ(valore(a, "Select Descrizione from [Note] where Predefinita=True"), "Auto aziendali");
+    EXPECT_EQ(contaArchivio("Select * from [Note] where Predefinita=True"), 1);
+    EXPECT_EQ(contaArchivio("Select * from NoteCampi where [Note]=3 and NomeCampo='Targa' and Dimensione=10"), 1);
+    EXPECT_EQ(f.cbCat->currentText().toStdString(), "Auto aziendali");
+    EXPECT_EQ(f.cbCat->itemText(0).toStdString(), "Auto aziendali");
+
+    // The fields of Contatti: each check of the field editor, then a size grown.
+    f.cbCat->setCurrentIndex(f.cbCat->findText("Contatti"));
+    f.MostraCategoria();
+    const struct {
+        const char* nome;
+        const char* dimensione;
+        const char* messaggio;
+    } campi[] = {
+        {"", "20", "Inserire il nome del campo!"},
+        {"id", "20", "Il nome ID è riservato: sceglierne un altro."},
+        {"annotazioni", "20", "Esiste già un campo annotazioni in questa categoria!"},
+        {"Nome", "10", "Impossibile inserire una dimensione inferiore a quella precedente !"},
+        {"Nome", "30", nullptr},
+        {"Nome", "0", nullptr},
+    };
+    for (const auto& c : campi) {
+        p.script->dimentica();
+        p.script->schermo("frmNoteEdita", [&](QWidget* e) {
+            figlio<ui::VetraGrid>(e, "GridCampi")->vaiAId(1);
+            p.script->schermo("frmCampiEdita", [&](QWidget* x) {
+                figlio<ui::VText>(x, "VText1")->setText(c.nome);
+                figlio<ui::VText>(x, "VText2")->setText(c.dimensione);
+                clic(x, "btnConferma");
+                if (c.messaggio) clic(x, "btnAnnulla");
+                return true;
+            });
+            clic(e, "btnModificaDettaglio");
+            clic(e, "btnConferma");
+            return true;
+        });
+        clic(&f, "imgEdit");
+        const std::vector<std::string> attesi = c.messaggio ? std::vector<std::string>{c.messaggio}
+                                                            : std::vector<std::string>{};
+        EXPECT_EQ(testiMostrati(*p.script), attesi) << c.nome << " " << c.dimensione;
+    }
+    EXPECT_EQ(valore(a, "Select Dimensione from NoteCampi where ID=1"), "0");
+    // Once with no limit, any size is smaller.
+    EXPECT_EQ(tools::ControllaCampo(a, 2, 1, "Nome", 500),
+              "Impossibile inserire una dimensione inferiore a quella precedente !");
+
+    // A field deleted takes its values with it; the view loses its column.
+    p.script->schermo("frmNoteEdita", [this](QWidget* e) {
+        figlio<ui::VetraGrid>(e, "GridCampi")->vaiAId(2);
+        p.script->rispondiSi();
+        clic(e, "btnEliminaDettaglio");
+        clic(e, "btnConferma");
+        return true;
+    });
+    p.script->dimentica();
+    clic(&f, "imgEdit");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Eliminare il campo selezionato e tutti i dati inseriti in esso?"});
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Campo=2"), 0);
+    EXPECT_EQ(contaArchivio("Select * from NoteCampi where ID=2"), 0);
+    EXPECT_EQ(figlio<QComboBox>(&f, "cbCerca")->count(), 1);
+
+    // The category goes after both questions, with its fields and records.
+    p.script->dimentica();
+    p.script->rispondiSi();
+    p.script->rispondiNo();
+    clic(&f, "Image1");
+    EXPECT_EQ(contaArchivio("Select * from [Note] where ID=2"), 1);
+    p.script->rispondiSi();
+    p.script->rispondiSi();
+    clic(&f, "Image1");
+    EXPECT_EQ(contaArchivio("Select * from [Note] where ID=2"), 0);
+    EXPECT_EQ(contaArchivio("Select * from NoteCampi where [Note]=2"), 0);
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where [Note]=2"), 0);
+    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where [Note]=1"), 1);
+    EXPECT_EQ(f.cbCat->count(), 2);
+}
+
+// ---- towns --------------------------------------------------------------------------------------
+
+TEST_F(Strumenti, ComuniDellInstallazione) {
+    const struct {
+        const char* testo;
+        std::size_t quanti;
+        const char* primo;   // "Comune Cap Provincia" of the first offered
+    } casi[] = {
+        {"abano", 1, "Abano Terme 35031 PD"},
+        {"Roma", 91, "Roma 00118 RM"},       // its 82 CAPs, then Romagnano...
+        {"Castro", 14, "Castro 24063 BG"},   // Castro of Bergamo, then of Lecce
+        {"Borgo d'A", 3, "Borgo d'Ale 13040 VC"},
+        {"Milano*", 0, ""},
+        {"", 0, ""},
+    };
+    for (const auto& c : casi) {
+        const auto comuni = core::ComuniCheIniziano(c.testo);
+        EXPECT_EQ(comuni.size(), c.quanti) << c.testo;
+        if (comuni.empty()) continue;
+        EXPECT_EQ(comuni[0].comune + " " + comuni[0].cap + " " + comuni[0].provincia, c.primo) << c.testo;
+    }
+}
+
+// The address of both editors: typing a town offers each CAP, choosing fills the three boxes; a
+// town typed whole with one CAP fills an empty CAP and province as the box is left.
+TEST_F(Strumenti, CittaDegliIndirizzi) {
+    struct Editore {
+        const char* nome;
+        std::function<std::unique_ptr<QWidget>()> crea;
+        const char *citta, *cap, *provincia;
+    };
+    const Editore editori[] = {
+        {"frmClientiEdita", [] { return std::make_unique<frmClientiEdita>(); }, "VText5", "VText4", "txtProvincia"},
+        {"frmAziendeEdita", [] { return std::make_unique<frmAziendeEdita>(); }, "VText4", "VText3", "VText5"},
+    };
+    for (const Editore& e : editori) {
+        SCOPED_TRACE(e.nome);
+        auto w = e.crea();
+        w->show();
+        auto* citta = figlio<QLineEdit>(w.get(), e.citta);
+        auto* cap = figlio<QLineEdit>(w.get(), e.cap);
+        auto* provincia = figlio<QLineEdit>(w.get(), e.provincia);
+        ASSERT_TRUE(citta && cap && provincia);
+        auto* suggeriti = citta->findChild<QCompleter*>("ComuniSuggeriti");
+        ASSERT_NE(suggeriti, nullptr);
+
+        citta->setFocus();
+        QTest::keyClicks(citta, "Milano");
+        QAbstractItemModel* m = suggeriti->model();
+        ASSERT_EQ(m->rowCount(), 42);   // every CAP of Milano
+        EXPECT_EQ(m->index(0, 0).data().toString().toStdString(), "Milano");
+        EXPECT_EQ(m->index(41, 1).data().toString().toStdString(), "20162");
+        EXPECT_EQ(m->index(41, 2).data().toString().toStdString(), "MI");
+        // Chosen from the keyboard: down to the fourth, Enter.
+        ASSERT_TRUE(suggeriti->popup()->isVisible());
+        for (int i = 0; i < 4; ++i) QTest::keyClick(suggeriti->popup(), Qt::Key_Down);
+        QTest::keyClick(suggeriti->popup(), Qt::Key_Return);
+        EXPECT_EQ(citta->text().toStdString(), "Milano");
+        EXPECT_EQ(cap->text().toStdString(), "20124");
+        EXPECT_EQ(provincia->text().toStdString(), "MI");
+
+        // A town with one CAP, typed whole and left.
+        citta->clear();
+        cap->clear();
+        provincia->clear();
+        citta->setFocus();
+        QTest::keyClicks(citta, "abano terme");
+        suggeriti->popup()->hide();
+        emit citta->editingFinished();
+        EXPECT_EQ(citta->text().toStdString(), "Abano Terme");
+        EXPECT_EQ(cap->text().toStdString(), "35031");
+        EXPECT_EQ(provincia->text().toStdString(), "PD");
+
+        // A CAP already typed is the user's: it stays; a town not in the table stays as typed.
+        cap->setText("35100");
+        emit citta->editingFinished();
+        EXPECT_EQ(cap->text().toStdString(), "35100");
+        citta->clear();
+        QTest::keyClicks(citta, "Frazione Nuova");
+        EXPECT_EQ(suggeriti->model()->rowCount(), 0);
+        emit citta->editingFinished();
+        EXPECT_EQ(citta->text().toStdString(), "Frazione Nuova");
+        w->hide();
+    }
+}
+
+TEST_F(Strumenti, ComuneEditatoEdEliminato) {
+    auto& u = *core::session().dbUtilita;
+    const struct {
+        const char *comune, *cap, *provincia, *messaggio;
+    } casi[] = {
+        {"Borgo Nuovo", "", "TO", "Inserire CAP e comune!"},
+        {"  ", "10100", "TO", "Inserire CAP e comune!"},
+        {"Borgo Nuovo", "10100", "", "Inserire la provincia!"},
+        {"Borgo Nuovo", "10100", "TO", nullptr},
+    };
+    const long prima = conta(u, "Select * from Comuni");
+    for (const auto& c : casi) {
+        p.script->dimentica();
+        frmComuniEdita e;
+        e.Prepara({Modalita::Nuovo});
+        e.txtComune->setText(c.comune);
+        e.txtCap->setText(c.cap);
+        e.txtProvincia->setText(c.provincia);
+        e.Conferma();
+        const std::vector<std::string> attesi = c.messaggio ? std::vector<std::string>{c.messaggio}
+                                                            : std::vector<std::string>{};
+        EXPECT_EQ(testiMostrati(*p.script), attesi) << c.comune << c.cap << c.provincia;
+        EXPECT_EQ(conta(u, "Select * from Comuni"), prima + (c.messaggio ? 0 : 1));
+    }
+    EXPECT_EQ(conta(u, "Select * from Comuni where Comune='Borgo Nuovo' and Cap='10100' and Provincia='TO'"), 1);
+
+    // A town a customer lives in goes from the table; the customer keeps its address as text.
+    core::session().dbArchivio->Execute(
+        "Insert Into Clienti (ID,DescCliente,Citta,Cap,Provincia) Values (1,'Rossi','Abano Terme','35031','PD')");
+    frmComuni r;
+    ui::VetraGrid* g = r.griglia();
+    figlio<QLineEdit>(&r, "txtCerca")->setText("Abano");
+    clic(&r, "btnCerca");
+    ASSERT_EQ(g->righeMostrate(), 1);
+    p.script->dimentica();
+    p.script->rispondiSi();
+    clic(&r, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare il comune Abano Terme (35031)?"});
+    EXPECT_EQ(conta(u, "Select * from Comuni where Comune='Abano Terme'"), 0);
+    EXPECT_EQ(contaArchivio("Select * from Clienti where Citta='Abano Terme' and Cap='35031' and Provincia='PD'"), 1);
+    EXPECT_TRUE(core::ComuniCheIniziano("Abano").empty());
+}
+
+// ---- calculator -----------------------------------------------------------------------------------
+
+TEST_F(Strumenti, CalcolatriceDaTastiera) {
+    struct Tasto {
+        int tasto;
+        Qt::KeyboardModifiers mod = Qt::NoModifier;
+    };
+    const struct {
+        std::vector<Tasto> tasti;
+        const char* display;
+    } casi[] = {
+        {{{Qt::Key_1}, {Qt::Key_2}, {Qt::Key_Plus}, {Qt::Key_3}, {Qt::Key_Return}}, "15"},
+        {{{Qt::Key_7, Qt::KeypadModifier}, {Qt::Key_Asterisk, Qt::KeypadModifier}, {Qt::Key_6, Qt::KeypadModifier},
+          {Qt::Key_Enter, Qt::KeypadModifier}},
+         "42"},
+        {{{Qt::Key_1}, {Qt::Key_Period}, {Qt::Key_5}, {Qt::Key_Minus}, {Qt::Key_0}, {Qt::Key_Comma}, {Qt::Key_2},
+          {Qt::Key_Return}},
+         "1,3"},
+        {{{Qt::Key_1}, {Qt::Key_2}, {Qt::Key_3}, {Qt::Key_Backspace}}, "12"},
+        {{{Qt::Key_1}, {Qt::Key_2}, {Qt::Key_Delete}, {Qt::Key_4}}, "4"},
+        {{{Qt::Key_5}, {Qt::Key_Plus}, {Qt::Key_5}, {Qt::Key_Escape}, {Qt::Key_2}, {Qt::Key_Return}}, "2"},
+        {{{Qt::Key_3}, {Qt::Key_0, Qt::ShiftModifier}}, "300"},
+    };
+    for (const auto& c : casi) {
+        frmCalcolatrice f;
+        for (const Tasto& t : c.tasti) QTest::keyClick(&f, static_cast<Qt::Key>(t.tasto), t.mod);
+        EXPECT_EQ(f.lblDisplay->text().toStdString(), c.display);
+    }
+
+    // The keys: memory mark with its tip, the zero key under Shift.
+    frmCalcolatrice f;
+    QTest::keyClick(&f, Qt::Key_8);
+    clic(&f, "cmdFunction_13");
+    EXPECT_EQ(f.lblMemory->text().toStdString(), "M");
+    EXPECT_EQ(f.lblMemory->toolTip().toStdString(), "Current memory = 8");
+    clic(&f, "cmdFunction_11");
+    EXPECT_TRUE(f.lblMemory->text().isEmpty());
+    QTest::keyClick(&f, Qt::Key_8);
+    QTest::keyPress(&f, Qt::Key_Shift);
+    EXPECT_EQ(f.cmdGetal[0]->text().toStdString(), "00");
+    EXPECT_EQ(f.cmdGetal[0]->toolTip().toStdString(), "Press shift to change to single zero (0)");
+    clic(&f, "cmdGetal_0");
+    EXPECT_EQ(f.lblDisplay->text().toStdString(), "800");
+    QTest::keyRelease(&f, Qt::Key_Shift);
+    EXPECT_EQ(f.cmdGetal[0]->text().toStdString(), "0");
+    // A decimals box that is no number goes back to 0.
+    f.txtDecimals->clear();
+    QTest::keyClicks(f.txtDecimals, "a");
+    EXPECT_EQ(f.txtDecimals->text().toStdString(), "0");
+}
+
+}  // namespace
