@@ -137,7 +137,8 @@ void RegistroBase::carica(Definizione d) {
     def_ = std::move(d);
     if (!def_.sezioneStampa.empty())
         aggiungiComando("btnStampa", "Stampa", def_.diritti.stampa, [this] { Stampa(); });
-    aggiungiComando("btnEsportaExcel", "Esporta in Excel", def_.diritti.vedere, [this] { EsportaExcel(); });
+    aggiungiComando("btnEsportaExcel", "Esporta in Excel", def_.diritti.vedere, [this] { EsportaExcel(); })
+        ->setIcon(ui::icona("x-office-spreadsheet"));
     setWindowTitle(Q(core::Didascalia(def_.titolo)));
     elenco_.imposta(def_);
     cbCerca->clear();
