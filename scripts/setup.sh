@@ -11,7 +11,7 @@ PACKAGES=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
   xvfb xauth fonts-dejavu-core tango-icon-theme
-  poppler-utils
+  poppler-utils unzip
   qt6-translations-l10n
   locales
 )

@@ -11,6 +11,7 @@
 
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
+#include "core/esporta_excel.h"
 #include "core/impostazioni.h"
 #include "core/registro_schermi.h"
 #include "core/stampa.h"
@@ -136,6 +137,8 @@ void RegistroBase::carica(Definizione d) {
     def_ = std::move(d);
     if (!def_.sezioneStampa.empty())
         aggiungiComando("btnStampa", "Stampa", def_.diritti.stampa, [this] { Stampa(); });
+    aggiungiComando("btnEsportaExcel", "Esporta in Excel", def_.diritti.vedere, [this] { EsportaExcel(); })
+        ->setIcon(ui::icona("x-office-spreadsheet"));
     setWindowTitle(Q(core::Didascalia(def_.titolo)));
     elenco_.imposta(def_);
     cbCerca->clear();
@@ -177,6 +180,8 @@ void RegistroBase::Stampa() {
     r.subReports.Add("Elenco", def_.elencoStampa ? def_.elencoStampa(istruzione) : istruzione);
     core::Stampa(r);
 }
+
+void RegistroBase::EsportaExcel() { core::EsportaExcel(Grid->istruzione(), {}, Grid->database()); }
 
 void RegistroBase::Ricerca() {
     txtCerca->setFocus();

@@ -60,6 +60,8 @@ public:
     void Aggiorna();
     // The list as it stands to the print screen, in the definition's section.
     void Stampa();
+    // The list as it stands (the grid's own statement and database) to a spreadsheet file.
+    void EsportaExcel();
     // The list's popup menu: the commands below it, in their order, as far as they are shown.
     void riempiMenuComandi(QMenu& menu);
 

@@ -729,7 +729,8 @@ TEST_F(Documenti, TestataMenuERicerca) {
     std::vector<std::string> voci;
     for (QAction* a : menu.actions()) voci.push_back(a->text().toStdString());
     EXPECT_EQ(voci, (std::vector<std::string>{"Nuovo documento", "Modifica documento", "Elimina", "Ricerca... (F3)",
-                                              "Seleziona tutto", "Converi in fattura", "Stampa", "Stampa ritenuta"}));
+                                              "Seleziona tutto", "Converi in fattura", "Stampa", "Stampa ritenuta",
+                                              "Esporta in Excel"}));
 
     p.script->schermo("frmDocumentiCerca", [](QWidget*) { return false; });
     QApplication::setActiveWindow(&r);
