@@ -3,7 +3,6 @@
 #include <benchmark/benchmark.h>
 
 #include "core/archivio_sql.h"
-#include "core/session.h"
 #include "support/avvio_prova.h"
 #include "support/fattura_prova.h"
 #include "ui/report/Motore.h"
@@ -15,13 +14,7 @@ void BM_Fattura30RigheInPdf(benchmark::State& state) {
     prova::apriEsercizioDiProva(p);
     prova::FatturaRealistica(*core::ArchivioAperto());
     ui::report::Motore m;
-    m.File = std::string(BREVANO_BIN_DIR) + "/Fatture.rpf";
-    m.dbArchivio = core::ArchivioAperto();
-    m.dbAziende = core::session().dbAziende;
-    m.Azienda = core::session().IDAzienda;
-    m.Carica();
-    m.SubReport("Documento").query = "Select * from qrDocumenti where ID=1";
-    m.SubReport("Movimento").query = "Select * from qrMovimenti where Documento=1";
+    prova::StampaFattura(m, 1);
     const std::string pdf = (p.dati / "fattura.pdf").string();
     for (auto _ : state) m.EsportaPdf(pdf);
     state.counters["pagine"] = static_cast<double>(m.Prepara().pagine.size());

@@ -49,13 +49,7 @@ TEST(Vetrina, FatturaRealistica) {
     }
     // The fattura on paper, from the shipped layout, as the print screen would fill it.
     ui::report::Motore m;
-    m.File = std::string(BREVANO_BIN_DIR) + "/Fatture.rpf";
-    m.dbArchivio = core::ArchivioAperto();
-    m.dbAziende = core::session().dbAziende;
-    m.Azienda = core::session().IDAzienda;
-    m.Carica();
-    m.SubReport("Documento").query = "Select * from qrDocumenti where ID=1";
-    m.SubReport("Movimento").query = "Select * from qrMovimenti where Documento=1";
+    prova::StampaFattura(m, 1);
     m.EsportaPdf(std::string(std::getenv("BREVANO_VETRINA")) + "/fattura.pdf");
     // The editors, shown by the register's own commands and photographed while open.
     const std::pair<const char*, const char*> editori[] = {{"btnModifica", "frmDocumentiEdita"},

@@ -5,8 +5,11 @@
 
 #include <string>
 
+#include "core/archivio_sql.h"
+#include "core/session.h"
 #include "sales/totali.h"
 #include "store/dao.h"
+#include "ui/report/Motore.h"
 
 namespace prova {
 
@@ -44,6 +47,17 @@ inline void FatturaRealistica(store::Database& db) {
                    rate[i] + ")");
     db.Execute("Insert Into Pagamenti (ID,Documento,Scadenza,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
                "VALUES (1,1,1,1,'Bonifico rata 1',#11/23/2026#,2000)");
+}
+
+// The shipped fattura layout loaded on that document of the open archive, as the print screen fills it.
+inline void StampaFattura(ui::report::Motore& m, long documento) {
+    m.File = std::string(BREVANO_BIN_DIR) + "/Fatture.rpf";
+    m.dbArchivio = core::ArchivioAperto();
+    m.dbAziende = core::session().dbAziende;
+    m.Azienda = core::session().IDAzienda;
+    m.Carica();
+    m.SubReport("Documento").query = "Select * from qrDocumenti where ID=" + std::to_string(documento);
+    m.SubReport("Movimento").query = "Select * from qrMovimenti where Documento=" + std::to_string(documento);
 }
 
 }  // namespace prova
