@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 #include "report/report_support.h"
 #include "support/cartella_temporanea.h"
@@ -25,6 +26,16 @@ int BandaDi(const EditorModello& ed, const std::string& nome) {
     return -1;
 }
 
+// The first element of that kind in the band whose text, field or sum is cosa ("" any).
+int ElementoDi(const EditorModello& ed, int banda, TipoElemento tipo, const std::string& cosa) {
+    const auto& el = ed.banda(banda).elementi;
+    for (int k = 0; k < static_cast<int>(el.size()); ++k)
+        if (el[k].tipo == tipo && (cosa.empty() || el[k].testo == cosa || el[k].campo == cosa || el[k].somma == cosa))
+            return k;
+    ADD_FAILURE() << ed.NomeBanda(banda) << ": nessun elemento " << cosa;
+    return -1;
+}
+
 }  // namespace
 
 TEST(EditorReport, OgniModificaSiSalvaSiRileggeESiAnnulla) {
@@ -34,33 +45,40 @@ TEST(EditorReport, OgniModificaSiSalvaSiRileggeESiAnnulla) {
     struct Caso {
         const char* nome;
         const char* banda;
-        int elemento;   // -1 the band itself
+        std::optional<TipoElemento> tipo;   // none: the band itself
+        const char* cosa;                   // the element's text, field or sum; "" the first of its kind
         std::function<bool(E&)> modifica;
     };
+    using T = TipoElemento;
     const std::vector<Caso> casi{
-        {"spostato con i tasti", "Intestazione report", 0, [](E& ed) { return ed.Sposta(UnPunto, 10 * UnPunto); }},
-        {"allargato dal bordo est", "Dettaglio", 0, [](E& ed) { return ed.Ridimensiona(Presa::Est, -4, 0); }},
-        {"linea spostata", "Piede report", 0, [](E& ed) { return ed.Sposta(0.35, 0.7); }},
-        {"banda più alta", "Dettaglio", -1, [](E& ed) { return ed.Ridimensiona(Presa::FondoBanda, 0, 2.5); }},
-        {"testo cambiato", "Intestazione report", 0,
+        {"spostato con i tasti", "Intestazione report", T::Testo, "FATTURA",
+         [](E& ed) { return ed.Sposta(UnPunto, 10 * UnPunto); }},
+        {"allargato dal bordo est", "Dettaglio", T::Campo, "DescMovimento",
+         [](E& ed) { return ed.Ridimensiona(Presa::Est, -4, 0); }},
+        {"linea spostata", "Piede report", T::Linea, "", [](E& ed) { return ed.Sposta(0.35, 0.7); }},
+        {"banda più alta", "Dettaglio", {}, "", [](E& ed) { return ed.Ridimensiona(Presa::FondoBanda, 0, 2.5); }},
+        {"testo cambiato", "Intestazione report", T::Testo, "FATTURA",
          [](E& ed) { return ed.Imposta(Proprieta::Testo, "FATTURA N. [Documento.Numero]").empty(); }},
-        {"carattere e allineamento", "Dettaglio", 1,
+        {"carattere e allineamento", "Dettaglio", T::Campo, "Quantita",
          [](E& ed) {
              return ed.Imposta(Proprieta::Punti, "9,5").empty() && ed.Imposta(Proprieta::Grassetto, "Sì").empty() &&
                     ed.Imposta(Proprieta::Allinea, "Centro").empty() &&
                     ed.Imposta(Proprieta::Carattere, "DejaVu Serif").empty();
          }},
-        {"somma per pagina", "Riporto", 1, [](E& ed) { return ed.Imposta(Proprieta::Ambito, "Pagina").empty(); }},
-        {"maschera", "Dettaglio", 4, [](E& ed) { return ed.Imposta(Proprieta::Maschera, "#,0").empty(); }},
-        {"bordo", "Piede report", 1, [](E& ed) { return ed.Imposta(Proprieta::Spessore, "0.5").empty(); }},
-        {"campo aggiunto", "Piede pagina", -1, [](E& ed) { return ed.Aggiungi(TipoElemento::Campo, "Documento.Numero"); }},
-        {"linea aggiunta", "Dettaglio", -1, [](E& ed) { return ed.Aggiungi(TipoElemento::Linea); }},
-        {"elemento eliminato", "Intestazione pagina", 3, [](E& ed) { return ed.Elimina(); }},
+        {"somma per pagina", "Riporto", T::Campo, "Importo", [](E& ed) { return ed.Imposta(Proprieta::Ambito, "Pagina").empty(); }},
+        {"maschera", "Dettaglio", T::Campo, "Importo", [](E& ed) { return ed.Imposta(Proprieta::Maschera, "#,0").empty(); }},
+        {"bordo", "Piede report", T::Riquadro, "", [](E& ed) { return ed.Imposta(Proprieta::Spessore, "0.5").empty(); }},
+        {"riga ripetuta spostata e cambiata", "Piede report", T::Campo, "Iva.Imposta",
+         [](E& ed) { return ed.Sposta(0, 0.5) && ed.Imposta(Proprieta::Maschera, "#,0").empty(); }},
+        {"campo aggiunto", "Piede pagina", {}, "", [](E& ed) { return ed.Aggiungi(TipoElemento::Campo, "Documento.Numero"); }},
+        {"linea aggiunta", "Dettaglio", {}, "", [](E& ed) { return ed.Aggiungi(TipoElemento::Linea); }},
+        {"elemento eliminato", "Intestazione pagina", T::Testo, "Prezzo", [](E& ed) { return ed.Elimina(); }},
     };
     const Modello originale = Fattura();
     for (const auto& c : casi) {
         EditorModello ed(originale);
-        ed.Seleziona({BandaDi(ed, c.banda), c.elemento});
+        const int banda = BandaDi(ed, c.banda);
+        ed.Seleziona({banda, c.tipo ? ElementoDi(ed, banda, *c.tipo, c.cosa) : -1});
         ASSERT_TRUE(c.modifica(ed)) << c.nome;
         EXPECT_TRUE(ed.Modificato()) << c.nome;
         const Modello cambiato = ed.modello();
@@ -232,8 +250,14 @@ TEST(EditorReport, CampiDaiSubReportEQuelliSconosciuti) {
     Modello m = Leggi(prova::ReportElenco(), "Prova.rpf");
     m.subReports.push_back({"Testata", Archivio::Archivio, "Select Count(*) As Righe from Movimenti", {}});
     m.subReports.push_back({"Guasto", Archivio::Archivio, "Select * from Nessuna", {}});
-    const auto colonne = ColonneSubReport(m, db.get(), nullptr);
-    EXPECT_EQ(CampiScelti(m, colonne), (std::vector<std::string>{"Cliente", "Descrizione", "Importo", "Testata.Righe"}));
+    // The layout's own: one reads a field of a sub-report before it, one the master file by company.
+    m.subReports.push_back({"Legata", Archivio::Archivio, "Select Descrizione As Terza from Movimenti where ID={Testata.Righe}", {}, true});
+    m.subReports.push_back({"Ditta", Archivio::Aziende, "Select Nome from Ditte where ID={Azienda}", {}, true});
+    auto aziende = store::Workspace::Default().CreateDatabase(cartella / "aziende.mdb");
+    aziende->Execute("Create Table Ditte (ID Long, Nome Text(50))");
+    const auto colonne = ColonneSubReport(m, db.get(), nullptr, 1, aziende.get());
+    EXPECT_EQ(CampiScelti(m, colonne), (std::vector<std::string>{"Cliente", "Descrizione", "Importo", "Testata.Righe",
+                                                                 "Legata.Terza", "Ditta.Nome"}));
     EXPECT_TRUE(CampiSconosciuti(m, colonne).empty());
     EditorModello ed(m);
     ed.Seleziona({BandaDi(ed, "Dettaglio"), 0});

@@ -45,14 +45,18 @@ Documento Impagina(const std::string& xml, const Tabella& t) {
 TEST(FileReport, SalvatoERilettoUgualeAlPrimo) {
     const std::string gruppo = R"(<gruppo campo="Cliente">
     <banda tipo="intestazioneGruppo" altezza="7"><testo x="0" y="0" larghezza="80" altezza="7" grassetto="1">[Cliente]</testo>
-      <riquadro x="0" y="0" larghezza="120" altezza="7" spessore="0.3"/></banda>
+      <riquadro x="0" y="0" larghezza="120" altezza="7" spessore="0.3" ripeti="Elenco" punti="12" allinea="destra"/></banda>
     <banda tipo="piedeGruppo" altezza="6"><campo x="80" y="0" larghezza="40" altezza="6" somma="Importo" ambito="gruppo" maschera="#,0.00"/>
-      <linea x1="0" y1="0" x2="120" y2="0"/></banda></gruppo>)";
+      <campo x="0" y="0" larghezza="40" altezza="6" nome="Cliente" ambito="pagina" spessore="2"/>
+      <linea x1="0" y1="0" x2="120" y2="0" grassetto="1" cresce="1"/></banda></gruppo>)";
     const std::string immagine = R"(<banda tipo="intestazioneReport" altezza="20"><immagine x="0" y="0" larghezza="30" altezza="15" file="logo.png"/>
       <testo x="40" y="0" larghezza="80" altezza="20" cresce="1" corsivo="1" carattere="DejaVu Serif" punti="12.5">Nota &amp; "testo" &lt;lungo&gt;</testo></banda>)";
     const Modello primo = Leggi(prova::ReportElenco(immagine, gruppo), "Prova.rpf");
     ASSERT_EQ(primo.gruppi.size(), 1u);
     EXPECT_EQ(primo.banda(TipoBanda::IntestazioneReport)->elementi[1].testo, "Nota & \"testo\" <lungo>");
+    // What a kind does not have (a box repeated, a field's scope without a sum, a text's line width)
+    // is not read, so no save can lose it.
+    EXPECT_TRUE(primo.gruppi[0].intestazione->elementi[1].ripeti.empty());
     const Modello secondo = Leggi(Scrivi(primo), "Prova.rpf");
     EXPECT_TRUE(secondo == primo) << Scrivi(primo);
     EXPECT_EQ(primo.bande.front().tipo, TipoBanda::IntestazioneReport);

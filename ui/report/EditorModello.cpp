@@ -476,16 +476,25 @@ bool EditorModello::passa(std::vector<Stato>& da, std::vector<Stato>& a) {
 }
 
 std::map<std::string, std::vector<std::string>> ColonneSubReport(const Modello& modello, store::Database* archivio,
-                                                                 store::Database* temp) {
+                                                                 store::Database* temp, long azienda,
+                                                                 store::Database* aziende) {
     std::map<std::string, std::vector<std::string>> colonne;
+    Dati prime;   // the first row of each statement that ran, for the {Sub.Campo} of those after it
     for (const auto& sub : modello.subReports) {
         auto& campi = colonne[sub.nome];
-        store::Database* db = sub.database == Archivio::Temp ? temp : archivio;
-        const std::string sql = TestoQuery(modello, sub);
+        store::Database* db = DatabaseDi(sub, archivio, temp, aziende);
+        const std::string sql = TestoNoto(TestoQuery(modello, sub), prime, azienda);
         if (!db || sql.find_first_not_of(" \t\r\n") == std::string::npos) continue;
         try {
             auto rs = db->OpenRecordset(sql);
-            for (int i = 0; i < rs->FieldCount(); ++i) campi.push_back(rs->Fields(i).Name());
+            Tabella t;
+            for (int i = 0; i < rs->FieldCount(); ++i) t.campi.push_back(rs->Fields(i).Name());
+            if (!rs->Eof()) {
+                auto& riga = t.righe.emplace_back();
+                for (int i = 0; i < rs->FieldCount(); ++i) riga.push_back(rs->Fields(i).value());
+            }
+            campi = t.campi;
+            prime[minuscolo(sub.nome)] = std::move(t);
         } catch (const store::JetError&) {
             campi.clear();
         }

@@ -117,9 +117,12 @@ private:
 };
 
 // The columns of each sub-report's statement, by the sub-report's name as declared: the statement
-// opened and no row read. A statement that does not run gives no columns.
+// opened on its own database, with what the engine knows put in it as a print does ({Azienda}, and
+// {Sub.Campo} from the first row of a sub-report before it, the only row read). A statement that does
+// not run gives no columns.
 std::map<std::string, std::vector<std::string>> ColonneSubReport(const Modello& modello, store::Database* archivio,
-                                                                 store::Database* temp);
+                                                                 store::Database* temp, long azienda = 0,
+                                                                 store::Database* aziende = nullptr);
 // The fields an element would offer: the detail's columns by name, then the others' as "Sub.Campo".
 std::vector<std::string> CampiScelti(const Modello& modello,
                                      const std::map<std::string, std::vector<std::string>>& colonne);

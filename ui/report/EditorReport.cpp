@@ -316,16 +316,11 @@ frmEditorReport::frmEditorReport(const Motore& motore, QWidget* parent)
     Modello perDati;
     perDati.subReports = subReports_;
     perDati.parametri = parametri_;
-    auto apri = [](const store::DatabasePtr& aperto, const std::string& percorso) {
-        if (aperto || percorso.empty()) return aperto;
-        return store::Workspace::Default().OpenDatabase(percorso, false, true);
-    };
     try {
-        const store::DatabasePtr archivio = apri(motore.dbArchivio, motore.Archivio);
-        const store::DatabasePtr temp = apri(motore.dbTemp, motore.Scratch);
-        colonne_ = ColonneSubReport(perDati, archivio.get(), temp.get());
+        const Motore::Archivi a = motore.Apri(perDati);
+        colonne_ = ColonneSubReport(perDati, a.archivio.get(), a.temp.get(), motore.Azienda, a.aziende.get());
         perDati.sorgente = ed_.modello().sorgente;
-        dati_ = CaricaDati(perDati, archivio.get(), temp.get(), nomeFile_);
+        dati_ = CaricaDati(perDati, a.archivio.get(), a.temp.get(), nomeFile_, motore.Azienda, a.aziende.get());
     } catch (const store::JetError& e) {
         erroreDati_ = std::to_string(e.number()) + "; " + e.what();
     }

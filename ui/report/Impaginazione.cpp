@@ -354,10 +354,7 @@ std::string TestoQuery(const Modello& modello, const SubReportDichiarato& sub) {
     return out;
 }
 
-namespace {
-
-// What the engine itself knows, put in a statement's place: {Azienda}, and {Sub.Campo} of a sub-report
-// already run (an ID as a plain number); any other {name} stays as it was.
+// An ID goes in as a plain number.
 std::string TestoNoto(const std::string& sql, const Dati& dati, long azienda) {
     std::string out;
     for (const auto& p : Pezzi(sql)) {
@@ -389,7 +386,15 @@ std::string TestoNoto(const std::string& sql, const Dati& dati, long azienda) {
     return out;
 }
 
-}  // namespace
+store::Database* DatabaseDi(const SubReportDichiarato& sub, store::Database* archivio, store::Database* temp,
+                            store::Database* aziende) {
+    switch (sub.database) {
+    case Archivio::Temp: return temp;
+    case Archivio::Aziende: return aziende;
+    case Archivio::Archivio: break;
+    }
+    return archivio;
+}
 
 Dati CaricaDati(const Modello& modello, store::Database* archivio, store::Database* temp, const std::string& nomeFile,
                 long azienda, store::Database* aziende) {
@@ -398,9 +403,7 @@ Dati CaricaDati(const Modello& modello, store::Database* archivio, store::Databa
         Tabella t;
         const std::string sql = TestoNoto(TestoQuery(modello, sub), dati, azienda);
         if (sql.find_first_not_of(" \t\r\n") != std::string::npos) {
-            store::Database* db = sub.database == Archivio::Temp      ? temp
-                                  : sub.database == Archivio::Aziende ? aziende
-                                                                      : archivio;
+            store::Database* db = DatabaseDi(sub, archivio, temp, aziende);
             if (!db)
                 throw ErroreReport(store::err::OggettoNonImpostato,
                                    nomeFile + ": il sub-report " + sub.nome + " non ha il suo database aperto");

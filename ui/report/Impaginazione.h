@@ -28,6 +28,15 @@ using Dati = std::map<std::string, Tabella>;
 // of that name, or else of the report's.
 std::string TestoQuery(const Modello& modello, const SubReportDichiarato& sub);
 
+// What the engine itself knows, put in a statement's place: {Azienda} is the company's ID, {Sub.Campo}
+// the field of the first row of that sub-report among dati (Null when it has no row); any other {name}
+// stays as it was.
+std::string TestoNoto(const std::string& sql, const Dati& dati, long azienda);
+
+// The database a sub-report's statement runs on, among those given (null when that one is not).
+store::Database* DatabaseDi(const SubReportDichiarato& sub, store::Database* archivio, store::Database* temp,
+                            store::Database* aziende);
+
 // Runs every sub-report's statement on the archive, the scratch file or the master file, in the order
 // declared: {Azienda} in a statement is the company's ID, {Sub.Campo} the field of the first row of a
 // sub-report already run. A failing statement, or a field the layout names that its statement lacks,

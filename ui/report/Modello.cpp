@@ -213,21 +213,26 @@ private:
             e.larghezza = numero("larghezza", 0);
             e.altezza = numero("altezza", 0);
         }
-        e.spessore = numero("spessore", e.spessore);
-        const std::string al = attr("allinea");
-        e.allinea = al == "destra" ? Allineamento::Destra : al == "centro" ? Allineamento::Centro : Allineamento::Sinistra;
-        if (ha("carattere")) e.carattere.famiglia = attr("carattere");
-        e.carattere.punti = numero("punti", e.carattere.punti);
-        if (e.carattere.punti <= 0) fallisci("un carattere di punti non positivi");
-        e.carattere.grassetto = vero("grassetto");
-        e.carattere.corsivo = vero("corsivo");
-        e.cresce = vero("cresce");
-        e.ripeti = attr("ripeti");
+        // A kind takes only the attributes it has, those Scrivi writes for it: any other is passed over
+        // here too, so that what is read is what a save keeps (a box marked to repeat would otherwise
+        // print once per row only until the editor saved it).
+        if (e.tipo == TipoElemento::Linea || e.tipo == TipoElemento::Riquadro) e.spessore = numero("spessore", e.spessore);
+        if (e.tipo == TipoElemento::Testo || e.tipo == TipoElemento::Campo) {
+            const std::string al = attr("allinea");
+            e.allinea = al == "destra" ? Allineamento::Destra : al == "centro" ? Allineamento::Centro : Allineamento::Sinistra;
+            if (ha("carattere")) e.carattere.famiglia = attr("carattere");
+            e.carattere.punti = numero("punti", e.carattere.punti);
+            if (e.carattere.punti <= 0) fallisci("un carattere di punti non positivi");
+            e.carattere.grassetto = vero("grassetto");
+            e.carattere.corsivo = vero("corsivo");
+            e.cresce = vero("cresce");
+            e.ripeti = attr("ripeti");
+        }
         e.campo = attr("nome");
         e.somma = attr("somma");
         e.maschera = attr("maschera");
         e.file = attr("file");
-        const std::string amb = attr("ambito");
+        const std::string amb = e.somma.empty() ? std::string() : attr("ambito");   // a sum's only
         e.ambito = amb == "gruppo" ? Ambito::Gruppo : amb == "pagina" ? Ambito::Pagina : Ambito::Report;
         if (e.tipo == TipoElemento::Campo && e.campo.empty() && e.somma.empty())
             fallisci("un <campo> senza nome né somma");

@@ -23,21 +23,26 @@ SubReportDichiarato& Motore::SubReport(const std::string& nome) {
 
 std::string Motore::NomeFile() const { return std::filesystem::path(File).filename().string(); }
 
-Documento Motore::Prepara(const Misuratore& misuratore) const {
-    if (!caricato_) throw ErroreReport(91, NomeFile() + ": il report non è stato caricato");
+Motore::Archivi Motore::Apri(const Modello& modello) const {
     auto apri = [](const store::DatabasePtr& aperto, const std::string& percorso) {
         if (aperto || percorso.empty()) return aperto;
         return store::Workspace::Default().OpenDatabase(percorso, false, true);
     };
-    const store::DatabasePtr archivio = apri(dbArchivio, Archivio);
-    const store::DatabasePtr temp = apri(dbTemp, Scratch);
     bool leggeAziende = false;
-    for (const auto& sub : modello_.subReports) leggeAziende = leggeAziende || sub.database == report::Archivio::Aziende;
-    const store::DatabasePtr aziende =
-        leggeAziende && !CartellaDati.empty()
-            ? apri(dbAziende, (std::filesystem::path(CartellaDati) / "Aziende.mdb").string())
-            : dbAziende;
-    const Dati dati = CaricaDati(modello_, archivio.get(), temp.get(), NomeFile(), Azienda, aziende.get());
+    for (const auto& sub : modello.subReports) leggeAziende = leggeAziende || sub.database == report::Archivio::Aziende;
+    Archivi a;
+    a.archivio = apri(dbArchivio, Archivio);
+    a.temp = apri(dbTemp, Scratch);
+    a.aziende = leggeAziende && !CartellaDati.empty()
+                    ? apri(dbAziende, (std::filesystem::path(CartellaDati) / "Aziende.mdb").string())
+                    : dbAziende;
+    return a;
+}
+
+Documento Motore::Prepara(const Misuratore& misuratore) const {
+    if (!caricato_) throw ErroreReport(91, NomeFile() + ": il report non è stato caricato");
+    const Archivi a = Apri(modello_);
+    const Dati dati = CaricaDati(modello_, a.archivio.get(), a.temp.get(), NomeFile(), Azienda, a.aziende.get());
     return Impagina(modello_, dati, misuratore, CartellaImmagini, NomeFile());
 }
 

@@ -42,6 +42,13 @@ public:
     const Modello& modello() const { return modello_; }
     std::string NomeFile() const;
 
+    // The databases the statements of modello read, those not already open opened for the run: the
+    // master file only when a sub-report reads it.
+    struct Archivi {
+        store::DatabasePtr archivio, temp, aziende;
+    };
+    Archivi Apri(const Modello& modello) const;
+
     // Runs the statements and lays the pages out.
     Documento Prepara(const Misuratore& misuratore) const;
     Documento Prepara() const;
