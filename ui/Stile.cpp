@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
@@ -85,6 +86,12 @@ QDialogButtonBox* confermaAnnulla(QWidget* parent, QPushButton*& conferma, QPush
     riga->addButton(conferma, QDialogButtonBox::AcceptRole);
     riga->addButton(annulla, QDialogButtonBox::RejectRole);
     return riga;
+}
+
+QLabel* didascalia(const QString& testo, QWidget* parent) {
+    auto* l = new QLabel(testo, parent);
+    l->setStyleSheet("color: palette(mid)");
+    return l;
 }
 
 }  // namespace ui

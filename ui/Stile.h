@@ -6,6 +6,7 @@
 class QBoxLayout;
 class QDialogButtonBox;
 class QLayout;
+class QLabel;
 class QPushButton;
 class QToolButton;
 class QWidget;
@@ -28,6 +29,8 @@ void impostaSpaziatura(QLayout* l);
 QPushButton* comando(const char* nome, const QString& testo, QWidget* parent = nullptr);
 // The confirm and cancel row at the foot of a dialog: btnConferma (the default) and btnAnnulla.
 QDialogButtonBox* confermaAnnulla(QWidget* parent, QPushButton*& conferma, QPushButton*& annulla);
+// The caption of a value that is only shown (field panels, a register's header), greyed.
+QLabel* didascalia(const QString& testo, QWidget* parent = nullptr);
 // The small image command beside a combo (imgNew, imgEdit).
 QToolButton* immagine(const char* nome, const QString& suggerimento, QWidget* parent = nullptr);
 

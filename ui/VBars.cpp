@@ -51,8 +51,7 @@ void VBars::aggiungiCampo(int gruppo, const std::string& campo, const std::strin
     valore->setTextInteractionFlags(Qt::TextSelectableByMouse);
     valore->setWordWrap(true);
     valore->setObjectName(QString::fromStdString("lbl" + campo));
-    auto* etichetta = new QLabel(QString::fromStdString(titolo), this);
-    etichetta->setStyleSheet("color: palette(mid)");
+    auto* etichetta = didascalia(QString::fromStdString(titolo), this);
     gruppi_.at(static_cast<size_t>(gruppo)).righe->addRow(etichetta, valore);
     campi_.push_back({campo, maschera, valore});
 }

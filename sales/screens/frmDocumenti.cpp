@@ -11,6 +11,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <tuple>
+
 #include "core/diritti.h"
 #include "core/dialogs.h"
 #include "core/documenti.h"
@@ -62,9 +64,7 @@ QHBoxLayout* riga(std::initializer_list<QWidget*> w) {
 }
 
 QLabel* didascalia(QWidget* parent, const std::string& chiave) {
-    auto* l = new QLabel(QString::fromStdString(core::Didascalia(chiave)), parent);
-    l->setStyleSheet("color: palette(mid)");
-    return l;
+    return ui::didascalia(QString::fromStdString(core::Didascalia(chiave)), parent);
 }
 
 long tipoDelRegistro(long tipo) {
@@ -285,13 +285,12 @@ void frmDocumenti::StampaRitenuta() { core::Stampa(sales::StampaRitenutaDocument
 // over its lines, hidden for other documents.
 void frmDocumenti::DopoCambioRiga() {
     if (Scadenze) Scadenze->Carica(Grid->haRigaCorrente() ? Grid->idCorrente() : 0);
-    const std::pair<QLabel*, const char*> periodo[] = {{lblDataDal, "DataDal"}, {lblDataAl, "DataAl"}};
-    for (const auto& [etichetta, campo] : periodo) {
+    const std::tuple<QLabel*, const char*, const char*> periodo[] = {{lblDataDal, "DataDal", "Dal "},
+                                                                     {lblDataAl, "DataAl", "Al "}};
+    for (const auto& [etichetta, campo, prima] : periodo) {
         const store::Value v = Grid->valore(campo);
         const bool data = !v.isNull() && store::CDbl(v) != 0;
-        etichetta->setText(data ? QString::fromStdString(std::string(campo == std::string("DataDal") ? "Dal " : "Al ") +
-                                                         store::DateText(store::CDbl(v)))
-                                : QString());
+        etichetta->setText(data ? QString::fromStdString(prima + store::DateText(store::CDbl(v))) : QString());
         etichetta->setVisible(data);
     }
 }

@@ -56,15 +56,7 @@ Documento disegno(const EditorModello& ed, const std::string& cartellaImmagini) 
     for (int i = 0; i < ed.Bande(); ++i) {
         const double cima = ed.Cima(i);
         for (const auto& e : ed.banda(i).elementi) {
-            Primitiva p;
-            p.tipo = e.tipo == TipoElemento::Campo ? TipoElemento::Testo : e.tipo;
-            p.x = e.x + sinistro;
-            p.y = e.y + cima;
-            p.larghezza = e.larghezza;
-            p.altezza = e.altezza;
-            p.carattere = e.carattere;
-            p.allinea = e.allinea;
-            p.spessore = e.spessore;
+            Primitiva p = PrimitivaDi(e, e.x + sinistro, e.y + cima);
             if (e.tipo == TipoElemento::Testo) p.testo = e.testo;
             else if (e.tipo == TipoElemento::Campo)
                 p.testo = e.somma.empty() ? "[" + e.campo.substr(e.campo.find('.') + 1) + "]" : "Σ [" + e.somma + "]";

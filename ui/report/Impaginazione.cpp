@@ -223,15 +223,7 @@ private:
     }
 
     void rendiElemento(const Elemento& e, int livello, double scarto, Resa& r) const {
-        Primitiva p;
-        p.tipo = e.tipo == TipoElemento::Campo ? TipoElemento::Testo : e.tipo;
-        p.x = e.x;
-        p.y = e.y + scarto;
-        p.larghezza = e.larghezza;
-        p.altezza = e.altezza;
-        p.carattere = e.carattere;
-        p.allinea = e.allinea;
-        p.spessore = e.spessore;
+        Primitiva p = PrimitivaDi(e, e.x, e.y + scarto);
         p.aCapo = e.cresce;
         if (e.tipo == TipoElemento::Testo) p.testo = testo(e.testo);
         else if (e.tipo == TipoElemento::Campo)
@@ -324,6 +316,19 @@ private:
 };
 
 }  // namespace
+
+Primitiva PrimitivaDi(const Elemento& e, double x, double y) {
+    Primitiva p;
+    p.tipo = e.tipo == TipoElemento::Campo ? TipoElemento::Testo : e.tipo;
+    p.x = x;
+    p.y = y;
+    p.larghezza = e.larghezza;
+    p.altezza = e.altezza;
+    p.carattere = e.carattere;
+    p.allinea = e.allinea;
+    p.spessore = e.spessore;
+    return p;
+}
 
 int Tabella::indice(const std::string& campo) const {
     const std::string l = minuscolo(campo);

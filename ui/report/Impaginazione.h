@@ -61,6 +61,10 @@ struct Primitiva {
     bool aCapo = false;                        // wraps from the top of its frame
 };
 
+// What an element draws, where its band puts it: its kind (a field as a text), frame and look; the
+// text is the caller's, the printed value or the editor's placeholder.
+Primitiva PrimitivaDi(const Elemento& e, double x, double y);
+
 struct PaginaStampata {
     std::vector<Primitiva> primitive;
 };
