@@ -40,7 +40,7 @@ void impostaFinestraPrincipale(QWidget* finestra);
 template <class Schermo>
 bool MostraSchermo() {
     Schermo s(finestraPrincipale());
-    return s.exec() == 1;
+    return eseguiModale(&s, [&s] { return s.exec() == 1; });
 }
 
 // Runs a command and turns any failure into the error box: a database error with its number and

@@ -82,13 +82,16 @@ TEST(AggiornamentoAvvio, ArchivioVecchioAggiornatoPrimaDelPannello) {
     ProgrammaDiProva p;
     const std::string file = PreparaArchivioVecchio(p);
     p.script->lasciaAprire("frmAggiorna");  // the real screens, driven by their buttons
+    // The registry's factory, then the screen it builds, shown modally in its turn.
+    p.script->lasciaAprire("frmAggiornaPrimaNota");
     p.script->lasciaAprire("frmAggiornaPrimaNota");
     ClicQuandoVisibile("frmAggiorna", "btnAggiorna");
     ClicQuandoVisibile("frmAggiornaPrimaNota", "btnAggiorna");
 
     ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
     EXPECT_NE(frmMain::istanza(), nullptr);
-    EXPECT_EQ(p.script->schermiMostrati(), (std::vector<std::string>{"frmAggiorna", "frmAggiornaPrimaNota"}));
+    EXPECT_EQ(p.script->schermiMostrati(),
+              (std::vector<std::string>{"frmAggiorna", "frmAggiornaPrimaNota", "frmAggiornaPrimaNota"}));
     EXPECT_TRUE(testiMostrati(*p.script).empty()) << ::testing::PrintToString(testiMostrati(*p.script));
 
     // The archive the session opened has the model's structure, and the next start needs no update.

@@ -204,3 +204,32 @@ TEST(Pannello, EliminazioneDiUnAzienda) {
     EXPECT_TRUE(fs::exists(p.dati / "Alfa 2026.mdb"));
     EXPECT_EQ(frmMain::istanza()->cbAzienda->count(), 1);
 }
+
+namespace {
+
+// Every command of the menus that is enabled opens its screen: a window of that name is on screen
+// afterwards, or the scripted dialogs were asked to show it. A command present but doing nothing
+// fails here.
+TEST(Pannello, OgniComandoAbilitatoApreIlSuoSchermo) {
+    ProgrammaDiProva p;
+    apriEsercizioDiProva(p);
+    int aperti = 0;
+    for (const core::ComandoPannello& c : core::ComandiMenu()) {
+        if (c.schermo.empty() || !core::ComandoDisponibile(c)) continue;
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        ASSERT_TRUE(core::EseguiComando(c));
+        QApplication::processEvents();
+        bool visto = false;
+        for (const std::string& s : p.script->schermiMostrati()) visto = visto || s == c.schermo;
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            visto = visto || (w->isVisible() && w->objectName().toStdString() == c.schermo);
+            if (w->objectName().toStdString() == c.schermo) w->close();
+        }
+        EXPECT_TRUE(visto);
+        ++aperti;
+    }
+    EXPECT_GE(aperti, 15);
+}
+
+}  // namespace
