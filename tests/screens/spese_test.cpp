@@ -376,7 +376,7 @@ TEST_F(Acquisti, EliminaSpesaACascata) {
 // From the panel: its commands for expenses and suppliers are on, and a line opened by name belongs
 // to the expense the panel set as its mode, whose totals it brings up to date itself.
 TEST_F(Acquisti, DalPannello) {
-    for (const char* menu : {"mSpese", "mFornitori"}) EXPECT_TRUE(core::ComandoDisponibile(*core::CercaComando(menu))) << menu;
+    for (const char* menu : {"mSpese", "mFornitori", "mCertificazioniAcconto"}) EXPECT_TRUE(core::ComandoDisponibile(*core::CercaComando(menu))) << menu;
     for (const core::ComandoPannello& c : core::ComandiRapidi())
         if (c.nome == "mSpesa" || c.nome == "mFornitori") {
             EXPECT_TRUE(core::ComandoDisponibile(c)) << c.nome;
@@ -543,6 +543,43 @@ TEST_F(Acquisti, StampaDelleSpese) {
         EXPECT_EQ(stampe[0].parametri.Item("Criterio")->Valore, c.criterio);
     }
     core::installaStampa(nullptr);
+}
+
+// An instalment typed by hand on an expense of 100.00: each check of the confirm in its order, with
+// the expense's own texts, and nothing written until all pass.
+TEST_F(Acquisti, ScadenzaDiUnaSpesaControlli) {
+    spesa(1, "7", "03/20/2026");
+    db->Execute("Update Spese set ImportoSpesa=100 where ID=1");
+    struct Caso {
+        const char* nome;
+        std::string data;
+        long fornitore, spesa;
+        const char* importo;
+        std::vector<std::string> messaggi;
+    };
+    const Caso casi[] = {
+        {"senza data", "", 1, 1, "10", {"Inserire la data!"}},
+        {"data non valida", "31/02/2026", 1, 1, "10", {"La data non è valida!"}},
+        {"senza fornitore", "30/04/2026", 0, 1, "10", {"Selezionare il fornitore!"}},
+        {"senza spesa", "30/04/2026", 1, 0, "10", {"Selezionare la spesa!"}},
+        {"oltre quanto resta", "30/04/2026", 1, 1, "100,01", {"L'importo supera quanto resta da scadenzare sulla spesa!"}},
+        {"tutta la spesa", "30/04/2026", 1, 1, "100", {}},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        frmScadenzeSpeseEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Spesa", 1});
+        EXPECT_EQ(e.txtImporto->text(), "100,00");
+        EXPECT_FALSE(e.cbCliente->isVisible());
+        e.pkData->setTesto(c.data);
+        if (!c.spesa) e.cbDocumenti->setValore(store::Value::Long(0));
+        if (!c.fornitore) e.cbFornitore->setValore(store::Value::Long(0));
+        digita(e.txtImporto, c.importo);
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Scadenze where Spesa=1"), c.messaggi.empty() ? 1 : 0);
+    }
 }
 
 }  // namespace
