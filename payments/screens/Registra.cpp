@@ -2,10 +2,14 @@
 
 #include "core/registro_schermi.h"
 #include "payments/screens/frmCondizioniPagamento.h"
+#include "payments/screens/frmPagamenti.h"
+#include "payments/screens/frmScadenze.h"
 #include "payments/screens/frmScadenzeEdita.h"
 
 void RegistraSchermiPagamenti() {
     RegistraRegistro<frmCondizioniPagamento>();
     RegistraEditore<frmCondizioniPagamentoEdita>();
     RegistraEditore<frmScadenzeEdita>();
+    RegistraRegistro<frmScadenze>();
+    RegistraRegistro<frmPagamenti>();
 }
