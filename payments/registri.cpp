@@ -39,12 +39,12 @@ const core::TabellaCampi& CampiScadenze() {
         {"DataScadenza", "Scadenza", 1200, "dd/mm/yyyy"},
         {"DescScadenza", "s77", 2600},
         {"ImportoScadenza", "s171", 1200, "#,0.00", Allineamento::Destra},
-        {"ImportoTotale", "s240", 1300, "#,0.00", Allineamento::Destra},
+        {"ImportoTotale", "s240", 1750, "#,0.00", Allineamento::Destra},
         {"Rata", "s198", 500, "", Allineamento::Destra},
         {"Rate", "s199", 500, "", Allineamento::Destra},
-        {"Stato", "Stato", 1200},
-        {"Destinatario", "Intestatario", 2800},
-        {"DescDocumento", "Documento", 3000},
+        {"Stato", "Stato", 1500},
+        {"Destinatario", "Intestatario", 3600},
+        {"DescDocumento", "Documento", 3400},
     };
     return t;
 }
@@ -56,13 +56,13 @@ const core::TabellaCampi& CampiPagamenti() {
         {"ImportoPagamento", "s171", 1200, "#,0.00", Allineamento::Destra},
         {"NumeroAssegno", "Assegno", 1500},
         {"DescDocumento", "Documento", 3200},
-        {"ImportoTotale", "s240", 1200, "#,0.00", Allineamento::Destra},
+        {"ImportoTotale", "Totale", 1200, "#,0.00", Allineamento::Destra},
         {"DescScadenza", "Scadenza", 1500},
-        {"DataScadenza", "Data scadenza", 1200, "dd/mm/yyyy"},
-        {"ImportoScadenza", "Importo scadenza", 1200, "#,0.00", Allineamento::Destra},
+        {"DataScadenza", "Scade il", 1200, "dd/mm/yyyy"},
+        {"ImportoScadenza", "Importo rata", 1300, "#,0.00", Allineamento::Destra},
         {"Rata", "s198", 500, "", Allineamento::Destra},
         {"Rate", "s199", 500, "", Allineamento::Destra},
-        {"Destinatario", "Intestatario", 2800},
+        {"Destinatario", "Intestatario", 3600},
     };
     return t;
 }

@@ -51,7 +51,7 @@ frmPagamenti::frmPagamenti(QWidget* parent)
     // The dates beside the search, before its command.
     auto* ricerca = static_cast<QBoxLayout*>(layout()->itemAt(0)->layout());
     const int prima = ricerca->indexOf(btnCerca);
-    auto* lblDal = new QLabel("Da&l", this);
+    auto* lblDal = new QLabel("&Dal", this);
     lblDal->setBuddy(pkDal->casella());
     auto* lblAl = new QLabel("A&l", this);
     lblAl->setBuddy(pkAl->casella());
