@@ -1,0 +1,213 @@
+// The register of instalments to collect on an archive of 1,000,000 instalments (over 1,000,000
+// documents and the expenses): the real frmScadenze offscreen, beside SQLite's own C interface
+// running the very text the engine runs, on the same file.
+//   PrimaSchermata  the register opened in its active mode until its first screen of rows is
+//                   shown; SQLite: the statement prepared and its first 40 rows read.
+//   Avvisi          the same opened from the day's reminders (the unpaid instalments reminded
+//                   today); SQLite likewise.
+//   UltimaRiga      Ctrl+End on the list until its last row is current; SQLite: the statement in
+//                   the opposite order, a block of rows read.
+// Each iteration runs the two sides in turn, so whatever else loads the machine weighs on both;
+// the counters give each side's mean in milliseconds and their ratio.
+// The archive is generated once into the system's temporary folder (several minutes the first time);
+// the model's indexes are added to it when missing, as the structure update does to an old archive.
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+
+#include <QApplication>
+#include <QTest>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "core/impostazioni.h"
+#include "core/pannello.h"
+#include "core/session.h"
+#include "payments/registri.h"
+#include "payments/screens/frmScadenze.h"
+#include "store/catalog_database.h"
+#include "store/clock.h"
+#include "store/convert.h"
+#include "store/model/model.h"
+#include "support/DialoghiScript.h"
+#include "support/archive_gen.h"
+#include "ui/VetraGrid.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kRigheSchermata = 40;
+
+bench::Dimensioni dimensioni() {
+    bench::Dimensioni d;
+    d.clienti = 5000;
+    d.fornitori = 500;
+    d.documenti = 1000000;
+    d.righe = 1;
+    d.scadenze = 1000000;
+    d.pagamenti = 300000;
+    return d;
+}
+
+using Clock = std::chrono::steady_clock;
+double ms(Clock::time_point da) { return std::chrono::duration<double, std::milli>(Clock::now() - da).count(); }
+
+void aggiungiIndiciMancanti(store::Database& db) {
+    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
+        const auto def = db.GetTableDef(t.nome);
+        if (!def) continue;
+        for (const store::IndexDef& ix : t.definizione().Indexes) {
+            bool ha = false;
+            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
+            if (!ha) db.AppendIndex(t.nome, ix);
+        }
+    }
+}
+
+struct Ambiente {
+    std::string path;
+    store::DatabasePtr db;
+    fs::path programma = fs::temp_directory_path() / "brevano-scadenze-bench";
+    std::shared_ptr<prova::ScriptedDialogs> script;
+
+    Ambiente() {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        prova::applicazioneDiProva();
+        fs::create_directories(programma);
+        fs::copy_file(fs::path(store::model::CartellaDatiSorgente()) / "Italiano.lng", programma / "Italiano.lng",
+                      fs::copy_options::overwrite_existing);
+        core::Session& s = core::session();
+        s.CartellaProgramma = programma.string();
+        core::RipristinaLingua();
+        path = bench::ArchivioProva(dimensioni());
+        db = store::Workspace::Default().OpenDatabase(path);
+        s.dbArchivio = db;
+        aggiungiIndiciMancanti(*db);
+        // Today is a day the generated reminders fall on.
+        const store::Value giorno = db->OpenRecordset("Select Max(DataAvviso) as M from Scadenze")->get("M");
+        store::fissaOrologio(giorno.isNull() ? store::Oggi() : store::CDate(giorno));
+        s.Privilegi = std::string(14, '1');
+        s.NomeUtente = "admin";
+        script = prova::installaScript();
+    }
+};
+
+Ambiente& ambiente() {
+    static Ambiente a;
+    return a;
+}
+
+bool senzaMessaggi(benchmark::State& state) {
+    if (ambiente().script->messaggi().empty()) return true;
+    state.SkipWithError(ambiente().script->messaggi().front().testo.c_str());
+    return false;
+}
+
+// SQLite alone on the same file, with the engine's functions and collation.
+class Grezzo {
+public:
+    Grezzo() {
+        sqlite3_open_v2(ambiente().path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+        store::sql::registerFunctions(db_);
+        sqlite3_busy_timeout(db_, 4000);
+    }
+    ~Grezzo() { sqlite3_close_v2(db_); }
+
+    long leggi(const std::string& dialetto, long n = -1) {
+        const store::sql::Translation t = ambiente().db->impl().translate(dialetto);
+        sqlite3_stmt* s = nullptr;
+        sqlite3_prepare_v2(db_, t.sql.c_str(), static_cast<int>(t.sql.size()), &s, nullptr);
+        store::sql::bindParams(s, t.params);
+        long righe = 0;
+        while ((n < 0 || righe < n) && sqlite3_step(s) == SQLITE_ROW) {
+            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c) benchmark::DoNotOptimize(sqlite3_column_text(s, c));
+            ++righe;
+        }
+        sqlite3_finalize(s);
+        return righe;
+    }
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
+struct Misure {
+    double motore = 0, grezzo = 0;
+    int volte = 0;
+    void riporta(benchmark::State& state) const {
+        if (volte == 0) return;
+        state.counters["motore_ms"] = motore / volte;
+        state.counters["sqlite_ms"] = grezzo / volte;
+        state.counters["rapporto"] = grezzo > 0 ? motore / grezzo : 0;
+    }
+};
+
+std::unique_ptr<frmScadenze> apriRegistro(int modo) {
+    core::ImpostaModoSchermo(frmScadenze::Nome, modo);
+    auto f = std::make_unique<frmScadenze>();
+    f->show();
+    QApplication::processEvents();
+    return f;
+}
+
+// range(0): the register's mode (0 active, 2 active from the day's reminders).
+void BM_PrimaSchermata(benchmark::State& state) {
+    ambiente();
+    const int modo = static_cast<int>(state.range(0));
+    Grezzo grezzo;
+    Misure m;
+    for (auto _ : state) {
+        auto t = Clock::now();
+        auto f = apriRegistro(modo);
+        m.motore += ms(t);
+        if (!senzaMessaggi(state)) break;
+        if (modo == payments::ScadenzeAttive && f->griglia()->righeMostrate() < kRigheSchermata)
+            state.SkipWithError("the first screen is not full");
+        state.counters["righe"] = f->griglia()->righeMostrate();
+        const std::string istruzione = f->griglia()->istruzione();
+        state.PauseTiming();
+        f.reset();
+        state.ResumeTiming();
+        t = Clock::now();
+        benchmark::DoNotOptimize(grezzo.leggi(istruzione, kRigheSchermata));
+        m.grezzo += ms(t);
+        ++m.volte;
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_PrimaSchermata)->ArgName("modo")->Arg(0)->Arg(2)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+void BM_UltimaRiga(benchmark::State& state) {
+    ambiente();
+    Grezzo grezzo;
+    Misure m;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto f = apriRegistro(payments::ScadenzeAttive);
+        ui::VetraGrid* g = f->griglia();
+        state.ResumeTiming();
+        auto t = Clock::now();
+        QTest::keyClick(g, Qt::Key_End, Qt::ControlModifier);
+        QApplication::processEvents();
+        m.motore += ms(t);
+        if (!senzaMessaggi(state)) break;
+        const std::string inversa = g->istruzioneInversa();
+        state.PauseTiming();
+        f.reset();
+        state.ResumeTiming();
+        t = Clock::now();
+        benchmark::DoNotOptimize(grezzo.leggi(inversa, ui::VetraGridModel::RighePerBlocco));
+        m.grezzo += ms(t);
+        ++m.volte;
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_UltimaRiga)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+}  // namespace
+
+BENCHMARK_MAIN();
