@@ -34,6 +34,7 @@
 #include "store/model/model.h"
 #include "support/DialoghiScript.h"
 #include "support/archive_gen.h"
+#include "support/confronto_sqlite.h"
 #include "ui/VetraGrid.h"
 
 namespace fs = std::filesystem;
@@ -107,44 +108,13 @@ bool senzaMessaggi(benchmark::State& state) {
     return false;
 }
 
-// SQLite alone on the same file, with the engine's functions and collation.
-class Grezzo {
+// SQLite alone on the same file as the program's archive.
+class Grezzo : public bench::Grezzo {
 public:
-    Grezzo() {
-        sqlite3_open_v2(ambiente().path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-        store::sql::registerFunctions(db_);
-        sqlite3_busy_timeout(db_, 4000);
-    }
-    ~Grezzo() { sqlite3_close_v2(db_); }
-
-    long leggi(const std::string& dialetto, long n = -1) {
-        const store::sql::Translation t = ambiente().db->impl().translate(dialetto);
-        sqlite3_stmt* s = nullptr;
-        sqlite3_prepare_v2(db_, t.sql.c_str(), static_cast<int>(t.sql.size()), &s, nullptr);
-        store::sql::bindParams(s, t.params);
-        long righe = 0;
-        while ((n < 0 || righe < n) && sqlite3_step(s) == SQLITE_ROW) {
-            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c) benchmark::DoNotOptimize(sqlite3_column_text(s, c));
-            ++righe;
-        }
-        sqlite3_finalize(s);
-        return righe;
-    }
-
-private:
-    sqlite3* db_ = nullptr;
+    Grezzo() : bench::Grezzo(ambiente().path, *ambiente().db) {}
 };
 
-struct Misure {
-    double motore = 0, grezzo = 0;
-    int volte = 0;
-    void riporta(benchmark::State& state) const {
-        if (volte == 0) return;
-        state.counters["motore_ms"] = motore / volte;
-        state.counters["sqlite_ms"] = grezzo / volte;
-        state.counters["rapporto"] = grezzo > 0 ? motore / grezzo : 0;
-    }
-};
+using bench::Misure;
 
 std::unique_ptr<frmScadenze> apriRegistro(int modo) {
     core::ImpostaModoSchermo(frmScadenze::Nome, modo);
