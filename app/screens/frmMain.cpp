@@ -30,6 +30,7 @@
 #include "app/screens/frmArchiviEdita.h"
 #include "app/screens/frmSelPeriodo.h"
 #include "core/session.h"
+#include "payments/registri.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
@@ -449,7 +450,9 @@ void frmMain::ComandoRapido(const std::string& chiave) {
 void frmMain::Avviso(const std::string& chiave) {
     if (!core::schermoRegistrato("frmScadenze")) return;
     core::ChiudiFormAperta("frmScadenze");
-    core::ImpostaModoSchermo("frmScadenze", chiave == "ScadenzeAttive" ? 0 : 1);
+    // The side of the reminder, on the instalments whose reminder is today.
+    const int lato = chiave == "ScadenzeAttive" ? payments::ScadenzeAttive : payments::ScadenzePassive;
+    core::ImpostaModoSchermo("frmScadenze", lato + payments::ConAvvisiDiOggi);
     core::MostraPannello("frmScadenze");
 }
 

@@ -3,6 +3,8 @@
 #include "core/registro_schermi.h"
 #include "payments/screens/frmCondizioniPagamento.h"
 #include "payments/screens/frmGeneraScadenze.h"
+#include "payments/screens/frmPagamenti.h"
+#include "payments/screens/frmScadenze.h"
 #include "payments/screens/frmScadenzeEdita.h"
 
 void RegistraSchermiPagamenti() {
@@ -11,4 +13,6 @@ void RegistraSchermiPagamenti() {
     RegistraEditore<frmScadenzeEdita>();
     RegistraEditore<frmScadenzeSpeseEdita>();
     core::registraSchermo(frmGeneraScadenze::Nome, frmGeneraScadenze::Mostra);
+    RegistraRegistro<frmScadenze>();
+    RegistraRegistro<frmPagamenti>();
 }

@@ -1,0 +1,95 @@
+#include "payments/screens/frmScadenzeCerca.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QPushButton>
+
+#include "core/impostazioni.h"
+#include "store/convert.h"
+#include "ui/Dialoghi.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraPicker.h"
+
+namespace {
+
+// OpPagate's choices in their order, as the filter keeps them: both, paid, not paid.
+constexpr int kStati[] = {2, 1, 0};
+
+int posizioneStato(int stato) { return stato == 1 ? 1 : stato == 0 ? 2 : 0; }
+
+long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
+
+ui::VetraCombo* elenco(const char* nome, const std::string& sorgente, const char* campo, const std::string& titolo,
+                       long valore, QWidget* parent) {
+    auto* c = new ui::VetraCombo(parent);
+    c->setObjectName(nome);
+    c->setSorgente(sorgente);
+    c->setCampoTesto(campo);
+    c->setColonne({{campo, titolo, 3000}});
+    ui::protetto([c] { c->Aggiorna(); });
+    c->setValore(store::Value::Long(static_cast<std::int32_t>(valore)));
+    return c;
+}
+
+}  // namespace
+
+frmScadenzeCerca::frmScadenzeCerca(int modo, const payments::FiltroScadenze& filtro, QWidget* parent)
+    : ui::DialogoCerca(Nome, QString::fromStdString(core::Testo(payments::TitoloScadenze(modo))) + " - Ricerca",
+                       "T&rova", parent),
+      filtro_(filtro) {
+    auto spunta = [this](const char* nome, const char* testo, bool attiva) {
+        auto* c = new QCheckBox(testo, this);
+        c->setObjectName(nome);
+        c->setChecked(attiva);
+        return c;
+    };
+    auto data = [this](const char* nome, const std::string& testo) {
+        auto* p = new ui::VetraPicker(this);
+        p->setObjectName(nome);
+        p->setTesto(testo);
+        return p;
+    };
+    chkDataDal = spunta("chkDataDal", "Scadenze a partire &dal", filtro.dataDal);
+    pkDataDal = data("pkDataDal", filtro.dal);
+    chkDataAl = spunta("chkDataAl", "Scadenze &fino al", filtro.dataAl);
+    pkDataAl = data("pkDataAl", filtro.al);
+    chkDest = spunta("chkDest", "&Intestatario", filtro.destinatario);
+    cbCliente = elenco("cbCliente", "Select * from qrClienti Order by DescCliente", "Denominazione",
+                       core::Testo("s40"), filtro.cliente, this);
+    cbFornitore = elenco("cbFornitore", "Select * from Fornitori Order By DescFornitore", "DescFornitore",
+                         core::Testo("s41"), filtro.fornitore, this);
+    OpPagate = new QComboBox(this);
+    OpPagate->setObjectName("OpPagate");
+    OpPagate->addItems({"Entrambe", "Pagate", "Non Pagate"});
+    OpPagate->setCurrentIndex(posizioneStato(filtro.stato));
+
+    QFormLayout* campi = campiRicerca();
+    campi->addRow(chkDataDal, pkDataDal);
+    campi->addRow(chkDataAl, pkDataAl);
+    campi->addRow(chkDest, cbCliente);
+    campi->addRow("oppure", cbFornitore);
+    campi->addRow("&Stato", OpPagate);
+    Command2->setText("A&nnulla");
+    setMinimumWidth(500);
+}
+
+bool frmScadenzeCerca::Conferma() {
+    if (!ui::DataSpuntataValida(chkDataDal, pkDataDal) || !ui::DataSpuntataValida(chkDataAl, pkDataAl)) return false;
+    payments::FiltroScadenze f;
+    f.dataDal = chkDataDal->isChecked();
+    f.dataAl = chkDataAl->isChecked();
+    f.dal = pkDataDal->testo();
+    f.al = pkDataAl->testo();
+    f.destinatario = chkDest->isChecked();
+    f.cliente = idDi(cbCliente->valore());
+    f.fornitore = idDi(cbFornitore->valore());
+    f.stato = kStati[OpPagate->currentIndex()];
+    filtro_ = f;
+    return true;
+}
+
+std::optional<payments::FiltroScadenze> frmScadenzeCerca::Cerca() {
+    if (!Esegui()) return std::nullopt;
+    return filtro_;
+}
