@@ -168,14 +168,14 @@ void GeneraEstratto(long intestatario, long tipo, bool soloAperte, double dal, d
     db.Execute("Delete from Estratto where Tipo=" + Id(tipo));
     if (tipo != EstrattoCliente && tipo != EstrattoFornitore) return;
     const Filtri f = FiltriPeriodo(dal, al);
-    db.BeginBatch(1000);
+    db.BeginBatch(100000);
     try {
         if (tipo == EstrattoCliente) {
             RigheCliente(db, intestatario, soloAperte, f);
         } else {
             RigheFornitori(db, intestatario, soloAperte, f, gruppi, avanza);
             db.EndBatch();
-            db.BeginBatch(1000);
+            db.BeginBatch(100000);
             if (gruppi) RicalcolaSaldi(false, "DescFornitore, Fornitore, Data", temp);
             auto fornitori =
                 db.OpenRecordset("Select Distinct Fornitore, DescFornitore from Estratto where Tipo=" + Id(tipo));

@@ -213,12 +213,14 @@ void frmBilancio::Disegna() {
             *barre[i] << v[i];
             massimo = std::max(massimo, v[i]);
         }
-        mesi << QString::fromStdString(store::MonthName(m.mese, true) + " " + std::to_string(m.anno % 100));
+        mesi << QString::fromStdString(store::MonthName(m.mese, true));
     }
     for (auto* b : barre) serie->append(b);
     auto* chart = new QChart;
     chart->addSeries(serie);
-    chart->setTitle("Andamento mensile");
+    if (!mesi_.empty())
+        chart->setTitle(QString::fromStdString("Andamento mensile da " + store::MonthName(mesi_.front().mese) + " " +
+                                               std::to_string(mesi_.front().anno)));
     auto* asseX = new QBarCategoryAxis;
     asseX->append(mesi);
     chart->addAxis(asseX, Qt::AlignBottom);
