@@ -127,14 +127,6 @@ TEST_F(Estratto, ClienteRigaPerRiga) {
     }
 }
 
-TEST_F(Estratto, DescrizioniEDateDaDocumentiEPagamenti) {
-    ArchivioCliente();
-    GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
-    EXPECT_EQ(store::ConcatText(temp_->OpenRecordset("Select * from Estratto where ID=1")->get("Descrizione")),
-              store::ConcatText(Valore("Select * from qrDocumentiDesc where ID=1", "DescDocumento")));
-    EXPECT_DOUBLE_EQ(store::DateValue(temp_->OpenRecordset("Select * from Estratto where ID=6")->get("Data")), D(8, 3, 2026));
-}
-
 TEST_F(Estratto, ClienteSenzaMovimentiDaUnEstrattoVuoto) {
     ArchivioCliente();
     GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
@@ -209,15 +201,6 @@ TEST_F(Estratto, SaldoPrecedenteRaccoglieIlPrimaETogliIlDopo) {
     auto rs = temp_->OpenRecordset("Select * from Estratto where ID=-1");
     EXPECT_DOUBLE_EQ(store::DateValue(rs->get("Data")), D(31, 1, 2026));
     EXPECT_EQ(store::ConcatText(rs->get("DescFornitore")), "Beta");
-}
-
-TEST_F(Estratto, RicalcolaSaldiRipartePerFornitore) {
-    const char* righe[] = {"(1,1,#01/10/2026#,10,Null,0,1)", "(2,1,#01/11/2026#,Null,4,0,1)",
-                           "(3,1,#01/09/2026#,7,Null,0,2)", "(4,1,#01/12/2026#,1,Null,0,2)"};
-    for (const char* r : righe)
-        temp_->Execute(std::string("Insert Into Estratto (ID,Tipo,Data,Dare,Avere,Saldo,Fornitore) VALUES ") + r);
-    books::RicalcolaSaldi(false, "Fornitore, Data");
-    Confronta(Righe(1), {{"", 10, 0, 10, 1}, {"", 0, 4, 6, 1}, {"", 7, 0, 7, 2}, {"", 1, 0, 8, 2}});
 }
 
 }  // namespace
