@@ -9,7 +9,9 @@
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/dialogs.h"
+#include "core/estratto_conto.h"
 #include "core/impostazioni.h"
+#include "core/session.h"
 #include "expenses/campi.h"
 #include "payments/primanota.h"
 #include "sales/campi.h"
@@ -65,11 +67,17 @@ frmFornitori::frmFornitori(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
                               "Select * from qrPagamentiIncassi where ID=-1", schede,
                               {"DataPagamento", "DescPagamento", "TipoPagamento", "ImportoPagamento"}),
         [this](ui::Dettaglio* lista) { return schedaPagamenti(lista); });
-    GridEstratto = aggiungiScheda(
-        "Estratto C&onto",
-        ui::SchedaSolaLettura("GridEstratto", core::PrimaNotaVedere, [](long) { return std::string("Select * from Estratto where Tipo=1"); },
-                              "Select * from Estratto where ID=-1", schede,
-                              {"Data", "Descrizione", "Operazione", "Dare", "Avere", "Saldo"}));
+    // The supplier's whole statement, made again in the scratch file each time the tab reads it.
+    ui::DefinizioneDettaglio estratto = ui::SchedaSolaLettura(
+        "GridEstratto", core::PrimaNotaVedere,
+        [](long id) {
+            core::GeneraEstratto(id, 1, false, 0, 0, false);
+            return std::string("Select * from Estratto where Tipo=1");
+        },
+        "Select * from Estratto where ID=-1", schede, {"Data", "Descrizione", "Operazione", "Dare", "Avere", "Saldo"});
+    estratto.database = core::session().dbTemp;
+    estratto.ordinamento = "ID";
+    GridEstratto = aggiungiScheda("Estratto C&onto", estratto);
 
     // On the supplier's side the pay command is guarded by position 13.
     btnPagaScadenza = aggiungiComando("btnPagaScadenza", "&Paga", core::PrimaNotaVedere, [this] {
@@ -80,9 +88,17 @@ frmFornitori::frmFornitori(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
     });
     btnEliminaPagamento = aggiungiComando("btnEliminaPagamento", "Elimina pagamen&to", core::PagamentiModificare,
                                           [this] { EliminaPagamento(); });
+    aggiungiComando("btnStampaEstratto", "Stampa &estratto", core::PrimaNotaVedere, [this] { StampaEstratto(); });
     aggiungiChiamata();
     carica(std::move(d));
     resize(1180, 640);
+}
+
+void frmFornitori::StampaEstratto() {
+    if (idCorrente() == 0) return;
+    auto campo = [this](const char* nome) { return store::ConcatText(Grid->valore(nome)); };
+    core::Stampa(core::StampaEstratto(1, {campo("DescFornitore") + " " + campo("DescFornitore2"), campo("Indirizzo"),
+                                          campo("Cap"), campo("Citta"), campo("Provincia"), campo("PartitaIva")}));
 }
 
 std::string frmFornitori::SorgentePagamenti(long fornitore) const {

@@ -28,6 +28,7 @@ public:
     QPushButton* btnEliminaPagamento;
 
     void EliminaPagamento();
+    void StampaEstratto();
 
 private:
     QWidget* schedaPagamenti(ui::Dettaglio* lista);

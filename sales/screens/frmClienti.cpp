@@ -8,7 +8,9 @@
 
 #include "core/diritti.h"
 #include "core/dialogs.h"
+#include "core/estratto_conto.h"
 #include "core/impostazioni.h"
+#include "core/session.h"
 #include "sales/campi.h"
 #include "store/convert.h"
 #include "ui/Dettaglio.h"
@@ -54,11 +56,13 @@ frmClienti::frmClienti(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
     d.editor = [](QWidget* parent) { return std::make_unique<frmClientiEdita>(parent); };
     d.sezioneStampa = "Clienti";
 
-    GridEstratto = aggiungiScheda(
-        "Estratto Conto",
-        Scheda("GridEstratto", core::PrimaNotaVedere, [](long) { return std::string("Select * from Estratto where Tipo=0"); },
-               "Select * from Estratto where ID=-1", {"Data", "Descrizione", "Dare", "Avere", "Saldo"}),
-        [this](ui::Dettaglio* lista) { return schedaEstratto(lista); });
+    // The statement lies in the scratch file, in the order it was made.
+    ui::DefinizioneDettaglio estratto =
+        Scheda("GridEstratto", core::PrimaNotaVedere, [this](long id) { return GeneraEstratto(id); },
+               "Select * from Estratto where ID=-1", {"Data", "Descrizione", "Dare", "Avere", "Saldo"});
+    estratto.database = core::session().dbTemp;
+    estratto.ordinamento = "ID";
+    GridEstratto = aggiungiScheda("Estratto Conto", estratto, [this](ui::Dettaglio* lista) { return schedaEstratto(lista); });
     GridScadenze = aggiungiScheda(
         "Scadenze",
         Scheda("GridScadenze", core::ScadenzeVedere,
@@ -83,15 +87,28 @@ frmClienti::frmClienti(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
                {"Data", "DescServizio", "OraInizio", "OraFine", "TempoIntervento", "Km", "Note"}),
         [this](ui::Dettaglio* lista) { return schedaAssistenze(lista); });
     GridAssistenze->griglia()->setOrdinamento("Data", ui::Direzione::Decrescente);
+    aggiungiComando("btnStampaEstratto", "Stampa &estratto", core::PrimaNotaVedere, [this] { StampaEstratto(); });
     aggiungiChiamata();
 
     carica(std::move(d));
     resize(1180, 640);
 }
 
-// The statement is made for the customer by the statement routine, from the open items only or
-// from all, between the two dates; until that routine is in, the tab lists what the table holds
-// and its options only read the list again.
+// The statement is made again for the customer each time the tab reads it: from the open items
+// only or from all, between the two dates (an empty picker is no limit).
+std::string frmClienti::GeneraEstratto(long cliente) {
+    auto data = [](ui::VetraPicker* p) { return p->dataValida() ? store::DateValue(p->valore()) : 0.0; };
+    core::GeneraEstratto(cliente, 0, chkPartiteAperte->isChecked(), data(pkEstrattoDal), data(pkEstrattoAl), false);
+    return "Select * from Estratto where Tipo=0";
+}
+
+void frmClienti::StampaEstratto() {
+    if (idCorrente() == 0) return;
+    auto campo = [this](const char* nome) { return store::ConcatText(Grid->valore(nome)); };
+    core::Stampa(core::StampaEstratto(0, {campo("DescCliente") + " " + campo("DescCliente2"), campo("Indirizzo"),
+                                          campo("Cap"), campo("Citta"), campo("Provincia"), campo("PartitaIva")}));
+}
+
 QWidget* frmClienti::schedaEstratto(ui::Dettaglio* lista) {
     auto* pagina = new QWidget(this);
     auto* l = new QVBoxLayout(pagina);

@@ -31,6 +31,8 @@ public:
 
 private:
     QWidget* schedaEstratto(ui::Dettaglio* lista);
+    std::string GeneraEstratto(long cliente);
+    void StampaEstratto();
     QWidget* schedaAssistenze(ui::Dettaglio* lista);
     void CaricaAssistenze();
 };

@@ -1,0 +1,206 @@
+// Statements worked out by hand: every Dare, Avere and Saldo of a customer's and of the suppliers'
+// statements, the period and open-items filters, and the "Saldo Precedente" fold.
+#include "books/estratto.h"
+#include "support/archivio_logica.h"
+
+namespace {
+
+using books::GeneraEstratto;
+
+struct RigaAttesa {
+    std::string descrizione;
+    double dare;   // 0 stands for Null
+    double avere;
+    double saldo;
+    long fornitore = 0;
+};
+
+class Estratto : public prova::ArchivioProva {
+protected:
+    void SetUp() override {
+        ArchivioProva::SetUp();
+        temp_ = store::Workspace::Default().CreateDatabase(cartella_ / "temp.mdb");
+        store::model::CreaTemp(*temp_);
+        core::session().dbTemp = temp_;
+        Esegui("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi')");
+        Esegui("Insert Into Clienti (ID,DescCliente) VALUES (2,'Verdi')");
+    }
+    void TearDown() override {
+        temp_->Close();
+        ArchivioProva::TearDown();
+    }
+
+    void Doc(long id, long tipo, const std::string& data, double totale, long cliente, long fornitore = 0,
+             bool escluso = false) {
+        Esegui("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Fornitore,ImportoTotale,EscludiEstrattoConto) "
+               "VALUES (" + std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(id) + ",'" + data +
+               "'," + std::to_string(cliente) + "," + std::to_string(fornitore) + "," + Sql(totale) + "," +
+               (escluso ? "True" : "False") + ")");
+    }
+    void Pag(long id, const std::string& legame, long verso, const std::string& data, double importo,
+             const std::string& desc, long cliente = 0, long fornitore = 0) {
+        Esegui("Insert Into Pagamenti (ID," + legame + ",Cliente,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
+               "VALUES (" + std::to_string(id) + "," + std::to_string(verso) + "," + std::to_string(cliente) + "," +
+               std::to_string(fornitore) + ",'" + desc + "','" + data + "'," + Sql(importo) + ")");
+    }
+
+    std::vector<RigaAttesa> Righe(long tipo, const std::string& ordine = "ID") {
+        std::vector<RigaAttesa> r;
+        auto rs = temp_->OpenRecordset("Select * from Estratto where Tipo=" + std::to_string(tipo) + " order by " + ordine);
+        for (; !rs->Eof(); rs->MoveNext())
+            r.push_back({store::ConcatText(rs->get("Descrizione")), core::NumeroOZero(rs->get("Dare")),
+                         core::NumeroOZero(rs->get("Avere")), core::NumeroOZero(rs->get("Saldo")),
+                         static_cast<long>(core::NumeroOZero(rs->get("Fornitore")))});
+        return r;
+    }
+
+    static void Confronta(const std::vector<RigaAttesa>& avute, const std::vector<RigaAttesa>& attese) {
+        ASSERT_EQ(avute.size(), attese.size());
+        for (size_t i = 0; i < attese.size(); ++i) {
+            SCOPED_TRACE("riga " + std::to_string(i + 1) + " " + attese[i].descrizione);
+            if (!attese[i].descrizione.empty()) {
+                EXPECT_EQ(avute[i].descrizione, attese[i].descrizione);
+            }
+            EXPECT_DOUBLE_EQ(avute[i].dare, attese[i].dare);
+            EXPECT_DOUBLE_EQ(avute[i].avere, attese[i].avere);
+            EXPECT_NEAR(avute[i].saldo, attese[i].saldo, 1e-9);
+            EXPECT_EQ(avute[i].fornitore, attese[i].fornitore);
+        }
+    }
+
+    static double D(int g, int m, int a) { return store::DateSerial(a, m, g); }
+
+    // Customer 1: a fattura of January half paid (the balance carried into March), a credit note of
+    // March refunded in full, a fattura of March paid in two, out of date order; plus what must not
+    // show: another customer's fattura, a preventivo, a document kept out of statements.
+    void ArchivioCliente() {
+        Doc(1, 5, "10/01/2026", 500, 1);
+        Pag(1, "Documento", 1, "20/01/2026", 200, "Acconto gennaio", 1);
+        Doc(2, 6, "03/03/2026", 122, 1);
+        Pag(2, "Documento", 2, "25/03/2026", 122, "Rimborso nota", 1);
+        Doc(3, 5, "05/03/2026", 1220, 1);
+        Pag(3, "Documento", 3, "20/03/2026", 700.5, "Bonifico saldo", 1);
+        Pag(4, "Documento", 3, "08/03/2026 10.30.00", 100, "Contanti", 1);
+        Doc(4, 5, "06/03/2026", 999, 2);
+        Doc(5, 7, "07/03/2026", 888, 1);
+        Doc(6, 5, "09/03/2026", 777, 1, 0, true);
+        Pag(5, "Documento", 6, "10/03/2026", 777, "Escluso", 1);
+    }
+
+    test::CartellaTemporanea cartella_;
+    store::DatabasePtr temp_;
+};
+
+TEST_F(Estratto, ClienteRigaPerRiga) {
+    ArchivioCliente();
+    struct Caso {
+        const char* nome;
+        bool soloAperte;
+        double dal, al;
+        std::vector<RigaAttesa> righe;
+    } const casi[] = {
+        {"tutto l'archivio", false, 0, 0,
+         {{"", 500, 0, 500},
+          {"Acconto gennaio", 0, 200, 300},
+          {"", 0, 122, 178},          // the credit note lowers the balance
+          {"Rimborso nota", 122, 0, 300},   // and its money raises it
+          {"", 1220, 0, 1520},
+          {"Contanti", 0, 100, 1420},       // the document's payments by their own date
+          {"Bonifico saldo", 0, 700.5, 719.5}}},
+        {"da marzo", false, D(1, 3, 2026), 0,
+         {{"", 0, 122, -122}, {"Rimborso nota", 122, 0, 0}, {"", 1220, 0, 1220},
+          {"Contanti", 0, 100, 1120}, {"Bonifico saldo", 0, 700.5, 419.5}}},
+        {"fino al 10 marzo: i pagamenti dopo restano fuori", false, 0, D(10, 3, 2026),
+         {{"", 500, 0, 500}, {"Acconto gennaio", 0, 200, 300}, {"", 0, 122, 178}, {"", 1220, 0, 1398},
+          {"Contanti", 0, 100, 1298}}},
+        {"solo aperte: la nota rimborsata sparisce con il suo rimborso", true, 0, 0,
+         {{"", 500, 0, 500}, {"Acconto gennaio", 0, 200, 300}, {"", 1220, 0, 1520},
+          {"Contanti", 0, 100, 1420}, {"Bonifico saldo", 0, 700.5, 719.5}}},
+        {"solo aperte prima del rimborso: la nota resta", true, 0, D(24, 3, 2026),
+         {{"", 500, 0, 500}, {"Acconto gennaio", 0, 200, 300}, {"", 0, 122, 178}, {"", 1220, 0, 1398},
+          {"Contanti", 0, 100, 1298}, {"Bonifico saldo", 0, 700.5, 597.5}}},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        GeneraEstratto(1, books::EstrattoCliente, c.soloAperte, c.dal, c.al, false);
+        Confronta(Righe(0), c.righe);
+    }
+}
+
+TEST_F(Estratto, ClienteSenzaMovimentiDaUnEstrattoVuoto) {
+    ArchivioCliente();
+    GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
+    Esegui("Insert Into Clienti (ID,DescCliente) VALUES (3,'Nuovo')");
+    GeneraEstratto(3, books::EstrattoCliente, false, 0, 0, false);
+    EXPECT_TRUE(Righe(0).empty());
+}
+
+TEST_F(Estratto, OgniTipoRifattoDaCapoSenzaToccareLAltro) {
+    ArchivioCliente();
+    Esegui("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Beta')");
+    Esegui("Insert Into Spese (ID,Numero,Data,Fornitore,ImportoSpesa) VALUES (1,'7','10/02/2026',1,300)");
+    GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
+    GeneraEstratto(1, books::EstrattoFornitore, false, 0, 0, false);
+    GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
+    EXPECT_EQ(Righe(0).size(), 7u);
+    EXPECT_EQ(Righe(1).size(), 1u);
+    EXPECT_EQ(Conta("Clienti"), 2);  // nothing written in the archive
+}
+
+// Two suppliers: "Beta" with an expense paid in part and a received credit note collected; "Alfa"
+// with an unpaid expense. A received credit note goes under Dare as an expense does.
+TEST_F(Estratto, FornitoriPerGruppoConSaldoCheRiparte) {
+    Esegui("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Beta')");
+    Esegui("Insert Into Fornitori (ID,DescFornitore) VALUES (2,'Alfa')");
+    Esegui("Insert Into Spese (ID,Numero,Data,Fornitore,ImportoSpesa) VALUES (1,'7','10/02/2026',1,300)");
+    Esegui("Insert Into Spese (ID,Numero,Data,Fornitore,ImportoSpesa) VALUES (2,'8','05/02/2026',2,200)");
+    Esegui("Insert Into Spese (ID,Numero,Data,Fornitore,ImportoSpesa,EscludiEstrattoConto) VALUES (3,'9','06/02/2026',2,50,True)");
+    Pag(1, "Spesa", 1, "15/02/2026", 100, "Acconto spesa", 0, 1);
+    Doc(1, 9, "20/02/2026", 50, 0, 1);
+    Pag(2, "Documento", 1, "25/02/2026", 50, "Incasso nota", 0, 1);
+    struct Caso {
+        const char* nome;
+        long fornitore;
+        bool gruppi;
+        bool soloAperte;
+        std::vector<RigaAttesa> righe;
+    } const casi[] = {
+        {"tutti, per gruppo", 0, true, false,
+         {{"", 200, 0, 200, 2},
+          {"", 300, 0, 300, 1},
+          {"Acconto spesa", 0, 100, 200, 1},
+          {"", 50, 0, 250, 1},
+          {"Incasso nota", 0, 50, 200, 1}}},
+        {"uno solo", 1, false, false,
+         {{"", 300, 0, 300, 1}, {"Acconto spesa", 0, 100, 200, 1}, {"", 50, 0, 250, 1}, {"Incasso nota", 0, 50, 200, 1}}},
+        {"solo aperte: la nota incassata sparisce", 1, false, true,
+         {{"", 300, 0, 300, 1}, {"Acconto spesa", 0, 100, 200, 1}}},
+    };
+    for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
+        GeneraEstratto(c.fornitore, books::EstrattoFornitore, c.soloAperte, 0, 0, c.gruppi);
+        Confronta(Righe(1, c.gruppi ? "DescFornitore, Fornitore, Data, ID" : "ID"), c.righe);
+    }
+    EXPECT_EQ(store::ConcatText(temp_->OpenRecordset("Select * from Estratto where ID=1")->get("Descrizione")),
+              "Spesa N.7 del 10/02/2026");
+}
+
+// Rows dated outside the period are folded into one row per supplier, dated the day before the
+// period, with a negative ID below any other.
+TEST_F(Estratto, SaldoPrecedenteRaccoglieIlPrimaETogliIlDopo) {
+    const char* righe[] = {"(1,1,#01/10/2026#,'a',100,Null,100,1)", "(2,1,#01/20/2026#,'b',Null,30,70,1)",
+                           "(3,1,#02/05/2026#,'c',40,Null,110,1)", "(4,1,#04/01/2026#,'d',5,Null,115,1)",
+                           "(5,1,#01/15/2026#,'e',10,Null,10,2)", "(6,1,#01/16/2026#,'f',Null,10,0,2)"};
+    for (const char* r : righe)
+        temp_->Execute(std::string("Insert Into Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo,Fornitore) VALUES ") + r);
+    books::SaldoPrecedenteEstratto(1, "Beta", 1, D(1, 2, 2026), D(28, 2, 2026));
+    books::SaldoPrecedenteEstratto(2, "Alfa", 1, D(1, 2, 2026), D(28, 2, 2026));  // nets to 0: no row
+    temp_->Execute("Insert Into Estratto (ID,Tipo,Data,Dare,Fornitore) VALUES (7,1,#01/02/2026#,8,3)");
+    books::SaldoPrecedenteEstratto(3, "Gamma", 1, D(1, 2, 2026), 0);
+    Confronta(Righe(1), {{"Saldo Precedente", 8, 0, 8, 3}, {"Saldo Precedente", 100, 30, 70, 1}, {"c", 40, 0, 110, 1}});
+    auto rs = temp_->OpenRecordset("Select * from Estratto where ID=-1");
+    EXPECT_DOUBLE_EQ(store::DateValue(rs->get("Data")), D(31, 1, 2026));
+    EXPECT_EQ(store::ConcatText(rs->get("DescFornitore")), "Beta");
+}
+
+}  // namespace
