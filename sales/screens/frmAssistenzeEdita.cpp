@@ -42,6 +42,7 @@ ui::VetraCombo* combo(const char* nome, const char* campo, const char* sorgente,
     c->setCampoDestinazione(campo);
     c->setSorgente(sorgente);
     c->setCampoTesto(testo);
+    c->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     return c;
 }
 

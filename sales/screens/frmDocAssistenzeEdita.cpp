@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPlainTextEdit>
 
 #include "core/campi.h"
 #include "core/dialogs.h"
@@ -28,9 +29,9 @@ long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
 const core::TabellaCampi& CampiVisite() {
     static const core::TabellaCampi t{
         {"DescServizio", "s39", 2000},
-        {"Data", "s84", 1100, "dd/mm/yyyy"},
-        {"OraInizio", "Inizio", 900},
-        {"OraFine", "Fine", 900},
+        {"Data", "s84", 1300, "dd/mm/yyyy"},
+        {"OraInizio", "Inizio", 900, "hh:nn"},
+        {"OraFine", "Fine", 900, "hh:nn"},
         {"TempoIntervento", "Durata(Min)", 1200, "", core::Allineamento::Destra},
         {"Km", "Km", 700, "", core::Allineamento::Destra},
     };
@@ -115,6 +116,12 @@ frmDocAssistenzeEdita::frmDocAssistenzeEdita(QWidget* parent, long tipo)
     campi()->insertRow(1, "Costo &ora", fmTariffe);
     campi()->addRow(GridAssistenze);
     setMinimumWidth(720);
+    // The period and the rates first, then the document as its editor orders it.
+    const std::vector<QWidget*> ordine{pkDal,    pkAl,       txtCostoOra, txtCostoKm, cbIva,       cbPrefisso,
+                                       txtNum,   cbSuffisso, pkData,      pkDataReg,  cbClienti,   cbPagamento,
+                                       txtSconto1, txtSconto2, txtSconto3, txtSconto4, VText1,     VText2,
+                                       Text1,    GridAssistenze};
+    for (size_t i = 1; i < ordine.size(); ++i) setTabOrder(ordine[i - 1], ordine[i]);
 
     auto rileggi = [this] { ui::protetto([this] { CaricaAssistenze(); }); };
     connect(cbClienti, &ui::VetraCombo::valoreCambiato, this, rileggi);
