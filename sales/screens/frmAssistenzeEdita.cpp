@@ -112,8 +112,8 @@ frmAssistenzeEdita::frmAssistenzeEdita(QWidget* parent)
     setTabOrder(Check1, Text1);
 }
 
-// Leaving a time box with a text that is no time is refused, and the focus stays; going to Annulla,
-// or to another window, is not leaving it.
+// Leaving a time box with a text that is no time is refused, and the focus stays. Going to Annulla
+// or to another window is not leaving it; going to Conferma leaves the check to the confirm.
 bool frmAssistenzeEdita::eventFilter(QObject* oggetto, QEvent* evento) {
     if (evento->type() == QEvent::FocusOut && (oggetto == VText2 || oggetto == VText3)) {
         const auto motivo = static_cast<QFocusEvent*>(evento)->reason();
@@ -121,7 +121,8 @@ bool frmAssistenzeEdita::eventFilter(QObject* oggetto, QEvent* evento) {
         const std::string testo = ora->text().toStdString();
         const bool lasciato = motivo == Qt::TabFocusReason || motivo == Qt::BacktabFocusReason ||
                               motivo == Qt::MouseFocusReason || motivo == Qt::ShortcutFocusReason;
-        if (lasciato && QApplication::focusWidget() != btnAnnulla && !sales::OraVuota(testo) &&
+        const QWidget* verso = QApplication::focusWidget();
+        if (lasciato && verso != btnAnnulla && verso != btnConferma && !sales::OraVuota(testo) &&
             !sales::OraVisita(testo)) {
             core::MsgBox(core::Testo("s92"), core::vbExclamation);
             QTimer::singleShot(0, ora, [ora] {
