@@ -28,7 +28,7 @@ EsitoControllo ControllaTestataDocumento(TestataDaControllare& t) {
     if (core::Trim(t.data).empty()) return Avvisa("s212");
     const store::Value data = store::Value::Text(t.data);
     if (!store::IsDate(data)) return Avvisa("s81");
-    if (core::DataFuoriEsercizio(t.data)) return Avvisa("s288", EsitoControllo::DataNonValida);
+    if (t.controllaEsercizio && core::DataFuoriEsercizio(t.data)) return Avvisa("s288", EsitoControllo::DataNonValida);
     if (t.controparte == 0) return Avvisa("s213");
     if (!SostituisciDuplicato(t)) return EsitoControllo::Rifiutato;
     if (!SequenzaCronologicaValida(t.tipo, t.numero, store::DateValue(data), t.prefisso, t.suffisso))

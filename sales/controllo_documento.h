@@ -17,6 +17,7 @@ struct TestataDaControllare {
     std::string prefisso;
     std::string suffisso;
     long numeroAttuale = 0;  // the number the record held when the editor opened, 0 for a new one
+    bool controllaEsercizio = true;  // false: a date outside the current Esercizio passes
 };
 
 enum class EsitoControllo {

@@ -1,7 +1,9 @@
 #include "sales/screens/Registra.h"
 
 #include "core/registro_schermi.h"
+#include "sales/screens/frmAssistenzeEdita.h"
 #include "sales/screens/frmClienti.h"
+#include "sales/screens/frmDocAssistenzeEdita.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/screens/frmMovimentiEdita.h"
@@ -12,6 +14,8 @@
 void RegistraSchermiVendite() {
     RegistraRegistro<frmClienti>();
     RegistraEditore<frmClientiEdita>();
+    RegistraEditore<frmAssistenzeEdita>();
+    RegistraEditore<frmDocAssistenzeEdita>();
     RegistraRegistro<frmServizi>();
     RegistraEditore<frmServiziEdita>();
     RegistraRegistro<frmDocumenti>();

@@ -4,14 +4,18 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "core/diritti.h"
 #include "core/dialogs.h"
 #include "core/estratto_conto.h"
+#include "core/documenti.h"
 #include "core/impostazioni.h"
 #include "core/session.h"
 #include "sales/campi.h"
+#include "sales/screens/frmAssistenzeEdita.h"
+#include "sales/screens/frmDocAssistenzeEdita.h"
 #include "store/convert.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
@@ -80,12 +84,16 @@ frmClienti::frmClienti(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
                             [](long id) { return "SELECT * from qrMovimentiEx WHERE Tipo=5 and Cliente=" + Id(id); },
                             "Select * from qrMovimentiEx where ID=-1",
                             {"Data", "DescNum", "DescMovimento", "Quantita", "PrezzoUnitario", "Importo"}));
-    GridAssistenze = aggiungiScheda(
-        "Assistenze",
+    ui::DefinizioneDettaglio visite =
         Scheda("GridAssistenze", 0, [this](long id) { return sales::SorgenteAssistenze(id, cbMese->currentIndex()); },
                sales::SorgenteAssistenze(0, 0),
-               {"Data", "DescServizio", "OraInizio", "OraFine", "TempoIntervento", "Km", "Note"}),
-        [this](ui::Dettaglio* lista) { return schedaAssistenze(lista); });
+               {"Data", "DescServizio", "OraInizio", "OraFine", "TempoIntervento", "Km", "Note"});
+    visite.editor = [](QWidget* parent) { return std::make_unique<frmAssistenzeEdita>(parent); };
+    visite.nomeNuovo = "btnNuovaAssistenza";
+    visite.nomeModifica = "btnModificaAssistenza";
+    visite.nomeElimina = "btnEliminaAssistenza";
+    visite.domandaElimina = [](store::Recordset&) { return core::Testo("s25"); };
+    GridAssistenze = aggiungiScheda("Assistenze", visite, [this](ui::Dettaglio* lista) { return schedaAssistenze(lista); });
     GridAssistenze->griglia()->setOrdinamento("Data", ui::Direzione::Decrescente);
     aggiungiComando("btnStampaEstratto", "Stampa &estratto", core::PrimaNotaVedere, [this] { StampaEstratto(); });
     aggiungiChiamata();
@@ -151,6 +159,10 @@ QWidget* frmClienti::schedaAssistenze(ui::Dettaglio* lista) {
     riga->addWidget(lblMese);
     riga->addWidget(cbMese);
     riga->addStretch(1);
+    btnGeneraFavAssistenze = new QPushButton("&Genera Fattura", pagina);
+    btnGeneraFavAssistenze->setObjectName("btnGeneraFavAssistenze");
+    riga->addWidget(btnGeneraFavAssistenze);
+    connect(btnGeneraFavAssistenze, &QPushButton::clicked, this, [this] { ui::protetto([this] { GeneraFattura(); }); });
     l->addLayout(riga);
     l->addWidget(lista, 1);
     lista->griglia()->aggiungiGruppo("Mese");
@@ -163,6 +175,14 @@ void frmClienti::CaricaAssistenze() {
     ui::VetraGrid* g = GridAssistenze->griglia();
     g->pulisciGruppi();
     if (cbMese->currentIndex() == 0) g->aggiungiGruppo("Mese");
+    GridAssistenze->Carica(idCorrente());
+}
+
+// A fattura of the customer's visits, opened new on no list; the visits are read again afterwards.
+void frmClienti::GeneraFattura() {
+    if (!ui::consentito(core::DocumentiModificare)) return;
+    frmDocAssistenzeEdita e(this, core::TipoFatturaEmessa);
+    e.Edita({Modalita::Nuovo, 0, nullptr, {}, idCorrente()});
     GridAssistenze->Carica(idCorrente());
 }
 

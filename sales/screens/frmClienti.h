@@ -28,6 +28,10 @@ public:
     ui::VetraPicker* pkEstrattoDal;
     ui::VetraPicker* pkEstrattoAl;
     QComboBox* cbMese;
+    QPushButton* btnGeneraFavAssistenze;
+
+    // btnGeneraFavAssistenze: a new fattura of the current customer's visits of a period.
+    void GeneraFattura();
 
 private:
     QWidget* schedaEstratto(ui::Dettaglio* lista);

@@ -202,6 +202,7 @@ bool frmDocumentiEditaBase::Valida() {
     t.prefisso = cbPrefisso->testo();
     t.suffisso = cbSuffisso->testo();
     t.numeroAttuale = numeroAttuale_;
+    t.controllaEsercizio = controllaEsercizio_;
     const sales::EsitoControllo esito = sales::ControllaTestataDocumento(t);
     if (t.numero != txtNum->text().toLong()) txtNum->setText(QString::number(t.numero));
     if (esito == sales::EsitoControllo::DataNonValida) pkData->casella()->setFocus();

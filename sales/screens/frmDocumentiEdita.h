@@ -47,6 +47,8 @@ protected:
     void PrimaDiAggiornare(store::Recordset& rs) override;
     void DopoSalvato(long id) override;
 
+    bool controllaEsercizio_ = true;   // the date must lie in the current Esercizio
+
 private:
     void ControparteCambiata();
 

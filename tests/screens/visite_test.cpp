@@ -1,0 +1,271 @@
+// The visits of a customer on the real screens: added, changed and deleted from the customer's tab,
+// their times checked, and a period of them turned into a fattura with its period and totals.
+#include <QApplication>
+#include <QCheckBox>
+#include <QTabWidget>
+#include <QTest>
+
+#include "core/archivio_sql.h"
+#include "core/diritti.h"
+#include "sales/screens/frmAssistenzeEdita.h"
+#include "sales/screens/frmClienti.h"
+#include "sales/screens/frmDocAssistenzeEdita.h"
+#include "store/convert.h"
+#include "support/avvio_prova.h"
+#include "ui/Dettaglio.h"
+#include "ui/VText.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraGrid.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+
+namespace {
+
+const char* const kOrario = "Inserire un orario valido (per esempio 14.30)!";
+
+class VisiteSchermi : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+        for (const char* riga : {"CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Iva 22%',22)",
+                                 "CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)",
+                                 "Clienti (ID,DescCliente,CondizioniPagamento) VALUES (1,'Rossi Impianti',1)",
+                                 "Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')",
+                                 "Servizi (ID,DescServizio,CodiceInterno) VALUES (1,'Assistenza','AS')",
+                                 "Servizi (ID,DescServizio,CodiceInterno) VALUES (2,'Installazione','IN')"})
+            db->Execute(std::string("Insert Into ") + riga);
+    }
+
+    void visita(long id, const char* data, const char* inizio, const char* fine, double km, bool fattura = true) {
+        db->Execute("Insert Into Assistenze (ID,Cliente,Servizio,Data,OraInizio,OraFine,Km,Fattura) VALUES (" +
+                    std::to_string(id) + ",1,1,'" + data + "','" + inizio + "','" + fine + "'," +
+                    core::NumeroSql(km) + "," + (fattura ? "True" : "False") + ")");
+    }
+
+    // March: three to charge (90 minutes; 45 with 10 km; 40 with 12,5 km) and one not; one in April.
+    void visiteMarzoAprile() {
+        visita(1, "05/03/2026", "9.00", "10.30", 0);
+        visita(2, "12/03/2026", "14.00", "14.45", 10);
+        visita(3, "20/03/2026", "8.30", "9.10", 12.5);
+        visita(4, "31/03/2026", "16.00", "17.00", 5, false);
+        visita(5, "02/04/2026", "10.00", "11.00", 0);
+    }
+
+    long conta(const std::string& sql) {
+        long n = 0;
+        for (auto rs = db->OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
+        return n;
+    }
+    store::Value campo(const std::string& sql, const char* nome) {
+        auto rs = db->OpenRecordset(sql);
+        return rs->Eof() ? store::Value::Null() : rs->get(nome);
+    }
+
+    // The customer's register on Rossi's visits tab, shown so that the tab reads its rows.
+    std::unique_ptr<frmClienti> registro() {
+        auto r = std::make_unique<frmClienti>();
+        r->show();
+        r->griglia()->vaiAId(1);
+        r->sTab->setCurrentIndex(5);
+        return r;
+    }
+
+    // The next showing of the screen: filled, confirmed, and cancelled when a check kept it open.
+    template <class Schermo>
+    void compila(std::function<void(Schermo*)> riempi) {
+        p.script->schermo(Schermo::Nome, [riempi](QWidget* w) {
+            auto* s = static_cast<Schermo*>(w);
+            riempi(s);
+            clic(s, "btnConferma");
+            if (s->isVisible() || s->result() != QDialog::Accepted) clic(s, "btnAnnulla");
+            return true;
+        });
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
+// A visit added from the customer's tab: the customer preset, times typed as a desk would (letters
+// refused by the box), and the checks that keep a bad visit out.
+TEST_F(VisiteSchermi, NuovaVisitaDalCliente) {
+    struct Caso {
+        const char* nome;
+        QString inizio, fine, km;
+        const char* messaggio;   // "" when saved
+        const char* salvatoInizio;
+        double minuti, kmSalvati;
+    };
+    const Caso casi[] = {
+        {"valida", "9.30", "11.15", "12.5", "", "9.30", 105, 12.5},
+        {"lettere tolte", "9a.30", "11.x00", "1o0", "", "9.30", 90, 10},
+        {"senza orari", "", "0", "0", "", "", 0, 0},
+        {"fine prima dell'inizio", "14.30", "9.00", "0",
+         "L'ora di fine dell'intervento è precedente all'ora di inizio!", "", 0, 0},
+        {"ora impossibile", "25.00", "26.00", "0", kOrario, "", 0, 0},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        db->Execute("Delete from Assistenze");
+        p.script->dimentica();
+        auto r = registro();
+        compila<frmAssistenzeEdita>([&c](frmAssistenzeEdita* e) {
+            EXPECT_EQ(e->windowTitle(), "Nuovo intervento");
+            EXPECT_EQ(e->cbClienti->testo(), "Rossi Impianti");
+            e->pkData->setTesto("14/03/2026");
+            e->cbServizi->setValore(store::Value::Long(2));
+            for (auto [nome, testo] : {std::pair{"VText2", c.inizio}, {"VText3", c.fine}, {"VText1", c.km}}) {
+                auto* t = figlio<ui::VText>(e, nome);
+                t->clear();
+                QTest::keyClicks(t, testo);
+            }
+            e->Check1->setChecked(true);
+        });
+        clic(r.get(), "btnNuovaAssistenza");
+        if (*c.messaggio) {
+            EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{c.messaggio});
+            EXPECT_EQ(conta("Select * from Assistenze"), 0);
+            continue;
+        }
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{});
+        const std::string q = "Select * from qrAssistenze";
+        EXPECT_EQ(store::CLng(campo(q, "Cliente")), 1);
+        EXPECT_EQ(store::CLng(campo(q, "Servizio")), 2);
+        EXPECT_EQ(store::ConcatText(campo(q, "OraInizio")), c.salvatoInizio);
+        EXPECT_EQ(store::CDbl(campo(q, "TempoIntervento")), c.minuti);
+        EXPECT_EQ(store::CDbl(campo(q, "Km")), c.kmSalvati);
+        EXPECT_TRUE(store::CBool(campo(q, "Fattura")));
+        EXPECT_EQ(r->GridAssistenze->griglia()->righeMostrate(), 2);   // the month's caption and the visit
+    }
+}
+
+// Leaving a time box with no time says so and keeps the focus; an empty box or a time passes.
+TEST_F(VisiteSchermi, OrarioControllatoUscendo) {
+    struct Caso {
+        QString testo;
+        bool rifiutato;
+    };
+    const Caso casi[] = {{"25.00", true}, {"14.30", false}, {"", false}};
+    frmAssistenzeEdita e;
+    e.Prepara({Modalita::Nuovo});
+    e.show();
+    QApplication::setActiveWindow(&e);
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.testo.toStdString());
+        p.script->dimentica();
+        e.VText2->setFocus();
+        e.VText2->setText(c.testo);
+        QTest::keyClick(e.VText2, Qt::Key_Tab);
+        QApplication::processEvents();
+        EXPECT_EQ(testiMostrati(*p.script), c.rifiutato ? std::vector<std::string>{kOrario} : std::vector<std::string>{});
+        EXPECT_EQ(QApplication::focusWidget() == e.VText2, c.rifiutato);
+    }
+    e.Annulla();
+}
+
+// Change and delete from the tab: the question of the delete and its answer.
+TEST_F(VisiteSchermi, ModificaEdEliminaDalCliente) {
+        visita(1, "05/03/2026", "9.00", "10.30", 0);
+        visita(2, "12/03/2026", "14.00", "14.45", 10);
+    auto r = registro();
+    ui::VetraGrid* g = r->GridAssistenze->griglia();
+    ASSERT_TRUE(g->vaiAId(2));
+    compila<frmAssistenzeEdita>([](frmAssistenzeEdita* e) {
+        EXPECT_EQ(e->windowTitle(), "Modifica intervento");
+        EXPECT_EQ(e->VText3->text(), "14.45");
+        e->VText3->setText("15.30");
+    });
+    clic(r.get(), "btnModificaAssistenza");
+    EXPECT_EQ(store::CDbl(campo("Select * from qrAssistenze where ID=2", "TempoIntervento")), 90);
+    EXPECT_EQ(conta("Select * from Assistenze"), 2);
+
+    for (int risposta : {core::vbNo, core::vbYes}) {
+        p.script->dimentica();
+        p.script->rispondi(risposta);
+        ASSERT_TRUE(g->vaiAId(1));
+        clic(r.get(), "btnEliminaAssistenza");
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Scadenze"});
+        EXPECT_EQ(conta("Select * from Assistenze"), risposta == core::vbYes ? 1 : 2);
+    }
+    EXPECT_EQ(store::CLng(campo("Select * from Assistenze", "ID")), 2);
+}
+
+// March of the customer turned into a fattura: period and rates on the document's editor, the
+// visits it shows, the lines and totals written; then the inputs it refuses, with nothing written.
+TEST_F(VisiteSchermi, FatturaDalleVisite) {
+    visiteMarzoAprile();
+    auto r = registro();
+
+    struct Caso {
+        const char* nome;
+        QString dal, al, costoOra;
+        bool iva;
+        int visiteMostrate;
+        const char* messaggio;   // "" when the fattura is made
+        long documenti;          // after the confirm
+    };
+    const Caso casi[] = {
+        {"senza iva", "01/03/2026", "31/03/2026", "15", false, 3, "Inserire il codice iva !", 0},
+        {"costo orario vuoto", "01/03/2026", "31/03/2026", "", true, 3, "Il costo orario non è un numero valido!", 0},
+        {"periodo rovesciato", "31/03/2026", "01/03/2026", "15", true, 0,
+         "La data finale del periodo è precedente alla data iniziale!", 0},
+        {"marzo", "01/03/2026", "31/03/2026", "15", true, 3, "", 1},
+        {"di nuovo in parte", "15/03/2026", "30/04/2026", "15", true, 2,
+         "Alcuni interventi del periodo sono già stati fatturati:\r\n- intervento del 20/03/2026 nella fattura n. 1\r\n"
+         "Scegliere un periodo che non comprenda interventi già fatturati.",
+         1},
+        {"aprile", "01/04/2026", "30/04/2026", "15", true, 1, "", 2},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        compila<frmDocAssistenzeEdita>([&c](frmDocAssistenzeEdita* e) {
+            EXPECT_EQ(e->cbClienti->testo(), "Rossi Impianti ");   // with its empty second line
+            EXPECT_EQ(e->txtCostoKm->text(), "0,20");
+            EXPECT_FALSE(e->VText3->isVisibleTo(e));   // no packages on this document
+            e->pkData->setTesto("10/04/2026");
+            e->pkDal->setTesto(c.dal.toStdString());
+            e->pkAl->setTesto(c.al.toStdString());
+            e->txtCostoOra->setText(c.costoOra);
+            if (c.iva) e->cbIva->setValore(store::Value::Long(1));
+            EXPECT_EQ(e->GridAssistenze->righeMostrate(), c.visiteMostrate);
+        });
+        clic(r.get(), "btnGeneraFavAssistenze");
+        EXPECT_EQ(testiMostrati(*p.script), *c.messaggio ? std::vector<std::string>{c.messaggio} : std::vector<std::string>{});
+        EXPECT_EQ(conta("Select * from Documenti"), c.documenti);
+    }
+    EXPECT_EQ(conta("Select * from Movimenti"), 8);
+
+    const std::string marzo = "Select * from Documenti where Numero=1";
+    EXPECT_EQ(store::CLng(campo(marzo, "Tipo")), 5);
+    EXPECT_EQ(store::CLng(campo(marzo, "Cliente")), 1);
+    EXPECT_EQ(store::CLng(campo(marzo, "CondizioniPagamento")), 1);
+    EXPECT_EQ(store::ShortDate(store::CDate(campo(marzo, "DataDal"))), "01/03/2026");
+    EXPECT_EQ(store::ShortDate(store::CDate(campo(marzo, "DataAl"))), "31/03/2026");
+    EXPECT_TRUE(campo(marzo, "DataScadAcconto").isNull());
+    EXPECT_NEAR(store::CDbl(campo(marzo, "Imponibile")), 68.25, 1e-9);
+    EXPECT_NEAR(store::CDbl(campo(marzo, "ImportoTotale")), 83.27, 1e-9);   // VAT 15,02
+    const long id = store::CLng(campo(marzo, "ID"));
+    EXPECT_EQ(conta("Select * from Movimenti where Documento=" + std::to_string(id)), 7);
+
+    // Opened again the fattura keeps its lines; period and rates no longer apply.
+    frmDocAssistenzeEdita e;
+    e.Prepara({Modalita::Modifica, id});
+    EXPECT_FALSE(e.pkDal->isEnabled());
+    EXPECT_FALSE(e.txtCostoOra->isEnabled());
+    EXPECT_EQ(e.GridAssistenze->righeMostrate(), 3);
+    e.Conferma();
+    EXPECT_EQ(conta("Select * from Movimenti where Documento=" + std::to_string(id)), 7);
+    EXPECT_EQ(store::ShortDate(store::CDate(campo(marzo, "DataDal"))), "01/03/2026");
+
+    // Without the right to change documents no fattura is made.
+    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
+    p.script->dimentica();
+    clic(r.get(), "btnGeneraFavAssistenze");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Non si dispone dei privilegi necessari per questa operazione!"});
+}
+
+}  // namespace
