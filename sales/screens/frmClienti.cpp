@@ -9,8 +9,8 @@
 
 #include "core/diritti.h"
 #include "core/dialogs.h"
-#include "core/estratto_conto.h"
 #include "core/documenti.h"
+#include "core/estratto_conto.h"
 #include "core/impostazioni.h"
 #include "core/session.h"
 #include "sales/campi.h"
