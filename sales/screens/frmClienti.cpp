@@ -6,9 +6,11 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/dialogs.h"
 #include "core/impostazioni.h"
+#include "payments/primanota.h"
 #include "sales/campi.h"
 #include "store/convert.h"
 #include "ui/Dettaglio.h"
@@ -83,10 +85,41 @@ frmClienti::frmClienti(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
                {"Data", "DescServizio", "OraInizio", "OraFine", "TempoIntervento", "Km", "Note"}),
         [this](ui::Dettaglio* lista) { return schedaAssistenze(lista); });
     GridAssistenze->griglia()->setOrdinamento("Data", ui::Direzione::Decrescente);
+    aggiungiComandiPagamenti();
     aggiungiChiamata();
 
     carica(std::move(d));
     resize(1180, 640);
+}
+
+// The customer's collections, through the payment editor of the documents (by name: it is the
+// payments area's). A delete takes the journal row along and leaves the flags as they are.
+void frmClienti::aggiungiComandiPagamenti() {
+    auto incassa = [this](const Apertura& apertura) {
+        if (!FabbricaEditorDi("frmPagamentiEdita")(this)->Edita(apertura)) return;
+        GridScadenze->Carica(idCorrente());
+        GridPagamenti->Carica(idCorrente());
+    };
+    aggiungiComando("btnPagaScadenza", "&Incassa", core::IncassiModificare, [this, incassa] {
+        ui::VetraGrid* g = GridScadenze->griglia();
+        if (g->haRigaCorrente()) incassa({Modalita::Nuovo, 0, nullptr, "Scadenza", g->idCorrente()});
+    });
+    aggiungiComando("btnNuovoPagamento", "N&uovo incasso", core::IncassiModificare, [this, incassa] {
+        if (idCorrente() > 0) incassa({Modalita::Nuovo, 0, GridPagamenti->griglia(), "Cliente", idCorrente()});
+    });
+    aggiungiComando("btnModificaPagamento", "Modifica inc&asso", core::IncassiModificare, [this, incassa] {
+        ui::VetraGrid* g = GridPagamenti->griglia();
+        if (g->haRigaCorrente()) incassa({Modalita::Modifica, 0, g});
+    });
+    aggiungiComando("btnEliminaPagamento", "Eli&mina incasso", core::IncassiModificare, [this] {
+        ui::VetraGrid* g = GridPagamenti->griglia();
+        if (!g->haRigaCorrente()) return;
+        const std::string domanda = core::Testo("s262");
+        if (core::MsgBox(domanda, core::vbYesNo | core::vbQuestion) != core::vbYes) return;
+        core::Archivio().Execute("Delete from Pagamenti where ID=" + Id(g->idCorrente()));
+        payments::PulisciPrimaNota();
+        GridPagamenti->Carica(idCorrente());
+    });
 }
 
 // The statement is made for the customer by the statement routine, from the open items only or

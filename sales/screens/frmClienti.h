@@ -33,6 +33,7 @@ private:
     QWidget* schedaEstratto(ui::Dettaglio* lista);
     QWidget* schedaAssistenze(ui::Dettaglio* lista);
     void CaricaAssistenze();
+    void aggiungiComandiPagamenti();
 };
 
 class frmClientiEdita : public EditorAnagrafica {

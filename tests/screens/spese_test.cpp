@@ -225,7 +225,6 @@ TEST_F(Acquisti, SpeseComandi) {
         {"btnGeneraScadenze", 0, 0,
          {"La generazione delle scadenze di una spesa sarà disponibile con le schermate delle scadenze."}},
         {"btnPaga", core::PagamentiModificare, 0, {kNegato}},
-        {"btnPaga", 0, 0, {"La registrazione dei pagamenti sarà disponibile con le schermate dei pagamenti."}},
         {"btnFile", 0, 0, {}},   // no linked file: nothing
     };
     frmSpese r;
