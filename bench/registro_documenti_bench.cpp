@@ -53,32 +53,8 @@ constexpr int kRigheGrandeDocumento = 500;
 constexpr int kRigheSchermata = 40;
 const char* const kNotaGrandeDocumento = "Documento di 500 righe per le misure";
 
-bench::Dimensioni dimensioni() {
-    bench::Dimensioni d;
-    d.clienti = 5000;
-    d.fornitori = 500;
-    d.documenti = 1000000;
-    d.righe = 2;
-    d.scadenze = 300000;
-    d.pagamenti = 300000;
-    return d;
-}
-
 using Clock = std::chrono::steady_clock;
 double ms(Clock::time_point da) { return std::chrono::duration<double, std::milli>(Clock::now() - da).count(); }
-
-// The indexes of the model that the archive lacks, added as the structure update adds them.
-void aggiungiIndiciMancanti(store::Database& db) {
-    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
-        const auto def = db.GetTableDef(t.nome);
-        if (!def) continue;
-        for (const store::IndexDef& ix : t.definizione().Indexes) {
-            bool ha = false;
-            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
-            if (!ha) db.AppendIndex(t.nome, ix);
-        }
-    }
-}
 
 // A fattura of 500 lines in the middle of the year, made once and found again by its note.
 long grandeDocumento(store::Database& db) {
@@ -117,10 +93,10 @@ struct Ambiente {
         core::Session& s = core::session();
         s.CartellaProgramma = programma.string();
         core::RipristinaLingua();
-        path = bench::ArchivioProva(dimensioni());
+        path = bench::ArchivioProva(bench::MilioneDiDocumenti());
         db = store::Workspace::Default().OpenDatabase(path);
         s.dbArchivio = db;
-        aggiungiIndiciMancanti(*db);
+        bench::AggiungiIndiciMancanti(*db);
         documento = grandeDocumento(*db);
         s.dbAziende = store::Workspace::Default().OpenMemory();
         store::model::CreaAziende(*s.dbAziende);

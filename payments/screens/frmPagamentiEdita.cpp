@@ -82,6 +82,7 @@ EditorPagamento::EditorPagamento(const char* nome, Contro contro, QWidget* paren
       contro_(contro) {
     pkData->setObjectName("pkData");
     pkData->setDataField("DataPagamento");
+    pkData->setMaximumWidth(160);
     txtImporto->setNumerico(true);
     txtImporto->setMaschera("#,0.00");
     txtImporto->setAlignment(Qt::AlignRight);
