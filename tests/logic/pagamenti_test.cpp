@@ -62,6 +62,8 @@ protected:
     }
 };
 
+// The refusals the editors' table does not reach: a change, the counterpart alternatives, amounts
+// the box cannot give, and the expense's own keys.
 TEST_F(PagamentiArchivio, RifiutiDellaConferma) {
     struct Caso {
         const char* nome;
@@ -69,37 +71,20 @@ TEST_F(PagamentiArchivio, RifiutiDellaConferma) {
         std::string atteso;
     } const casi[] = {
         {"tutto in ordine", [](auto&) {}, ""},
-        {"senza data", [](auto& p) { p.dataVuota = true; }, "s219"},
         {"data illeggibile", [](auto& p) { p.dataValida = false; }, "s220"},
-        {"data fuori esercizio", [](auto& p) { p.data = "31/12/2025"; },
-         "La data del pagamento non rientra nel periodo dell'esercizio corrente!"},
         {"nessuna controparte", [](auto& p) { p.cliente = 0; }, "s221"},
         {"il solo fornitore basta", [](auto& p) { p.cliente = 0; p.fornitore = 3; }, ""},
         {"nessun documento", [](auto& p) { p.documento = 0; }, "s222"},
         {"importo con lettere", [](auto& p) { p.importoLeggibile = false; }, "L'importo non è un numero valido!"},
         {"importo zero", [](auto& p) { p.importo = 0; }, "L'importo deve essere maggiore di zero!"},
         {"importo negativo", [](auto& p) { p.importo = -5; }, "L'importo deve essere maggiore di zero!"},
-        {"un centesimo di troppo", [](auto& p) { p.importo = 100.01; }, "s224"},
         {"meno del dovuto", [](auto& p) { p.importo = 0.01; }, ""},
         // On a change what is already paid comes off first: 150 less 60 paid stays within 100.
         {"modifica entro il pagato", [](auto& p) { p.nuovo = false; p.importo = 150; p.giaPagato = 60; }, ""},
         {"modifica oltre il pagato", [](auto& p) { p.nuovo = false; p.importo = 170; p.giaPagato = 60; }, "s224"},
-        {"scadenze aperte e nessuna scelta", [](auto& p) { p.documento = 1; p.scelto = LeggiDocumento(1, 1); p.importo = 10; }, "s223"},
-        {"oltre la rata anche se il documento basta",
-         [](auto& p) {
-             p.documento = 1;
-             p.scelto = LeggiDocumento(1, 1);
-             p.scadenza = 2;
-             p.sceltaScadenza = LeggiScadenza(2);
-             p.importo = 40.01;
-         },
-         "s225"},
         {"la rata intera", [](auto& p) { p.documento = 1; p.scelto = LeggiDocumento(1, 1); p.scadenza = 2; p.sceltaScadenza = LeggiScadenza(2); p.importo = 40; }, ""},
         {"spesa senza fornitore", [](auto& p) { p.contro = Contro::Spesa; p.fornitore = 0; }, "s229"},
         {"spesa non scelta", [](auto& p) { p.contro = Contro::Spesa; p.fornitore = 1; p.documento = 0; }, "s230"},
-        {"oltre la spesa",
-         [](auto& p) { p.contro = Contro::Spesa; p.fornitore = 1; p.documento = 1; p.scelto = LeggiSpesa(1); p.importo = 80.5; },
-         "s232"},
     };
     for (const auto& c : casi) {
         SCOPED_TRACE(c.nome);
