@@ -43,17 +43,6 @@ constexpr int kRigheGrandeDocumento = 500;
 constexpr int kRigheSchermata = 40;
 const char* const kNotaGrandeDocumento = "Documento di 500 righe per le misure";
 
-bench::Dimensioni dimensioni() {
-    bench::Dimensioni d;
-    d.clienti = 5000;
-    d.fornitori = 500;
-    d.documenti = 1000000;
-    d.righe = 2;
-    d.scadenze = 300000;
-    d.pagamenti = 300000;
-    return d;
-}
-
 using bench::Clock;
 using bench::ms;
 
@@ -79,7 +68,7 @@ long grandeDocumento(store::Database& db) {
 // The program's session on the generated archive, with the big fattura in it.
 struct Ambiente : bench::Sessione {
     long documento = 0;
-    Ambiente() : bench::Sessione(bench::ArchivioProva(dimensioni()), "brevano-registro-bench", "01/01/2024") {
+    Ambiente() : bench::Sessione(bench::ArchivioProva(bench::MilioneDiDocumenti()), "brevano-registro-bench", "01/01/2024") {
         documento = grandeDocumento(*db);
     }
 };

@@ -103,6 +103,11 @@ protected:
     // A box that must not be blank after trimming: otherwise the text of the key, the focus to the box, false.
     bool richiesto(QLineEdit* casella, const std::string& chiave);
 
+    // The write of the checked record: the bound controls, the screen's own fields, the id of a new
+    // record. A screen whose record goes to the archive together with other rows (a payment and its
+    // journal row) writes it through its area's logic instead; either way it answers the record's id.
+    virtual long Salva();
+
     // Saves without closing: for a master record that must exist before its first line. Answers
     // the id, or nothing when a check failed.
     std::optional<long> SalvaSenzaChiudere();
@@ -118,7 +123,6 @@ private:
     void impostaTitolo();
     void Carica();
     void caricaDettagli();
-    long Salva();
     std::unique_ptr<store::Recordset> apriRecord(long id);
 
     Apertura apertura_;

@@ -377,4 +377,27 @@ std::string ArchivioProva(const Dimensioni& d) {
     return path.string();
 }
 
+Dimensioni MilioneDiDocumenti() {
+    Dimensioni d;
+    d.clienti = 5000;
+    d.fornitori = 500;
+    d.documenti = 1000000;
+    d.righe = 2;
+    d.scadenze = 300000;
+    d.pagamenti = 300000;
+    return d;
+}
+
+void AggiungiIndiciMancanti(store::Database& db) {
+    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
+        const auto def = db.GetTableDef(t.nome);
+        if (!def) continue;
+        for (const store::IndexDef& ix : t.definizione().Indexes) {
+            bool ha = false;
+            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
+            if (!ha) db.AppendIndex(t.nome, ix);
+        }
+    }
+}
+
 }  // namespace bench

@@ -24,6 +24,12 @@ struct Dimensioni {
 // Fills an archive made by the model routine (store::model::CreaArchivio), with no rows yet.
 void GeneraArchivioProva(store::Database& db, const Dimensioni& d);
 
+// The archive of a million documents that the document register and the payment benchmarks share.
+Dimensioni MilioneDiDocumenti();
+
+// The indexes of the model that a generated archive lacks, added as the structure update adds them.
+void AggiungiIndiciMancanti(store::Database& db);
+
 // The path of an archive with these sizes under the system's temporary folder, generated on first
 // use and kept for later runs.
 std::string ArchivioProva(const Dimensioni& d = {});

@@ -21,29 +21,13 @@
 #include "store/convert.h"
 #include "store/model/model.h"
 #include "support/DialoghiScript.h"
+#include "support/archive_gen.h"
 
 namespace bench {
 
 using Clock = std::chrono::steady_clock;
 inline double ms(Clock::time_point da) { return std::chrono::duration<double, std::milli>(Clock::now() - da).count(); }
 
-// The indexes of the model that the archive lacks, added as the structure update adds them.
-inline void aggiungiIndiciMancanti(store::Database& db) {
-    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
-        const auto def = db.GetTableDef(t.nome);
-        if (!def) continue;
-        for (const store::IndexDef& ix : t.definizione().Indexes) {
-            bool ha = false;
-            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
-            if (!ha) db.AppendIndex(t.nome, ix);
-        }
-    }
-}
-
-// A master record of many lines made once for the measures, and found again by its note: the head
-// written by testata (given its ID, the one after the last), the n lines' values made by riga (given
-// the line's ID, the master's and the line's number from 1) into the fields campi of tabellaRighe,
-// then the master's totals.
 struct RecordConRighe {
     std::string tabella, tabellaRighe, nota;
     std::function<std::string(long id)> testata;
@@ -86,7 +70,7 @@ struct Sessione {
         core::RipristinaLingua();
         db = store::Workspace::Default().OpenDatabase(path);
         s.dbArchivio = db;
-        aggiungiIndiciMancanti(*db);
+        AggiungiIndiciMancanti(*db);
         s.dbAziende = store::Workspace::Default().OpenMemory();
         store::model::CreaAziende(*s.dbAziende);
         s.dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Studio Rossi')");

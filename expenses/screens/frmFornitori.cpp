@@ -27,8 +27,9 @@ namespace {
 std::string Id(long id) { return std::to_string(id); }
 
 // Until the payment editor is in the program, its commands say so.
-void PagamentiNonDisponibili() {
-    core::MsgBox("La registrazione dei pagamenti sarà disponibile con le schermate dei pagamenti.", core::vbInformation);
+// The payment editor of the documents, by name: it is the payments area's.
+bool ApriPagamento(QWidget* parent, const Apertura& apertura) {
+    return FabbricaEditorDi("frmPagamentiEdita")(parent)->Edita(apertura).has_value();
 }
 
 }  // namespace
@@ -81,10 +82,15 @@ frmFornitori::frmFornitori(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
 
     // On the supplier's side the pay command is guarded by position 13.
     btnPagaScadenza = aggiungiComando("btnPagaScadenza", "&Paga", core::PrimaNotaVedere, [this] {
-        if (GridScadenze->griglia()->haRigaCorrente()) PagamentiNonDisponibili();
+        ui::VetraGrid* g = GridScadenze->griglia();
+        if (!g->haRigaCorrente()) return;
+        ApriPagamento(this, {Modalita::Nuovo, 0, nullptr, "Scadenza", g->idCorrente()});
+        GridScadenze->Carica(idCorrente());
+        GridPagamenti->Carica(idCorrente());
     });
     btnModificaPagamento = aggiungiComando("btnModificaPagamento", "Modifica pa&gamento", core::PagamentiModificare, [this] {
-        if (GridPagamenti->griglia()->haRigaCorrente()) PagamentiNonDisponibili();
+        ui::VetraGrid* g = GridPagamenti->griglia();
+        if (g->haRigaCorrente() && ApriPagamento(this, {Modalita::Modifica, 0, g})) GridScadenze->Carica(idCorrente());
     });
     btnEliminaPagamento = aggiungiComando("btnEliminaPagamento", "Elimina pagamen&to", core::PagamentiModificare,
                                           [this] { EliminaPagamento(); });

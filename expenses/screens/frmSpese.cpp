@@ -168,8 +168,16 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
 
     btnGeneraScadenze = aggiungiComando("btnGeneraScadenze", "&Genera scadenze", core::ScadenzeModificare,
                                         [this] { GeneraScadenze(); });
+    // A payment of the expense in front; its flag, instalments, payments and figures read again after it.
     btnPaga = aggiungiComando("btnPaga", "Pa&ga", core::PagamentiModificare, [this] {
-        if (Grid->haRigaCorrente()) core::MsgBox(expenses::MsgPagamentiNonDisponibili, core::vbInformation);
+        if (!Grid->haRigaCorrente()) return;
+        const long id = Grid->idCorrente();
+        if (!FabbricaEditorDi("frmPagamentiSpeseEdita")(this)->Edita({Modalita::Nuovo, 0, nullptr, "Spesa", id})) return;
+        Grid->Aggiorna();
+        Grid->vaiAId(id);
+        GridScadenze->Carica(id);
+        GridPagamenti->Carica(id);
+        if (sTab->currentIndex() == 2) CalcolaResoconto();
     });
     aggiungiComando("btnRicerca", "Ricerc&a... (F3)", 0, [this] { CercaSpese(); });
     aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });

@@ -5,6 +5,7 @@
 #include "payments/screens/frmGeneraScadenze.h"
 #include "payments/screens/frmPagamenti.h"
 #include "payments/screens/frmScadenze.h"
+#include "payments/screens/frmPagamentiEdita.h"
 #include "payments/screens/frmScadenzeEdita.h"
 
 void RegistraSchermiPagamenti() {
@@ -15,4 +16,6 @@ void RegistraSchermiPagamenti() {
     core::registraSchermo(frmGeneraScadenze::Nome, frmGeneraScadenze::Mostra);
     RegistraRegistro<frmScadenze>();
     RegistraRegistro<frmPagamenti>();
+    RegistraEditore<frmPagamentiEdita>();
+    RegistraEditore<frmPagamentiSpeseEdita>();
 }

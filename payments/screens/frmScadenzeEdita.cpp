@@ -9,6 +9,7 @@
 #include "core/documenti.h"
 #include "core/impostazioni.h"
 #include "core/pannello.h"
+#include "payments/screens/Cifra.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "ui/Dialoghi.h"
@@ -33,15 +34,6 @@ ui::VText* numero(const char* nome, const char* campo, QWidget* parent) {
     t->setPredefinito("0");
     t->setMaximumWidth(80);
     return t;
-}
-
-QLabel* cifra(const char* nome, QWidget* parent) {
-    auto* l = new QLabel(parent);
-    l->setObjectName(nome);
-    l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    l->setFrameShape(QFrame::StyledPanel);
-    l->setFixedWidth(120);
-    return l;
 }
 
 }  // namespace

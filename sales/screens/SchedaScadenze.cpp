@@ -29,10 +29,6 @@ QString Q(const std::string& s) { return QString::fromStdString(s); }
 
 QString Importo(double importo) { return Q(store::Format(store::Value::Double(importo), "#,0.00")); }
 
-// The payment editor comes with the payments screens; until then the commands say so.
-constexpr const char* PagamentiNonDisponibili =
-    "La registrazione di incassi e pagamenti sarà disponibile con le schermate dei pagamenti.";
-
 QLabel* cifra(const char* nome, QWidget* parent) {
     auto* l = new QLabel(parent);
     l->setObjectName(nome);
@@ -84,8 +80,10 @@ SchedaScadenze::SchedaScadenze(long tipo, const sales::CriteriDocumenti& criteri
     connect(btnGeneraScadenze, &QPushButton::clicked, this, [this] {
         if (ui::consentito(core::ScadenzeModificare)) ui::protetto([this] { GeneraScadenze(); });
     });
-    // A new payment: the instalment in front, if any, is the one to pay.
-    connect(btnIncassa, &QPushButton::clicked, this, [this] { fmPagamenti->elenco().Nuovo(); });
+    // A new payment: the instalment in front, if any, is the one to pay; the list's own new does the same.
+    connect(btnIncassa, &QPushButton::clicked, this, [this] { Incassa(); });
+    disconnect(fmPagamenti->btnNuovo, &QPushButton::clicked, nullptr, nullptr);
+    connect(fmPagamenti->btnNuovo, &QPushButton::clicked, this, [this] { Incassa(); });
 
     fmResoconto = new QGroupBox("Resoconto", this);
     fmResoconto->setObjectName("fmResoconto");
@@ -190,10 +188,18 @@ std::optional<long> SchedaScadenze::documentoPerScadenza(bool nuova) {
     return std::nullopt;
 }
 
-std::optional<long> SchedaScadenze::documentoPerPagamento() {
-    if (documento_ == 0) return 0;
-    core::MsgBox(PagamentiNonDisponibili, core::vbInformation);
-    return std::nullopt;
+std::optional<long> SchedaScadenze::documentoPerPagamento() { return documento_; }
+
+void SchedaScadenze::Incassa() {
+    if (documento_ == 0 || !ui::consentito(core::IncassiModificare)) return;
+    ui::protetto([this] {
+        ui::VetraGrid* g = fmScadenze->griglia();
+        const bool aperta = g->haRigaCorrente() && store::CLng(g->valore("Documento")) == documento_ &&
+                            !store::CBool(g->valore("Pagata"));
+        Apertura a{Modalita::Nuovo, 0, fmPagamenti->griglia(), "Documento", documento_};
+        if (aperta) a = {Modalita::Nuovo, 0, fmPagamenti->griglia(), "Scadenza", g->idCorrente()};
+        if (FabbricaEditorDi("frmPagamentiEdita")(this)->Edita(a)) pagamentiCambiati();
+    });
 }
 
 // A payment deleted: the document's Pagato and its instalment's Pagata from what is left, the

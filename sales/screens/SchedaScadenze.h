@@ -51,6 +51,8 @@ protected:
 private:
     std::optional<long> documentoPerScadenza(bool nuova);
     std::optional<long> documentoPerPagamento();
+    // A new payment of the document, on the instalment in front while it is still open.
+    void Incassa();
     void pagamentiCambiati();
 
     long tipo_;

@@ -7,12 +7,14 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/dialogs.h"
 #include "core/documenti.h"
 #include "core/estratto_conto.h"
 #include "core/impostazioni.h"
 #include "core/session.h"
+#include "payments/primanota.h"
 #include "sales/campi.h"
 #include "sales/screens/frmAssistenzeEdita.h"
 #include "sales/screens/frmDocAssistenzeEdita.h"
@@ -96,6 +98,7 @@ frmClienti::frmClienti(QWidget* parent) : RegistroAnagrafica(Nome, parent) {
     GridAssistenze = aggiungiScheda("Assistenze", visite, [this](ui::Dettaglio* lista) { return schedaAssistenze(lista); });
     GridAssistenze->griglia()->setOrdinamento("Data", ui::Direzione::Decrescente);
     aggiungiComando("btnStampaEstratto", "Stampa &estratto", core::PrimaNotaVedere, [this] { StampaEstratto(); });
+    aggiungiComandiPagamenti();
     aggiungiChiamata();
 
     carica(std::move(d));
@@ -115,6 +118,36 @@ void frmClienti::StampaEstratto() {
     auto campo = [this](const char* nome) { return store::ConcatText(Grid->valore(nome)); };
     core::Stampa(core::StampaEstratto(0, {campo("DescCliente") + " " + campo("DescCliente2"), campo("Indirizzo"),
                                           campo("Cap"), campo("Citta"), campo("Provincia"), campo("PartitaIva")}));
+}
+
+// The customer's collections, through the payment editor of the documents (by name: it is the
+// payments area's). A delete takes the journal row along and leaves the flags as they are.
+void frmClienti::aggiungiComandiPagamenti() {
+    auto incassa = [this](const Apertura& apertura) {
+        if (!FabbricaEditorDi("frmPagamentiEdita")(this)->Edita(apertura)) return;
+        GridScadenze->Carica(idCorrente());
+        GridPagamenti->Carica(idCorrente());
+    };
+    aggiungiComando("btnPagaScadenza", "&Incassa", core::IncassiModificare, [this, incassa] {
+        ui::VetraGrid* g = GridScadenze->griglia();
+        if (g->haRigaCorrente()) incassa({Modalita::Nuovo, 0, nullptr, "Scadenza", g->idCorrente()});
+    });
+    aggiungiComando("btnNuovoPagamento", "N&uovo incasso", core::IncassiModificare, [this, incassa] {
+        if (idCorrente() > 0) incassa({Modalita::Nuovo, 0, GridPagamenti->griglia(), "Cliente", idCorrente()});
+    });
+    aggiungiComando("btnModificaPagamento", "Modifica inc&asso", core::IncassiModificare, [this, incassa] {
+        ui::VetraGrid* g = GridPagamenti->griglia();
+        if (g->haRigaCorrente()) incassa({Modalita::Modifica, 0, g});
+    });
+    aggiungiComando("btnEliminaPagamento", "Eli&mina incasso", core::IncassiModificare, [this] {
+        ui::VetraGrid* g = GridPagamenti->griglia();
+        if (!g->haRigaCorrente()) return;
+        const std::string domanda = core::Testo("s262");
+        if (core::MsgBox(domanda, core::vbYesNo | core::vbQuestion) != core::vbYes) return;
+        core::Archivio().Execute("Delete from Pagamenti where ID=" + Id(g->idCorrente()));
+        payments::PulisciPrimaNota();
+        GridPagamenti->Carica(idCorrente());
+    });
 }
 
 QWidget* frmClienti::schedaEstratto(ui::Dettaglio* lista) {

@@ -39,6 +39,7 @@ private:
     void StampaEstratto();
     QWidget* schedaAssistenze(ui::Dettaglio* lista);
     void CaricaAssistenze();
+    void aggiungiComandiPagamenti();
 };
 
 class frmClientiEdita : public EditorAnagrafica {

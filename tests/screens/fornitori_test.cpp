@@ -79,8 +79,6 @@ TEST_F(Acquisti, FornitoriComandi) {
         {"usato solo da una spesa", {"Insert Into Spese (ID,Numero,Fornitore) VALUES (1,'7',1)"}, 0, "btnElimina", 0,
          {"Eliminare il fornitore " + nome + "?"}, 0, 1, 0, 0},
         {"paga senza diritto", {scadenza}, core::PrimaNotaVedere, "btnPagaScadenza", 1, {kNegato}, 1, 0, 0, 0},
-        {"paga", {scadenza}, 0, "btnPagaScadenza", 1,
-         {"La registrazione dei pagamenti sarà disponibile con le schermate dei pagamenti."}, 1, 0, 0, 0},
         {"elimina pagamento senza diritto", {pagamento, giornale}, core::PagamentiModificare, "btnEliminaPagamento", 2,
          {kNegato}, 1, 0, 1, 1},
         {"elimina pagamento", {pagamento, giornale}, 0, "btnEliminaPagamento", 2, {"Eliminare il pagamento Bonifico?"}, 1,

@@ -296,7 +296,6 @@ TEST_F(Acquisti, SpeseComandi) {
         {"btnEliminaScadenza", 0, core::vbNo, {"Eliminare la scadenza selezionata?"}},
         {"btnNuovoPagamento", core::PagamentiModificare, 0, {kNegato}},
         {"btnPaga", core::PagamentiModificare, 0, {kNegato}},
-        {"btnPaga", 0, 0, {"La registrazione dei pagamenti sarà disponibile con le schermate dei pagamenti."}},
         {"btnFile", 0, 0, {}},   // no linked file: nothing
     };
     frmSpese r;
