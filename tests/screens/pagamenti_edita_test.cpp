@@ -19,7 +19,6 @@
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
-#include "sales/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "store/clock.h"
 #include "store/convert.h"
@@ -126,6 +125,7 @@ TEST_F(PagamentiEdita, FatturaDalMenuAllIncasso) {
         return true;
     });
     clic(r, "btnNuovoMov");
+    p.script->lasciaAprire("frmGeneraScadenze");
     p.script->schermo("frmGeneraScadenze", [](QWidget* w) {
         clic(w, "btnConferma");
         return true;
