@@ -42,6 +42,8 @@
 #include "store/model/model.h"
 #include "support/DialoghiScript.h"
 #include "support/archive_gen.h"
+#include "support/confronto_sqlite.h"
+#include "support/sessione_misura.h"
 #include "ui/Dettaglio.h"
 #include "ui/VetraGrid.h"
 
@@ -64,21 +66,10 @@ bench::Dimensioni dimensioni() {
     return d;
 }
 
-using Clock = std::chrono::steady_clock;
-double ms(Clock::time_point da) { return std::chrono::duration<double, std::milli>(Clock::now() - da).count(); }
-
-// The indexes of the model that the archive lacks, added as the structure update adds them.
-void aggiungiIndiciMancanti(store::Database& db) {
-    for (const store::model::Tabella& t : store::model::TabelleArchivio()) {
-        const auto def = db.GetTableDef(t.nome);
-        if (!def) continue;
-        for (const store::IndexDef& ix : t.definizione().Indexes) {
-            bool ha = false;
-            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
-            if (!ha) db.AppendIndex(t.nome, ix);
-        }
-    }
-}
+using bench::Clock;
+using bench::Misure;
+using bench::aggiungiIndiciMancanti;
+using bench::ms;
 
 // A fattura of 500 lines in the middle of the year, made once and found again by its note.
 long grandeDocumento(store::Database& db) {
@@ -100,38 +91,12 @@ long grandeDocumento(store::Database& db) {
     return id;
 }
 
-// The program's session on the generated archive, with every right and the language read.
-struct Ambiente {
-    std::string path;
-    store::DatabasePtr db;
+// The program's session on the generated archive, with the large fattura made once.
+struct Ambiente : bench::SessioneMisura {
     long documento = 0;
-    fs::path programma = fs::temp_directory_path() / "brevano-registro-bench";
-    std::shared_ptr<prova::ScriptedDialogs> script;
-
-    Ambiente() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        prova::applicazioneDiProva();
-        fs::create_directories(programma);
-        fs::copy_file(fs::path(store::model::CartellaDatiSorgente()) / "Italiano.lng", programma / "Italiano.lng",
-                      fs::copy_options::overwrite_existing);
-        core::Session& s = core::session();
-        s.CartellaProgramma = programma.string();
-        core::RipristinaLingua();
-        path = bench::ArchivioProva(dimensioni());
-        db = store::Workspace::Default().OpenDatabase(path);
-        s.dbArchivio = db;
-        aggiungiIndiciMancanti(*db);
+    Ambiente() : SessioneMisura("brevano-registro-bench", dimensioni()) {
         documento = grandeDocumento(*db);
-        s.dbAziende = store::Workspace::Default().OpenMemory();
-        store::model::CreaAziende(*s.dbAziende);
-        s.dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (1,'Studio Rossi')");
-        s.dbAziende->Execute("Insert Into Esercizi (ID,Azienda,Nome,Dal,File) VALUES (1,1,'Esercizio 2024',"
-                             "#01/01/2024#,'" + path + "')");
-        s.IDEsercizio = 1;
-        s.Privilegi = std::string(14, '1');
-        s.NomeUtente = "admin";
-        s.IDAzienda = 1;
-        script = prova::installaScript();
+        apriEsercizio(2024);
     }
 };
 
@@ -140,59 +105,11 @@ Ambiente& ambiente() {
     return a;
 }
 
-// A message shown on the way means a step failed and was skipped: the time would be a lie.
-bool senzaMessaggi(benchmark::State& state) {
-    if (ambiente().script->messaggi().empty()) return true;
-    state.SkipWithError(ambiente().script->messaggi().front().testo.c_str());
-    return false;
-}
+bool senzaMessaggi(benchmark::State& state) { return ambiente().senzaMessaggi(state); }
 
-// SQLite alone on the same file, with the engine's functions and collation, running the text the
-// engine runs for a statement of the dialect.
-class Grezzo {
-public:
-    Grezzo() {
-        sqlite3_open_v2(ambiente().path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-        store::sql::registerFunctions(db_);
-        sqlite3_busy_timeout(db_, 4000);
-    }
-    ~Grezzo() { sqlite3_close_v2(db_); }
-
-    sqlite3_stmt* prepara(const std::string& dialetto) {
-        const store::sql::Translation t = ambiente().db->impl().translate(dialetto);
-        sqlite3_stmt* s = nullptr;
-        sqlite3_prepare_v2(db_, t.sql.c_str(), static_cast<int>(t.sql.size()), &s, nullptr);
-        store::sql::bindParams(s, t.params);
-        return s;
-    }
-
-    // Steps up to n rows (all with n < 0), reading every column as a row shown would be.
-    long leggi(const std::string& dialetto, long n = -1) {
-        sqlite3_stmt* s = prepara(dialetto);
-        long righe = 0;
-        while ((n < 0 || righe < n) && sqlite3_step(s) == SQLITE_ROW) {
-            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c) benchmark::DoNotOptimize(sqlite3_column_text(s, c));
-            ++righe;
-        }
-        sqlite3_finalize(s);
-        return righe;
-    }
-
-    void esegui(const std::string& sqlite) { sqlite3_exec(db_, sqlite.c_str(), nullptr, nullptr, nullptr); }
-
-private:
-    sqlite3* db_ = nullptr;
-};
-
-struct Misure {
-    double motore = 0, grezzo = 0;
-    int volte = 0;
-    void riporta(benchmark::State& state) const {
-        if (volte == 0) return;
-        state.counters["motore_ms"] = motore / volte;
-        state.counters["sqlite_ms"] = grezzo / volte;
-        state.counters["rapporto"] = grezzo > 0 ? motore / grezzo : 0;
-    }
+// SQLite alone on the archive's file.
+struct Grezzo : bench::Grezzo {
+    Grezzo() : bench::Grezzo(ambiente().path, *ambiente().db) {}
 };
 
 std::unique_ptr<frmDocumenti> apriRegistro() {

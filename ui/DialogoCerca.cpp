@@ -1,5 +1,6 @@
 #include "ui/DialogoCerca.h"
 
+#include <QCheckBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -7,6 +8,7 @@
 
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
+#include "ui/VetraPicker.h"
 
 namespace ui {
 
@@ -32,6 +34,20 @@ DialogoCerca::DialogoCerca(const char* nome, const QString& titolo, const QStrin
         });
     });
     connect(Command2, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QCheckBox* DialogoCerca::spunta(const char* nome, const QString& testo, bool attiva) {
+    auto* c = new QCheckBox(testo, this);
+    c->setObjectName(nome);
+    c->setChecked(attiva);
+    return c;
+}
+
+VetraPicker* DialogoCerca::data(const char* nome, const std::string& testo) {
+    auto* p = new VetraPicker(this);
+    p->setObjectName(nome);
+    p->setTesto(testo);
+    return p;
 }
 
 bool DialogoCerca::Esegui() {

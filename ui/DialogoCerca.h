@@ -5,10 +5,15 @@
 
 #include <QDialog>
 
+#include <string>
+
+class QCheckBox;
 class QFormLayout;
 class QPushButton;
 
 namespace ui {
+
+class VetraPicker;
 
 class DialogoCerca : public QDialog {
     Q_OBJECT
@@ -20,6 +25,9 @@ protected:
     DialogoCerca(const char* nome, const QString& titolo, const QString& conferma, QWidget* parent);
 
     QFormLayout* campiRicerca() const { return campi_; }
+    // A criterion's tick box and a date box, named as the screen's fields.
+    QCheckBox* spunta(const char* nome, const QString& testo, bool attiva);
+    VetraPicker* data(const char* nome, const std::string& testo);
     // Shows modally; true when the criteria were confirmed.
     bool Esegui();
     // Command1: checks the criteria and keeps them; false leaves the dialog open.

@@ -1,9 +1,14 @@
 #include "books/screens/Registra.h"
 
 #include "books/screens/frmAggiornaPrimaNota.h"
+#include "books/screens/frmPrimaNota.h"
 #include "core/registro_schermi.h"
 #include "ui/Dialoghi.h"
 
 void RegistraSchermiLibri() {
     core::registraSchermo(frmAggiornaPrimaNota::Nome, ui::MostraSchermo<frmAggiornaPrimaNota>);
+    RegistraRegistro<frmPrimaNota>();
+    // The panel opens the journal and its two overviews under the one name, by mode.
+    core::registraSchermo(frmPrimaNota::Nome, frmPrimaNota::ApriDalMenu);
+    core::registraSchermo("frmPrimaNota2", frmPrimaNota::PartitaDoppia);
 }

@@ -34,18 +34,6 @@ ui::VetraCombo* elenco(const char* nome, const std::string& sorgente, const char
 
 frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* parent)
     : ui::DialogoCerca(Nome, "Ricerca spese", "T&rova", parent), criteri_(criteri) {
-    auto spunta = [this](const char* nome, const char* testo, bool attiva) {
-        auto* c = new QCheckBox(testo, this);
-        c->setObjectName(nome);
-        c->setChecked(attiva);
-        return c;
-    };
-    auto data = [this](const char* nome, const std::string& testo) {
-        auto* p = new ui::VetraPicker(this);
-        p->setObjectName(nome);
-        p->setTesto(testo);
-        return p;
-    };
     chkDataDal = spunta("chkDataDal", "Dalla &Data", criteri.dataDal);
     pkDataDal = data("pkDataDal", criteri.dal);
     chkDataAl = spunta("chkDataAl", "&Alla Data", criteri.dataAl);

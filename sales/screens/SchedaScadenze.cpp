@@ -18,6 +18,7 @@
 #include "sales/screens/frmGeneraScadenze.h"
 #include "store/convert.h"
 #include "store/format.h"
+#include "ui/Cifra.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
@@ -33,14 +34,7 @@ QString Importo(double importo) { return Q(store::Format(store::Value::Double(im
 constexpr const char* PagamentiNonDisponibili =
     "La registrazione di incassi e pagamenti sarà disponibile con le schermate dei pagamenti.";
 
-QLabel* cifra(const char* nome, QWidget* parent) {
-    auto* l = new QLabel(parent);
-    l->setObjectName(nome);
-    l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    l->setMinimumWidth(110);
-    l->setFrameShape(QFrame::StyledPanel);
-    return l;
-}
+using ui::cifra;
 
 QLabel* titolo(const char* nome, const std::string& testo, QWidget* parent) {
     auto* l = new QLabel(Q(testo), parent);

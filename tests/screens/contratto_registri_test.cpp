@@ -90,7 +90,7 @@ protected:
 TEST_F(Contratto, OgniRegistroRegistrato) {
     const std::vector<std::string> attesi = {
         "frmAziende",   "frmClassificazioniSpese", "frmClienti", "frmCodiciIva", "frmComuni", "frmCondizioniPagamento",
-        "frmDocumenti", "frmFornitori",            "frmNote",    "frmServizi",   "frmSpese",  "frmTipiSpesa",
+        "frmDocumenti", "frmFornitori",            "frmNote",    "frmPrimaNota", "frmServizi",   "frmSpese",  "frmTipiSpesa",
         "frmUtenti"};
     std::vector<std::string> registrati;
     for (const auto& [nome, fabbrica] : RegistriNoti()) registrati.push_back(nome);
