@@ -306,7 +306,8 @@ TEST_F(PrimaNota, PanoramicheDalMenu) {
     });
     p.script->dimentica();
     core::EseguiComando(*core::CercaComando("mPrimaNota2"));
-    EXPECT_EQ(p.script->messaggi().size(), 1u);
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"La data di fine del periodo non può precedere quella di inizio!"});
     ASSERT_EQ(stampe.size(), 3u);
     EXPECT_EQ(stampe[2].sezione, "PrimaNota2");
     EXPECT_EQ(stampe[2].parametri.Item("Periodo")->Valore,
