@@ -169,7 +169,8 @@ std::string ElencoConSaldo(const std::string& istruzione, const std::vector<std:
         else s += "'' as [" + campo + "], ";
     }
     s.resize(s.size() - 2);
-    return SenzaOrdine(istruzione) + " UNION " + s + " From PrimaNota";
+    // In date order, the previous balance first, as the list reads.
+    return SenzaOrdine(istruzione) + " UNION " + s + " From PrimaNota Order By Data";
 }
 
 core::RichiestaStampa StampaRegistro(const std::string& istruzione, const std::vector<std::string>& campi,

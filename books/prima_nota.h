@@ -68,7 +68,8 @@ std::string TestoStato(long destinazione, const PeriodoPrimaNota& periodo);
 double SaldoAllaRiga(const std::string& istruzione, double saldoPrecedente, double data, long id);
 
 // The print of the register: the grid's statement under "Elenco" joined to one row of the previous
-// balance dated the day before the period's start; campi are the grid's fields in their order.
+// balance dated the day before the period's start, in date order; campi are the grid's fields in
+// their order.
 std::string ElencoConSaldo(const std::string& istruzione, const std::vector<std::string>& campi,
                            double saldoPrecedente, double inizio);
 core::RichiestaStampa StampaRegistro(const std::string& istruzione, const std::vector<std::string>& campi,

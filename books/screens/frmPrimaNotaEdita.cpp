@@ -55,6 +55,8 @@ frmPrimaNotaEdita::frmPrimaNotaEdita(QWidget* parent, long destinazione)
     VText1 = casella("VText1", this);
     VText1->setNumerico(true);
     VText1->setMaschera("#,0.00");
+    VText1->setMaximumWidth(160);
+    pkData->setMaximumWidth(160);
     cbTipo = elenco("cbTipo", {"Entrata", "Uscita"}, this);
     cbDest = elenco("cbDest", books::Destinazioni(), this);
     txtPagamento = casella("txtPagamento", this);
