@@ -1,5 +1,6 @@
 #include "books/prima_nota.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "core/archivio_sql.h"
@@ -41,15 +42,15 @@ std::string Letterale(double data) {
     return testo;
 }
 
-// The balance of the destination before a day, within the fiscal period. The bare comparisons of
-// Data say again what the DateValue ones say, so that the date index serves them.
+// The balance of the destination before a day, within the fiscal period: the rows of the period
+// compared as DateValue compares them (a date with no time), as a range of Data that the index of
+// the destination and date serves with the amounts in it.
 double SaldoPrima(double giorno, long destinazione) {
     const double inizio = core::DataInizioEsercizio();
-    auto rs = core::Apri("Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota where " +
-                         DataValue("Data", "<", giorno) + " AND " + DataValue("Data", ">=", inizio) + " AND " +
-                         DataValue("Data", "<=", core::DataFineEsercizio()) +
-                         " AND Destinazione=" + std::to_string(destinazione) + " AND Data>=" + Letterale(inizio) +
-                         " AND Data<" + Letterale(giorno));
+    const double oltre = std::min(giorno, core::DataFineEsercizio() + 1);
+    auto rs = core::Apri("Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota where "
+                         "Destinazione=" + std::to_string(destinazione) + " AND Data>=" + Letterale(inizio) +
+                         " AND Data<" + Letterale(oltre));
     const double saldo = core::NumeroOZero(rs->get("TotEntrate")) - core::NumeroOZero(rs->get("TotUscite"));
     rs->Close();
     return ComeMaschera(saldo);
@@ -146,10 +147,9 @@ std::string TestoStato(long destinazione, const PeriodoPrimaNota& periodo) {
 }
 
 double SaldoAllaRiga(const std::string& istruzione, double saldoPrecedente, double data, long id) {
-    const std::string giorno = core::DataSql(data);
+    const std::string giorno = Letterale(data);
     auto rs = core::Apri("Select Sum(Entrate) as E, Sum(Uscite) as U from (" + SenzaOrdine(istruzione) +
-                         ") where DateValue(Data)<DateValue('" + giorno + "') or (DateValue(Data)=DateValue('" +
-                         giorno + "') and ID<=" + std::to_string(id) + ")");
+                         ") where Data<" + giorno + " or (Data=" + giorno + " and ID<=" + std::to_string(id) + ")");
     const double movimenti = core::NumeroOZero(rs->get("E")) - core::NumeroOZero(rs->get("U"));
     rs->Close();
     return ComeMaschera(saldoPrecedente + movimenti);

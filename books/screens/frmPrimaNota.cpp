@@ -109,7 +109,6 @@ frmPrimaNota::frmPrimaNota(QWidget* parent) : RegistroBase(Nome, parent) {
     carica(std::move(d));
     // The journal's own export (btnExcel) stands for the one every register has.
     if (auto* b = findChild<QPushButton*>("btnEsportaExcel")) b->hide();
-    RefResoconto();
 }
 
 long frmPrimaNota::destinazione() const { return cbDest->currentIndex() < 0 ? 0 : cbDest->currentIndex(); }
