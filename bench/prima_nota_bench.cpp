@@ -28,8 +28,7 @@
 #include "store/model/model.h"
 #include "support/DialoghiScript.h"
 #include "support/archive_gen.h"
-#include "support/confronto_sqlite.h"
-#include "support/sessione_misura.h"
+#include "support/registro_misure.h"
 #include "ui/VetraGrid.h"
 
 namespace {
@@ -52,15 +51,17 @@ bench::Dimensioni dimensioni() {
 using bench::Clock;
 using bench::ms;
 
-struct Ambiente : bench::SessioneMisura {
+struct Ambiente : bench::Sessione {
     long righe = 0;
-    Ambiente() : SessioneMisura("brevano-prima-nota-bench", dimensioni()) {
+    Ambiente() : Sessione(bench::ArchivioProva(dimensioni()), "brevano-prima-nota-bench", "01/01/2024") {
         righe = store::CLng(db->OpenRecordset("Select Count(*) as N from PrimaNota")->get("N"));
-        // "Today" in the middle of the journal's days, so that the month shown is a full one.
+        // "Today" in the middle of the journal's days, so that the month shown is a full one; the
+        // period starts with the journal's first year.
         const double primo = store::CDate(db->OpenRecordset("Select Min(Data) as D from PrimaNota")->get("D"));
         const double ultimo = store::CDate(db->OpenRecordset("Select Max(Data) as D from PrimaNota")->get("D"));
         store::fissaOrologio((primo + ultimo) / 2);
-        apriEsercizio(store::SplitDate(primo).year);
+        core::session().dbAziende->Execute("Update Esercizi set Dal=#01/01/" +
+                                           std::to_string(store::SplitDate(primo).year) + "# where ID=1");
     }
 };
 
@@ -72,7 +73,7 @@ Ambiente& ambiente() {
 bool senzaMessaggi(benchmark::State& state) { return ambiente().senzaMessaggi(state); }
 
 struct Grezzo : bench::Grezzo {
-    Grezzo() : bench::Grezzo(ambiente().path, *ambiente().db) {}
+    Grezzo() : bench::Grezzo(ambiente()) {}
 };
 
 struct Misure : bench::Misure {

@@ -18,36 +18,24 @@
 // The archive is generated once into the system's temporary folder (several minutes the first time);
 // the structure update's indexes are added to it when missing, as the update does to an old archive.
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QTest>
 
-#include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
 
-#include "core/impostazioni.h"
-#include "core/session.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/totali.h"
-#include "store/catalog_database.h"
 #include "store/convert.h"
-#include "store/model/model.h"
-#include "support/DialoghiScript.h"
 #include "support/archive_gen.h"
-#include "support/confronto_sqlite.h"
-#include "support/sessione_misura.h"
+#include "support/registro_misure.h"
 #include "ui/Dettaglio.h"
 #include "ui/VetraGrid.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -67,36 +55,32 @@ bench::Dimensioni dimensioni() {
 }
 
 using bench::Clock;
-using bench::Misure;
-using bench::aggiungiIndiciMancanti;
 using bench::ms;
 
 // A fattura of 500 lines in the middle of the year, made once and found again by its note.
 long grandeDocumento(store::Database& db) {
-    const std::string cerca = std::string("Select ID from Documenti where Note='") + kNotaGrandeDocumento + "'";
-    if (auto rs = db.OpenRecordset(cerca); !rs->Eof()) return store::CLng(rs->get("ID"));
-    const long id = store::CLng(db.OpenRecordset("Select Max(ID) as M from Documenti")->get("M")) + 1;
-    const long riga = store::CLng(db.OpenRecordset("Select Max(ID) as M from Movimenti")->get("M"));
-    db.Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,CondizioniPagamento,Note) "
-               "VALUES (" + std::to_string(id) + ",5,999999,'','',#07/01/2024#,17,1,'" + kNotaGrandeDocumento + "')");
-    std::vector<std::vector<store::Value>> righe;
-    for (int r = 1; r <= kRigheGrandeDocumento; ++r)
-        righe.push_back({store::Value::Long(static_cast<std::int32_t>(riga + r)), store::Value::Long(static_cast<std::int32_t>(id)),
-                         store::Value::Text("Riga " + std::to_string(r)), store::Value::Double(1 + r % 3),
-                         store::Value::Double(10 + r), store::Value::Double((1 + r % 3) * (10.0 + r)),
-                         store::Value::Long(1 + r % 4)});
-    store::model::InserisciRighe(db, "Movimenti", {"ID", "Documento", "DescMovimento", "Quantita", "PrezzoUnitario",
-                                                   "Importo", "Iva"}, righe);
-    sales::CalcolaTotaliDocumento(id);
-    return id;
+    auto L = [](long v) { return store::Value::Long(static_cast<std::int32_t>(v)); };
+    const bench::RecordConRighe fattura{
+        "Documenti", "Movimenti", kNotaGrandeDocumento,
+        [](long id) {
+            return "Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,CondizioniPagamento,Note) "
+                   "VALUES (" + std::to_string(id) + ",5,999999,'','',#07/01/2024#,17,1,'" + kNotaGrandeDocumento + "')";
+        },
+        kRigheGrandeDocumento, {"ID", "Documento", "DescMovimento", "Quantita", "PrezzoUnitario", "Importo", "Iva"},
+        [L](long riga, long id, int r) {
+            return std::vector<store::Value>{L(riga), L(id), store::Value::Text("Riga " + std::to_string(r)),
+                                             store::Value::Double(1 + r % 3), store::Value::Double(10 + r),
+                                             store::Value::Double((1 + r % 3) * (10.0 + r)), L(1 + r % 4)};
+        },
+        [](long id) { sales::CalcolaTotaliDocumento(id); }};
+    return fattura.trovaOCrea(db);
 }
 
-// The program's session on the generated archive, with the large fattura made once.
-struct Ambiente : bench::SessioneMisura {
+// The program's session on the generated archive, with the big fattura in it.
+struct Ambiente : bench::Sessione {
     long documento = 0;
-    Ambiente() : SessioneMisura("brevano-registro-bench", dimensioni()) {
+    Ambiente() : bench::Sessione(bench::ArchivioProva(dimensioni()), "brevano-registro-bench", "01/01/2024") {
         documento = grandeDocumento(*db);
-        apriEsercizio(2024);
     }
 };
 
@@ -107,9 +91,10 @@ Ambiente& ambiente() {
 
 bool senzaMessaggi(benchmark::State& state) { return ambiente().senzaMessaggi(state); }
 
-// SQLite alone on the archive's file.
+using Misure = bench::Misure;
+
 struct Grezzo : bench::Grezzo {
-    Grezzo() : bench::Grezzo(ambiente().path, *ambiente().db) {}
+    Grezzo() : bench::Grezzo(ambiente()) {}
 };
 
 std::unique_ptr<frmDocumenti> apriRegistro() {

@@ -64,6 +64,37 @@ void EliminaRigheSpesa(long spesa) {
         db.Execute(std::string("Delete from ") + tabella + " where Spesa=" + id);
 }
 
+namespace {
+
+// The name of a record picked in the search, from its own table.
+std::string Nome(bool inUso, const std::string& sql, long id) {
+    if (!inUso) return core::Testo("s239");
+    auto rs = core::Apri(sql + std::to_string(id));
+    return rs->Eof() ? std::string() : store::ConcatText(rs->Fields(0).value());
+}
+
+}  // namespace
+
+std::string CriterioSpese(const CriteriSpese& c) {
+    static const char* const stati[] = {"Non Pagate", "Pagate", "Pagate & Non"};
+    const std::string stato = stati[c.pagate == 0 || c.pagate == 1 ? c.pagate : 2];
+    const std::string dal = c.dataDal ? c.dal : core::Testo("s238");
+    const std::string al = c.dataAl ? c.al : core::Testo("s238");
+    return core::Testo("s235") + " " + stato + "; " + core::Testo("s236") + "=" + dal + "; " + core::Testo("s237") +
+           "=" + al + core::Testo("s41") + "=" +
+           Nome(c.fornitore, "Select DescFornitore from Fornitori where ID=", c.idFornitore) + "; Classificazione=" +
+           Nome(c.classificazione, "Select DescClassificazione from ClassificazioniSpese where ID=", c.idClassificazione) +
+           "; Tipo Spesa=" + Nome(c.tipoSpesa, "Select DescTipoSpesa from TipiSpesa where ID=", c.idTipoSpesa);
+}
+
+core::RichiestaStampa StampaSpese(const CriteriSpese& c, const std::string& elenco) {
+    core::RichiestaStampa r;
+    r.sezione = "Spese";
+    r.subReports.Add("Elenco", elenco);
+    r.parametri.Add("Criterio", "Criterio", CriterioSpese(c));
+    return r;
+}
+
 std::string IstruzioneRicercaSpese(const CriteriSpese& c) {
     std::string w;
     if (c.dataDal) w += " and DateValue(Data)>=DateValue('" + DataDi(c.dal) + "')";

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "core/stampa.h"
+
 namespace expenses {
 
 // What the editor holds when it is confirmed.
@@ -39,6 +41,12 @@ struct CriteriSpese {
 
 // "Select * from qrSpese " with a where of the conditions in use, none when nothing is ticked.
 std::string IstruzioneRicercaSpese(const CriteriSpese& c);
+
+// The criterion line of the printed list: "Selezione: Pagate & Non; Dal=..." with each filter's
+// value, or "nessun limite" / "Tutti" when it is not in use.
+std::string CriterioSpese(const CriteriSpese& c);
+// The list's print: section Spese, sub-report Elenco on the list's statement, parameter Criterio.
+core::RichiestaStampa StampaSpese(const CriteriSpese& c, const std::string& elenco);
 
 // What the payment commands say until payments are recorded from their own screens.
 inline constexpr const char* MsgPagamentiNonDisponibili =

@@ -5,6 +5,8 @@
 #include "core/services.h"
 #include "core/archivio_sql.h"
 #include "core/documenti.h"
+#include "core/pannello.h"
+#include "core/registro_schermi.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/errors.h"
@@ -141,6 +143,11 @@ void ScriviScadenze(const DocumentoDaScadenzare& documento, const std::vector<Ra
         rs->set("Fornitore", store::Value::Long(documento.fornitore));
         rs->Update();
     }
+}
+
+bool MostraGeneraScadenze(long id) {
+    core::ImpostaModoSchermo("frmGeneraScadenze", static_cast<int>(id));
+    return core::MostraModale("frmGeneraScadenze");
 }
 
 }  // namespace payments

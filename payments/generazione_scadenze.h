@@ -85,4 +85,8 @@ std::string DescrizioneRata(const RataPiano& rata, const std::string& didascalia
 // the rows already written.
 void ScriviScadenze(const DocumentoDaScadenzare& documento, const std::vector<RataPiano>& piano);
 
+// Opens the generation screen by name on that id, which it reads among the documents (qrDocumenti)
+// whoever opens it; true when the plan was written. A screen that is not registered raises 3265.
+bool MostraGeneraScadenze(long id);
+
 }  // namespace payments

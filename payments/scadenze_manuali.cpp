@@ -17,6 +17,15 @@ std::string ListaDocumentiDi(const std::string& campo, long id, bool nuova) {
            (nuova ? " and Rimanente<>0" : "") + " Order By Data Desc";
 }
 
+std::string ListaSpeseScadenze(bool nuova) {
+    return std::string("Select * from qrSpeseScadenze") + (nuova ? " where Rimanente<>0" : "") + " Order By Data Desc";
+}
+
+std::string ListaSpeseDi(long fornitore, bool nuova) {
+    return "Select * from qrSpeseScadenze where Fornitore=" + std::to_string(fornitore) +
+           (nuova ? " and Rimanente<>0" : "") + " Order By Data Desc";
+}
+
 double ImportoDaConfrontare(double importo, const DocumentoScelto& d, bool modifica) {
     // To the cent, so that 100.01 less 60 is 40.01 and not a hair above or below it.
     return store::Round(modifica ? importo - d.scadenze : importo, 2);
@@ -30,9 +39,9 @@ std::string DescrizioneScadenza(double importo, const DocumentoScelto& d, bool m
 std::string ControllaScadenza(const ScadenzaDaControllare& s) {
     if (s.dataVuota) return "s219";
     if (!s.dataValida) return "s220";
-    if (s.cliente == 0 && s.fornitore == 0) return "s221";
-    if (s.documento == 0) return "s222";
-    if (ImportoDaConfrontare(s.importo, s.scelto, s.modifica) > s.scelto.rimanente) return "s241";
+    if (s.cliente == 0 && s.fornitore == 0) return s.spesa ? "s229" : "s221";
+    if (s.documento == 0) return s.spesa ? "s230" : "s222";
+    if (ImportoDaConfrontare(s.importo, s.scelto, s.modifica) > s.scelto.rimanente) return s.spesa ? "s242" : "s241";
     return "";
 }
 

@@ -19,6 +19,10 @@ std::string ListaDocumentiScadenze(bool nuova, bool latoFornitori);
 // when the instalment is new.
 std::string ListaDocumentiDi(const std::string& campo, long id, bool nuova);
 
+// The same for an instalment of an expense, on qrSpeseScadenze: every expense, or one supplier's.
+std::string ListaSpeseScadenze(bool nuova);
+std::string ListaSpeseDi(long fornitore, bool nuova);
+
 // What a document picked says about an instalment: its total already scheduled and what is left,
 // each rounded to the cent. On a change the instalment's own amount is among the scheduled, so the
 // amount typed is first lowered by what is scheduled before it is compared with what is left.
@@ -40,6 +44,7 @@ struct ScadenzaDaControllare {
     double importo = 0;
     DocumentoScelto scelto;
     bool modifica = false;
+    bool spesa = false;   // an instalment of an expense: its supplier, its expense and the amount have their own texts
 };
 // The key of the text of the first check that fails, in the order of the confirm; "" when none.
 std::string ControllaScadenza(const ScadenzaDaControllare& s);

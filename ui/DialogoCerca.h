@@ -25,7 +25,8 @@ protected:
     DialogoCerca(const char* nome, const QString& titolo, const QString& conferma, QWidget* parent);
 
     QFormLayout* campiRicerca() const { return campi_; }
-    // A criterion's tick box and a date box, named as the screen's fields.
+    // A criterion's tick box, ticked as the register last left it, and a date picker holding the
+    // date as it was typed; the screen places them.
     QCheckBox* spunta(const char* nome, const QString& testo, bool attiva);
     VetraPicker* data(const char* nome, const std::string& testo);
     // Shows modally; true when the criteria were confirmed.

@@ -1,6 +1,7 @@
 #include "expenses/screens/Registra.h"
 
 #include "core/registro_schermi.h"
+#include "expenses/screens/frmCertificazioniAcconto.h"
 #include "expenses/screens/frmFornitori.h"
 #include "expenses/screens/frmSpese.h"
 #include "expenses/screens/frmSpeseEdita.h"
@@ -13,4 +14,5 @@ void RegistraSchermiSpese() {
     RegistraRegistro<frmSpese>();
     RegistraEditore<frmSpeseEdita>();
     core::registraEditor(frmSpeseMovEdita::Nome, NuovaRigaSpesa);
+    RegistraRegistro<frmCertificazioniAcconto>();
 }

@@ -20,19 +20,23 @@
 #include "core/impostazioni.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
+#include "core/stampa.h"
 #include "expenses/campi.h"
 #include "expenses/screens/frmSpeseCerca.h"
 #include "expenses/screens/frmSpeseEdita.h"
 #include "expenses/spese.h"
 #include "expenses/totali_spesa.h"
+#include "payments/generazione_scadenze.h"
 #include "payments/primanota.h"
 #include "payments/saldo.h"
 #include "sales/campi.h"
 #include "sales/documenti.h"
+#include "sales/scadenze_documento.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
+#include "ui/Scadenzario.h"
 #include "ui/VBars.h"
 #include "ui/VetraGrid.h"
 
@@ -106,16 +110,24 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
     iva.diritti.vedere = core::SpeseVedere;
     GridIva = aggiungiDettaglio(iva);
 
-    ui::DefinizioneDettaglio scadenze = Righe("GridScadenze", "qrScadenzePassive", &sales::CampiScadenzeDocumento(),
-                                              {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"},
-                                              core::ScadenzeVedere);
-    scadenze.ordinamento = "DataScadenza";
-    scadenze.colori = {NonPagata(QColor(Qt::darkRed))};
-    GridScadenze = aggiungiDettaglio(scadenze);
-    GridPagamenti = aggiungiDettaglio(Righe("GridPagamenti", "qrPagamenti", &sales::CampiSchedeCliente(),
-                                            {"DescPagamento", "DataPagamento", "ImportoPagamento", "DescScadenza",
-                                             "DataScadenza", "ImportoScadenza", "Rata", "Rate"},
-                                            core::PagamentiVedere));
+    // Instalments and payments as a document's: the lists, their commands and editors by name.
+    GridScadenze = new ui::Dettaglio(
+        ui::DettaglioScadenze({"GridScadenze", "qrScadenzePassive", "qrScadenzePassive", "Spesa", "DataScadenza",
+                               &sales::CampiScadenzeDocumento(),
+                               {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"},
+                               core::ScadenzeVedere, core::ScadenzeModificare, "frmScadenzeSpeseEdita",
+                               {"btnNuovaScadenza", "btnModificaScadenza", "btnEliminaScadenza"}}),
+        [this](bool nuova) { return spesaPerScadenza(nuova); }, [this] { ui::protetto([this] { AggiornaPagata(); }); },
+        this);
+    ui::DefinizioneDettaglio pagamenti = ui::DettaglioPagamenti(
+        {"GridPagamenti", "qrPagamenti", "qrPagamenti", "Spesa", "DataPagamento", &sales::CampiSchedeCliente(),
+         {"DescPagamento", "DataPagamento", "ImportoPagamento", "DescScadenza", "DataScadenza", "ImportoScadenza", "Rata",
+          "Rate"},
+         core::PagamentiVedere, core::PagamentiModificare, "frmPagamentiSpeseEdita",
+         {"btnNuovoPagamento", "btnModificaPagamento", "btnEliminaPagamento"}},
+        scadenzaDelPagamento_);
+    GridPagamenti = new ui::Dettaglio(pagamenti, [this](bool) { return spesaPerPagamento(); },
+                                      [this] { ui::protetto([this] { PagamentiCambiati(); }); }, this);
 
     sTab = new QTabWidget(this);
     sTab->setObjectName("sTab");
@@ -161,6 +173,9 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
     });
     aggiungiComando("btnRicerca", "Ricerc&a... (F3)", 0, [this] { CercaSpese(); });
     aggiungiComando("btnSelezionaTutto", "Seleziona &tutto", 0, [this] { SelezionaTutto(); });
+    // The list as it stands, with the last search told in words.
+    aggiungiComando("btnStampa", "Stampa", 0,
+                    [this] { core::Stampa(expenses::StampaSpese(Criteri, Grid->istruzione())); });
     Grid->aggiungiGruppo("DescClassificazione");
     Grid->aggiungiGruppo("DescTipoSpesa");
     // The sums follow the rows the list holds, after a search, a save or a delete alike.
@@ -235,6 +250,9 @@ void frmSpese::TabCambiata() {
 }
 
 void frmSpese::DopoCambioRiga() {
+    const long id = Grid->haRigaCorrente() ? Grid->idCorrente() : 0;
+    GridScadenze->Carica(id);
+    GridPagamenti->Carica(id);
     txtNote->setPlainText(Q(store::ConcatText(Grid->valore("Note"))));
     Text1->setText(Q(store::ConcatText(Grid->valore("File"))));
     if (sTab->currentIndex() == 2) CalcolaResoconto();
@@ -276,7 +294,7 @@ void frmSpese::SelezionaTutto() {
 }
 
 // The two guards compare the platform's True (-1) with "greater than zero", so they never stop the
-// command; the plan is made by the instalment screen, when the program has it.
+// command. The generation screen reads the expense's id among the documents.
 void frmSpese::GeneraScadenze() {
     if (!Grid->haRigaCorrente()) return;
     const long id = Grid->idCorrente();
@@ -288,14 +306,39 @@ void frmSpese::GeneraScadenze() {
         core::MsgBox("Impossibile generare scadenze se sono già stati emessi dei pagamenti!", core::vbExclamation);
         return;
     }
-    if (!core::schermoRegistrato("frmGeneraScadenze")) {
-        core::MsgBox("La generazione delle scadenze di una spesa sarà disponibile con le schermate delle scadenze.",
-                     core::vbInformation);
-        return;
-    }
-    core::ImpostaModoSchermo("frmGeneraScadenze", static_cast<int>(id));
-    core::MostraModale("frmGeneraScadenze");
+    payments::MostraGeneraScadenze(id);
     GridScadenze->Carica(id);
+}
+
+// A new instalment on the expense in front; a change only of an instalment with no payment.
+std::optional<long> frmSpese::spesaPerScadenza(bool nuova) {
+    if (!Grid->haRigaCorrente()) return 0;
+    if (!nuova) {
+        const std::string rifiuto = sales::RifiutoModificaScadenza(GridScadenze->griglia()->idCorrente());
+        if (!rifiuto.empty()) {
+            core::MsgBox(rifiuto, core::vbExclamation);
+            return std::nullopt;
+        }
+    }
+    return Grid->idCorrente();
+}
+
+// The payment editors come with the payments screens; until then the commands say so.
+std::optional<long> frmSpese::spesaPerPagamento() {
+    if (!Grid->haRigaCorrente()) return 0;
+    if (core::schermoRegistrato("frmPagamentiSpeseEdita")) return Grid->idCorrente();
+    core::MsgBox(expenses::MsgPagamentiNonDisponibili, core::vbInformation);
+    return std::nullopt;
+}
+
+// A payment saved or deleted: the expense's and its instalment's flags from what is left, then the
+// journal rows that lost their payment.
+void frmSpese::PagamentiCambiati() {
+    const long scadenza = scadenzaDelPagamento_;
+    scadenzaDelPagamento_ = 0;
+    if (scadenza > 0) payments::AggiornaPagataScadenza(scadenza);
+    AggiornaPagata();
+    payments::PulisciPrimaNota();
 }
 
 void frmSpese::ApriFile() {

@@ -70,6 +70,10 @@ private:
     // Changing an expense that has instalments or payments is done only when the user says so.
     bool ConfermaModificaSpesa();
     void AggiornaPagata();
+    std::optional<long> spesaPerScadenza(bool nuova);
+    std::optional<long> spesaPerPagamento();
+    void PagamentiCambiati();
+    long scadenzaDelPagamento_ = 0;   // the instalment of the payment being deleted
     QWidget* schedaResoconto();
     QWidget* schedaFile();
     void TabCambiata();

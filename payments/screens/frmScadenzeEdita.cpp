@@ -46,8 +46,10 @@ QLabel* cifra(const char* nome, QWidget* parent) {
 
 }  // namespace
 
-frmScadenzeEdita::frmScadenzeEdita(QWidget* parent)
-    : EditorBase(Nome, "Scadenze", "Scadenza", parent),
+frmScadenzeEdita::frmScadenzeEdita(QWidget* parent) : frmScadenzeEdita(Nome, false, parent) {}
+
+frmScadenzeEdita::frmScadenzeEdita(const char* nome, bool spesa, QWidget* parent)
+    : EditorBase(nome, "Scadenze", "Scadenza", parent),
       cbCliente(new ui::VetraCombo(this)),
       cbFornitore(new ui::VetraCombo(this)),
       cbDocumenti(new ui::VetraCombo(this)),
@@ -58,7 +60,9 @@ frmScadenzeEdita::frmScadenzeEdita(QWidget* parent)
       txtImporto(new ui::VText(this)),
       txtRata(numero("txtRata", "Rata", this)),
       txtRate(numero("txtRate", "Rate", this)),
-      pkAvviso(new ui::VetraPicker(this)) {
+      pkAvviso(new ui::VetraPicker(this)),
+      spesa_(spesa),
+      campoScelto_(spesa ? "Spesa" : "Documento") {
     for (auto [p, nome, campo] : {std::tuple{pkData, "pkData", "DataScadenza"}, {pkAvviso, "pkAvviso", "DataAvviso"}}) {
         p->setObjectName(nome);
         p->setDataField(campo);
@@ -79,7 +83,7 @@ frmScadenzeEdita::frmScadenzeEdita(QWidget* parent)
     cbDocumenti->setColonne({{"DescDocumento", "Documento", 3000},
                              {"Data", core::Testo("s84"), 1100, "dd/mm/yyyy"},
                              {"Numero", core::Testo("s287"), 700},
-                             {"ImportoTotale", core::Testo("s171"), 1200, "#,0.00"}});
+                             {spesa_ ? "ImportoSpesa" : "ImportoTotale", core::Testo("s171"), 1200, "#,0.00"}});
     txtDescrizione->setObjectName("txtDescrizione");
     txtDescrizione->setDataField("DescScadenza");
     txtImporto->setObjectName("txtImporto");
@@ -92,9 +96,10 @@ frmScadenzeEdita::frmScadenzeEdita(QWidget* parent)
 
     for (ui::VetraCombo* c : {cbCliente, cbFornitore, cbDocumenti})
         c->setSizePolicy(QSizePolicy::Expanding, c->sizePolicy().verticalPolicy());
-    aggiungiCampo("Cliente", cbCliente);
+    if (spesa_) cbCliente->hide();
+    else aggiungiCampo("Cliente", cbCliente);
     aggiungiCampo("Fornitore", cbFornitore);
-    aggiungiCampo("Documento", cbDocumenti);
+    aggiungiCampo(spesa_ ? "Spesa" : "Documento", cbDocumenti);
     aggiungiCampo("Già scadenzato", lblPagato);
     aggiungiCampo("Da scadenzare", lblDaPagare);
     aggiungiCampo(Q(core::Testo("s178")), txtDescrizione);
@@ -124,15 +129,19 @@ frmScadenzeEdita::frmScadenzeEdita(QWidget* parent)
 }
 
 // Opened on a document, the side is the document's: money coming in lists the customers' side.
-// Opened alone, the screen's mode says it (1 the suppliers' side).
+// Opened alone, the screen's mode says it (1 the suppliers' side). An expense is the suppliers'.
 void frmScadenzeEdita::DopoCarica() {
     caricamento_ = true;
     long documento = 0;
-    if (apertura().campoPadre == "Documento") documento = apertura().idPadre;
-    if (!nuovo())
-        documento = idDi(core::Apri("Select Documento from Scadenze where ID=" + std::to_string(id()))->get("Documento"));
-    latoFornitori_ = documento > 0 ? !core::TipoAttivo(core::TipoDocumento(documento)) : core::ModoSchermo(Nome) == 1;
-    cbDocumenti->setSorgente(payments::ListaDocumentiScadenze(nuovo(), latoFornitori_));
+    if (apertura().campoPadre == campoScelto_) documento = apertura().idPadre;
+    if (!nuovo()) {
+        const std::string campo = campoScelto_;
+        documento = idDi(core::Apri("Select " + campo + " from Scadenze where ID=" + std::to_string(id()))->get(campo));
+    }
+    if (spesa_) latoFornitori_ = true;
+    else latoFornitori_ = documento > 0 ? !core::TipoAttivo(core::TipoDocumento(documento)) : core::ModoSchermo(Nome) == 1;
+    cbDocumenti->setSorgente(spesa_ ? payments::ListaSpeseScadenze(nuovo())
+                                    : payments::ListaDocumentiScadenze(nuovo(), latoFornitori_));
     cbDocumenti->Aggiorna();
     cbDocumenti->setValore(store::Value::Long(static_cast<std::int32_t>(documento)));
     DocumentoCambiato(nuovo());
@@ -170,7 +179,8 @@ void frmScadenzeEdita::Descrivi() {
 // A counterpart picked narrows the documents to its own.
 void frmScadenzeEdita::ControparteCambiata(const char* campo, ui::VetraCombo* combo) {
     caricamento_ = true;
-    cbDocumenti->setSorgente(payments::ListaDocumentiDi(campo, idDi(combo->valore()), nuovo()));
+    cbDocumenti->setSorgente(spesa_ ? payments::ListaSpeseDi(idDi(combo->valore()), nuovo())
+                                    : payments::ListaDocumentiDi(campo, idDi(combo->valore()), nuovo()));
     cbDocumenti->Aggiorna();
     caricamento_ = false;
     DocumentoCambiato(false);
@@ -186,16 +196,18 @@ bool frmScadenzeEdita::Valida() {
     s.importo = txtImporto->numero();
     s.scelto = scelto_;
     s.modifica = !nuovo();
+    s.spesa = spesa_;
     const std::string chiave = payments::ControllaScadenza(s);
     if (chiave.empty()) return true;
     core::MsgBox(core::Testo(chiave), core::vbExclamation);
     if (chiave == "s219" || chiave == "s220") pkData->casella()->setFocus();
-    else if (chiave == "s241") txtImporto->setFocus();
-    else if (chiave == "s222") cbDocumenti->setFocus();
+    else if (chiave == "s241" || chiave == "s242") txtImporto->setFocus();
+    else if (chiave == "s222" || chiave == "s230") cbDocumenti->setFocus();
+    else if (spesa_) cbFornitore->setFocus();
     else cbCliente->setFocus();
     return false;
 }
 
 void frmScadenzeEdita::PrimaDiAggiornare(store::Recordset& rs) {
-    rs.set("Documento", store::Value::Long(static_cast<std::int32_t>(idDi(cbDocumenti->valore()))));
+    rs.set(campoScelto_, store::Value::Long(static_cast<std::int32_t>(idDi(cbDocumenti->valore()))));
 }

@@ -32,6 +32,9 @@ public:
     ui::VetraPicker* pkAvviso;
 
 protected:
+    // spesa: the instalment of an expense, picked among the expenses (Spesa), with no customer.
+    frmScadenzeEdita(const char* nome, bool spesa, QWidget* parent);
+
     bool Valida() override;
     void DopoCarica() override;
     void PrimaDiAggiornare(store::Recordset& rs) override;
@@ -43,7 +46,18 @@ private:
     void ControparteCambiata(const char* campo, ui::VetraCombo* combo);
     void Descrivi();
 
+    const bool spesa_;
+    const char* campoScelto_;   // the field the pick is written to: Documento or Spesa
     payments::DocumentoScelto scelto_;
     bool latoFornitori_ = false;   // the documents offered are those of the suppliers' side
     bool caricamento_ = true;   // until the record is loaded, and while the counterparts follow the document
+};
+
+// One instalment typed by hand against an expense: the supplier, the expense with what is already
+// scheduled on it and what is left, and the rest as for a document.
+class frmScadenzeSpeseEdita : public frmScadenzeEdita {
+    Q_OBJECT
+public:
+    static constexpr const char* Nome = "frmScadenzeSpeseEdita";
+    explicit frmScadenzeSpeseEdita(QWidget* parent = nullptr) : frmScadenzeEdita(Nome, true, parent) {}
 };

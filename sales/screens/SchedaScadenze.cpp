@@ -1,6 +1,5 @@
 #include "sales/screens/SchedaScadenze.h"
 
-#include <QColor>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -12,15 +11,16 @@
 #include "core/dialogs.h"
 #include "core/documenti.h"
 #include "core/impostazioni.h"
+#include "payments/generazione_scadenze.h"
 #include "payments/primanota.h"
 #include "payments/saldo.h"
 #include "sales/scadenze_documento.h"
-#include "sales/screens/frmGeneraScadenze.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "ui/Cifra.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
+#include "ui/Scadenzario.h"
 #include "ui/Stile.h"
 #include "ui/VetraGrid.h"
 
@@ -42,38 +42,6 @@ QLabel* titolo(const char* nome, const std::string& testo, QWidget* parent) {
     return l;
 }
 
-struct Righe {
-    const char* griglia;
-    std::string vista;         // the saved query of the register's side
-    const char* vistaVuota;    // the one read with no document
-    const char* ordinamento;
-    const core::TabellaCampi* campi;
-    std::vector<std::string> colonne;
-    int vedere, modificare;    // the rights: to see the rows, and of each command
-    const char* editor;        // by name: the editors are the payments area's
-    const char* comandi[3];    // new, change, delete
-};
-
-// The rows of the document in front, read again after a delete whatever the answer.
-ui::DefinizioneDettaglio righeDelDocumento(const Righe& r) {
-    ui::DefinizioneDettaglio d;
-    d.nome = r.griglia;
-    const std::string sorgente = "Select * from " + r.vista + " where Documento=";
-    d.righe = [sorgente](long id) { return sorgente + std::to_string(id); };
-    d.vuota = std::string("Select * from ") + r.vistaVuota + " where ID<0";
-    d.campoPadre = "Documento";
-    d.ordinamento = r.ordinamento;
-    d.campi = r.campi;
-    d.colonne = r.colonne;
-    d.diritti = {r.vedere, r.modificare, r.modificare, r.modificare};
-    d.editor = FabbricaEditorDi(r.editor);
-    d.ricaricaDopoElimina = true;
-    d.nomeNuovo = r.comandi[0];
-    d.nomeModifica = r.comandi[1];
-    d.nomeElimina = r.comandi[2];
-    return d;
-}
-
 QGroupBox* riquadro(const QString& titolo, QWidget* contenuto, QWidget* parent) {
     auto* g = new QGroupBox(titolo, parent);
     auto* l = new QVBoxLayout(g);
@@ -89,30 +57,19 @@ SchedaScadenze::SchedaScadenze(long tipo, const sales::CriteriDocumenti& criteri
     setObjectName("SchedaScadenze");
     const bool attivo = core::TipoAttivo(tipo_);
 
-    ui::DefinizioneDettaglio sc = righeDelDocumento(
-        {"GridScadenze", attivo ? "qrScadenzeAttive" : "qrScadenzePassive", "qrScadenzeAttive", "DataScadenza",
-         &sales::CampiScadenzeDocumento(), {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"},
+    ui::DefinizioneDettaglio sc = ui::DettaglioScadenze(
+        {"GridScadenze", attivo ? "qrScadenzeAttive" : "qrScadenzePassive", "qrScadenzeAttive", "Documento",
+         "DataScadenza", &sales::CampiScadenzeDocumento(), {"DescScadenza", "DataScadenza", "ImportoScadenza", "Rata", "Rate"},
          core::ScadenzeVedere, core::ScadenzeModificare, "frmScadenzeEdita",
          {"btnNuovaScadenza", "btnModificaScadenza", "btnEliminaScadenza"}});
-    // An instalment still to pay stands out in dark red.
-    sc.colori = {{"Pagata", [](const store::Value& v) { return !v.isNull() && !store::CBool(v); },
-                  QColor(Qt::darkRed), QColor(Qt::white)}};
-    // An instalment that has a payment stays.
-    sc.guardia = ui::Guardia{"Scadenza", {{"Pagamenti", "Pagamenti"}}};
-    sc.domandaElimina = [](store::Recordset&) { return core::Testo("s233"); };
     fmScadenze = new ui::Dettaglio(sc, [this](bool nuova) { return documentoPerScadenza(nuova); }, [] {}, this);
 
-    ui::DefinizioneDettaglio pg = righeDelDocumento(
-        {"GridPagamenti", attivo ? "qrIncassi" : "qrPagamenti", "qrIncassi", "DataPagamento",
+    ui::DefinizioneDettaglio pg = ui::DettaglioPagamenti(
+        {"GridPagamenti", attivo ? "qrIncassi" : "qrPagamenti", "qrIncassi", "Documento", "DataPagamento",
          &sales::CampiPagamentiDocumento(), {"DataPagamento", "DescPagamento", "ImportoPagamento"},
          core::PagamentiVedere, core::IncassiModificare, "frmPagamentiEdita",
-         {"btnNuovoPagamento", "btnModificaPagamento", "btnEliminaPagamento"}});
-    // The question; the payment's instalment is read while the row is still there.
-    pg.domandaElimina = [this](store::Recordset& rs) {
-        const store::Value s = rs.get("Scadenza");
-        scadenzaDelPagamento_ = s.isNull() ? 0 : store::CLng(s);
-        return core::Testo("s262");
-    };
+         {"btnNuovoPagamento", "btnModificaPagamento", "btnEliminaPagamento"}},
+        scadenzaDelPagamento_);
     fmPagamenti = new ui::Dettaglio(pg, [this](bool) { return documentoPerPagamento(); },
                                     [this] { ui::protetto([this] { pagamentiCambiati(); }); }, this);
 
@@ -213,8 +170,7 @@ void SchedaScadenze::AggiornaStatoScadenza() {
 
 void SchedaScadenze::GeneraScadenze() {
     if (documento_ == 0) return;
-    frmGeneraScadenze g(this);
-    g.Edita(documento_);
+    payments::MostraGeneraScadenze(documento_);
     fmScadenze->Carica(documento_);
 }
 

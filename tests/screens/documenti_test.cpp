@@ -23,7 +23,7 @@
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiCerca.h"
 #include "sales/screens/frmDocumentiEdita.h"
-#include "sales/screens/frmGeneraScadenze.h"
+#include "payments/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "core/stampa.h"
 #include "ui/Dettaglio.h"
@@ -412,6 +412,7 @@ TEST_F(Documenti, FatturaTipica) {
     // the preview showed.
     db->Execute("Update CondizioniPagamento set Rata1=30 where ID=2");
     std::vector<std::string> anteprima;
+    p.script->lasciaAprire("frmGeneraScadenze");
     p.script->schermo("frmGeneraScadenze", [&anteprima](QWidget* w) {
         auto* g = static_cast<frmGeneraScadenze*>(w);
         for (int i = 0; i < g->Grid->rowCount(); ++i)

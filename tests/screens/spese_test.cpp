@@ -16,9 +16,11 @@
 #include "core/varie.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
+#include "core/stampa.h"
 #include "expenses/screens/frmSpese.h"
 #include "expenses/screens/frmSpeseCerca.h"
 #include "expenses/screens/frmSpeseEdita.h"
+#include "payments/screens/frmScadenzeEdita.h"
 #include "support/acquisti_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VBars.h"
@@ -127,8 +129,8 @@ TEST_F(Acquisti, NuoviCollegatiDallEditorDellaSpesa) {
 
 // One expense from the register: the head, four lines at two rates (one negative, amounts typed with
 // a comma, a point and a stray letter), a withholding of 20%. Each line saved brings the stored
-// totals, the row on screen and the sums of the list up to date at once.
-TEST_F(Acquisti, SpesaDallInserimentoAiTotali) {
+// totals, the row on screen and the sums of the list up to date at once. Then its instalments.
+TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
     frmSpese r;
     r.show();
     p.script->schermo("frmSpeseEdita", [](QWidget* w) {
@@ -195,6 +197,72 @@ TEST_F(Acquisti, SpesaDallInserimentoAiTotali) {
     EXPECT_DOUBLE_EQ(numero(campo(spesa, "Imponibile")), 162.84);
     EXPECT_NEAR(numero(r.griglia()->valore("ImportoSpesa")), 162.84 - 32.568 + 34.34, 1e-9);
     EXPECT_FALSE(store::CBool(campo(spesa, "Pagata")));
+
+    // The plan is read among the documents by the expense's id: with no document 1 the archive's
+    // missing record stops it, and nothing is written.
+    r.sTab->setCurrentIndex(2);
+    p.script->dimentica();
+    p.script->lasciaAprire("frmGeneraScadenze");
+    clic(&r, "btnGeneraScadenze");
+    ASSERT_EQ(testiMostrati(*p.script).size(), 1u);
+    EXPECT_EQ(testiMostrati(*p.script)[0].rfind("Errore 3021", 0), 0u);
+    EXPECT_EQ(conta("Select * from Scadenze"), 0);
+    // With a document 1, the plan is that document's, and its rows are the document's.
+    db->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,ImportoTotale) VALUES (1,5,1,#04/01/2026#,0,80)");
+    p.script->lasciaAprire("frmGeneraScadenze");
+    p.script->schermo("frmGeneraScadenze", [](QWidget* w) {
+        clic(w, "btnConferma");
+        return true;
+    });
+    clic(&r, "btnGeneraScadenze");
+    EXPECT_EQ(conta("Select * from Scadenze where Documento=1 and ImportoScadenza=80"), 1);
+    EXPECT_EQ(r.GridScadenze->griglia()->righeMostrate(), 0);
+    db->Execute("Delete from Scadenze");
+
+    // By hand: the first instalment proposes what is left of the expense, 164.61; 100 is a part
+    // payment, then the rest, which a cent more would pass.
+    const std::string descSpesa = store::ConcatText(campo("Select * from qrSpeseScadenze where ID=1", "DescDocumento"));
+    struct Rata {
+        const char* proposto;
+        std::vector<const char*> importi;   // typed and confirmed in turn
+        std::vector<std::string> messaggi;
+        std::string descrizione;
+    };
+    const Rata rate[] = {
+        {"164,61", {"100"}, {}, "Acconto " + descSpesa},
+        {"64,61", {"64,62", "64,61"}, {"L'importo supera quanto resta da scadenzare sulla spesa!"}, "Saldo " + descSpesa},
+    };
+    for (const Rata& rata : rate) {
+        SCOPED_TRACE(rata.proposto);
+        p.script->dimentica();
+        p.script->schermo("frmScadenzeSpeseEdita", [&rata](QWidget* w) {
+            auto* e = static_cast<frmScadenzeSpeseEdita*>(w);
+            EXPECT_EQ(e->txtImporto->text().toStdString(), rata.proposto);
+            EXPECT_EQ(e->lblDaPagare->text().toStdString(), rata.proposto);
+            EXPECT_EQ(store::CLng(e->cbFornitore->valore()), 1);
+            e->pkData->setTesto("30/04/2026");
+            for (const char* importo : rata.importi) {
+                digita(e->txtImporto, importo);
+                e->Conferma();
+            }
+            return true;
+        });
+        clic(&r, "btnNuovaScadenza");
+        EXPECT_EQ(testiMostrati(*p.script), rata.messaggi);
+        EXPECT_EQ(conta("Select * from Scadenze where Spesa=1 and Documento=0 and DescScadenza='" +
+                        core::Apici(rata.descrizione) + "'"),
+                  1);
+    }
+    EXPECT_EQ(r.GridScadenze->griglia()->righeMostrate(), 2);
+    EXPECT_NEAR(numero(campo("Select Sum(ImportoScadenza) as S from Scadenze where Spesa=1", "S")), 164.61, 1e-9);
+    // An instalment with a payment is not changed.
+    db->Execute("Insert Into Pagamenti (ID,Spesa,Scadenza,ImportoPagamento) VALUES (1,1," +
+                std::to_string(r.GridScadenze->griglia()->idCorrente()) + ",10)");
+    p.script->dimentica();
+    clic(&r, "btnModificaScadenza");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Impossibile modificare la scadenza: risultano dei pagamenti registrati!"});
+    EXPECT_TRUE(p.script->schermiMostrati().empty());
 }
 
 // Each command of the register on an expense with an open instalment and one line.
@@ -222,14 +290,18 @@ TEST_F(Acquisti, SpeseComandi) {
         {"btnNuovoMov", 0, core::vbNo, {domanda}},
         {"btnModificaMov", 0, core::vbNo, {domanda}},
         {"btnGeneraScadenze", core::ScadenzeModificare, 0, {kNegato}},
-        {"btnGeneraScadenze", 0, 0,
-         {"La generazione delle scadenze di una spesa sarà disponibile con le schermate delle scadenze."}},
+        {"btnNuovaScadenza", core::ScadenzeModificare, 0, {kNegato}},
+        {"btnModificaScadenza", core::ScadenzeModificare, 0, {kNegato}},
+        {"btnEliminaScadenza", core::ScadenzeModificare, 0, {kNegato}},
+        {"btnEliminaScadenza", 0, core::vbNo, {"Eliminare la scadenza selezionata?"}},
+        {"btnNuovoPagamento", core::PagamentiModificare, 0, {kNegato}},
         {"btnPaga", core::PagamentiModificare, 0, {kNegato}},
         {"btnPaga", 0, 0, {"La registrazione dei pagamenti sarà disponibile con le schermate dei pagamenti."}},
         {"btnFile", 0, 0, {}},   // no linked file: nothing
     };
     frmSpese r;
     r.show();
+    r.sTab->setCurrentIndex(2);
     for (const Caso& c : casi) {
         SCOPED_TRACE(std::string(c.comando) + " " + std::to_string(c.negato) + " " + std::to_string(c.risposta));
         senzaDiritto(c.negato);
@@ -304,7 +376,7 @@ TEST_F(Acquisti, EliminaSpesaACascata) {
 // From the panel: its commands for expenses and suppliers are on, and a line opened by name belongs
 // to the expense the panel set as its mode, whose totals it brings up to date itself.
 TEST_F(Acquisti, DalPannello) {
-    for (const char* menu : {"mSpese", "mFornitori"}) EXPECT_TRUE(core::ComandoDisponibile(*core::CercaComando(menu))) << menu;
+    for (const char* menu : {"mSpese", "mFornitori", "mCertificazioniAcconto"}) EXPECT_TRUE(core::ComandoDisponibile(*core::CercaComando(menu))) << menu;
     for (const core::ComandoPannello& c : core::ComandiRapidi())
         if (c.nome == "mSpesa" || c.nome == "mFornitori") {
             EXPECT_TRUE(core::ComandoDisponibile(c)) << c.nome;
@@ -412,6 +484,102 @@ TEST_F(Acquisti, RicercaDelleSpese) {
     cercaCon<frmSpeseCerca>(*p.script, [](frmSpeseCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command1");
     QTest::keyClick(r.griglia(), Qt::Key_F3);
     EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrSpese  where Pagata=True");
+}
+
+}  // namespace
+
+namespace {
+
+// The list's print: its section, the list's statement as it stands, and the search told in words.
+TEST_F(Acquisti, StampaDelleSpese) {
+    db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (2,'Rossi & Figli')");
+    spesa(1, "1", "03/10/2026");
+    std::vector<core::RichiestaStampa> stampe;
+    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
+    frmSpese r;
+    struct Caso {
+        std::function<void(frmSpeseCerca*)> compila;
+        std::string criterio;
+    };
+    const Caso casi[] = {
+        {[](frmSpeseCerca*) {},
+         "Selezione: Pagate & Non; Dal=nessun limite; Al=nessun limiteFornitore=Tutti; Classificazione=Tutti; "
+         "Tipo Spesa=Tutti"},
+        {[](frmSpeseCerca* c) {
+             c->OpPagate->setCurrentIndex(2);
+             c->chkDataDal->setChecked(true);
+             c->pkDataDal->setTesto("01/03/2026");
+             c->chkDest->setChecked(true);
+             c->cbDest->setValore(store::Value::Long(2));
+             c->chkClassificazione->setChecked(true);
+             c->cbClassificazione->setValore(store::Value::Long(1));
+         },
+         "Selezione: Non Pagate; Dal=01/03/2026; Al=nessun limiteFornitore=Rossi & Figli; Classificazione=Ufficio; "
+         "Tipo Spesa=Tutti"},
+        {[](frmSpeseCerca* c) {
+             c->OpPagate->setCurrentIndex(1);
+             c->chkDataDal->setChecked(false);
+             c->chkDest->setChecked(false);
+             c->chkClassificazione->setChecked(false);
+             c->chkDataAl->setChecked(true);
+             c->pkDataAl->setTesto("31/03/2026");
+             c->chkTipoSpesa->setChecked(true);
+             c->cbTipoSpesa->setValore(store::Value::Long(1));
+         },
+         "Selezione: Pagate; Dal=nessun limite; Al=31/03/2026Fornitore=Tutti; Classificazione=Tutti; "
+         "Tipo Spesa=Cancelleria"},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.criterio);
+        cercaCon<frmSpeseCerca>(*p.script, c.compila, "Command1");
+        clic(&r, "btnRicerca");
+        stampe.clear();
+        clic(&r, "btnStampa");
+        ASSERT_EQ(stampe.size(), 1u);
+        EXPECT_EQ(stampe[0].sezione, "Spese");
+        ASSERT_NE(stampe[0].subReports.Item("Elenco"), nullptr);
+        EXPECT_EQ(stampe[0].subReports.Item("Elenco")->Query, r.griglia()->istruzione());
+        ASSERT_NE(stampe[0].parametri.Item("Criterio"), nullptr);
+        EXPECT_EQ(stampe[0].parametri.Item("Criterio")->Valore, c.criterio);
+    }
+    core::installaStampa(nullptr);
+}
+
+// An instalment typed by hand on an expense of 100.00: each check of the confirm in its order, with
+// the expense's own texts, and nothing written until all pass.
+TEST_F(Acquisti, ScadenzaDiUnaSpesaControlli) {
+    spesa(1, "7", "03/20/2026");
+    db->Execute("Update Spese set ImportoSpesa=100 where ID=1");
+    struct Caso {
+        const char* nome;
+        std::string data;
+        long fornitore, spesa;
+        const char* importo;
+        std::vector<std::string> messaggi;
+    };
+    const Caso casi[] = {
+        {"senza data", "", 1, 1, "10", {"Inserire la data!"}},
+        {"data non valida", "31/02/2026", 1, 1, "10", {"La data non è valida!"}},
+        {"senza fornitore", "30/04/2026", 0, 1, "10", {"Selezionare il fornitore!"}},
+        {"senza spesa", "30/04/2026", 1, 0, "10", {"Selezionare la spesa!"}},
+        {"oltre quanto resta", "30/04/2026", 1, 1, "100,01", {"L'importo supera quanto resta da scadenzare sulla spesa!"}},
+        {"tutta la spesa", "30/04/2026", 1, 1, "100", {}},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        frmScadenzeSpeseEdita e;
+        e.Prepara({Modalita::Nuovo, 0, nullptr, "Spesa", 1});
+        EXPECT_EQ(e.txtImporto->text(), "100,00");
+        EXPECT_FALSE(e.cbCliente->isVisible());
+        e.pkData->setTesto(c.data);
+        if (!c.spesa) e.cbDocumenti->setValore(store::Value::Long(0));
+        if (!c.fornitore) e.cbFornitore->setValore(store::Value::Long(0));
+        digita(e.txtImporto, c.importo);
+        e.Conferma();
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(conta("Select * from Scadenze where Spesa=1"), c.messaggi.empty() ? 1 : 0);
+    }
 }
 
 }  // namespace

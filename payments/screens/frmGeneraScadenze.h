@@ -24,6 +24,9 @@ public:
 
     // Reads the document and its term, previews, shows modally; true when the plan was written.
     bool Edita(long documento);
+    // What the registry runs for the screen opened by name: Edita on the id the opener set as the
+    // screen's mode (core::ImpostaModoSchermo), over the main window.
+    static bool Mostra();
     void Carica(long documento);
     // The plan of the controls: shown in Grid, or written.
     std::vector<payments::RataPiano> Costruisci(bool scrittura);

@@ -1,4 +1,4 @@
-#include "sales/screens/frmGeneraScadenze.h"
+#include "payments/screens/frmGeneraScadenze.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,6 +14,7 @@
 
 #include "core/dialogs.h"
 #include "core/impostazioni.h"
+#include "core/pannello.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "ui/Dialoghi.h"
@@ -147,4 +148,9 @@ void frmGeneraScadenze::Conferma() {
 bool frmGeneraScadenze::Edita(long documento) {
     Carica(documento);
     return ui::eseguiModale(this, [this] { return exec() == QDialog::Accepted; });
+}
+
+bool frmGeneraScadenze::Mostra() {
+    frmGeneraScadenze g(ui::finestraPrincipale());
+    return g.Edita(core::ModoSchermo(Nome));
 }

@@ -1,0 +1,145 @@
+// The register of expenses on an archive of 500,000 expenses (1,000,000 lines, 500 suppliers): the
+// real frmSpese offscreen, beside SQLite's own C interface running the very text the engine runs,
+// on the same file.
+//   PrimaSchermata  the register opened until its first screen of rows is shown, grouped by class
+//                   and kind as it opens; SQLite: the statement prepared and its first 40 rows read.
+//   SalvaRiga       on the register showing the expense a search found,
+//                   a line of a 200-line expense changed and saved, then the expense's totals
+//                   written through the register's row and the row read again, as the register does
+//                   after a line's save; SQLite: the line's UPDATE, the sums of the lines, the
+//                   expense's UPDATE and its row.
+// Each iteration runs the two sides in turn, so whatever else loads the machine weighs on both.
+// The archive is generated once into the system's temporary folder (minutes the first time).
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "expenses/screens/frmSpese.h"
+#include "expenses/totali_spesa.h"
+#include "support/archive_gen.h"
+#include "support/registro_misure.h"
+#include "ui/VetraGrid.h"
+
+namespace {
+
+using bench::Clock;
+using bench::ms;
+
+constexpr int kRigheGrandeSpesa = 200;
+constexpr int kRigheSchermata = 40;
+const char* const kNotaGrandeSpesa = "Spesa di 200 righe per le misure";
+
+bench::Dimensioni dimensioni() {
+    bench::Dimensioni d;
+    d.clienti = 1000;
+    d.fornitori = 500;
+    d.documenti = 2000;
+    d.righe = 2;
+    d.scadenze = 2000;
+    d.pagamenti = 2000;
+    d.spese = 500000;
+    d.primaNota = false;
+    return d;
+}
+
+// An expense of 200 lines in the middle of the year, with a 20% withholding, made once.
+long grandeSpesa(store::Database& db) {
+    auto L = [](long v) { return store::Value::Long(static_cast<std::int32_t>(v)); };
+    const bench::RecordConRighe spesa{
+        "Spese", "MovimentiSpese", kNotaGrandeSpesa,
+        [](long id) {
+            return "Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Classificazione,RitenutaAcconto,Pagata,Note) "
+                   "VALUES (" + std::to_string(id) + ",'999999',#07/01/2024#,17,1,1,20,False,'" + kNotaGrandeSpesa + "')";
+        },
+        kRigheGrandeSpesa, {"ID", "Spesa", "DescMovimento", "Importo", "Iva"},
+        [L](long riga, long id, int r) {
+            return std::vector<store::Value>{L(riga), L(id), store::Value::Text("Voce " + std::to_string(r)),
+                                             store::Value::Double(10.5 + r), L(1 + r % 4)};
+        },
+        [](long id) { expenses::CalcolaTotaliSpesa(id); }};
+    return spesa.trovaOCrea(db);
+}
+
+struct Ambiente : bench::Sessione {
+    long spesa = 0;
+    Ambiente() : bench::Sessione(bench::ArchivioProva(dimensioni()), "brevano-spese-bench", "01/01/2024") {
+        spesa = grandeSpesa(*db);
+    }
+};
+
+Ambiente& ambiente() {
+    static Ambiente a;
+    return a;
+}
+
+std::unique_ptr<frmSpese> apriRegistro() {
+    auto f = std::make_unique<frmSpese>();
+    f->show();
+    QApplication::processEvents();
+    return f;
+}
+
+void BM_PrimaSchermata(benchmark::State& state) {
+    Ambiente& a = ambiente();
+    bench::Grezzo grezzo(a);
+    bench::Misure m;
+    for (auto _ : state) {
+        auto t = Clock::now();
+        auto f = apriRegistro();
+        m.motore += ms(t);
+        if (!a.senzaMessaggi(state)) break;
+        if (f->griglia()->righeMostrate() < kRigheSchermata) state.SkipWithError("the first screen is not full");
+        const std::string istruzione = f->griglia()->istruzione();
+        state.PauseTiming();
+        f.reset();
+        state.ResumeTiming();
+        m.sqlite(grezzo, istruzione, kRigheSchermata);
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_PrimaSchermata)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+void BM_SalvaRiga(benchmark::State& state) {
+    Ambiente& a = ambiente();
+    bench::Grezzo grezzo(a);
+    bench::Misure m;
+    auto f = apriRegistro();
+    // The expense found as a search finds it, rather than by reading the list down to it.
+    const std::string s = std::to_string(a.spesa);
+    f->griglia()->setSorgente("Select * from qrSpese where ID=" + s);
+    f->griglia()->Aggiorna();
+    if (!f->griglia()->vaiAId(a.spesa)) state.SkipWithError("the expense is not in the list");
+    const long riga = store::CLng(a.db->OpenRecordset("Select Min(ID) as M from MovimentiSpese where Spesa=" + s)->get("M"));
+    int giro = 0;
+    for (auto _ : state) {
+        const double importo = 10 + (++giro % 7);
+        auto t = Clock::now();
+        {
+            auto rs = a.db->OpenRecordset("Select * from MovimentiSpese where ID=" + std::to_string(riga));
+            rs->Edit();
+            rs->set("Importo", store::Value::Double(importo));
+            rs->Update();
+        }
+        expenses::CalcolaTotaliSpesa(a.spesa, f->griglia()->Recordset());
+        f->griglia()->AggiornaRiga();
+        m.motore += ms(t);
+        if (!a.senzaMessaggi(state)) break;
+        t = Clock::now();
+        grezzo.esegui("UPDATE MovimentiSpese SET Importo=" + std::to_string(importo) + " WHERE ID=" + std::to_string(riga));
+        benchmark::DoNotOptimize(grezzo.leggi(expenses::SqlTotaliSpesa(a.spesa)));
+        grezzo.esegui("UPDATE Spese SET Imponibile=Imponibile+0, TotIva=TotIva+0, ImportoSpesa=ImportoSpesa+0 WHERE ID=" + s);
+        benchmark::DoNotOptimize(grezzo.leggi("Select * from qrSpese where ID=" + s));
+        m.grezzo += ms(t);
+        ++m.volte;
+    }
+    m.riporta(state);
+}
+BENCHMARK(BM_SalvaRiga)->Iterations(50)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,163 @@
+// The withholding certificates as the office uses them: the fatture with a withholding listed and
+// searched, a certificate marked as received and back, and printed on the shipped layout to a PDF
+// whose amounts are worked out by hand.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QTest>
+#include <filesystem>
+#include <functional>
+
+#include "core/file.h"
+#include "core/session.h"
+#include "core/stampa.h"
+#include "expenses/screens/frmCertificazioniAcconto.h"
+#include "report/report_support.h"
+#include "support/acquisti_prova.h"
+#include "ui/Dialoghi.h"
+#include "ui/VetraCombo.h"
+#include "ui/VetraGrid.h"
+#include "ui/VetraPicker.h"
+
+using namespace prova;
+namespace fs = std::filesystem;
+
+namespace {
+
+class Certificazioni : public Acquisti {
+protected:
+    void SetUp() override {
+        Acquisti::SetUp();
+        db->Execute("Insert Into Clienti (ID,DescCliente,Indirizzo,Cap,Citta,Provincia) "
+                    "VALUES (1,'Studio Neri','Via Emilia 3','41121','Modena','MO')");
+        db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Srl')");
+        // Fattura 27: 1,250.00 taxable, 22% VAT 275.00, 20% withheld 250.00: 1,275.00 to collect.
+        // Fattura 28: 500.00, VAT 110.00, 4% withheld 20.00: 590.00, its certificate already in.
+        documento(1, 5, 27, "03/10/2026", 1, 20, 1250, 250, 1275, "04/16/2026", false);
+        documento(2, 5, 28, "04/10/2026", 2, 4, 500, 20, 590, "05/16/2026", true);
+        documento(3, 5, 29, "04/12/2026", 2, 0, 100, 0, 122, "05/16/2026", false);     // no withholding
+        documento(4, 7, 30, "04/12/2026", 1, 20, 100, 20, 102, "05/16/2026", false);   // a quote
+    }
+
+    void documento(long id, int tipo, int numero, const char* data, long cliente, double ritenuta, double imponibile,
+                   double totRitenuta, double totale, const char* scadenza, bool ricevuta) {
+        auto n = [](double v) { return std::to_string(v); };
+        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,RitenutaAcconto,Imponibile,TotRitenutaAcconto,"
+                    "ImportoTotale,DataScadAcconto,CertAcconto) VALUES (" +
+                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",#" + data + "#," +
+                    std::to_string(cliente) + "," + n(ritenuta) + "," + n(imponibile) + "," + n(totRitenuta) + "," +
+                    n(totale) + ",#" + scadenza + "#," + (ricevuta ? "True" : "False") + ")");
+    }
+
+    static std::vector<long> righe(ui::VetraGrid* g) {
+        std::vector<long> ids;
+        for (auto rs = core::ArchivioAperto()->OpenRecordset(g->sorgente()); !rs->Eof(); rs->MoveNext())
+            ids.push_back(store::CLng(rs->get("ID")));
+        std::sort(ids.begin(), ids.end());
+        return ids;
+    }
+};
+
+// The search: each criterion on the due date of the withholding, the customer and the state, a
+// ticked date that holds none refused; cancel changes nothing; Seleziona tutto puts all back.
+TEST_F(Certificazioni, ElencoERicerca) {
+    frmCertificazioniAcconto r;
+    r.show();
+    EXPECT_EQ(r.windowTitle(), "Certificazioni ritenute d'acconto");
+    EXPECT_EQ(righe(r.griglia()), (std::vector<long>{1, 2}));
+    struct Caso {
+        const char* nome;
+        std::function<void(frmCertificazioniAccontoCerca*)> compila;
+        const char* comando;
+        std::vector<std::string> messaggi;
+        std::string sorgente;
+        std::vector<long> ids;
+    };
+    const std::string base = expenses::SorgenteCertificazioni;
+    const Caso casi[] = {
+        {"data mancante", [](auto* c) { c->chkDataDal->setChecked(true); }, "Command1", {"Inserire la data!"}, base, {1, 2}},
+        {"annullata", [](auto* c) { c->chkDest->setChecked(true); }, "Command2", {}, base, {1, 2}},
+        {"da ricevere", [](auto* c) { c->OpRicevute->setCurrentIndex(2); }, "Command1", {},
+         base + "where CertAcconto=False", {1}},
+        // The dialog opens on the last criteria: each case says only what it changes.
+        {"periodo e cliente", [](auto* c) {
+             c->OpRicevute->setCurrentIndex(0);
+             c->chkDataDal->setChecked(true);
+             c->pkDataDal->setTesto("01/05/2026");
+             c->chkDest->setChecked(true);
+             c->cbDest->setValore(store::Value::Long(2));
+         }, "Command1", {},
+         base + "where DateValue(DataScadAcconto)>=DateValue('01/05/2026') and Cliente=2", {2}},
+        {"un cliente qualsiasi, fino al", [](auto* c) {
+             c->chkDataDal->setChecked(false);
+             c->cbDest->setValore(store::Value::Long(0));
+             c->chkDataAl->setChecked(true);
+             c->pkDataAl->setTesto("30/04/2026");
+         }, "Command1", {},
+         base + "where DateValue(DataScadAcconto)<=DateValue('30/04/2026') and Cliente>0", {1}},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        p.script->dimentica();
+        cercaCon<frmCertificazioniAccontoCerca>(*p.script, c.compila, c.comando);
+        clic(&r, "btnRicerca");
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ(r.griglia()->sorgente(), c.sorgente);
+        EXPECT_EQ(righe(r.griglia()), c.ids);
+    }
+    clic(&r, "Command1");
+    EXPECT_EQ(righe(r.griglia()), (std::vector<long>{1, 2}));
+    // The register's single due date, as the panel's reminders set it.
+    r.Criteri.data = "16/04/2026";
+    EXPECT_EQ(expenses::IstruzioneCertificazioni(r.Criteri), base + "where DateValue(DataScadAcconto)=DateValue('16/04/2026')");
+    r.Criteri.data = "0.00.00";
+    EXPECT_EQ(expenses::IstruzioneCertificazioni(r.Criteri), base);
+    // Nothing is deleted from here, whatever the key.
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    QTest::keyClick(r.griglia(), Qt::Key_Delete);
+    EXPECT_EQ(conta("Select * from Documenti"), 4);
+}
+
+// Marked as received and back: the row shows it at once and the archive keeps it; then the
+// certificate of fattura 27 on the shipped layout, to a PDF with its amounts.
+TEST_F(Certificazioni, RicevutaEStampaInPdf) {
+    frmCertificazioniAcconto r;
+    r.show();
+    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    for (const char* atteso : {"Ricevuta", "Da ricevere"}) {
+        SCOPED_TRACE(atteso);
+        clic(&r, "btnRicevuta");
+        EXPECT_EQ(store::ConcatText(r.griglia()->valore("DescCertAcconto")), atteso);
+        EXPECT_EQ(r.griglia()->idCorrente(), 1);
+        EXPECT_EQ(conta("Select * from Documenti where ID=1 and CertAcconto=True"), std::string(atteso) == "Ricevuta");
+    }
+    EXPECT_EQ(conta("Select * from Documenti where ID=2 and CertAcconto=True"), 1);
+
+    const std::string cartella = core::CartellaReport();
+    fs::create_directories(cartella);
+    fs::copy_file(fs::path(BREVANO_SOURCE_DIR) / "data/report/Ritenuta Acconto.rpf", cartella + "/Ritenuta Acconto.rpf",
+                  fs::copy_options::overwrite_existing);
+    core::session().dbAziende->Execute("Insert Into FormReport (ID,Azienda,Sezione,Report,Predefinito) "
+                                       "VALUES (120,1,'RitenutaAcconto','Ritenuta Acconto.rpf',-1)");
+    const std::string pdf = cartella + "/certificazione.pdf";
+    p.script->percorso(pdf);
+    p.script->sempre("frmAnteprima", [] {
+        clic(ui::schermoInCorso(), "btnSalvaPdf");
+        return false;
+    });
+    p.script->schermo("frmStampa", [](QWidget* w) {
+        clic(w, "btnAnteprima");
+        return false;
+    });
+    p.script->dimentica();
+    clic(&r, "btnStampa");
+    EXPECT_TRUE(testiMostrati(*p.script).empty()) << testiMostrati(*p.script)[0];
+    const std::vector<std::string> pagine = PagineDelPdf(pdf);
+    ASSERT_EQ(pagine.size(), 1u);
+    for (const char* testo : {"Studio Neri", "N. 27", "10/03/2026", "1.250,00", "20%", "250,00", "1.275,00",
+                              "entro il 16/04/2026", "Da ricevere"})
+        EXPECT_NE(pagine[0].find(testo), std::string::npos) << testo;
+    EXPECT_EQ(pagine[0].find("590,00"), std::string::npos);
+    fs::remove(pdf);
+}
+
+}  // namespace
