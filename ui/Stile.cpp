@@ -10,6 +10,8 @@
 
 #include <map>
 
+#include "ui/Cifra.h"
+
 namespace ui {
 
 namespace {
@@ -86,6 +88,15 @@ QDialogButtonBox* confermaAnnulla(QWidget* parent, QPushButton*& conferma, QPush
     riga->addButton(conferma, QDialogButtonBox::AcceptRole);
     riga->addButton(annulla, QDialogButtonBox::RejectRole);
     return riga;
+}
+
+QLabel* cifra(const char* nome, QWidget* parent) {
+    auto* l = new QLabel(parent);
+    l->setObjectName(nome);
+    l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    l->setMinimumWidth(110);
+    l->setFrameShape(QFrame::StyledPanel);
+    return l;
 }
 
 QLabel* didascalia(const QString& testo, QWidget* parent) {

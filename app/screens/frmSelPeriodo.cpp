@@ -16,6 +16,12 @@
 #include "ui/Stile.h"
 #include "ui/VetraPicker.h"
 
+namespace {
+
+const char* const kFinePrimaDellInizio = "La data di fine del periodo non può precedere quella di inizio!";
+
+}  // namespace
+
 frmSelPeriodo::frmSelPeriodo(QWidget* parent) : QDialog(parent) {
     setObjectName(Nome);
     setWindowTitle("Seleziona Periodo");
@@ -41,6 +47,13 @@ void frmSelPeriodo::Conferma() {
     if (auto errore = core::ControllaPeriodo(pkDataDal->testo(), pkDataAl->testo())) {
         core::MsgBox(core::Testo(errore->chiave), core::vbExclamation);
         (errore->campo == 0 ? pkDataDal : pkDataAl)->casella()->setFocus();
+        return;
+    }
+    // A period chosen whole cannot end before it starts; a closure's start is fixed and its end is
+    // checked when it is written.
+    if (pkDataDal->isEnabled() && store::CDate(pkDataAl->valore()) < store::CDate(pkDataDal->valore())) {
+        core::MsgBox(kFinePrimaDellInizio, core::vbExclamation);
+        pkDataAl->casella()->setFocus();
         return;
     }
     core::session().PeriodoDal = store::CDate(pkDataDal->valore());

@@ -1,4 +1,5 @@
-// The choice of a date range: used by the closing and by the change of a period's end.
+// The choice of a date range: used by the closing, by the change of a period's end and by the
+// double-entry overview of the journal.
 #pragma once
 
 #include <QDialog>

@@ -17,6 +17,7 @@
 #include "sales/scadenze_documento.h"
 #include "store/convert.h"
 #include "store/format.h"
+#include "ui/Cifra.h"
 #include "ui/Dettaglio.h"
 #include "ui/Dialoghi.h"
 #include "ui/Scadenzario.h"
@@ -29,14 +30,7 @@ QString Q(const std::string& s) { return QString::fromStdString(s); }
 
 QString Importo(double importo) { return Q(store::Format(store::Value::Double(importo), "#,0.00")); }
 
-QLabel* cifra(const char* nome, QWidget* parent) {
-    auto* l = new QLabel(parent);
-    l->setObjectName(nome);
-    l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    l->setMinimumWidth(110);
-    l->setFrameShape(QFrame::StyledPanel);
-    return l;
-}
+using ui::cifra;
 
 QLabel* titolo(const char* nome, const std::string& testo, QWidget* parent) {
     auto* l = new QLabel(Q(testo), parent);

@@ -131,7 +131,10 @@ std::vector<Tabella> archivio() {
         {"PrimaNota",
          {id(), data("Data"), testo("Descrizione", 255), numero("Importo"), lungo("Tipo"), lungo("Destinazione"),
           legame("Pagamento"), testo("TipoPagamento", 50), lungo("Numero"), testo("CC", 50)},
-         {"Data"}},
+         {"Data"},
+         // A destination's month is a range of this index, and the balance before it is summed from
+         // the index alone, without reading the rows.
+         {{"DestinazioneData", {"Destinazione", "Data", "Tipo", "Importo"}}}},
         {"Assistenze",
          {id(), legame("Cliente"), legame("Servizio"), data("Data"), testo("OraInizio", 10), testo("OraFine", 10),
           numero("Km"), memo("Note"), sino("Fattura")},

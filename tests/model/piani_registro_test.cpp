@@ -1,5 +1,6 @@
-// The plans SQLite makes for the register of a kind as the grid runs it: by date the documents of
-// the kind come from an index in the order asked, so the first rows need no sort of the whole kind.
+// The plans SQLite makes for the registers as the grid runs them: by date the documents of a kind
+// come from an index in the order asked, so the first rows need no sort of the whole kind; the
+// journal's rows and balances of a destination come from its index too.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -31,6 +32,20 @@ TEST(PianiRegistro, DocumentiDiUnTipoPerDataDallIndice) {
         EXPECT_NE(p.find("TipoData"), std::string::npos) << istruzione << "\n" << p;
         EXPECT_EQ(p.find("TEMP B-TREE"), std::string::npos) << istruzione << "\n" << p;
     }
+}
+
+// The journal's month of a destination is a range of an index, and the balance before it is summed
+// from the index of destination and date alone, whatever the size of the journal.
+TEST(PianiRegistro, PrimaNotaDiUnaDestinazioneDallIndice) {
+    auto db = store::Workspace::Default().OpenMemory();
+    store::model::CreaArchivio(*db);
+    const std::string mese = "Select * from qrPrimaNota where Destinazione=0 and Month(Data)=3 and Year(Data)=2026 "
+                             "and Data>=#03/01/2026# and Data<#04/01/2026# ORDER BY Data, ID";
+    const std::string p = piano(*db, mese);
+    EXPECT_EQ(p.find("SCAN PrimaNota"), std::string::npos) << p;
+    const std::string saldo = piano(*db, "Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota "
+                                         "where Destinazione=1 AND Data>=#01/01/2026# AND Data<#03/01/2026#");
+    EXPECT_NE(saldo.find("COVERING INDEX PrimaNota:DestinazioneData"), std::string::npos) << saldo;
 }
 
 }  // namespace

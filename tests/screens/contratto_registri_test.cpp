@@ -95,8 +95,8 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
     const std::vector<std::string> attesi = {
         "frmAziende",   "frmCertificazioniAcconto", "frmClassificazioniSpese", "frmClienti",   "frmCodiciIva",
         "frmComuni",    "frmCondizioniPagamento",   "frmDocumenti",            "frmFornitori", "frmNote",
-        "frmPagamenti", "frmScadenze",              "frmServizi",              "frmSpese",     "frmTipiSpesa",
-        "frmUtenti"};
+        "frmPagamenti", "frmPrimaNota",             "frmScadenze",             "frmServizi",   "frmSpese",
+        "frmTipiSpesa", "frmUtenti"};
     std::vector<std::string> registrati;
     for (const auto& [nome, fabbrica] : RegistriNoti()) registrati.push_back(nome);
     EXPECT_EQ(registrati, attesi);
