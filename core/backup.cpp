@@ -36,7 +36,7 @@ std::string DueCifre(int n) {
 
 std::string Mega(std::uintmax_t byte) { return std::to_string((byte + (1 << 20) - 1) >> 20); }
 
-void Mostra(const Avanzamento& avanzamento, const std::string& titolo, int percento) {
+void Mostra(const AvanzamentoCopia& avanzamento, const std::string& titolo, int percento) {
     if (avanzamento) avanzamento(titolo, percento);
 }
 
@@ -137,7 +137,7 @@ void SegnaCartellaInUso(const std::string& cartellaDati) {
     u = {master, fd};
 }
 
-EsitoCopia EseguiBackup(const std::string& dove, const std::tm& istante, const Avanzamento& avanzamento) {
+EsitoCopia EseguiBackup(const std::string& dove, const std::tm& istante, const AvanzamentoCopia& avanzamento) {
     Session& s = session();
     if (!s.dbAziende || !s.dbAziende->isOpen()) return {"Nessun archivio aperto da salvare.", ""};
     std::error_code ec;
@@ -191,7 +191,7 @@ EsitoCopia EseguiBackup(const std::string& dove, const std::tm& istante, const A
     return {"", destinazione.string()};
 }
 
-EsitoCopia ImportaBackup(const std::string& backup, const std::string& cartellaDati, const Avanzamento& avanzamento) {
+EsitoCopia ImportaBackup(const std::string& backup, const std::string& cartellaDati, const AvanzamentoCopia& avanzamento) {
     std::error_code ec;
     const fs::path origine(backup), dati(cartellaDati);
     if (fs::equivalent(origine, dati, ec)) return {};

@@ -40,6 +40,12 @@ void RegistraSchermiProgramma() {
     core::registraSchermo(frmConfigurazione::Nome, ui::MostraSchermo<frmConfigurazione>);
     core::registraSchermo(frmSelPeriodo::Nome, ui::MostraSchermo<frmSelPeriodo>);
     core::registraSchermo(frmBackup::Nome, ui::MostraSchermo<frmBackup>);
+    core::registraSchermo("frmNuovoEsercizio", [] {
+        return core::dialogs().runModal("frmNuovoEsercizio", [] {
+            frmMain* pannello = frmMain::istanza();
+            return pannello && pannello->NuovoEsercizio();
+        });
+    });
     core::registraSchermo(frmBackup::NomeImporta,
                           [] { return core::dialogs().runModal(frmBackup::NomeImporta, frmBackup::ImportaBackup); });
     core::registraSchermo(frmMain::Nome, [] {
