@@ -531,7 +531,7 @@ bool frmMain::NuovoEsercizio() {
 }
 
 void frmMain::Guida() {
-    const QString guida = Q(core::PercorsoProgramma("Guida Brevano.chm"));
+    const QString guida = Q(core::PercorsoProgramma("guida/index.html"));
     if (!QFileInfo::exists(guida)) {
         core::MsgBox("Guida non trovata: " + guida.toStdString(), core::vbExclamation);
         return;
