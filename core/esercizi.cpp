@@ -189,6 +189,7 @@ long CreaEsercizioConRiporto(long azienda, const std::string& nome, double dal, 
         });
         {
             auto db = store::Workspace::Default().OpenDatabase(copia.string());
+            db->SetScratch();  // the hidden copy is dropped on any failure
             for (const char* sql : kPrimaDelSaldo) {
                 avanza("Eliminazione dei documenti saldati ...");
                 db->Execute(ConData(sql, d));

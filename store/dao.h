@@ -173,6 +173,11 @@ public:
     void EndBatch();     // raises when the last commit fails; what it held is then rolled back
     bool inBatch() const;
 
+    // For a scratch file that is thrown away whenever a run on it fails: no rollback journal and no
+    // waiting for the disk, so large deletes cost no more than the pages they touch. A crash may leave
+    // the file damaged; only a file not yet given to anyone may be set so.
+    void SetScratch();
+
     struct Impl;
     explicit Database(std::unique_ptr<Impl> impl);
     Impl& impl() { return *impl_; }

@@ -284,6 +284,8 @@ void Database::EndBatch() {
 
 bool Database::inBatch() const { return impl_->batch.depth > 0; }
 
+void Database::SetScratch() { detail::exec(impl_->handle(), "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF"); }
+
 // ---- WriteBatch ----------------------------------------------------------------------------------
 
 WriteBatch::WriteBatch(Database& db, int every)

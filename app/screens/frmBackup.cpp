@@ -40,10 +40,12 @@ frmBackup::frmBackup(QWidget* parent) : QDialog(parent) {
     setMinimumWidth(520);
     auto* colonna = new QVBoxLayout(this);
     ui::impostaSpaziatura(colonna);
-    colonna->addWidget(new QLabel("Cartella in cui creare la copia:", this));
+    auto* etichetta = new QLabel("Ca&rtella in cui creare la copia:", this);
+    colonna->addWidget(etichetta);
     auto* riga = new QHBoxLayout;
     Dir = new QLineEdit(this);
     Dir->setObjectName("Dir");
+    etichetta->setBuddy(Dir);
     btnSfoglia = new QPushButton("&Sfoglia...", this);
     btnSfoglia->setObjectName("btnSfoglia");
     riga->addWidget(Dir, 1);
