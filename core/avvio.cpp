@@ -8,6 +8,7 @@
 #include <cmath>
 #include <ctime>
 
+#include "core/backup.h"
 #include "core/dialogs.h"
 #include "core/file.h"
 #include "core/impostazioni.h"
@@ -70,7 +71,9 @@ bool IstanzaUnica(const std::string& cartella) {
 
 void ApriArchivioAziende() {
     const std::string cartellaDati = LeggiIni("Azienda", "PATH");
-    if (!cartellaDati.empty()) session().dbAziende = Apri(cartellaDati + "/Aziende.mdb");
+    if (cartellaDati.empty()) return;
+    session().dbAziende = Apri(cartellaDati + "/Aziende.mdb");
+    SegnaCartellaInUso(cartellaDati);
 }
 
 long IdDaImpostazioni(const char* sezione) {

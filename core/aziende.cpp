@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "core/backup.h"
 #include "core/dialogs.h"
 #include "core/services.h"
 #include "core/session.h"
@@ -21,6 +22,7 @@ fs::path MasterDi(const std::string& cartella) { return Percorso(cartella) / "Az
 
 void ApriMaster(const std::string& cartella) {
     session().dbAziende = store::Workspace::Default().OpenDatabase(Testo8(MasterDi(cartella)));
+    SegnaCartellaInUso(cartella);
 }
 
 fs::path CartellaReportDi(long idAzienda) { return Percorso(CartellaDati()) / "Report" / std::to_string(idAzienda); }

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "core/backup.h"
+
 namespace core {
 
 // A field that failed a check: the language key of its message and which field takes the focus.
@@ -45,5 +47,19 @@ std::string FileEsercizio(const std::string& nome);
 // Makes a new period with an empty archive: writes the file, saves the Esercizi row and makes
 // the period current. Returns its id.
 long CreaEsercizioVuoto(long azienda, const std::string& nome, double dal);
+
+// The journal balances a new period opens with: bank (Destinazione 0) and cash (1).
+struct SaldiIniziali {
+    double banca = 0;
+    double cassa = 0;
+};
+
+// Makes a new period from the company's last one (the latest end first): its archive copied, what
+// is fully settled on or before `dal` removed, the journal replaced by the two opening balances;
+// then the Esercizi row, and the period made current. A company with no period gets an empty
+// archive. The archive is built under a hidden name and takes its own name only when whole, so a
+// run cut short leaves no archive and no row (its remains are cleared by the next run).
+long CreaEsercizioConRiporto(long azienda, const std::string& nome, double dal, const SaldiIniziali& saldi,
+                             const AvanzamentoCopia& avanzamento = {});
 
 }  // namespace core

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -172,6 +173,11 @@ public:
     void EndBatch();     // raises when the last commit fails; what it held is then rolled back
     bool inBatch() const;
 
+    // For a scratch file that is thrown away whenever a run on it fails: no rollback journal and no
+    // waiting for the disk, so large deletes cost no more than the pages they touch. A crash may leave
+    // the file damaged; only a file not yet given to anyone may be set so.
+    void SetScratch();
+
     struct Impl;
     explicit Database(std::unique_ptr<Impl> impl);
     Impl& impl() { return *impl_; }
@@ -209,6 +215,14 @@ public:
     DatabasePtr CreateDatabase(const std::string& path);   // error 3204 when the file exists
     DatabasePtr OpenMemory();                              // a database in memory
     void CompactDatabase(const std::string& from, const std::string& to);  // 'to' must not exist
+
+    // Copies a file page by page through SQLite's online backup: a consistent picture even while this
+    // or another process has it open and writes. 'to' must not exist; a failed copy leaves no 'to'.
+    // `progress(done, total)` is called with pages after each step.
+    void BackupDatabase(const std::string& from, const std::string& to,
+                        const std::function<void(long, long)>& progress = {});
+    // The engine's check of a whole file: "" when sound, else its first findings, one a line.
+    std::string IntegrityCheck(const std::string& path);
 
     // How long a statement waits for another user's lock before it fails with 3218 (milliseconds);
     // databases opened afterwards take it.

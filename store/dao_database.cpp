@@ -176,6 +176,73 @@ void Workspace::CompactDatabase(const std::string& from, const std::string& to) 
     source->Close();
 }
 
+// The source is read through its own read-only connection: the backup restarts by itself when
+// another connection writes to it meanwhile, and waits out others' locks through the busy handler.
+void Workspace::BackupDatabase(const std::string& from, const std::string& to,
+                               const std::function<void(long, long)>& progress) {
+    checkHeader(from);
+    if (fileExists(to)) raise(err::DatabaseGiaEsistente, to);
+    if (!fileExists(parentFolder(to))) raise(err::PercorsoNonValido, parentFolder(to));
+    Connection source = openConnection(from, SQLITE_OPEN_READONLY, err::FileDatabaseNonTrovato);
+    sqlite3_busy_handler(source.get(), waitForLock, reinterpret_cast<void*>(static_cast<std::intptr_t>(lockWait_)));
+    int rc = SQLITE_OK;
+    {
+        Connection target = openConnection(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, err::PercorsoNonValido);
+        sqlite3_backup* copy = sqlite3_backup_init(target.get(), "main", source.get(), "main");
+        if (!copy) {
+            rc = sqlite3_errcode(target.get());
+        } else {
+            constexpr int kPagesPerStep = 4096;
+            int waits = 0;
+            while (true) {
+                rc = sqlite3_backup_step(copy, kPagesPerStep);
+                if (rc == SQLITE_OK || rc == SQLITE_DONE) {
+                    if (progress) {
+                        const long total = sqlite3_backup_pagecount(copy);
+                        progress(total - sqlite3_backup_remaining(copy), total);
+                    }
+                    if (rc == SQLITE_DONE) break;
+                } else if ((rc == SQLITE_BUSY || rc == SQLITE_LOCKED) && ++waits < lockWait_) {
+                    sqlite3_sleep(1);
+                } else {
+                    break;
+                }
+            }
+            const int end = sqlite3_backup_finish(copy);
+            if (rc == SQLITE_DONE) rc = end;
+        }
+    }
+    if (rc == SQLITE_OK || rc == SQLITE_DONE) return;
+    ::unlink(to.c_str());
+    ::unlink((to + "-journal").c_str());
+    const int primary = rc & 0xff;
+    if (primary == SQLITE_FULL || primary == SQLITE_IOERR) raise(err::ErroreDiscoORete, to);
+    if (primary == SQLITE_READONLY || primary == SQLITE_CANTOPEN || primary == SQLITE_PERM)
+        raise(err::AccessoPercorsoNegato, to);
+    if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) raise(err::FileGiaInUso, from);
+    raise(err::ErroreDiscoORete, std::string(sqlite3_errstr(rc)) + ": " + to);
+}
+
+std::string Workspace::IntegrityCheck(const std::string& path) {
+    checkHeader(path);
+    Connection db = openConnection(path, SQLITE_OPEN_READONLY, err::FileDatabaseNonTrovato);
+    configure(db.get(), lockWait_);  // the indexes use the engine's collations
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db.get(), "PRAGMA integrity_check(20)", -1, &stmt, nullptr) != SQLITE_OK)
+        return sqlite3_errmsg(db.get());
+    std::string findings;
+    int rc;
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
+        const std::string line = text ? text : "";
+        if (line == "ok") continue;
+        findings += line + "\n";
+    }
+    if (rc != SQLITE_DONE) findings += std::string(sqlite3_errmsg(db.get())) + "\n";
+    sqlite3_finalize(stmt);
+    return findings;
+}
+
 // ---- Database ------------------------------------------------------------------------------------
 
 Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
@@ -216,6 +283,8 @@ void Database::EndBatch() {
 }
 
 bool Database::inBatch() const { return impl_->batch.depth > 0; }
+
+void Database::SetScratch() { detail::exec(impl_->handle(), "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF"); }
 
 // ---- WriteBatch ----------------------------------------------------------------------------------
 

@@ -4,6 +4,7 @@
 
 #include "app/screens/frmAziende.h"
 #include "app/screens/frmAziendeEdita.h"
+#include "app/screens/frmBackup.h"
 #include "app/screens/frmConfigurazione.h"
 #include "app/screens/frmLogin.h"
 #include "app/screens/frmMain.h"
@@ -11,6 +12,7 @@
 #include "app/screens/frmUtenti.h"
 #include "app/screens/frmUtentiEdita.h"
 #include "books/screens/Registra.h"
+#include "core/dialogs.h"
 #include "core/registro_schermi.h"
 #include "expenses/screens/Registra.h"
 #include "output/screens/Registra.h"
@@ -37,6 +39,15 @@ void RegistraSchermiProgramma() {
     core::registraSchermo(frmLogin::Nome, ui::MostraSchermo<frmLogin>);
     core::registraSchermo(frmConfigurazione::Nome, ui::MostraSchermo<frmConfigurazione>);
     core::registraSchermo(frmSelPeriodo::Nome, ui::MostraSchermo<frmSelPeriodo>);
+    core::registraSchermo(frmBackup::Nome, ui::MostraSchermo<frmBackup>);
+    core::registraSchermo("frmNuovoEsercizio", [] {
+        return core::dialogs().runModal("frmNuovoEsercizio", [] {
+            frmMain* pannello = frmMain::istanza();
+            return pannello && pannello->NuovoEsercizio();
+        });
+    });
+    core::registraSchermo(frmBackup::NomeImporta,
+                          [] { return core::dialogs().runModal(frmBackup::NomeImporta, frmBackup::ImportaBackup); });
     core::registraSchermo(frmMain::Nome, [] {
         frmMain::Apri();
         return true;

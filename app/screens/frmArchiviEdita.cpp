@@ -1,8 +1,10 @@
 #include "app/screens/frmArchiviEdita.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -10,6 +12,7 @@
 #include "core/esercizi.h"
 #include "core/registro_schermi.h"
 #include "core/session.h"
+#include "payments/primanota.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
@@ -34,6 +37,11 @@ frmArchiviEdita::frmArchiviEdita(QWidget* parent) : QDialog(parent) {
     campi->addRow("Descrizione", VText1);
     campi->addRow("Inizio esercizio", pkData);
     colonna->addLayout(campi);
+    pBar = new QProgressBar(this);
+    pBar->setObjectName("pBar");
+    pBar->setRange(0, 100);
+    pBar->setVisible(false);
+    colonna->addWidget(pBar);
     colonna->addWidget(ui::confermaAnnulla(this, btnConferma, btnAnnulla));
     connect(btnConferma, &QPushButton::clicked, this, [this] { ui::protetto([this] { Conferma(); }); });
     connect(btnAnnulla, &QPushButton::clicked, this, &QDialog::reject);
@@ -56,9 +64,30 @@ void frmArchiviEdita::Conferma() {
             pkData->casella()->setFocus();
         return;
     }
-    // The carry-over of the last period's data into the new archive is not part of this screen
-    // yet: every period made here starts empty.
-    creato_ = core::CreaEsercizioVuoto(azienda_, nome, store::CDate(pkData->valore()));
+    const double dal = store::CDate(pkData->valore());
+    if (!riporto_) {
+        creato_ = core::CreaEsercizioVuoto(azienda_, nome, dal);
+    } else {
+        // The balances of the period being left, up to two days before the new start: the day
+        // before it stays out, as the journal has always counted it.
+        core::SaldiIniziali saldi;
+        if (core::session().dbArchivio) saldi = {payments::SaldoPrecedente(dal - 1, 0), payments::SaldoPrecedente(dal - 1, 1)};
+        pBar->setVisible(true);
+        btnConferma->setEnabled(false);
+        btnAnnulla->setEnabled(false);
+        struct Riabilita {
+            frmArchiviEdita* s;
+            ~Riabilita() {
+                s->btnConferma->setEnabled(true);
+                s->btnAnnulla->setEnabled(true);
+            }
+        } riabilita{this};
+        creato_ = core::CreaEsercizioConRiporto(azienda_, nome, dal, saldi, [this](const std::string& titolo, int percento) {
+            pBar->setValue(percento);
+            pBar->setFormat(QString::fromStdString(titolo) + " %p%");
+            QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        });
+    }
     accept();
     core::AnnunciaNovita(core::Novita::Aziende);
 }
@@ -66,6 +95,13 @@ void frmArchiviEdita::Conferma() {
 std::optional<long> frmArchiviEdita::NuovoEsercizioVuoto(long azienda, QWidget* parent) {
     frmArchiviEdita schermo(parent);
     schermo.Edita(0, true, azienda, 0, false);
+    ui::eseguiModale(&schermo, [&schermo] { return schermo.exec() == QDialog::Accepted; });
+    return schermo.creato_;
+}
+
+std::optional<long> frmArchiviEdita::NuovoEsercizioConRiporto(long azienda, QWidget* parent) {
+    frmArchiviEdita schermo(parent);
+    schermo.Edita(0, true, azienda, 0, true);
     ui::eseguiModale(&schermo, [&schermo] { return schermo.exec() == QDialog::Accepted; });
     return schermo.creato_;
 }

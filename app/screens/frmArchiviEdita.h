@@ -5,6 +5,7 @@
 
 #include <QDialog>
 
+class QProgressBar;
 class QPushButton;
 namespace ui {
 class VText;
@@ -23,11 +24,14 @@ public:
     void Edita(long id, bool nuovo, long azienda, double data, bool riporto);
     // Opens the screen for a new period of that company with an empty archive; true when made.
     static std::optional<long> NuovoEsercizioVuoto(long azienda, QWidget* parent = nullptr);
+    // The same, carrying over the last period's open documents and the journal balances.
+    static std::optional<long> NuovoEsercizioConRiporto(long azienda, QWidget* parent = nullptr);
 
     void Conferma();
 
     ui::VText* VText1;
     ui::VetraPicker* pkData;
+    QProgressBar* pBar;  // shown while the last period's data are carried over
     QPushButton* btnConferma;
     QPushButton* btnAnnulla;
 

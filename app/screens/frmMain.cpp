@@ -496,8 +496,45 @@ void frmMain::ModificaPeriodo() {
     if (FinePeriodo(true)) AbilitaChiusura(false);
 }
 
+bool frmMain::NuovoEsercizio() {
+    core::Session& s = core::session();
+    if (s.NomeUtente.empty()) {
+        core::MostraModale("frmLogin");
+        if (s.NomeUtente.empty()) return false;
+    }
+    while (true) {
+        auto rs = s.dbAziende->OpenRecordset("Select * from Esercizi where Azienda=" + std::to_string(s.IDAzienda) +
+                                             " and Isnull(Al)");
+        if (rs->Eof()) break;
+        const long id = store::CLng(rs->get("ID"));
+        const std::string domanda = core::Testo("s56") + store::CStr(rs->get("Nome")) + core::Testo("s57") +
+                                    store::ShortDate(store::CDate(rs->get("Dal"))) + ". " + core::Testo("s58");
+        rs->Close();
+        if (core::MsgBox(domanda, core::vbYesNo + core::vbQuestion) != core::vbYes) return false;
+        if (id != s.IDEsercizio) {
+            cbEsercizio->setCurrentIndex(cbEsercizio->findData(QVariant::fromValue<qlonglong>(id)));
+            if (s.IDEsercizio != id || s.NomeUtente.empty()) return false;
+        }
+        // A closure given up leaves the period open: the command stops rather than asking again.
+        if (!FinePeriodo(false)) return false;
+        AbilitaChiusura(false);
+    }
+    const auto nuovo = frmArchiviEdita::NuovoEsercizioConRiporto(s.IDAzienda, this);
+    CaricaCBEsercizi();
+    if (!nuovo) return false;
+    // The new period becomes the current one as any change of period does: screens closed, login.
+    const int posizione = cbEsercizio->findData(QVariant::fromValue<qlonglong>(*nuovo));
+    {
+        QSignalBlocker blocco(cbEsercizio);
+        cbEsercizio->setCurrentIndex(-1);
+    }
+    cbEsercizio->setCurrentIndex(posizione);
+    core::ScriviIni("Archivio", "ID", std::to_string(*nuovo));
+    return true;
+}
+
 void frmMain::Guida() {
-    const QString guida = Q(core::PercorsoProgramma("Guida Brevano.chm"));
+    const QString guida = Q(core::PercorsoProgramma("guida/index.html"));
     if (!QFileInfo::exists(guida)) {
         core::MsgBox("Guida non trovata: " + guida.toStdString(), core::vbExclamation);
         return;

@@ -54,6 +54,9 @@ public:
     void CambiaCartella();
     void ChiusuraEsercizio();
     void ModificaPeriodo();
+    // mNuovoEsercizio: closes the company's open periods, asking first, then makes the new one from
+    // the last, and runs the change of period to it (with its login). True when a period was made.
+    bool NuovoEsercizio();
     void Guida();
 
     QAction* azione(const std::string& nome) const;

@@ -5,12 +5,14 @@
 #include <QMenu>
 
 #include "support/avvio_prova.h"
+#include "core/archivio_sql.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
 #include "core/login.h"
 #include "app/screens/frmSelPeriodo.h"
 #include "store/clock.h"
 #include "store/convert.h"
+#include "ui/VText.h"
 #include "ui/VetraPicker.h"
 
 using namespace prova;
@@ -146,4 +148,112 @@ TEST(Esercizi, CambioDiAziendaSenzaEsercizio) {
     EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Beta 2026");
     EXPECT_TRUE(pannello->mContabilita->menuAction()->isEnabled());
     EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "1");
+}
+
+namespace {
+
+long Conta(store::Database& db, const std::string& sql) {
+    return store::CLng(db.OpenRecordset("Select Count(*) As N from " + sql)->get("N"));
+}
+
+// The 2026 archive of company 1: three fatture (paid on the new start, paid the day after, unpaid),
+// each with a line and a due date, and the journal of the year on the bank and the cash.
+void RiempiArchivio2026() {
+    auto& db = *core::session().dbArchivio;
+    struct Fattura {
+        int id;
+        const char* data;
+        bool pagato;
+    };
+    for (const Fattura& f : {Fattura{1, "#01/01/2027#", true}, Fattura{2, "#01/02/2027#", true}, Fattura{3, "#06/10/2026#", false}}) {
+        const std::string id = std::to_string(f.id);
+        db.Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Pagato) VALUES (" + id + ",5," + id + "," + f.data +
+                   ",1," + (f.pagato ? "True" : "False") + ")");
+        db.Execute("Insert Into Movimenti (ID,Documento) VALUES (" + id + "," + id + ")");
+        db.Execute("Insert Into Scadenze (ID,Documento) VALUES (" + id + "," + id + ")");
+    }
+    struct Riga {
+        const char* data;
+        double importo;
+        int tipo, destinazione;
+    };
+    const Riga righe[] = {
+        {"#03/10/2026#", 1000, 0, 0},   // bank in
+        {"#05/15/2026#", 250.5, 1, 0},  // bank out
+        {"#12/31/2026#", 40, 0, 0},     // the day before the new start: left out of the balance
+        {"#02/01/2026#", 100, 1, 1},    // cash out: the cash opens at -100
+    };
+    int id = 0;
+    for (const Riga& r : righe)
+        db.Execute("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento) VALUES (" +
+                   std::to_string(++id) + "," + r.data + ",'x'," + core::NumeroSql(r.importo) + "," +
+                   std::to_string(r.tipo) + "," + std::to_string(r.destinazione) + ",0)");
+}
+
+}  // namespace
+
+TEST(Esercizi, NuovoEsercizioRiportaISaldiEGliAperti) {
+    ProgrammaDiProva p;
+    PreparaPannello(p);
+    core::session().NomeUtente = "admin";
+    RiempiArchivio2026();
+    frmMain* pannello = frmMain::istanza();
+
+    // The open period is closed first (with the question), then the new one is described.
+    p.script->rispondiSi();
+    ScriviFine(p, "31/12/2026");
+    const auto nuovo = [&](const std::string& nome) {
+        p.script->schermo("frmArchiviEdita", [nome](QWidget* s) {
+            figlio<ui::VText>(s, "VText1")->setTesto(nome);
+            figlio<ui::VetraPicker>(s, "pkData")->setTesto("01/01/2027");
+            clic(s, "btnConferma");
+            if (s->isVisible()) clic(s, "btnAnnulla");
+            return true;
+        });
+    };
+    nuovo("Alfa 2027");
+    p.script->schermo("frmLogin", [](QWidget*) {
+        core::ApriLogin();
+        return core::ConfermaLogin("", "");
+    });
+    ASSERT_TRUE(pannello->NuovoEsercizio());
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{core::Testo("s56") + "Alfa 2026" + core::Testo("s57") + "01/01/2026. " + core::Testo("s58")});
+    EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Alfa 2027");
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"31/12/2026", "31/12/2026", "Null"}));
+
+    auto& db = *core::session().dbArchivio;
+    EXPECT_EQ(db.Name(), (p.dati / "Alfa 2027.mdb").string());
+    // The paid fattura of the start day goes with its line and due date; the others stay.
+    for (const char* tabella : {"Documenti", "Movimenti", "Scadenze"}) {
+        SCOPED_TRACE(tabella);
+        EXPECT_EQ(Conta(db, std::string(tabella) + " where ID=1"), 0);
+        EXPECT_EQ(Conta(db, tabella), 2);
+    }
+    // Bank 1000 - 250.50 = 749.50 in; cash 100 out.
+    auto rs = db.OpenRecordset("Select * from PrimaNota order by ID");
+    struct Atteso {
+        double importo;
+        int tipo, destinazione;
+    };
+    for (const Atteso& a : {Atteso{749.5, 0, 0}, Atteso{100, 1, 1}}) {
+        ASSERT_FALSE(rs->Eof());
+        EXPECT_EQ(store::CStr(rs->get("Descrizione")), "Saldo esercizio precedente");
+        EXPECT_EQ(store::ShortDate(store::CDate(rs->get("Data"))), "01/01/2027");
+        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Importo")), a.importo);
+        EXPECT_EQ(store::CLng(rs->get("Tipo")), a.tipo);
+        EXPECT_EQ(store::CLng(rs->get("Destinazione")), a.destinazione);
+        rs->MoveNext();
+    }
+    EXPECT_TRUE(rs->Eof());
+    for (const auto& voce : fs::directory_iterator(p.dati)) EXPECT_NE(voce.path().filename().string()[0], '.');
+
+    // A name already taken is refused and nothing is made.
+    p.script->rispondiSi();
+    ScriviFine(p, "31/12/2027");
+    nuovo("Alfa 2027");
+    p.script->dimentica();
+    EXPECT_FALSE(pannello->NuovoEsercizio());
+    EXPECT_EQ(testiMostrati(*p.script).back(), core::Testo("s80") + " 'Alfa 2027'");
+    EXPECT_EQ(FiniDeiPeriodi().size(), 3u);
 }

@@ -194,5 +194,40 @@ TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {
     EXPECT_EQ(errorOf([&] { Workspace::Default().CompactDatabase(path("Manca.mdb"), path("Altro.mdb")); }), 3024);
 }
 
+// The copy of a file in use holds what was committed when it was taken, and not a write still open.
+TEST_F(FilesTest, BackupOfAnOpenFileIsWholeAndChecked) {
+    auto db = create();
+    fillClienti(*db);
+    OtherUser other(path("Archivio.mdb"));
+    other.run("BEGIN; INSERT INTO Clienti (ID, Nome) VALUES (9, 'Aperto')");
+    long last = 0, total = -1;
+    Workspace::Default().BackupDatabase(path("Archivio.mdb"), path("Copia.mdb"), [&](long done, long all) {
+        last = done;
+        total = all;
+    });
+    other.run("ROLLBACK");
+    EXPECT_EQ(last, total);
+    EXPECT_EQ(Workspace::Default().IntegrityCheck(path("Copia.mdb")), "");
+    auto copy = open("Copia.mdb");
+    EXPECT_EQ(copy->OpenRecordset("Select Count(*) As N from Clienti")->get("N"), Value::Long(3));
+
+    EXPECT_EQ(errorOf([&] { Workspace::Default().BackupDatabase(path("Archivio.mdb"), path("Copia.mdb")); }), 3204);
+    EXPECT_EQ(errorOf([&] { Workspace::Default().BackupDatabase(path("Manca.mdb"), path("Altra.mdb")); }), 3024);
+    EXPECT_EQ(errorOf([&] { Workspace::Default().BackupDatabase(path("Archivio.mdb"), "/proc/Copia.mdb"); }), 3044);
+
+    // A page overwritten in the middle of the file is found by the check.
+    db->Close();
+    copy->Close();
+    {
+        std::fstream f(path("Copia.mdb"), std::ios::in | std::ios::out | std::ios::binary);
+        f.seekp(0, std::ios::end);
+        const auto size = static_cast<std::size_t>(f.tellp());
+        f.seekp(4096);
+        const std::string noise(size - 4096, '\x5a');
+        f.write(noise.data(), static_cast<std::streamsize>(noise.size()));
+    }
+    EXPECT_NE(Workspace::Default().IntegrityCheck(path("Copia.mdb")), "");
+}
+
 }  // namespace
 }  // namespace daotest
