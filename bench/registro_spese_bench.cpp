@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "core/archivio_sql.h"
 #include "expenses/screens/frmSpese.h"
 #include "expenses/totali_spesa.h"
 #include "support/archive_gen.h"
@@ -129,7 +130,7 @@ void BM_SalvaRiga(benchmark::State& state) {
         m.motore += ms(t);
         if (!a.senzaMessaggi(state)) break;
         t = Clock::now();
-        grezzo.esegui("UPDATE MovimentiSpese SET Importo=" + std::to_string(importo) + " WHERE ID=" + std::to_string(riga));
+        grezzo.esegui("UPDATE MovimentiSpese SET Importo=" + core::NumeroSql(importo) + " WHERE ID=" + std::to_string(riga));
         benchmark::DoNotOptimize(grezzo.leggi(expenses::SqlTotaliSpesa(a.spesa)));
         grezzo.esegui("UPDATE Spese SET Imponibile=Imponibile+0, TotIva=TotIva+0, ImportoSpesa=ImportoSpesa+0 WHERE ID=" + s);
         benchmark::DoNotOptimize(grezzo.leggi("Select * from qrSpese where ID=" + s));

@@ -2,6 +2,8 @@
 
 #include <xlsxwriter.h>
 
+#include <clocale>
+
 #include <algorithm>
 #include <cmath>
 
@@ -49,6 +51,31 @@ Genere GenereDi(store::FieldType t) {
     }
 }
 
+// The writer prints numbers with the C library, which follows the machine's locale: with an
+// Italian one a cell would read "49,5", which no spreadsheet takes for a number. While a workbook
+// is written, this thread prints numbers with the point.
+class NumeriColPunto {
+public:
+    NumeriColPunto() {
+        if (locale_t base = duplocale(uselocale(static_cast<locale_t>(nullptr)))) {
+            punto_ = newlocale(LC_NUMERIC_MASK, "C", base);
+            if (!punto_) freelocale(base);
+        }
+        if (punto_) prima_ = uselocale(punto_);
+    }
+    ~NumeriColPunto() {
+        if (!punto_) return;
+        uselocale(prima_);
+        freelocale(punto_);
+    }
+    NumeriColPunto(const NumeriColPunto&) = delete;
+    NumeriColPunto& operator=(const NumeriColPunto&) = delete;
+
+private:
+    locale_t punto_ = nullptr;
+    locale_t prima_ = nullptr;
+};
+
 class Cartella {
 public:
     explicit Cartella(const std::string& percorso) {
@@ -86,6 +113,7 @@ public:
     lxw_format* ora_ = nullptr;
 
 private:
+    NumeriColPunto punto_;   // set before the workbook opens, kept until after it closes
     lxw_workbook* wb_ = nullptr;
 };
 

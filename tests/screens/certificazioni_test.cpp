@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "core/archivio_sql.h"
 #include "core/file.h"
 #include "core/session.h"
 #include "core/stampa.h"
@@ -40,7 +41,7 @@ protected:
 
     void documento(long id, int tipo, int numero, const char* data, long cliente, double ritenuta, double imponibile,
                    double totRitenuta, double totale, const char* scadenza, bool ricevuta) {
-        auto n = [](double v) { return std::to_string(v); };
+        auto n = [](double v) { return core::NumeroSql(v); };
         db->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,RitenutaAcconto,Imponibile,TotRitenutaAcconto,"
                     "ImportoTotale,DataScadAcconto,CertAcconto) VALUES (" +
                     std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",#" + data + "#," +
