@@ -33,7 +33,6 @@
 
 namespace {
 
-constexpr int kRigheSchermata = 40;
 
 bench::Dimensioni dimensioni() {
     bench::Dimensioni d;
@@ -93,22 +92,7 @@ std::unique_ptr<frmPrimaNota> apri() {
 void BM_PrimaSchermata(benchmark::State& state) {
     Grezzo grezzo;
     Misure m;
-    for (auto _ : state) {
-        auto t = Clock::now();
-        auto f = apri();
-        m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
-        if (f->griglia()->righeMostrate() < kRigheSchermata) state.SkipWithError("the first screen is not full");
-        const std::string istruzione = f->griglia()->istruzione();
-        state.PauseTiming();
-        f.reset();
-        state.ResumeTiming();
-        t = Clock::now();
-        benchmark::DoNotOptimize(grezzo.leggi(istruzione, kRigheSchermata));
-        m.grezzo += ms(t);
-        ++m.volte;
-    }
-    m.riporta(state);
+    bench::PrimaSchermata(state, ambiente(), grezzo, m, [](Clock::time_point&) { return apri(); });
 }
 BENCHMARK(BM_PrimaSchermata)->Unit(benchmark::kMillisecond)->Iterations(5);
 

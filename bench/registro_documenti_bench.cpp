@@ -40,7 +40,6 @@
 namespace {
 
 constexpr int kRigheGrandeDocumento = 500;
-constexpr int kRigheSchermata = 40;
 const char* const kNotaGrandeDocumento = "Documento di 500 righe per le misure";
 
 using bench::Clock;
@@ -106,26 +105,14 @@ void BM_PrimaSchermata(benchmark::State& state) {
     const bool raggruppato = state.range(0) != 0;
     Grezzo grezzo;
     Misure m;
-    for (auto _ : state) {
-        auto t = Clock::now();
+    bench::PrimaSchermata(state, ambiente(), grezzo, m, [raggruppato](Clock::time_point& inizio) {
         auto f = apriRegistro();
         if (!raggruppato) {
-            t = Clock::now();   // the grouped list is what opens; the plain one is measured alone
+            inizio = Clock::now();   // the grouped list is what opens; the plain one is measured alone
             raggruppa(*f, false);
         }
-        m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
-        if (f->griglia()->righeMostrate() < kRigheSchermata) state.SkipWithError("the first screen is not full");
-        const std::string istruzione = f->griglia()->istruzione();
-        state.PauseTiming();
-        f.reset();
-        state.ResumeTiming();
-        t = Clock::now();
-        benchmark::DoNotOptimize(grezzo.leggi(istruzione, kRigheSchermata));
-        m.grezzo += ms(t);
-        ++m.volte;
-    }
-    m.riporta(state);
+        return f;
+    });
 }
 BENCHMARK(BM_PrimaSchermata)->ArgName("raggruppato")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
 

@@ -41,7 +41,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int kRigheSchermata = 40;
 
 bench::Dimensioni dimensioni() {
     bench::Dimensioni d;
@@ -87,28 +86,11 @@ std::unique_ptr<frmScadenze> apriRegistro(int modo) {
 
 // range(0): the register's mode (0 active, 2 active from the day's reminders).
 void BM_PrimaSchermata(benchmark::State& state) {
-    ambiente();
     const int modo = static_cast<int>(state.range(0));
     Grezzo grezzo;
     Misure m;
-    for (auto _ : state) {
-        auto t = Clock::now();
-        auto f = apriRegistro(modo);
-        m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
-        if (modo == payments::ScadenzeAttive && f->griglia()->righeMostrate() < kRigheSchermata)
-            state.SkipWithError("the first screen is not full");
-        state.counters["righe"] = f->griglia()->righeMostrate();
-        const std::string istruzione = f->griglia()->istruzione();
-        state.PauseTiming();
-        f.reset();
-        state.ResumeTiming();
-        t = Clock::now();
-        benchmark::DoNotOptimize(grezzo.leggi(istruzione, kRigheSchermata));
-        m.grezzo += ms(t);
-        ++m.volte;
-    }
-    m.riporta(state);
+    bench::PrimaSchermata(state, ambiente(), grezzo, m, [modo](Clock::time_point&) { return apriRegistro(modo); },
+                          modo == payments::ScadenzeAttive);
 }
 BENCHMARK(BM_PrimaSchermata)->ArgName("modo")->Arg(0)->Arg(2)->Unit(benchmark::kMillisecond)->Iterations(5);
 

@@ -31,7 +31,6 @@ using bench::Clock;
 using bench::ms;
 
 constexpr int kRigheGrandeSpesa = 200;
-constexpr int kRigheSchermata = 40;
 const char* const kNotaGrandeSpesa = "Spesa di 200 righe per le misure";
 
 bench::Dimensioni dimensioni() {
@@ -88,19 +87,7 @@ void BM_PrimaSchermata(benchmark::State& state) {
     Ambiente& a = ambiente();
     bench::Grezzo grezzo(a);
     bench::Misure m;
-    for (auto _ : state) {
-        auto t = Clock::now();
-        auto f = apriRegistro();
-        m.motore += ms(t);
-        if (!a.senzaMessaggi(state)) break;
-        if (f->griglia()->righeMostrate() < kRigheSchermata) state.SkipWithError("the first screen is not full");
-        const std::string istruzione = f->griglia()->istruzione();
-        state.PauseTiming();
-        f.reset();
-        state.ResumeTiming();
-        m.sqlite(grezzo, istruzione, kRigheSchermata);
-    }
-    m.riporta(state);
+    bench::PrimaSchermata(state, a, grezzo, m, [](Clock::time_point&) { return apriRegistro(); });
 }
 BENCHMARK(BM_PrimaSchermata)->Unit(benchmark::kMillisecond)->Iterations(3);
 

@@ -149,4 +149,27 @@ struct Misure {
     }
 };
 
+// The first screen of a register, side by side: apri opens the register and shows it (it may move
+// the start of the time forward, to leave out what is not to be measured); then SQLite alone reads
+// the same first rows of the statement the grid ran. full: a first screen short of rows is an error.
+template <class Apri, class Tempi>
+void PrimaSchermata(benchmark::State& state, const Sessione& s, Grezzo& g, Tempi& m, Apri apri, bool full = true) {
+    constexpr long kRigheSchermata = 40;
+    for (auto _ : state) {
+        auto inizio = Clock::now();
+        auto registro = apri(inizio);
+        m.motore += ms(inizio);
+        if (!s.senzaMessaggi(state)) break;
+        const long mostrate = registro->griglia()->righeMostrate();
+        state.counters["righe"] = static_cast<double>(mostrate);
+        if (full && mostrate < kRigheSchermata) state.SkipWithError("the first screen is not full");
+        const std::string istruzione = registro->griglia()->istruzione();
+        state.PauseTiming();
+        registro.reset();
+        state.ResumeTiming();
+        m.sqlite(g, istruzione, kRigheSchermata);
+    }
+    m.riporta(state);
+}
+
 }  // namespace bench
