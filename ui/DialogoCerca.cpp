@@ -8,6 +8,7 @@
 
 #include "ui/Dialoghi.h"
 #include "ui/Stile.h"
+#include "ui/VetraCombo.h"
 #include "ui/VetraPicker.h"
 
 namespace ui {
@@ -48,6 +49,18 @@ VetraPicker* DialogoCerca::data(const char* nome, const std::string& testo) {
     p->setObjectName(nome);
     p->setTesto(testo);
     return p;
+}
+
+VetraCombo* DialogoCerca::elenco(const char* nome, const std::string& sorgente, const char* campo,
+                                 const std::string& titolo, long valore) {
+    auto* c = new VetraCombo(this);
+    c->setObjectName(nome);
+    c->setSorgente(sorgente);
+    c->setCampoTesto(campo);
+    c->setColonne({{campo, titolo, 3000}});
+    protetto([c] { c->Aggiorna(); });
+    c->setValore(store::Value::Long(static_cast<std::int32_t>(valore)));
+    return c;
 }
 
 bool DialogoCerca::Esegui() {

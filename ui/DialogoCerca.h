@@ -13,6 +13,7 @@ class QPushButton;
 
 namespace ui {
 
+class VetraCombo;
 class VetraPicker;
 
 class DialogoCerca : public QDialog {
@@ -29,6 +30,9 @@ protected:
     // date as it was typed; the screen places them.
     QCheckBox* spunta(const char* nome, const QString& testo, bool attiva);
     VetraPicker* data(const char* nome, const std::string& testo);
+    // A pick list of one column, on campo of sorgente, holding the id valore.
+    VetraCombo* elenco(const char* nome, const std::string& sorgente, const char* campo, const std::string& titolo,
+                       long valore);
     // Shows modally; true when the criteria were confirmed.
     bool Esegui();
     // Command1: checks the criteria and keeps them; false leaves the dialog open.

@@ -34,8 +34,6 @@ QString nomeLibero(const QWidget* radice, const QString& base) {
     return nome;
 }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 std::map<std::string, FabbricaEditor>& fabbricheEditor() {
     static std::map<std::string, FabbricaEditor> f;
     return f;
@@ -233,7 +231,7 @@ QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, FabbricaEditor editor) {
     l->addWidget(imgEdit);
     auto apri = [this, combo, editor](Modalita modalita) {
         ui::protetto([&] {
-            std::optional<long> salvato = editor(this)->Edita({modalita, idDi(combo->valore())});
+            std::optional<long> salvato = editor(this)->Edita({modalita, ui::IdDi(combo->valore())});
             combo->Aggiorna();
             if (salvato) combo->setValore(store::Value::Long(static_cast<std::int32_t>(*salvato)));
         });
@@ -241,7 +239,7 @@ QWidget* EditorBase::conImmagini(ui::VetraCombo* combo, FabbricaEditor editor) {
     };
     connect(imgNew, &QToolButton::clicked, this, [apri] { apri(Modalita::Nuovo); });
     connect(imgEdit, &QToolButton::clicked, this, [combo, apri] {
-        if (idDi(combo->valore()) == 0) {
+        if (ui::IdDi(combo->valore()) == 0) {
             core::MsgBox(core::Testo("s203"), core::vbExclamation);
             return;
         }

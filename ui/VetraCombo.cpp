@@ -175,4 +175,6 @@ store::Value VetraCombo::campo(const std::string& nome) const {
     return store::Value::Null();
 }
 
+long IdDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
+
 }  // namespace ui

@@ -76,4 +76,7 @@ private:
     QStandardItemModel* lista_;
 };
 
+// The id a linked choice holds: 0 when nothing is chosen.
+long IdDi(const store::Value& v);
+
 }  // namespace ui

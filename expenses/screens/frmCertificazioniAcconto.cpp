@@ -20,8 +20,6 @@ namespace {
 // The choice of OpRicevute in its order, as the criteria keep it: both, received, not received.
 constexpr int kStati[] = {2, 1, 0};
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 }  // namespace
 
 frmCertificazioniAcconto::frmCertificazioniAcconto(QWidget* parent) : RegistroBase(Nome, parent) {
@@ -115,7 +113,7 @@ bool frmCertificazioniAccontoCerca::Conferma() {
     c.dal = pkDataDal->testo();
     c.al = pkDataAl->testo();
     c.cliente = chkDest->isChecked();
-    c.idCliente = idDi(cbDest->valore());
+    c.idCliente = ui::IdDi(cbDest->valore());
     c.stato = kStati[OpRicevute->currentIndex()];
     criteri_ = c;
     return true;

@@ -17,19 +17,6 @@ namespace {
 // The choice of OpPagate in its order, as the criteria keep it: both, paid, not paid.
 constexpr int kPagate[] = {2, 1, 0};
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
-ui::VetraCombo* elenco(const char* nome, const std::string& sorgente, const char* campo, long valore, QWidget* parent) {
-    auto* c = new ui::VetraCombo(parent);
-    c->setObjectName(nome);
-    c->setSorgente(sorgente);
-    c->setCampoTesto(campo);
-    c->setColonne({{campo, core::Testo("s77"), 3000}});
-    ui::protetto([c] { c->Aggiorna(); });
-    c->setValore(store::Value::Long(static_cast<std::int32_t>(valore)));
-    return c;
-}
-
 }  // namespace
 
 frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* parent)
@@ -39,13 +26,14 @@ frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* par
     chkDataAl = spunta("chkDataAl", "&Alla Data", criteri.dataAl);
     pkDataAl = data("pkDataAl", criteri.al);
     chkDest = spunta("chkDest", "&Fornitore", criteri.fornitore);
-    cbDest = elenco("cbDest", "Select * from Fornitori order by DescFornitore", "DescFornitore", criteri.idFornitore, this);
+    cbDest = elenco("cbDest", "Select * from Fornitori order by DescFornitore", "DescFornitore",
+                    core::Testo("s77"), criteri.idFornitore);
     chkTipoSpesa = spunta("chkTipoSpesa", "&Tipologia", criteri.tipoSpesa);
     cbTipoSpesa = elenco("cbTipoSpesa", "Select * from TipiSpesa order by DescTipoSpesa", "DescTipoSpesa",
-                         criteri.idTipoSpesa, this);
+                         core::Testo("s77"), criteri.idTipoSpesa);
     chkClassificazione = spunta("chkClassificazione", "C&lassificazione", criteri.classificazione);
     cbClassificazione = elenco("cbClassificazione", "Select * from ClassificazioniSpese order by DescClassificazione",
-                               "DescClassificazione", criteri.idClassificazione, this);
+                               "DescClassificazione", core::Testo("s77"), criteri.idClassificazione);
     OpPagate = new QComboBox(this);
     OpPagate->setObjectName("OpPagate");
     OpPagate->addItems({"Entrambi", "Pagati", "Non Pagati"});
@@ -72,9 +60,9 @@ bool frmSpeseCerca::Conferma() {
     c.classificazione = chkClassificazione->isChecked();
     c.dal = pkDataDal->testo();
     c.al = pkDataAl->testo();
-    c.idFornitore = idDi(cbDest->valore());
-    c.idTipoSpesa = idDi(cbTipoSpesa->valore());
-    c.idClassificazione = idDi(cbClassificazione->valore());
+    c.idFornitore = ui::IdDi(cbDest->valore());
+    c.idTipoSpesa = ui::IdDi(cbTipoSpesa->valore());
+    c.idClassificazione = ui::IdDi(cbClassificazione->valore());
     c.pagate = kPagate[OpPagate->currentIndex()];
     criteri_ = c;
     return true;

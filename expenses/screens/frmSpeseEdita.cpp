@@ -23,8 +23,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 ui::VetraCombo* combo(const char* nome, const char* campo, const std::string& sorgente,
                       std::vector<ui::VetraCombo::ColonnaLista> colonne, QWidget* parent) {
     auto* c = new ui::VetraCombo(parent);
@@ -137,7 +135,7 @@ bool frmSpeseEdita::Valida() {
     expenses::TestataSpesa t;
     t.data = pkData->testo();
     t.numero = txtNum->testo();
-    t.fornitore = idDi(cbFornitore->valore());
+    t.fornitore = ui::IdDi(cbFornitore->valore());
     t.nuova = nuovo();
     switch (expenses::ControllaTestataSpesa(t)) {
         case expenses::EsitoSpesa::Valida: return true;
@@ -174,7 +172,7 @@ frmSpeseMovEdita::frmSpeseMovEdita(QWidget* parent)
     aggiungiCampo(Q(core::Didascalia("s190")), iva);
     setMinimumWidth(560);
     connect(btnScorpora, &QPushButton::clicked, this, [this] { ui::protetto([this] { Scorpora(); }); });
-    connect(cbIva, &ui::VetraCombo::valoreCambiato, this, [this] { btnScorpora->setEnabled(idDi(cbIva->valore()) != 0); });
+    connect(cbIva, &ui::VetraCombo::valoreCambiato, this, [this] { btnScorpora->setEnabled(ui::IdDi(cbIva->valore()) != 0); });
 }
 
 void frmSpeseMovEdita::Scorpora() {
@@ -183,12 +181,12 @@ void frmSpeseMovEdita::Scorpora() {
     txtImporto->setText(Q(store::NumberText(expenses::Scorpora(txtImporto->numero(), aliquota))));
 }
 
-void frmSpeseMovEdita::DopoCarica() { btnScorpora->setEnabled(idDi(cbIva->valore()) != 0); }
+void frmSpeseMovEdita::DopoCarica() { btnScorpora->setEnabled(ui::IdDi(cbIva->valore()) != 0); }
 
 long frmSpeseMovEdita::spesa() const {
     if (nuovo()) return apertura().idPadre;
     auto rs = core::Apri("Select Spesa from MovimentiSpese where ID=" + std::to_string(id()));
-    return rs->Eof() ? 0 : idDi(rs->get("Spesa"));
+    return rs->Eof() ? 0 : ui::IdDi(rs->get("Spesa"));
 }
 
 // From a list, its holder brings the totals up to date; opened alone, the editor does.

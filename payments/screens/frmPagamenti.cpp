@@ -15,12 +15,11 @@
 #include "payments/screens/EditorePerNome.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
+#include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"
 #include "ui/VetraPicker.h"
 
 namespace {
-
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
 
 ui::VetraPicker* picker(const char* nome, QWidget* parent) {
     auto* p = new ui::VetraPicker(parent);
@@ -84,7 +83,7 @@ std::optional<Apertura> frmPagamenti::aperturaPer(ui::Elenco&, Modalita modalita
         const char* editor = modo_ == payments::RegistroIncassi ? "frmPagamentiEdita" : "frmPagamentiSpeseEdita";
         salvato = pagamenti_schermi::ApriEditorePerNome(editor, modo_, {Modalita::Nuovo, 0, Grid}, this);
     } else {
-        const auto a = payments::ModificaPagamento(modo_, idDi(Grid->valore("Documento")), idDi(Grid->valore("Spesa")));
+        const auto a = payments::ModificaPagamento(modo_, ui::IdDi(Grid->valore("Documento")), ui::IdDi(Grid->valore("Spesa")));
         if (!a) return std::nullopt;
         salvato = pagamenti_schermi::ApriEditorePerNome(a->editor, a->modo, {Modalita::Modifica, 0, Grid}, this);
     }
@@ -97,7 +96,7 @@ std::optional<Apertura> frmPagamenti::aperturaPer(ui::Elenco&, Modalita modalita
 bool frmPagamenti::PrimaDiEliminare(long) {
     if (core::MsgBox(core::Testo("s262"), core::vbYesNo | core::vbQuestion) != core::vbYes) return false;
     payments::RiapriPrimaDellEliminazione(
-        {idDi(Grid->valore("Documento")), idDi(Grid->valore("Spesa")), idDi(Grid->valore("Scadenza"))},
+        {ui::IdDi(Grid->valore("Documento")), ui::IdDi(Grid->valore("Spesa")), ui::IdDi(Grid->valore("Scadenza"))},
         modo_ == payments::RegistroIncassi);
     return true;
 }

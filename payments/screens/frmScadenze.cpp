@@ -16,13 +16,12 @@
 #include "store/clock.h"
 #include "store/convert.h"
 #include "ui/Dialoghi.h"
+#include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"
 
 namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
-
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
 
 }  // namespace
 
@@ -64,7 +63,7 @@ frmScadenze::frmScadenze(QWidget* parent) : RegistroBase(Nome, parent) {
 
 payments::RigaScadenza frmScadenze::rigaCorrente() {
     if (!Grid->haRigaCorrente()) return {};
-    return {Grid->idCorrente(), idDi(Grid->valore("Documento")), idDi(Grid->valore("Spesa"))};
+    return {Grid->idCorrente(), ui::IdDi(Grid->valore("Documento")), ui::IdDi(Grid->valore("Spesa"))};
 }
 
 // A new instalment is on the register's side; a changed one has no payment yet and opens the

@@ -18,20 +18,6 @@ constexpr int kStati[] = {2, 1, 0};
 
 int posizioneStato(int stato) { return stato == 1 ? 1 : stato == 0 ? 2 : 0; }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
-ui::VetraCombo* elenco(const char* nome, const std::string& sorgente, const char* campo, const std::string& titolo,
-                       long valore, QWidget* parent) {
-    auto* c = new ui::VetraCombo(parent);
-    c->setObjectName(nome);
-    c->setSorgente(sorgente);
-    c->setCampoTesto(campo);
-    c->setColonne({{campo, titolo, 3000}});
-    ui::protetto([c] { c->Aggiorna(); });
-    c->setValore(store::Value::Long(static_cast<std::int32_t>(valore)));
-    return c;
-}
-
 }  // namespace
 
 frmScadenzeCerca::frmScadenzeCerca(int modo, const payments::FiltroScadenze& filtro, QWidget* parent)
@@ -56,9 +42,9 @@ frmScadenzeCerca::frmScadenzeCerca(int modo, const payments::FiltroScadenze& fil
     pkDataAl = data("pkDataAl", filtro.al);
     chkDest = spunta("chkDest", "&Intestatario", filtro.destinatario);
     cbCliente = elenco("cbCliente", "Select * from qrClienti Order by DescCliente", "Denominazione",
-                       core::Testo("s40"), filtro.cliente, this);
+                       core::Testo("s40"), filtro.cliente);
     cbFornitore = elenco("cbFornitore", "Select * from Fornitori Order By DescFornitore", "DescFornitore",
-                         core::Testo("s41"), filtro.fornitore, this);
+                         core::Testo("s41"), filtro.fornitore);
     OpPagate = new QComboBox(this);
     OpPagate->setObjectName("OpPagate");
     OpPagate->addItems({"Entrambe", "Pagate", "Non Pagate"});
@@ -82,8 +68,8 @@ bool frmScadenzeCerca::Conferma() {
     f.dal = pkDataDal->testo();
     f.al = pkDataAl->testo();
     f.destinatario = chkDest->isChecked();
-    f.cliente = idDi(cbCliente->valore());
-    f.fornitore = idDi(cbFornitore->valore());
+    f.cliente = ui::IdDi(cbCliente->valore());
+    f.fornitore = ui::IdDi(cbFornitore->valore());
     f.stato = kStati[OpPagate->currentIndex()];
     filtro_ = f;
     return true;

@@ -21,8 +21,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 QString Importo(double d) { return Q(store::Format(store::Value::Double(d), "#,0.00")); }
 
 ui::VText* numero(const char* nome, const char* campo, QWidget* parent) {
@@ -128,7 +126,7 @@ void frmScadenzeEdita::DopoCarica() {
     if (apertura().campoPadre == campoScelto_) documento = apertura().idPadre;
     if (!nuovo()) {
         const std::string campo = campoScelto_;
-        documento = idDi(core::Apri("Select " + campo + " from Scadenze where ID=" + std::to_string(id()))->get(campo));
+        documento = ui::IdDi(core::Apri("Select " + campo + " from Scadenze where ID=" + std::to_string(id()))->get(campo));
     }
     if (spesa_) latoFornitori_ = true;
     else latoFornitori_ = documento > 0 ? !core::TipoAttivo(core::TipoDocumento(documento)) : core::ModoSchermo(Nome) == 1;
@@ -141,7 +139,7 @@ void frmScadenzeEdita::DopoCarica() {
 }
 
 void frmScadenzeEdita::DocumentoCambiato(bool proponi) {
-    const bool scelto = idDi(cbDocumenti->valore()) != 0;
+    const bool scelto = ui::IdDi(cbDocumenti->valore()) != 0;
     scelto_ = {};
     if (scelto) {
         scelto_.scadenze = store::Round(core::NumeroOZero(cbDocumenti->campo("ImportoScadenze")), 2);
@@ -161,7 +159,7 @@ void frmScadenzeEdita::DocumentoCambiato(bool proponi) {
 }
 
 void frmScadenzeEdita::Descrivi() {
-    if (idDi(cbDocumenti->valore()) == 0) {
+    if (ui::IdDi(cbDocumenti->valore()) == 0) {
         txtDescrizione->clear();
         return;
     }
@@ -171,8 +169,8 @@ void frmScadenzeEdita::Descrivi() {
 // A counterpart picked narrows the documents to its own.
 void frmScadenzeEdita::ControparteCambiata(const char* campo, ui::VetraCombo* combo) {
     caricamento_ = true;
-    cbDocumenti->setSorgente(spesa_ ? payments::ListaSpeseDi(idDi(combo->valore()), nuovo())
-                                    : payments::ListaDocumentiDi(campo, idDi(combo->valore()), nuovo()));
+    cbDocumenti->setSorgente(spesa_ ? payments::ListaSpeseDi(ui::IdDi(combo->valore()), nuovo())
+                                    : payments::ListaDocumentiDi(campo, ui::IdDi(combo->valore()), nuovo()));
     cbDocumenti->Aggiorna();
     caricamento_ = false;
     DocumentoCambiato(false);
@@ -182,9 +180,9 @@ bool frmScadenzeEdita::Valida() {
     payments::ScadenzaDaControllare s;
     s.dataVuota = pkData->vuoto();
     s.dataValida = pkData->dataValida();
-    s.cliente = idDi(cbCliente->valore());
-    s.fornitore = idDi(cbFornitore->valore());
-    s.documento = idDi(cbDocumenti->valore());
+    s.cliente = ui::IdDi(cbCliente->valore());
+    s.fornitore = ui::IdDi(cbFornitore->valore());
+    s.documento = ui::IdDi(cbDocumenti->valore());
     s.importo = txtImporto->numero();
     s.scelto = scelto_;
     s.modifica = !nuovo();
@@ -201,5 +199,5 @@ bool frmScadenzeEdita::Valida() {
 }
 
 void frmScadenzeEdita::PrimaDiAggiornare(store::Recordset& rs) {
-    rs.set(campoScelto_, store::Value::Long(static_cast<std::int32_t>(idDi(cbDocumenti->valore()))));
+    rs.set(campoScelto_, store::Value::Long(static_cast<std::int32_t>(ui::IdDi(cbDocumenti->valore()))));
 }

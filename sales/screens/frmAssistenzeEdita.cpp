@@ -24,8 +24,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 ui::VText* numero(const char* nome, const char* campo, QWidget* parent) {
     auto* t = new ui::VText(parent);
     t->setObjectName(nome);
@@ -148,7 +146,7 @@ bool frmAssistenzeEdita::Valida() {
         return false;
     };
     if (!pkData->dataValida()) return avvisa(core::Testo("s81"), pkData->casella());
-    if (idDi(cbClienti->valore()) == 0) return avvisa(core::Testo("s213"), cbClienti);
+    if (ui::IdDi(cbClienti->valore()) == 0) return avvisa(core::Testo("s213"), cbClienti);
     switch (sales::ControllaOrari(VText2->text().toStdString(), VText3->text().toStdString())) {
         case sales::EsitoOrari::InizioNonValido: return avvisa(core::Testo("s92"), VText2);
         case sales::EsitoOrari::FineNonValida: return avvisa(core::Testo("s92"), VText3);

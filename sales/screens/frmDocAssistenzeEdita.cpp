@@ -24,8 +24,6 @@
 
 namespace {
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 const core::TabellaCampi& CampiVisite() {
     static const core::TabellaCampi t{
         {"DescServizio", "s39", 2000},
@@ -130,7 +128,7 @@ frmDocAssistenzeEdita::frmDocAssistenzeEdita(QWidget* parent, long tipo)
 }
 
 void frmDocAssistenzeEdita::CaricaAssistenze() {
-    GridAssistenze->setSorgente(sales::SorgenteVisitePeriodo(idDi(cbClienti->valore()), dataDi(pkDal), dataDi(pkAl)));
+    GridAssistenze->setSorgente(sales::SorgenteVisitePeriodo(ui::IdDi(cbClienti->valore()), dataDi(pkDal), dataDi(pkAl)));
     GridAssistenze->Aggiorna();
 }
 
@@ -166,11 +164,11 @@ bool frmDocAssistenzeEdita::Valida() {
         if (!ora) return avvisa("Il costo orario non è un numero valido!", txtCostoOra);
         const std::optional<double> km = sales::LeggiTariffa(txtCostoKm->text().toStdString());
         if (!km) return avvisa("Il costo al chilometro non è un numero valido!", txtCostoKm);
-        tariffe_ = {*ora, *km, idDi(cbIva->valore())};
+        tariffe_ = {*ora, *km, ui::IdDi(cbIva->valore())};
         CaricaAssistenze();
         const std::vector<sales::Visita> visite = sales::LeggiVisite(GridAssistenze->istruzione());
         if (!visite.empty() && tariffe_.iva == 0) return avvisa("Inserire il codice iva !", cbIva);
-        const auto gia = sales::VisiteGiaFatturate(idDi(cbClienti->valore()), tipo(), visite, id());
+        const auto gia = sales::VisiteGiaFatturate(ui::IdDi(cbClienti->valore()), tipo(), visite, id());
         if (!gia.empty()) return avvisa(sales::MessaggioGiaFatturate(gia), pkDal->casella());
     }
     return frmDocumentiEditaBase::Valida();

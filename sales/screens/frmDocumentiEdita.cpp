@@ -26,8 +26,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 long tipoAperto(const char* nome, long tipo, long predefinito) {
     if (tipo != 0) return tipo;
     const long modo = core::ModoSchermo(nome);
@@ -197,7 +195,7 @@ bool frmDocumentiEditaBase::Valida() {
     sales::TestataDaControllare t;
     t.tipo = tipo_;
     t.data = pkData->testo();
-    t.controparte = idDi(cbClienti->valore());
+    t.controparte = ui::IdDi(cbClienti->valore());
     t.numero = txtNum->text().toLong();
     t.prefisso = cbPrefisso->testo();
     t.suffisso = cbSuffisso->testo();

@@ -16,8 +16,6 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromStdString(s); }
 
-long idDi(const store::Value& v) { return v.isNull() ? 0 : store::CLng(v); }
-
 ui::VText* casella(const char* nome, const char* campo, QWidget* parent, const char* predefinito = nullptr) {
     auto* t = new ui::VText(parent);
     t->setObjectName(nome);
@@ -47,7 +45,7 @@ long documentoDi(const EditorBase& e, const std::string& tabella) {
     if (e.nuovo()) return e.apertura().idPadre;
     auto rs = core::ArchivioAperto()->OpenRecordset("Select Documento from " + tabella + " where ID=" +
                                                      std::to_string(e.id()));
-    return rs->Eof() ? 0 : idDi(rs->get("Documento"));
+    return rs->Eof() ? 0 : ui::IdDi(rs->get("Documento"));
 }
 
 }  // namespace
@@ -119,7 +117,7 @@ void frmMovimentiEdita::ServizioScelto() {
     testo(txtSc1, rs->Eof() ? store::Value::Null() : rs->get("Sconto1"));
     testo(txtSc2, cbServizi->campo("Sconto2"));
     testo(txtPrezzo, cbServizi->campo("CostoUnitario"));
-    cbIva->setValore(store::Value::Long(static_cast<std::int32_t>(idDi(cbServizi->campo("CodiceIva")))));
+    cbIva->setValore(store::Value::Long(static_cast<std::int32_t>(ui::IdDi(cbServizi->campo("CodiceIva")))));
 }
 
 void frmMovimentiEdita::DopoCarica() { caricamento_ = false; }
@@ -130,7 +128,7 @@ bool frmMovimentiEdita::Valida() {
         txtQuantita->setFocus();
         return false;
     }
-    if (idDi(cbIva->valore()) == 0) {
+    if (ui::IdDi(cbIva->valore()) == 0) {
         core::MsgBox("Inserire il codice iva !", core::vbExclamation);
         cbIva->setFocus();
         return false;
@@ -156,7 +154,7 @@ frmSpeseDocumentiEdita::frmSpeseDocumentiEdita(QWidget* parent)
 
 bool frmSpeseDocumentiEdita::Valida() {
     if (!richiesto(VText1, "s140")) return false;
-    if (idDi(cbIva->valore()) == 0) {
+    if (ui::IdDi(cbIva->valore()) == 0) {
         core::MsgBox(core::Testo("s292"), core::vbExclamation);
         cbIva->setFocus();
         return false;
