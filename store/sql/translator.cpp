@@ -1140,7 +1140,9 @@ private:
     }
 
     // HAVING, term by term: a term on grouped columns only, without aggregates or subqueries,
-    // filters the rows before grouping, so it goes to WHERE where SQLite can use an index.
+    // filters the rows before grouping, so it goes to WHERE where SQLite can use an index. On a
+    // query that neither groups nor aggregates, HAVING is only a filter on the rows: all of it
+    // goes to WHERE.
     void having(ExprP& havingExpr, Scope& scope, const std::vector<const SourceColumn*>& groupCols,
                 CoreParts& parts) {
         std::vector<ExprP*> terms;
@@ -1155,9 +1157,11 @@ private:
             hx.sawSub = &sub;
             std::size_t missingBefore = missing_.size();
             SqlExpr r = expr(**t, hx);
-            bool movable = parts.grouped && !r.agg && !sub && !refs.empty() && missing_.size() == missingBefore;
+            bool movable = !parts.aggregate ||
+                           (parts.grouped && !r.agg && !sub && !refs.empty() && missing_.size() == missingBefore);
             for (const SourceColumn* rc : refs)
-                if (std::find(groupCols.begin(), groupCols.end(), rc) == groupCols.end()) movable = false;
+                if (parts.aggregate && std::find(groupCols.begin(), groupCols.end(), rc) == groupCols.end())
+                    movable = false;
             (movable ? parts.where : parts.having).push_back(predicate(r));
         }
     }

@@ -182,6 +182,13 @@ TEST_F(SqlStmt, HavingOnGroupedColumnsMovesToWhere) {
     auto h = db.run("SELECT Documento, Sum(Importo) as S FROM Movimenti GROUP BY Documento HAVING Sum(Importo)>60");
     EXPECT_EQ(h.text(), "1|100;2|100");
     EXPECT_NE(h.t.sql.find(" HAVING "), std::string::npos);
+    // a query that neither groups nor aggregates: HAVING filters its rows like WHERE
+    for (const char* filtro : {"Select ID from Documenti HAVING ID>2 Order By ID",
+                               "Select ID from Documenti Where ID>1 HAVING (ID<>2) Order By ID"}) {
+        auto f = db.run(filtro);
+        EXPECT_EQ(f.text(), "3;4") << filtro;
+        EXPECT_EQ(f.t.sql.find(" HAVING "), std::string::npos) << f.t.sql;
+    }
 }
 
 TEST_F(SqlStmt, DeleteMultiTable) {

@@ -1,0 +1,1 @@
+Select * from Documenti HAVING ('31/12/2024') Order By Data

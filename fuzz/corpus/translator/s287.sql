@@ -1,0 +1,1 @@
+Select * from qrClienti where Denominazione Like '*D' HAVING 'Am°ico*'
