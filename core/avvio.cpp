@@ -72,6 +72,7 @@ bool IstanzaUnica(const std::string& cartella) {
 void ApriArchivioAziende() {
     const std::string cartellaDati = LeggiIni("Azienda", "PATH");
     if (cartellaDati.empty()) return;
+    CompletaRipristinoInterrotto(cartellaDati);
     session().dbAziende = Apri(cartellaDati + "/Aziende.mdb");
     SegnaCartellaInUso(cartellaDati);
 }

@@ -21,6 +21,7 @@ std::string Testo8(const fs::path& p) { return p.string(); }
 fs::path MasterDi(const std::string& cartella) { return Percorso(cartella) / "Aziende.mdb"; }
 
 void ApriMaster(const std::string& cartella) {
+    CompletaRipristinoInterrotto(cartella);
     session().dbAziende = store::Workspace::Default().OpenDatabase(Testo8(MasterDi(cartella)));
     SegnaCartellaInUso(cartella);
 }

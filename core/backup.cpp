@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "core/ini.h"
@@ -27,6 +29,9 @@ const char* const kNonBackup = "La cartella selezionata non contiene dati di bac
 const char* const kParziale = ".parziale";
 // Beside the copies: which company's archives the backup holds.
 const char* const kContenuto = "Backup.ini";
+// In the data folder while a restore puts its copies in place: the names still to be moved.
+const char* const kDaMettereAPosto = ".ripristino";
+const char* const kSuffissoRipristino = ".ripristino";
 
 std::string DueCifre(int n) {
     char testo[16];
@@ -119,7 +124,69 @@ void CopiaCartella(const fs::path& da, const fs::path& a) {
     fs::copy(da, a, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
 }
 
+// A restored file or folder, copied beside its target under a hidden name.
+fs::path Provvisorio(const fs::path& dati, const std::string& nome) { return dati / ("." + nome + kSuffissoRipristino); }
+
+// Moves the hidden copies of a restore over their targets, then drops the list. Run again after a
+// kill it finishes the job: a file already moved has no hidden copy left, a folder is merged again.
+void MettiAPosto(const fs::path& dati, const std::vector<std::string>& nomi) {
+    for (const std::string& nome : nomi) {
+        const fs::path copia = Provvisorio(dati, nome);
+        if (fs::is_directory(copia)) {
+            CopiaCartella(copia, dati / nome);
+            fs::remove_all(copia);
+        } else if (fs::exists(copia)) {
+            fs::rename(copia, dati / nome);
+        }
+    }
+    fs::remove(dati / kDaMettereAPosto);
+}
+
+// The list is written whole under another name and renamed: it exists complete or not at all.
+void ScriviDaMettereAPosto(const fs::path& dati, const std::vector<std::string>& nomi) {
+    const fs::path lista = dati / (std::string(kDaMettereAPosto) + ".lista");
+    {
+        std::ofstream out(lista, std::ios::trunc);
+        for (const std::string& nome : nomi) out << nome << '\n';
+        out.flush();
+        if (!out) store::raise(store::err::ErroreDiscoORete, lista.string());
+    }
+    fs::rename(lista, dati / kDaMettereAPosto);
+}
+
+// The hidden copies a restore cut short before its list left behind.
+void RimuoviCopieProvvisorie(const fs::path& dati) {
+    std::error_code ec;
+    std::vector<fs::path> copie;
+    for (const auto& voce : fs::directory_iterator(dati, ec)) {
+        const std::string nome = voce.path().filename().string();
+        if (nome.size() > 1 + std::strlen(kSuffissoRipristino) && nome[0] == '.' && nome.ends_with(kSuffissoRipristino))
+            copie.push_back(voce.path());
+    }
+    for (const auto& p : copie) fs::remove_all(p, ec);
+    fs::remove(dati / (std::string(kDaMettereAPosto) + ".lista"), ec);
+}
+
 }  // namespace
+
+void CompletaRipristinoInterrotto(const std::string& cartellaDati) {
+    const fs::path dati(cartellaDati);
+    std::error_code ec;
+    if (!fs::is_directory(dati, ec)) return;
+    const int esclusiva = PrendiEsclusiva((dati / kMaster).string());
+    if (esclusiva < 0) return;  // another copy of the program runs on these data: it has seen to them
+    std::ifstream lista(dati / kDaMettereAPosto);
+    if (lista) {
+        std::vector<std::string> nomi;
+        for (std::string nome; std::getline(lista, nome);)
+            if (!nome.empty()) nomi.push_back(nome);
+        MettiAPosto(dati, nomi);
+    } else {
+        RimuoviCopieProvvisorie(dati);
+    }
+    ::close(esclusiva);
+    if (uso().fd >= 0) ::flock(uso().fd, LOCK_SH | LOCK_NB);
+}
 
 std::string NomeCartellaBackup(const std::tm& t) {
     return "Backup " + DueCifre(t.tm_mday) + "-" + DueCifre(t.tm_mon + 1) + "-" + std::to_string(t.tm_year + 1900) +
@@ -248,20 +315,27 @@ EsitoCopia ImportaBackup(const std::string& backup, const std::string& cartellaD
     if (!aziende.empty()) s.dbAziende->Close();
     std::string errore;
     try {
-        // Each file is first copied beside its target under a hidden name, then renamed over it: a
-        // target is never half written.
-        std::vector<fs::path> file;
+        // Every file and folder is first copied beside its target under a hidden name; then the list
+        // of them is written, and only then are they moved in place. A kill before the list leaves the
+        // data as they were (the copies are dropped at the next start); after it, the next start
+        // finishes the moves.
+        std::vector<std::string> nomi;
         for (const auto& voce : fs::directory_iterator(origine))
-            if (voce.is_regular_file() && voce.path().filename() != kContenuto) file.push_back(voce.path());
-        for (std::size_t i = 0; i < file.size(); ++i) {
-            const std::string nome = file[i].filename().string();
-            Mostra(avanzamento, "Importazione di " + nome + " ...", static_cast<int>(i * 100 / (file.size() + 1)));
-            const fs::path provvisorio = dati / ("." + nome + ".ripristino");
-            fs::copy_file(file[i], provvisorio, fs::copy_options::overwrite_existing);
+            if ((voce.is_regular_file() && voce.path().filename() != kContenuto) || voce.is_directory())
+                nomi.push_back(voce.path().filename().string());
+        try {
+            for (std::size_t i = 0; i < nomi.size(); ++i) {
+                Mostra(avanzamento, "Importazione di " + nomi[i] + " ...", static_cast<int>(i * 100 / (nomi.size() + 1)));
+                const fs::path da = origine / nomi[i];
+                if (fs::is_directory(da)) CopiaCartella(da, Provvisorio(dati, nomi[i]));
+                else fs::copy_file(da, Provvisorio(dati, nomi[i]), fs::copy_options::overwrite_existing);
+            }
+            ScriviDaMettereAPosto(dati, nomi);
+        } catch (...) {
+            RimuoviCopieProvvisorie(dati);
+            throw;
         }
-        for (const fs::path& f : file) fs::rename(dati / ("." + f.filename().string() + ".ripristino"), dati / f.filename());
-        for (const auto& voce : fs::directory_iterator(origine))
-            if (voce.is_directory()) CopiaCartella(voce.path(), dati / voce.path().filename());
+        MettiAPosto(dati, nomi);
     } catch (const std::exception& e) {
         errore = std::string("Importazione non riuscita: ") + e.what();
     }

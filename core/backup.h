@@ -34,6 +34,11 @@ EsitoCopia EseguiBackup(const std::string& dove, const std::tm& istante, const A
 EsitoCopia ImportaBackup(const std::string& backup, const std::string& cartellaDati,
                          const AvanzamentoCopia& avanzamento = {});
 
+// Finishes a restore of this data folder that was cut short once its copies were all in, or drops
+// the copies of one cut short before: the data are as before the restore or as after it, never
+// half. Run before the master file is opened; does nothing while another process uses the folder.
+void CompletaRipristinoInterrotto(const std::string& cartellaDati);
+
 // Marks the data folder as in use by this process for as long as it runs (a shared lock on its
 // master file that a restore of another process finds). A new folder replaces the previous one.
 void SegnaCartellaInUso(const std::string& cartellaDati);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 
 #include "core/archivio_sql.h"
@@ -42,13 +43,15 @@ bool PeriodoSovrapposto(long azienda, const std::string& data) {
     return !rs->Eof();
 }
 
-// A period of any company already bears that name (its archive may lie elsewhere).
-bool NomeUsato(const std::string& nome) {
-    std::string testo = nome;
+bool EsisteRiga(const char* campo, const std::string& valore) {
+    std::string testo = valore;
     for (std::size_t pos = testo.find('\''); pos != std::string::npos; pos = testo.find('\'', pos + 2))
         testo.replace(pos, 1, "''");
-    return !session().dbAziende->OpenRecordset("Select ID from Esercizi where Nome='" + testo + "'")->Eof();
+    return !session().dbAziende->OpenRecordset("Select ID from Esercizi where " + std::string(campo) + "='" + testo + "'")->Eof();
 }
+
+// A period of any company already bears that name (its archive may lie elsewhere).
+bool NomeUsato(const std::string& nome) { return EsisteRiga("Nome", nome); }
 
 long SalvaRigaEsercizio(long azienda, const std::string& nome, double dal, const std::string& file) {
     auto rs = session().dbAziende->OpenRecordset("Select * from Esercizi where ID<0");
@@ -116,6 +119,24 @@ void Rimuovi(const fs::path& p) {
     fs::remove(fs::path(p.string() + "-journal"), ec);
 }
 
+// While a new period takes its name, a hidden mark beside its archive says that the archive has no
+// row in Esercizi yet: the row is written last, and the mark dropped after it.
+fs::path MarcaCreazione(const fs::path& file) { return file.parent_path() / ("." + file.filename().string() + ".creazione"); }
+
+void Marca(const fs::path& file) {
+    std::ofstream out(MarcaCreazione(file), std::ios::trunc);
+    if (!out) store::raise(store::err::ErroreDiscoORete, MarcaCreazione(file).string());
+}
+
+// A creation cut short between its archive and its row (the program killed) left a marked archive
+// that no period names: it goes, and the name is free again. A mark whose row was written is dropped.
+void RimuoviCreazioneInterrotta(const fs::path& file) {
+    std::error_code ec;
+    if (!fs::exists(MarcaCreazione(file), ec)) return;
+    if (!EsisteRiga("File", file.string())) Rimuovi(file);
+    fs::remove(MarcaCreazione(file), ec);
+}
+
 }  // namespace
 
 std::optional<CampoErrato> ControllaPeriodo(const std::string& dal, const std::string& al) {
@@ -152,6 +173,7 @@ std::optional<EsercizioErrato> ControllaNuovoEsercizio(long azienda, const std::
                                                        const std::string& data) {
     if (Vuoto(nome)) return EsercizioErrato{Testo("s83"), 0};
     if (Vuoto(data) || NonData(data)) return EsercizioErrato{Testo("s81"), 1};
+    RimuoviCreazioneInterrotta(FileEsercizio(nome));
     if (fs::exists(fs::path(FileEsercizio(nome))) || NomeUsato(nome))
         return EsercizioErrato{Testo("s80") + " '" + nome + "'", 0};
     if (PeriodoSovrapposto(azienda, data)) return EsercizioErrato{Testo("s79"), 1};
@@ -160,8 +182,11 @@ std::optional<EsercizioErrato> ControllaNuovoEsercizio(long azienda, const std::
 
 long CreaEsercizioVuoto(long azienda, const std::string& nome, double dal) {
     const std::string file = FileEsercizio(nome);
+    RimuoviCreazioneInterrotta(file);
+    Marca(file);
     store::model::GeneraArchivioVuoto(file);
     const long id = SalvaRigaEsercizio(azienda, nome, dal, file);
+    fs::remove(MarcaCreazione(file));
     session().IDEsercizio = id;
     return id;
 }
@@ -171,6 +196,7 @@ long CreaEsercizioConRiporto(long azienda, const std::string& nome, double dal, 
     const std::string ultimo = UltimoArchivio(azienda);
     if (ultimo.empty()) return CreaEsercizioVuoto(azienda, nome, dal);
     const fs::path file(FileEsercizio(nome));
+    RimuoviCreazioneInterrotta(file);
     const fs::path copia = file.parent_path() / ("." + file.filename().string() + ".copia");
     const fs::path compatta = file.parent_path() / ("." + file.filename().string() + ".nuovo");
     Rimuovi(copia);
@@ -207,8 +233,9 @@ long CreaEsercizioConRiporto(long azienda, const std::string& nome, double dal, 
         avanza("Compattazione del nuovo archivio ...");
         store::Workspace::Default().CompactDatabase(copia.string(), compatta.string());
         Rimuovi(copia);
-        // The name is taken last: until then the period does not exist.
+        // The name is taken last, marked until its row is written: until then the period does not exist.
         if (fs::exists(file)) store::raise(store::err::FileGiaEsistente, file.string());
+        Marca(file);
         fs::rename(compatta, file);
     } catch (...) {
         Rimuovi(copia);
@@ -216,6 +243,7 @@ long CreaEsercizioConRiporto(long azienda, const std::string& nome, double dal, 
         throw;
     }
     const long id = SalvaRigaEsercizio(azienda, nome, dal, file.string());
+    fs::remove(MarcaCreazione(file));
     session().IDEsercizio = id;
     mostra("Operazione completata", 100);
     return id;
