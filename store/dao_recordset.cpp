@@ -552,6 +552,9 @@ struct Recordset::Impl {
         rows[cur].data = kDeletedRow;
         ++deleted;
         located = kNone;
+        // Run again, the statement gives one row less before where it stopped: the row after the
+        // last one read must not be skipped.
+        if (suspended && cur < stepped) --stepped;
     }
 
     // ---- moves

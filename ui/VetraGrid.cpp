@@ -40,6 +40,17 @@ std::vector<std::string> campiOrdinamento(const std::string& campi) {
     return out;
 }
 
+std::string senzaOrdine(const std::string& sql) {
+    const size_t proprio = core::PosizioneClausola(sql, "order by");
+    return proprio == std::string::npos ? sql : sql.substr(0, proprio);
+}
+
+std::string unite(const std::vector<std::string>& termini) {
+    std::string s;
+    for (const auto& t : termini) s += (s.empty() ? "" : ", ") + t;
+    return s;
+}
+
 }  // namespace
 
 // ---- the model ---------------------------------------------------------------------------------
@@ -49,6 +60,7 @@ struct VetraGridModel::Riga {
     QString titolo;
     store::Bookmark segnalibro = 0;
     std::vector<store::Value> valori;
+    std::size_t tratto = 0;   // the piece of the list the record comes from
 };
 
 VetraGridModel::VetraGridModel(QObject* parent) : QAbstractTableModel(parent) {}
@@ -56,8 +68,23 @@ VetraGridModel::~VetraGridModel() = default;
 
 void VetraGridModel::impostaRecordset(std::unique_ptr<store::Recordset> rs, std::vector<Colonna> colonne,
                                       std::vector<std::string> gruppi, std::vector<RegolaColore> regole, bool inverso) {
+    const std::size_t quanti = rs ? 1 : 0;
+    impostaTratti(std::move(rs), quanti, {}, std::move(colonne), std::move(gruppi), std::move(regole), inverso);
+}
+
+void VetraGridModel::impostaTratti(std::unique_ptr<store::Recordset> primo, std::size_t quanti, ApriTratto apri,
+                                   std::vector<Colonna> colonne, std::vector<std::string> gruppi,
+                                   std::vector<RegolaColore> regole, bool inverso) {
     beginResetModel();
-    rs_ = std::move(rs);
+    tratti_.clear();
+    letti_.clear();
+    if (primo) {
+        tratti_.resize(quanti);
+        letti_.resize(quanti);
+        tratti_[0] = std::move(primo);
+    }
+    apri_ = std::move(apri);
+    inLettura_ = attivo_ = 0;
     inverso_ = inverso;
     colonne_ = std::move(colonne);
     gruppi_ = std::move(gruppi);
@@ -67,19 +94,32 @@ void VetraGridModel::impostaRecordset(std::unique_ptr<store::Recordset> rs, std:
     ultimiGruppi_.clear();
     ultimoLetto_.reset();
     dati_ = 0;
-    auto aggiungiCampo = [this](const std::string& c) {
-        if (rs_ && rs_->HasField(c) && indiceCampo(c) < 0) campi_.push_back(c);
+    store::Recordset* rs = recordset();
+    auto aggiungiCampo = [this, rs](const std::string& c) {
+        if (rs && rs->HasField(c) && indiceCampo(c) < 0) campi_.push_back(c);
     };
     aggiungiCampo("ID");
     for (const auto& c : colonne_) aggiungiCampo(c.campo);
     for (const auto& g : gruppi_) aggiungiCampo(g);
     for (const auto& r : regole_) aggiungiCampo(r.campo);
-    letti_.clear();
-    for (const auto& c : campi_) letti_.push_back(&rs_->Fields(c));
-    finito_ = !rs_ || rs_->Eof();
+    if (rs)
+        for (const auto& c : campi_) letti_[0].push_back(&rs->Fields(c));
+    finito_ = !rs || (tratti_.size() == 1 && rs->Eof());
     endResetModel();
     if (inverso_) leggiDallaVista([this] { leggiSopra(); });
     else if (!finito_) fetchMore({});
+}
+
+void VetraGridModel::apriTratto(std::size_t k) {
+    tratti_[k] = apri_(k);
+    letti_[k].clear();
+    for (const auto& c : campi_) letti_[k].push_back(&tratti_[k]->Fields(c));
+}
+
+bool VetraGridModel::inModifica() const {
+    for (std::size_t k : {inLettura_, attivo_})
+        if (k < tratti_.size() && tratti_[k] && tratti_[k]->editMode() != store::Recordset::EditMode::None) return true;
+    return false;
 }
 
 int VetraGridModel::indiceCampo(const std::string& campo) const {
@@ -97,17 +137,15 @@ int VetraGridModel::columnCount(const QModelIndex& parent) const {
 }
 
 bool VetraGridModel::canFetchMore(const QModelIndex& parent) const {
-    return !parent.isValid() && !inverso_ && !finito_ && rs_ && rs_->editMode() == store::Recordset::EditMode::None;
+    return !parent.isValid() && !inverso_ && !finito_ && !tratti_.empty() && !inModifica();
 }
 
-bool VetraGridModel::puoLeggereSopra() const {
-    return inverso_ && !finito_ && rs_ && rs_->editMode() == store::Recordset::EditMode::None;
-}
+bool VetraGridModel::puoLeggereSopra() const { return inverso_ && !finito_ && !tratti_.empty() && !inModifica(); }
 
-std::vector<store::Value> VetraGridModel::valoriCorrenti() {
+std::vector<store::Value> VetraGridModel::valoriCorrenti(std::size_t tratto) {
     std::vector<store::Value> v;
-    v.reserve(letti_.size());
-    for (store::Field* f : letti_) v.push_back(f->value());
+    v.reserve(letti_[tratto].size());
+    for (store::Field* f : letti_[tratto]) v.push_back(f->value());
     return v;
 }
 
@@ -135,24 +173,34 @@ void VetraGridModel::leggiFinoAllaFine() {
     leggiBlocco(std::numeric_limits<int>::max());
 }
 
-// The next records of the recordset, in its order.
+// The next records of the list, in its order: on from the last one read, and on into the next
+// piece once a piece is read to its end.
 std::vector<VetraGridModel::Riga> VetraGridModel::leggiRighe(int quante) {
     std::vector<Riga> lette;
-    if (ultimoLetto_) {
-        rs_->setBookmark(*ultimoLetto_);
-        rs_->MoveNext();
-    } else if (rs_->RecordCount() > 0) {
-        rs_->MoveFirst();
+    while (!finito_ && static_cast<int>(lette.size()) < quante) {
+        store::Recordset& rs = *tratti_[inLettura_];
+        if (ultimoLetto_) {
+            rs.setBookmark(*ultimoLetto_);
+            rs.MoveNext();
+        } else if (rs.RecordCount() > 0) {
+            rs.MoveFirst();
+        }
+        for (; static_cast<int>(lette.size()) < quante && !rs.Eof(); rs.MoveNext()) {
+            Riga r;
+            r.segnalibro = rs.getBookmark();
+            r.valori = valoriCorrenti(inLettura_);
+            r.tratto = inLettura_;
+            ultimoLetto_ = r.segnalibro;
+            lette.push_back(std::move(r));
+        }
+        if (!rs.Eof()) break;
+        if (inLettura_ + 1 >= tratti_.size()) {
+            finito_ = true;
+        } else {
+            apriTratto(++inLettura_);
+            ultimoLetto_.reset();
+        }
     }
-    for (int n = 0; n < quante && !rs_->Eof(); ++n) {
-        Riga r;
-        r.segnalibro = rs_->getBookmark();
-        r.valori = valoriCorrenti();
-        ultimoLetto_ = r.segnalibro;
-        lette.push_back(std::move(r));
-        rs_->MoveNext();
-    }
-    finito_ = rs_->Eof();
     return lette;
 }
 
@@ -234,15 +282,11 @@ int VetraGridModel::livelloGruppo(int riga) const {
 long VetraGridModel::righeLette() const { return dati_; }
 
 bool VetraGridModel::posiziona(int riga) {
-    if (!rs_ || riga < 0 || riga >= rowCount() || rigaDiGruppo(riga)) return false;
-    rs_->setBookmark(righe_[static_cast<size_t>(riga)].segnalibro);
+    if (tratti_.empty() || riga < 0 || riga >= rowCount() || rigaDiGruppo(riga)) return false;
+    const Riga& r = righe_[static_cast<size_t>(riga)];
+    attivo_ = r.tratto;
+    tratti_[attivo_]->setBookmark(r.segnalibro);
     return true;
-}
-
-int VetraGridModel::rigaDelSegnalibro(store::Bookmark b) const {
-    for (size_t i = 0; i < righe_.size(); ++i)
-        if (righe_[i].livello < 0 && righe_[i].segnalibro == b) return static_cast<int>(i);
-    return -1;
 }
 
 int VetraGridModel::rigaConId(long id, long entro) {
@@ -280,20 +324,22 @@ int VetraGridModel::rigaConId(long id, long entro) {
 
 void VetraGridModel::rileggiRiga(int riga) {
     if (!posiziona(riga)) return;
-    righe_[static_cast<size_t>(riga)].valori = valoriCorrenti();
+    righe_[static_cast<size_t>(riga)].valori = valoriCorrenti(attivo_);
     emit dataChanged(index(riga, 0), index(riga, columnCount() - 1));
 }
 
 void VetraGridModel::rimuoviRiga(int riga) {
     if (riga < 0 || riga >= rowCount()) return;
-    if (ultimoLetto_ && righe_[static_cast<size_t>(riga)].segnalibro == *ultimoLetto_ && !rigaDiGruppo(riga)) {
-        // The next page starts after the record read before the deleted one (above it, or below it
-        // when read backwards), or from the start.
+    const Riga& tolta = righe_[static_cast<size_t>(riga)];
+    if (ultimoLetto_ && !rigaDiGruppo(riga) && tolta.tratto == inLettura_ && tolta.segnalibro == *ultimoLetto_) {
+        // The next page starts after the record of the same piece read before the deleted one
+        // (above it, or below it when read backwards), or from the piece's start.
         ultimoLetto_.reset();
         const int passo = inverso_ ? 1 : -1;
         for (int i = riga + passo; i >= 0 && i < rowCount(); i += passo)
             if (!rigaDiGruppo(i)) {
-                ultimoLetto_ = righe_[static_cast<size_t>(i)].segnalibro;
+                const Riga& r = righe_[static_cast<size_t>(i)];
+                if (r.tratto == inLettura_) ultimoLetto_ = r.segnalibro;
                 break;
             }
     }
@@ -410,24 +456,41 @@ void VetraGrid::aggiungiColonna(Colonna c) { colonne_.push_back(std::move(c)); }
 void VetraGrid::pulisciColonne() { colonne_.clear(); }
 void VetraGrid::aggiungiGruppo(const std::string& campo) { gruppi_.push_back(campo); }
 void VetraGrid::pulisciGruppi() { gruppi_.clear(); }
+void VetraGrid::collegaGruppo(GruppoCollegato g) { collegati_.push_back(std::move(g)); }
 void VetraGrid::aggiungiRegolaColore(RegolaColore r) { regole_.push_back(std::move(r)); }
 void VetraGrid::aggiungiSeguace(QWidget* w) { seguaci_.push_back(w); }
 
 std::string VetraGrid::istruzione() const { return ordinata(false); }
 std::string VetraGrid::istruzioneInversa() const { return ordinata(true); }
 
+std::vector<std::string> VetraGrid::ordineCampi(bool inverso) const {
+    std::vector<std::string> ordine;
+    for (const auto& c : campiOrdinamento(ordinamento_))
+        ordine.push_back((direzione_ == Direzione::Decrescente) != inverso ? c + " DESC" : c);
+    return ordine;
+}
+
 std::string VetraGrid::ordinata(bool inverso) const {
     std::vector<std::string> ordine;
     for (const auto& g : gruppi_) ordine.push_back(inverso ? g + " DESC" : g);
-    for (const auto& c : campiOrdinamento(ordinamento_))
-        ordine.push_back((direzione_ == Direzione::Decrescente) != inverso ? c + " DESC" : c);
+    for (auto& c : ordineCampi(inverso)) ordine.push_back(std::move(c));
     if (ordine.empty()) return inverso ? std::string() : sorgente_;
-    std::string base = sorgente_;
-    size_t proprio = core::PosizioneClausola(base, "order by");
-    if (proprio != std::string::npos) base = core::Trim(base.substr(0, proprio));
-    std::string sql = base + " ORDER BY ";
-    for (size_t i = 0; i < ordine.size(); ++i) sql += (i ? ", " : "") + ordine[i];
-    return sql;
+    return core::Trim(senzaOrdine(sorgente_)) + " ORDER BY " + unite(ordine);
+}
+
+// The pieces of the list when every grouping level is a description of a lookup table (none
+// otherwise).
+std::vector<std::string> VetraGrid::istruzioniATratti(store::Database& db, bool inverso) const {
+    constexpr std::size_t kMassimoTratti = 20000;
+    std::vector<GruppoCollegato> livelli;
+    for (const auto& g : gruppi_) {
+        auto c = std::find_if(collegati_.begin(), collegati_.end(),
+                              [&](const GruppoCollegato& x) { return store::CompareText(x.campo, g) == 0; });
+        if (c == collegati_.end()) return {};
+        livelli.push_back(*c);
+    }
+    return IstruzioniATratti(db, core::Trim(senzaOrdine(sorgente_)), livelli, ordineCampi(inverso), inverso,
+                             kMassimoTratti);
 }
 
 // The list read from its end stays so while its statement is the same.
@@ -439,15 +502,21 @@ void VetraGrid::esegui(bool inverso, bool ripristina) {
     long prima = ripristina && haRigaCorrente() ? idCorrente() : 0;
     const long letti = model_->righeLette() + 4 * VetraGridModel::RighePerBlocco;
     const std::string sql = inverso ? istruzioneInversa() : istruzione();
-    auto rs = db->OpenRecordset(sql);
+    const std::vector<std::string> tratti = istruzioniATratti(*db, inverso);
     // A save elsewhere must not read the whole list first: it reads on from where it stopped.
-    rs->SetResumable(true);
+    auto apri = [db, tratti, sql](std::size_t k) {
+        auto rs = db->OpenRecordset(tratti.empty() ? sql : tratti[k]);
+        rs->SetResumable(true);
+        return rs;
+    };
+    auto rs = apri(0);
     for (const auto& g : gruppi_)
         if (!rs->HasField(g)) store::raise(3265, g);
     eseguita_ = sql;
     clearSpans();
     leggendo_ = true;
-    model_->impostaRecordset(std::move(rs), colonne_, gruppi_, regole_, inverso);
+    model_->impostaTratti(std::move(rs), std::max<std::size_t>(tratti.size(), 1), apri, colonne_, gruppi_, regole_,
+                          inverso);
     leggendo_ = false;
     applicaLarghezze();
     // Back on the record it was on, read up to it if it moved a little further on; else the first

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "store/dao.h"
+#include "ui/Tratti.h"
 
 class QWidget;
 
@@ -55,10 +56,18 @@ public:
     // the recordset gives the rows from the last one up.
     void impostaRecordset(std::unique_ptr<store::Recordset> rs, std::vector<Colonna> colonne,
                           std::vector<std::string> gruppi, std::vector<RegolaColore> regole, bool inverso = false);
+    // Opens the piece k (from 1) of a list read in pieces.
+    using ApriTratto = std::function<std::unique_ptr<store::Recordset>(std::size_t k)>;
+    // The list as `quanti` statements read one after the other, the first one given, each of the
+    // others opened once the one before is read to its end.
+    void impostaTratti(std::unique_ptr<store::Recordset> primo, std::size_t quanti, ApriTratto apri,
+                       std::vector<Colonna> colonne, std::vector<std::string> gruppi,
+                       std::vector<RegolaColore> regole, bool inverso = false);
     bool inverso() const { return inverso_; }
     bool puoLeggereSopra() const;   // read backwards, with rows above the first one shown
     void leggiSopra();              // a block of the rows above, put on top
-    store::Recordset* recordset() const { return rs_.get(); }
+    // The recordset of the row positioned on last (of the first piece before any).
+    store::Recordset* recordset() const { return attivo_ < tratti_.size() ? tratti_[attivo_].get() : nullptr; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -75,7 +84,6 @@ public:
     void leggiFinoAllaFine();                       // fetches every row not read yet, in one go
     // Puts the recordset on the record of a shown row (false for a group caption or no row).
     bool posiziona(int riga);
-    int rigaDelSegnalibro(store::Bookmark b) const; // -1 when not fetched
     // Fetches on until found, or until `entro` data rows are read (no bound when negative); -1 when absent.
     int rigaConId(long id, long entro = -1);
     void rileggiRiga(int riga);                     // refreshes the cached values from the record
@@ -89,17 +97,22 @@ private:
     std::vector<Riga> leggiRighe(int quante);
     bool stessoGruppo(const Riga& a, const Riga& b, size_t livello) const;
     void aggiungiTitoliGruppi(const Riga& r, std::vector<Riga>& nuove);
-    std::vector<store::Value> valoriCorrenti();
+    std::vector<store::Value> valoriCorrenti(std::size_t tratto);
+    void apriTratto(std::size_t k);
+    bool inModifica() const;   // a piece read or positioned on is being edited
     std::string testoCella(const Riga& r, int colonna) const;
     const RegolaColore* regolaPer(const Riga& r) const;
     int indiceCampo(const std::string& campo) const;
 
-    std::unique_ptr<store::Recordset> rs_;
+    std::vector<std::unique_ptr<store::Recordset>> tratti_;  // null until opened
+    ApriTratto apri_;
+    std::size_t inLettura_ = 0;   // the piece the next rows come from
+    std::size_t attivo_ = 0;      // the piece positioned on last
     std::vector<Colonna> colonne_;
     std::vector<std::string> gruppi_;
     std::vector<RegolaColore> regole_;
     std::vector<std::string> campi_;          // fields kept per row: columns, groups, rules, ID
-    std::vector<store::Field*> letti_;        // the recordset's fields of campi_, found once
+    std::vector<std::vector<store::Field*>> letti_;  // each piece's fields of campi_, found once
     std::vector<Riga> righe_;
     std::vector<store::Value> ultimiGruppi_;
     std::optional<store::Bookmark> ultimoLetto_;
@@ -128,6 +141,9 @@ public:
     const std::vector<Colonna>& colonne() const { return colonne_; }
     void aggiungiGruppo(const std::string& campo);  // one grouping level, outermost first
     void pulisciGruppi();
+    // A grouping field that is the description of a lookup table: while every level is one, the
+    // list is read in pieces, one per description (see ui/Tratti.h).
+    void collegaGruppo(GruppoCollegato g);
     void aggiungiRegolaColore(RegolaColore r);
     // Controls kept in step with the current row: bound controls (DataField) take the row's value,
     // field panels (VBars) show the row.
@@ -179,6 +195,8 @@ private:
     void ordinaPerColonna(int colonna);
     void esegui(bool inverso, bool ripristina);
     std::string ordinata(bool inverso) const;
+    std::vector<std::string> ordineCampi(bool inverso) const;   // the sort's terms, after the groups'
+    std::vector<std::string> istruzioniATratti(store::Database& db, bool inverso) const;
     void leggiSopraSeInCima(int valore);
 
     VetraGridModel* model_;
@@ -188,6 +206,7 @@ private:
     Direzione direzione_ = Direzione::Crescente;
     std::vector<Colonna> colonne_;
     std::vector<std::string> gruppi_;
+    std::vector<GruppoCollegato> collegati_;
     std::vector<RegolaColore> regole_;
     std::vector<QWidget*> seguaci_;
     std::optional<store::Bookmark> daRipristinare_;

@@ -1,0 +1,127 @@
+#include "ui/Tratti.h"
+
+#include <algorithm>
+
+#include "core/archivio_sql.h"
+#include "store/convert.h"
+
+namespace ui {
+
+namespace {
+
+// More gaps than this between the IDs, and the rows linking to none are found by a lookup per row.
+constexpr std::size_t kMassimoIntervalli = 64;
+
+std::string Elenco(const std::vector<long>& id) {
+    std::string s;
+    for (long i : id) s += (s.empty() ? "" : ",") + std::to_string(i);
+    return s;
+}
+
+std::string Unite(const std::vector<std::string>& termini, const char* tra) {
+    std::string s;
+    for (const auto& t : termini) s += (s.empty() ? "" : tra) + t;
+    return s;
+}
+
+// The rows whose link is Null or falls outside every ID: ranges around the IDs, which an index on
+// the link serves.
+std::vector<std::string> Mancanti(const std::string& e, std::vector<long> id) {
+    if (id.empty()) return {e + " Is Null", e + " Is Not Null"};
+    std::sort(id.begin(), id.end());
+    std::vector<std::string> fuori{e + " Is Null", e + "<" + std::to_string(id.front()), e + ">" + std::to_string(id.back())};
+    for (std::size_t i = 1; i < id.size(); ++i)
+        if (id[i] > id[i - 1] + 1)
+            fuori.push_back(e + " Between " + std::to_string(id[i - 1] + 1) + " And " + std::to_string(id[i] - 1));
+    if (fuori.size() > 3 + kMassimoIntervalli) return {e + " Is Null", e + " Not In (" + Elenco(id) + ")"};
+    return fuori;
+}
+
+class Tratti {
+public:
+    Tratti(const std::string& base, const std::vector<GruppoCollegato>& g, std::vector<CondizioniLivello> c,
+           const std::vector<std::string>& ordine, bool inverso)
+        : base_(base), gruppi_(g), condizioni_(std::move(c)), ordine_(ordine), inverso_(inverso) {}
+
+    std::size_t quanti(std::size_t livello = 0) const {
+        if (livello == condizioni_.size()) return 1;
+        return 1 + condizioni_[livello].descrizioni.size() * quanti(livello + 1);
+    }
+
+    // The pieces under the descriptions already chosen (`scelte`, one per level above `livello`).
+    void aggiungi(std::size_t livello, const std::vector<std::string>& scelte, std::vector<std::string>& out) const {
+        if (livello == condizioni_.size()) {
+            out.push_back(core::AggiungiCondizione(base_, Unite(scelte, " And ")) + OrderBy(livello));
+            return;
+        }
+        // Each term carries the choices above it: SQLite serves every one from an index on the links.
+        std::vector<std::string> mancanti;
+        for (const std::string& m : condizioni_[livello].mancanti) {
+            std::vector<std::string> termine = scelte;
+            termine.push_back(m);
+            mancanti.push_back("(" + Unite(termine, " And ") + ")");
+        }
+        out.push_back(core::AggiungiCondizione(base_, "(" + Unite(mancanti, " Or ") + ")") + OrderBy(livello + 1));
+        for (const std::string& d : condizioni_[livello].descrizioni) {
+            std::vector<std::string> sotto = scelte;
+            sotto.push_back(d);
+            aggiungi(livello + 1, sotto, out);
+        }
+    }
+
+private:
+    // The order within a piece: the fields of the levels from `livello` down, then the sort.
+    std::string OrderBy(std::size_t livello) const {
+        std::vector<std::string> termini;
+        for (std::size_t l = livello; l < gruppi_.size(); ++l) termini.push_back(gruppi_[l].campo + (inverso_ ? " DESC" : ""));
+        termini.insert(termini.end(), ordine_.begin(), ordine_.end());
+        return termini.empty() ? "" : " ORDER BY " + Unite(termini, ", ");
+    }
+
+    const std::string& base_;
+    const std::vector<GruppoCollegato>& gruppi_;
+    std::vector<CondizioniLivello> condizioni_;
+    const std::vector<std::string>& ordine_;
+    bool inverso_;
+};
+
+}  // namespace
+
+CondizioniLivello CondizioniDelLivello(store::Database& db, const GruppoCollegato& g) {
+    auto rs = db.OpenRecordset("Select ID, " + g.campo + " from " + g.tabella + " Order By " + g.campo);
+    std::vector<long> tutti;
+    std::vector<std::pair<std::string, std::vector<long>>> descrizioni;
+    for (; !rs->Eof(); rs->MoveNext()) {
+        const store::Value id = rs->get("ID"), desc = rs->get(g.campo);
+        if (id.isNull() || desc.isNull()) continue;
+        const std::string testo = store::ConcatText(desc);
+        if (descrizioni.empty() || store::CompareText(descrizioni.back().first, testo) != 0)
+            descrizioni.push_back({testo, {}});
+        descrizioni.back().second.push_back(store::CLng(id));
+        tutti.push_back(store::CLng(id));
+    }
+    CondizioniLivello out{Mancanti(g.legame, tutti), {}};
+    for (auto& d : descrizioni) {
+        std::sort(d.second.begin(), d.second.end());
+        out.descrizioni.push_back(g.legame + " In (" + Elenco(d.second) + ")");
+    }
+    return out;
+}
+
+std::vector<std::string> IstruzioniATratti(store::Database& db, const std::string& base,
+                                           const std::vector<GruppoCollegato>& livelli,
+                                           const std::vector<std::string>& ordine, bool inverso, std::size_t massimo) {
+    if (livelli.empty()) return {};
+    for (const char* clausola : {"group by", "having", "union"})
+        if (core::PosizioneClausola(base, clausola) != std::string::npos) return {};
+    std::vector<CondizioniLivello> condizioni;
+    for (const GruppoCollegato& g : livelli) condizioni.push_back(CondizioniDelLivello(db, g));
+    const Tratti tratti(base, livelli, std::move(condizioni), ordine, inverso);
+    if (tratti.quanti() > massimo) return {};
+    std::vector<std::string> out;
+    tratti.aggiungi(0, {}, out);
+    if (inverso) std::reverse(out.begin(), out.end());
+    return out;
+}
+
+}  // namespace ui
