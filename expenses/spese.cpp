@@ -118,15 +118,15 @@ std::string SqlPagatoSpese(const CriteriSpese& c) {
            Filtro(c);
 }
 
+// One aggregate over the list's statement: SQLite scans the rows, none is read into the program.
 SommeElenco SommaColonneSpese(const std::string& sorgente) {
-    SommeElenco s;
-    for (auto rs = core::Apri(sorgente); !rs->Eof(); rs->MoveNext()) {
-        s.imponibile += core::NumeroOZero(rs->get("Imponibile"));
-        s.totIva += core::NumeroOZero(rs->get("TotIva"));
-        s.ritenuta += core::NumeroOZero(rs->get("TotRitenutaAcconto"));
-        s.importoSpesa += core::NumeroOZero(rs->get("ImportoSpesa"));
-    }
-    return s;
+    std::string elenco = sorgente;
+    if (const size_t ordine = core::PosizioneClausola(elenco, "order by"); ordine != std::string::npos)
+        elenco.resize(ordine);
+    auto rs = core::Apri("Select Sum(Imponibile) As S1, Sum(TotIva) As S2, Sum(TotRitenutaAcconto) As S3, "
+                         "Sum(ImportoSpesa) As S4 from (" + elenco + ")");
+    return {core::NumeroOZero(rs->get("S1")), core::NumeroOZero(rs->get("S2")), core::NumeroOZero(rs->get("S3")),
+            core::NumeroOZero(rs->get("S4"))};
 }
 
 ResocontoSpese CalcolaResocontoSpese(const CriteriSpese& c) {

@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -186,6 +187,8 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
                     [this] { core::Stampa(expenses::StampaSpese(Criteri, Grid->istruzione())); });
     Grid->aggiungiGruppo("DescClassificazione");
     Grid->aggiungiGruppo("DescTipoSpesa");
+    Grid->collegaGruppo({"DescClassificazione", "ClassificazioniSpese", "Classificazione"});
+    Grid->collegaGruppo({"DescTipoSpesa", "TipiSpesa", "TipoSpesa"});
     // The sums follow the rows the list holds, after a search, a save or a delete alike.
     auto somme = [this] {
         ui::protetto([this] {
@@ -196,8 +199,14 @@ frmSpese::frmSpese(QWidget* parent) : RegistroBase(Nome, parent) {
                 BarTotali->setTesto(campo, Importo(valore).toStdString());
         });
     };
-    connect(Grid->model(), &QAbstractItemModel::modelReset, this, somme);
-    connect(Grid->model(), &QAbstractItemModel::dataChanged, this, somme);
+    // Worked out once the list is on screen, and once for a burst of changes: on a long list the
+    // sums are a scan of every row, which the first screen does not wait for.
+    auto* sommeDopo = new QTimer(this);
+    sommeDopo->setSingleShot(true);
+    sommeDopo->setInterval(0);
+    connect(sommeDopo, &QTimer::timeout, this, somme);
+    connect(Grid->model(), &QAbstractItemModel::modelReset, sommeDopo, qOverload<>(&QTimer::start));
+    connect(Grid->model(), &QAbstractItemModel::dataChanged, sommeDopo, qOverload<>(&QTimer::start));
     connect(sTab, &QTabWidget::currentChanged, this, [this] { ui::protetto([this] { TabCambiata(); }); });
     resize(1180, 760);
     carica(std::move(d));

@@ -90,7 +90,9 @@ Tabella spese() {
              legame("Classificazione"), legame("CondizioniPagamento"), numero("RitenutaAcconto"), memo("Note"),
              testo("File", kPercorso), sino("EscludiEstrattoConto"), sino("Pagata"), numero("Imponibile"),
              numero("TotIva"), numero("ImportoSpesa")},
-            {"Data"}};
+            {"Data"},
+            // The register reads the expenses of a class and kind at a time, by number and date.
+            {{"ClassificazioneTipoNumero", {"Classificazione", "TipoSpesa", "Numero", "Data"}}}};
 }
 
 std::vector<Tabella> archivio() {
