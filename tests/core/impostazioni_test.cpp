@@ -33,7 +33,7 @@ TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
     };
     const Caso casi[] = {
         {"Azienda", "PATH", "/srv/dati"}, {"AZIENDA", "Id", "12"}, {"Login", "Username", "Anna"},
-        {"Login", "Password", ""},        {"Archivio", "ID", ""},  {"Azienda", "Username", ""},
+        {"Archivio", "ID", ""},           {"Azienda", "Username", ""},
     };
     for (const auto& c : casi) EXPECT_EQ(core::LeggiIni(c.sezione, c.chiave), c.atteso) << c.sezione << "/" << c.chiave;
 }
@@ -53,12 +53,10 @@ TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
     const std::string lungo(1023, 'x');
     const std::string accentati = "Città è più €";
     const Caso casi[] = {
-        {lungo, lungo},
         {lungo + "y", lungo},
         {std::string(1022, 'x') + "à€", std::string(1022, 'x') + "à"},  // cut by characters, not bytes
         {accentati, accentati},
         {"due\r\nrighe", "due"},
-        {"", ""},
     };
     for (const auto& c : casi) {
         core::ScriviIni("Prova", "Valore", c.scritto);
