@@ -107,4 +107,26 @@ TEST_F(Lingua, RipristinoDallItaliano) {
     EXPECT_THROW(core::RipristinaLingua(), store::JetError);
 }
 
+// The Italian language file an installation supplies: Windows-1252, and a text for every key s1..s330
+// (a missing one shows as an empty caption or an empty message box), read as the program reads it.
+TEST_F(Lingua, IlFileItalianoDellInstallazione) {
+    const std::string byte = test::LeggiFile(std::string(BREVANO_SOURCE_DIR) + "/data/Italiano.lng");
+    ASSERT_FALSE(byte.empty());
+    for (std::size_t i = 0; i < byte.size(); ++i) {
+        const auto b = static_cast<unsigned char>(byte[i]);
+        EXPECT_TRUE(b != 0x81 && b != 0x8D && b != 0x8F && b != 0x90 && b != 0x9D) << "nessun carattere al byte " << i;
+        const bool seguito = i + 1 < byte.size() && (static_cast<unsigned char>(byte[i + 1]) & 0xC0) == 0x80;
+        EXPECT_FALSE(b >= 0xC2 && b <= 0xF4 && seguito) << "sequenza UTF-8 al byte " << i;
+    }
+    test::ScriviFile(lng(), byte);
+    for (int k = 1; k <= 330; ++k)
+        EXPECT_NE(core::Testo("s" + std::to_string(k)).find_first_not_of(' '), std::string::npos) << "s" << k;
+    EXPECT_EQ(core::LeggiLingua("Parametri", "File"), "");
+    // Accents, and the blanks that joined messages depend on.
+    EXPECT_EQ(core::Testo("s13"), "Contabilità");
+    EXPECT_EQ(core::Testo("s57").front(), ' ');
+    EXPECT_EQ(core::Testo("s57").back(), ' ');
+    EXPECT_EQ(core::Testo("s263").back(), ' ');
+}
+
 }  // namespace
