@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -42,32 +43,26 @@ public:
             ::_exit(127);
         }
         ::close(fds[1]);
-        out_ = fds[0];
+        out_ = ::fdopen(fds[0], "r");
     }
     ~Child() {
         if (pid_ > 0 && status_ < 0) {
             ::kill(pid_, SIGKILL);
             wait();
         }
-        if (out_ >= 0) ::close(out_);
+        if (out_) std::fclose(out_);
     }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    bool started() const { return pid_ > 0 && out_ >= 0; }
+    bool started() const { return pid_ > 0 && out_; }
 
-    // The next line of output; false at its end.
-    bool readLine(std::string& line) {
-        line.clear();
-        for (char c; ;) {
-            if (::read(out_, &c, 1) != 1) return false;
-            if (c == '\n') return true;
-            line += c;
-        }
-    }
+    // The numbers the child prints, one a line, up to atMost or the end of its output.
     std::vector<long> readIds(std::size_t atMost = SIZE_MAX) {
         std::vector<long> ids;
-        for (std::string line; ids.size() < atMost && readLine(line);) ids.push_back(std::stol(line));
+        long id;
+        char end;  // a line cut short by a kill is not a number printed
+        while (ids.size() < atMost && std::fscanf(out_, "%ld%c", &id, &end) == 2 && end == '\n') ids.push_back(id);
         return ids;
     }
     void kill() { ::kill(pid_, SIGKILL); }
@@ -81,7 +76,7 @@ public:
 
 private:
     pid_t pid_ = -1;
-    int out_ = -1;
+    std::FILE* out_ = nullptr;
     int status_ = -1;
 };
 
