@@ -103,10 +103,8 @@ TEST(EditorReport, SpostamentiERidimensionamentiRestanoNellaBanda) {
         double x, y, larghezza, altezza;
     };
     const std::vector<Caso> casi{
-        {"un punto a destra", Presa::Corpo, UnPunto, 0, 10.35, 10, 40, 5},
-        {"oltre il fondo", Presa::Corpo, 0, 30, 10, 15, 40, 5},
         {"oltre il margine destro", Presa::Corpo, 500, 0, 140, 10, 40, 5},
-        {"est oltre la pagina", Presa::Est, 500, 0, 10, 10, 170, 5},
+        {"oltre il fondo", Presa::Corpo, 0, 30, 10, 15, 40, 5},
         {"est oltre l'ovest", Presa::Est, -100, 0, 10, 10, 1, 5},
         {"nord oltre la cima", Presa::Nord, 0, -50, 10, 0, 40, 15},
         {"nord-ovest oltre il sud-est", Presa::NordOvest, 100, 100, 49, 14, 1, 1},
@@ -139,7 +137,6 @@ TEST(EditorReport, ValoriRifiutatiNonCambianoNulla) {
     };
     const std::vector<Caso> casi{
         {0, Proprieta::Punti, "0", "La dimensione del carattere deve essere un numero tra 1 e 10000."},
-        {0, Proprieta::X, "-1", "La posizione orizzontale deve essere un numero tra 0 e 10000."},
         {1, Proprieta::X, "120", "L'elemento uscirebbe dalla pagina: la larghezza utile è di 150 mm."},
         {0, Proprieta::Altezza, "11", "L'elemento uscirebbe dalla banda, alta 10 mm."},
         {0, Proprieta::Larghezza, "0,5", "La larghezza deve essere un numero tra 1 e 10000."},
