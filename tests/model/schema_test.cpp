@@ -1,5 +1,5 @@
-// The structure of the model files: tables, fields, keys and link indexes, the columns of every
-// saved query, and the files an installation supplies.
+// The model files: long texts, keys and the defaults of a new row, every saved query opened empty,
+// rows written in bulk, and the files an installation supplies.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -8,11 +8,9 @@
 #include "support/archivio_modello.h"
 #include "support/cartella_temporanea.h"
 
-
 namespace {
 
 using namespace modeltest;
-using store::FieldType;
 
 class FileTemporanei : public ::testing::Test {
 protected:

