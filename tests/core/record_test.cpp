@@ -74,16 +74,6 @@ TEST(NomeTabellaDaSql, LaParolaDopoFrom) {
     for (const auto& c : casi) EXPECT_EQ(core::NomeTabellaDaSql(c.sql), c.tabella) << c.sql;
 }
 
-TEST_F(Record, EsistenzaDiTabelleQueryECampi) {
-    EXPECT_TRUE(core::TabellaEsiste("clienti"));
-    EXPECT_FALSE(core::TabellaEsiste("qrClienti"));
-    EXPECT_TRUE(core::QueryEsiste("qrClienti", archivio));
-    EXPECT_FALSE(core::QueryEsiste("qrClienti", nullptr));
-    auto rs = archivio->OpenRecordset("Select * from Clienti");
-    EXPECT_TRUE(core::CampoEsiste("desccliente", nullptr, rs.get()));
-    EXPECT_FALSE(core::CampoEsiste("Cliente", rs.get()));
-}
-
 TEST_F(Record, RecordMovimentatoNumeraPerPostoNellElenco) {
     archivio->Execute("INSERT INTO Documenti (ID, Cliente) VALUES (1, 5)");
     archivio->Execute("INSERT INTO Spese (ID, Cliente) VALUES (1, 5)");

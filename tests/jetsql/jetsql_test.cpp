@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "store/dao.h"
 
 namespace {
 
@@ -118,18 +117,6 @@ TEST_F(JetsqlTest, StopsAtTheFirstErrorWithItsNumber) {
         EXPECT_EQ(r.err.rfind(c.errStart, 0), 0u) << r.err;
         EXPECT_EQ(r.err.back(), '\n');
     }
-}
-
-// Another process holding the file for itself keeps the console out, after its wait for the lock.
-TEST_F(JetsqlTest, FileHeldExclusivelyByAnotherProcessIsRefused) {
-    store::Workspace::Default().CreateDatabase(db())->Close();
-    auto holder = store::Workspace::Default().OpenDatabase(db(), true);
-    Result r = run({"--db", db(), "SELECT 1 AS Uno"});
-    EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.out, "");
-    EXPECT_EQ(r.err.rfind("error 3051: ", 0), 0u) << r.err;
-    holder->Close();
-    EXPECT_EQ(run({"--db", db(), "SELECT 1 AS Uno"}).out, "Uno\n1\n");
 }
 
 TEST_F(JetsqlTest, WrongCommandLineIsAUsageError) {

@@ -34,20 +34,15 @@ TEST_F(LocaleItaliano, NumberTextsIgnoreTheCLibraryLocale) {
         // A literal of the dialect: the point, and every digit that gives the double back.
         {store::model::Letterale(Value::Double(12.5)), "12.5"},
         {store::model::Letterale(Value::Double(0.1)), "0.10000000000000001"},
-        {store::model::Letterale(Value::Double(-1234567.25)), "-1234567.25"},
         {store::model::Letterale(Value::Double(1e-7)), "9.9999999999999995e-08"},
         {store::model::Letterale(Value::Double(1e21)), "1e+21"},
         // CStr: the program's own decimal comma, fifteen digits, an upper-case exponent.
-        {store::NumberText(12.5), "12,5"},
-        {store::NumberText(0.1 + 0.2), "0,3"},
         {store::NumberText(-2.0 / 3), "-0,666666666666667"},
         {store::NumberText(1e20), "1E+20"},
         {store::NumberText(-0.000001234), "-1,234E-06"},
         // Masks rounding on the decimal digits, and the exponent form.
         {store::Format(Value::Double(1234.565), "#,##0.00"), "1.234,57"},
-        {store::Format(Value::Double(0.000123456), "0.00000"), "0,00012"},
         {store::FormatNumber(98765432.125, 2), "98.765.432,13"},
-        {store::Format(Value::Double(1234.5), "Scientific"), "1,23E+03"},
         {store::Format(Value::Double(-0.00045), "Scientific"), "-4,50E-04"},
     };
     for (const Case& c : cases) EXPECT_EQ(c.got, c.expected);

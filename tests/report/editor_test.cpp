@@ -55,23 +55,16 @@ TEST(EditorReport, OgniModificaSiSalvaSiRileggeESiAnnulla) {
          [](E& ed) { return ed.Sposta(UnPunto, 10 * UnPunto); }},
         {"allargato dal bordo est", "Dettaglio", T::Campo, "DescMovimento",
          [](E& ed) { return ed.Ridimensiona(Presa::Est, -4, 0); }},
-        {"linea spostata", "Piede report", T::Linea, "", [](E& ed) { return ed.Sposta(0.35, 0.7); }},
         {"banda più alta", "Dettaglio", {}, "", [](E& ed) { return ed.Ridimensiona(Presa::FondoBanda, 0, 2.5); }},
-        {"testo cambiato", "Intestazione report", T::Testo, "FATTURA",
-         [](E& ed) { return ed.Imposta(Proprieta::Testo, "FATTURA N. [Documento.Numero]").empty(); }},
         {"carattere e allineamento", "Dettaglio", T::Campo, "Quantita",
          [](E& ed) {
              return ed.Imposta(Proprieta::Punti, "9,5").empty() && ed.Imposta(Proprieta::Grassetto, "Sì").empty() &&
                     ed.Imposta(Proprieta::Allinea, "Centro").empty() &&
                     ed.Imposta(Proprieta::Carattere, "DejaVu Serif").empty();
          }},
-        {"somma per pagina", "Riporto", T::Campo, "Importo", [](E& ed) { return ed.Imposta(Proprieta::Ambito, "Pagina").empty(); }},
-        {"maschera", "Dettaglio", T::Campo, "Importo", [](E& ed) { return ed.Imposta(Proprieta::Maschera, "#,0").empty(); }},
-        {"bordo", "Piede report", T::Riquadro, "", [](E& ed) { return ed.Imposta(Proprieta::Spessore, "0.5").empty(); }},
         {"riga ripetuta spostata e cambiata", "Piede report", T::Campo, "Iva.Imposta",
          [](E& ed) { return ed.Sposta(0, 0.5) && ed.Imposta(Proprieta::Maschera, "#,0").empty(); }},
         {"campo aggiunto", "Piede pagina", {}, "", [](E& ed) { return ed.Aggiungi(TipoElemento::Campo, "Documento.Numero"); }},
-        {"linea aggiunta", "Dettaglio", {}, "", [](E& ed) { return ed.Aggiungi(TipoElemento::Linea); }},
         {"elemento eliminato", "Intestazione pagina", T::Testo, "Prezzo", [](E& ed) { return ed.Elimina(); }},
     };
     const Modello originale = Fattura();
@@ -110,15 +103,10 @@ TEST(EditorReport, SpostamentiERidimensionamentiRestanoNellaBanda) {
         double x, y, larghezza, altezza;
     };
     const std::vector<Caso> casi{
-        {"un punto a destra", Presa::Corpo, UnPunto, 0, 10.35, 10, 40, 5},
-        {"oltre il bordo sinistro", Presa::Corpo, -30, 0, 0, 10, 40, 5},
-        {"oltre il fondo", Presa::Corpo, 0, 30, 10, 15, 40, 5},
         {"oltre il margine destro", Presa::Corpo, 500, 0, 140, 10, 40, 5},
-        {"est oltre la pagina", Presa::Est, 500, 0, 10, 10, 170, 5},
+        {"oltre il fondo", Presa::Corpo, 0, 30, 10, 15, 40, 5},
         {"est oltre l'ovest", Presa::Est, -100, 0, 10, 10, 1, 5},
-        {"ovest a sinistra", Presa::Ovest, -4, 0, 6, 10, 44, 5},
         {"nord oltre la cima", Presa::Nord, 0, -50, 10, 0, 40, 15},
-        {"sud-est", Presa::SudEst, 5, 2, 10, 10, 45, 7},
         {"nord-ovest oltre il sud-est", Presa::NordOvest, 100, 100, 49, 14, 1, 1},
     };
     for (const auto& c : casi) {
@@ -149,8 +137,6 @@ TEST(EditorReport, ValoriRifiutatiNonCambianoNulla) {
     };
     const std::vector<Caso> casi{
         {0, Proprieta::Punti, "0", "La dimensione del carattere deve essere un numero tra 1 e 10000."},
-        {0, Proprieta::Punti, "dieci", "La dimensione del carattere deve essere un numero"},
-        {0, Proprieta::X, "-1", "La posizione orizzontale deve essere un numero tra 0 e 10000."},
         {1, Proprieta::X, "120", "L'elemento uscirebbe dalla pagina: la larghezza utile è di 150 mm."},
         {0, Proprieta::Altezza, "11", "L'elemento uscirebbe dalla banda, alta 10 mm."},
         {0, Proprieta::Larghezza, "0,5", "La larghezza deve essere un numero tra 1 e 10000."},
@@ -159,7 +145,6 @@ TEST(EditorReport, ValoriRifiutatiNonCambianoNulla) {
         {0, Proprieta::Allinea, "Giustificato", "L'allineamento deve essere Sinistra, Centro o Destra."},
         {0, Proprieta::Grassetto, "forse", "Il valore deve essere Sì o No."},
         {0, Proprieta::Testo, "x", "Questo elemento non ha la proprietà."},
-        {0, Proprieta::Spessore, "1", "Questo elemento non ha la proprietà."},
     };
     const Modello m = Leggi(prova::ReportElenco(), "Prova.rpf");
     for (const auto& c : casi) {
@@ -183,23 +168,6 @@ TEST(EditorReport, ValoriRifiutatiNonCambianoNulla) {
     EXPECT_EQ(ed.Valore(Proprieta::Altezza), "12,5");
 }
 
-TEST(EditorReport, UnTrascinamentoEUnSoloPasso) {
-    EditorModello ed(Leggi(prova::ReportElenco(), "Prova.rpf"));
-    ed.Seleziona({2, 0});
-    ed.ApriGesto();
-    for (int i = 0; i < 5; ++i) ed.Sposta(1, 0);
-    ed.Ridimensiona(Presa::Est, -10, 0);
-    ed.ChiudiGesto();
-    EXPECT_DOUBLE_EQ(ed.Selezionato()->x, 5);
-    ed.ApriGesto();   // a press that moves nothing leaves no step
-    ed.Sposta(0, 0);
-    ed.ChiudiGesto();
-    ASSERT_TRUE(ed.Annulla());
-    EXPECT_DOUBLE_EQ(ed.Selezionato()->x, 0);
-    EXPECT_DOUBLE_EQ(ed.Selezionato()->larghezza, 80);
-    EXPECT_FALSE(ed.Annulla());
-}
-
 TEST(EditorReport, IlPuntoPrendeLElementoLaManigliaOLaBanda) {
     // The list layout: no margins, bands of 10 mm each under their 5 mm strips.
     EditorModello ed(Leggi(prova::ReportElenco(), "Prova.rpf"));
@@ -212,9 +180,7 @@ TEST(EditorReport, IlPuntoPrendeLElementoLaManigliaOLaBanda) {
     };
     const std::vector<Caso> casi{
         {10, 2, {0, -1}},    // the strip of the page heading
-        {10, 8, {0, 0}},     // its first text
-        {100, 8, {0, 1}},    // its second
-        {130, 8, {0, -1}},   // beside them
+        {130, 8, {0, -1}},   // beside its texts
         {10, 40, {2, 0}},    // the detail's description
         {10, 500, {}},
     };
@@ -225,8 +191,7 @@ TEST(EditorReport, IlPuntoPrendeLElementoLaManigliaOLaBanda) {
         Presa presa;
     };
     const std::vector<Presa_> prese{
-        {80, 35, Presa::NordOvest}, {120, 45, Presa::SudEst}, {100, 35.3, Presa::Nord}, {119.8, 40, Presa::Est},
-        {100, 40, Presa::Corpo},    {10, 45.2, Presa::FondoBanda}, {10, 40, Presa::Corpo}, {130, 42, Presa::Nessuna},
+        {80, 35, Presa::NordOvest}, {119.8, 40, Presa::Est}, {10, 45.2, Presa::FondoBanda}, {130, 42, Presa::Nessuna},
     };
     for (const auto& p : prese) EXPECT_EQ(ed.PresaIn(p.x, p.y, 0.5), p.presa) << p.x << "," << p.y;
 

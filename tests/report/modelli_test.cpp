@@ -39,75 +39,54 @@ struct Archivi {
         Riempi();
     }
 
-    void Esegui(store::Database& db, std::initializer_list<std::string> istruzioni) {
-        for (const auto& sql : istruzioni) db.Execute(sql);
+    // The rows of one table: the statement's head once, then the values of each row.
+    static void Righe(store::Database& db, const std::string& testa, std::initializer_list<const char*> valori) {
+        for (const char* v : valori) db.Execute(testa + " VALUES " + v);
     }
 
     void Riempi() {
         store::Database& a = *archivio;
-        Esegui(a, {
-            "Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'22%',22)",
-            "Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'10%',10)",
-            "Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Bonifico 30-60 gg d.f.',2)",
-            "Insert Into Clienti (ID,DescCliente,DescCliente2,Indirizzo,Cap,Citta,Provincia,PartitaIva,CodiceFiscale,"
-            "Telefono) VALUES (1,'Consorzio Agrario Interprovinciale delle Province di Modena e Reggio Emilia',"
-            "'Società Cooperativa','Viale Virgilio 55','41123','Modena','MO','00123450364','00123450364','059 888111')",
-            "Insert Into Fornitori (ID,DescFornitore,DescFornitore2,Indirizzo,Cap,Citta,Provincia,PartitaIva) "
-            "VALUES (1,'Ferramenta Emiliana','srl','Via Emilia 201','40133','Bologna','BO','02222220377')",
-            "Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,NonStampare) "
-            "VALUES (1,'Sopralluogo tecnico','SOP01',1,85,False)",
-            "Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,NonStampare) "
-            "VALUES (2,'Servizio interno riservato','INT99',1,10,True)",
-            // The fattura: two VAT codes, a charge, a withholding, two instalments; totals as stored.
-            "Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,CondizioniPagamento,RitenutaAcconto,Note,"
-            "DataScadAcconto,Imponibile,TotNetto,TotIva,TotSpese,TotRitenutaAcconto,ImportoTotale) VALUES "
-            "(1,5,27,#03/10/2026#,1,1,20,'Lavori eseguiti presso la sede di Modena.',#04/16/2026#,"
-            "1250,1250,255,12.2,250,1267.2)",
-            "Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Sconto1,Importo,Iva) "
-            "VALUES (1,1,'Progettazione impianto',1,1000,0,1000,1)",
-            "Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Sconto1,Importo,Iva) "
-            "VALUES (2,1,'Materiale di consumo',5,50,0,250,2)",
-            "Insert Into SpeseDocumenti (ID,Documento,DescSpesa,Imponibile,Iva) VALUES (1,1,'Spese di trasporto',10,1)",
-            "Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,Pagata) "
-            "VALUES (1,1,1,'Bonifico',#04/30/2026#,633.6,1,2,False)",
-            "Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,Pagata) "
-            "VALUES (2,1,1,'Bonifico',#05/31/2026#,633.6,2,2,False)",
-            "Insert Into Pagamenti (ID,Documento,Scadenza,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
-            "VALUES (1,1,1,1,'Acconto bonifico',#04/28/2026#,633.6)",
-            "Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Imponibile,TotNetto,TotIva,ImportoTotale) VALUES "
-            "(2,6,3,#03/20/2026#,1,100,100,22,122)",
-            "Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) "
-            "VALUES (3,2,'Storno materiale reso',2,50,100,1)",
-            "Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Imponibile,TotNetto,TotIva,ImportoTotale) VALUES "
-            "(3,7,12,#02/01/2026#,1,900,900,198,1098)",
-            "Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) "
-            "VALUES (4,3,'Manutenzione annuale',12,75,900,1)",
-            "Insert Into TipiSpesa (ID,DescTipoSpesa) VALUES (1,'Materiali')",
-            "Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Imponibile,TotIva,ImportoSpesa) "
-            "VALUES (1,'F-118',#03/05/2026#,1,1,400,88,488)",
-            "Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Imponibile,TotIva,ImportoSpesa) "
-            "VALUES (2,'F-131',#03/18/2026#,1,1,150.5,33.11,183.61)",
-            "Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,TipoPagamento) "
-            "VALUES (1,#04/28/2026#,'Incasso fattura 27',633.6,0,0,'Bonifico')",
-            "Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,TipoPagamento) "
-            "VALUES (2,#04/29/2026#,'Pagamento F-118',488,1,0,'Bonifico')",
-        });
-        Esegui(*temp, {
-            "Insert Into Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo) VALUES "
-            "(1,0,#03/10/2026#,'Fattura N.27 del 10/03/2026',1267.2,0,1267.2)",
-            "Insert Into Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo) VALUES "
-            "(2,0,#04/28/2026#,'Acconto bonifico',0,633.6,633.6)",
-            "Insert Into Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo,Fornitore,DescFornitore) VALUES "
-            "(3,1,#03/05/2026#,'Spesa N.F-118 del 05/03/2026',0,488,-488,1,'Ferramenta Emiliana srl')",
-            "Insert Into Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo,Fornitore,DescFornitore) VALUES "
-            "(4,1,#03/18/2026#,'Spesa N.F-131 del 18/03/2026',0,183.61,-671.61,1,'Ferramenta Emiliana srl')",
-            "Insert Into PrimaNota (ID,Descrizione,Destinatario,Data,EntrateFuoriCassa,UsciteFuoriCassa,EntrateInCassa,"
-            "UsciteInCassa) VALUES (1,'Fattura N.27','Consorzio Agrario',#03/10/2026#,1267.2,0,0,0)",
-            "Insert Into PrimaNota (ID,Descrizione,Destinatario,Data,EntrateFuoriCassa,UsciteFuoriCassa,EntrateInCassa,"
-            "UsciteInCassa) VALUES (2,'Acconto bonifico','Consorzio Agrario',#04/28/2026#,0,0,633.6,0)",
-            "Insert Into PrimaNota (ID,Descrizione,Destinatario,Data,EntrateFuoriCassa,UsciteFuoriCassa,EntrateInCassa,"
-            "UsciteInCassa) VALUES (3,'Spesa N.F-118','Ferramenta Emiliana',#03/05/2026#,0,488,0,0)",
-        });
+        Righe(a, "Insert Into CodiciIva (ID,DescIva,AliquotaIva)", {"(1,'22%',22)", "(2,'10%',10)"});
+        Righe(a, "Insert Into CondizioniPagamento (ID,DescPagamento,Rate)", {"(1,'Bonifico 30-60 gg d.f.',2)"});
+        a.Execute("Insert Into Clienti (ID,DescCliente,DescCliente2,Indirizzo,Cap,Citta,Provincia,PartitaIva,"
+                  "CodiceFiscale,Telefono) VALUES (1,'Consorzio Agrario Interprovinciale delle Province di Modena e "
+                  "Reggio Emilia','Società Cooperativa','Viale Virgilio 55','41123','Modena','MO','00123450364',"
+                  "'00123450364','059 888111')");
+        a.Execute("Insert Into Fornitori (ID,DescFornitore,DescFornitore2,Indirizzo,Cap,Citta,Provincia,PartitaIva) "
+                  "VALUES (1,'Ferramenta Emiliana','srl','Via Emilia 201','40133','Bologna','BO','02222220377')");
+        Righe(a, "Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,NonStampare)",
+              {"(1,'Sopralluogo tecnico','SOP01',1,85,False)", "(2,'Servizio interno riservato','INT99',1,10,True)"});
+        // The fattura: two VAT codes, a charge, a withholding, two instalments; totals as stored.
+        a.Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,CondizioniPagamento,RitenutaAcconto,Note,"
+                  "DataScadAcconto,Imponibile,TotNetto,TotIva,TotSpese,TotRitenutaAcconto,ImportoTotale) VALUES "
+                  "(1,5,27,#03/10/2026#,1,1,20,'Lavori eseguiti presso la sede di Modena.',#04/16/2026#,"
+                  "1250,1250,255,12.2,250,1267.2)");
+        Righe(a, "Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Imponibile,TotNetto,TotIva,ImportoTotale)",
+              {"(2,6,3,#03/20/2026#,1,100,100,22,122)", "(3,7,12,#02/01/2026#,1,900,900,198,1098)"});
+        Righe(a, "Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva)",
+              {"(1,1,'Progettazione impianto',1,1000,1000,1)", "(2,1,'Materiale di consumo',5,50,250,2)",
+               "(3,2,'Storno materiale reso',2,50,100,1)", "(4,3,'Manutenzione annuale',12,75,900,1)"});
+        a.Execute("Insert Into SpeseDocumenti (ID,Documento,DescSpesa,Imponibile,Iva) VALUES (1,1,'Spese di trasporto',10,1)");
+        Righe(a, "Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,Pagata)",
+              {"(1,1,1,'Bonifico',#04/30/2026#,633.6,1,2,False)", "(2,1,1,'Bonifico',#05/31/2026#,633.6,2,2,False)"});
+        a.Execute("Insert Into Pagamenti (ID,Documento,Scadenza,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
+                  "VALUES (1,1,1,1,'Acconto bonifico',#04/28/2026#,633.6)");
+        a.Execute("Insert Into TipiSpesa (ID,DescTipoSpesa) VALUES (1,'Materiali')");
+        Righe(a, "Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Imponibile,TotIva,ImportoSpesa)",
+              {"(1,'F-118',#03/05/2026#,1,1,400,88,488)", "(2,'F-131',#03/18/2026#,1,1,150.5,33.11,183.61)"});
+        Righe(a, "Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,TipoPagamento)",
+              {"(1,#04/28/2026#,'Incasso fattura 27',633.6,0,0,'Bonifico')",
+               "(2,#04/29/2026#,'Pagamento F-118',488,1,0,'Bonifico')"});
+        Righe(*temp, "Insert Into Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo,Fornitore,DescFornitore)",
+              {"(1,0,#03/10/2026#,'Fattura N.27 del 10/03/2026',1267.2,0,1267.2,0,Null)",
+               "(2,0,#04/28/2026#,'Acconto bonifico',0,633.6,633.6,0,Null)",
+               "(3,1,#03/05/2026#,'Spesa N.F-118 del 05/03/2026',0,488,-488,1,'Ferramenta Emiliana srl')",
+               "(4,1,#03/18/2026#,'Spesa N.F-131 del 18/03/2026',0,183.61,-671.61,1,'Ferramenta Emiliana srl')"});
+        Righe(*temp, "Insert Into PrimaNota (ID,Descrizione,Destinatario,Data,EntrateFuoriCassa,UsciteFuoriCassa,"
+                     "EntrateInCassa,UsciteInCassa)",
+              {"(1,'Fattura N.27','Consorzio Agrario',#03/10/2026#,1267.2,0,0,0)",
+               "(2,'Acconto bonifico','Consorzio Agrario',#04/28/2026#,0,0,633.6,0)",
+               "(3,'Spesa N.F-118','Ferramenta Emiliana',#03/05/2026#,0,488,0,0)"});
     }
 };
 

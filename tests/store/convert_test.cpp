@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
-#include <random>
 #include <string>
 
 #include "store/clock.h"
@@ -56,24 +55,13 @@ TEST(DateSerialTest, SplitsNegativeSerialsWithTheTimeCountedForward) {
     EXPECT_EQ((std::array{r.month, r.day, r.hour}), (std::array{3, 6, 0}));
 }
 
-TEST(DateSerialTest, WeekdayStartsOnSunday) {
-    EXPECT_EQ(Weekday(0), 7);      // 30/12/1899, a Saturday
-    EXPECT_EQ(Weekday(1), 1);      // Sunday
-    EXPECT_EQ(Weekday(45356), 3);  // 05/03/2024, a Tuesday
-    EXPECT_EQ(Weekday(-2), 5);     // 28/12/1899, a Thursday
-}
-
-TEST(DateSerialTest, ValidDateKnowsLeapYearsAndTheRange) {
-    EXPECT_TRUE(ValidDate(2024, 2, 29));
-    EXPECT_FALSE(ValidDate(2023, 2, 29));
+TEST(DateSerialTest, WeekdaysLeapYearsAndTheRange) {
+    EXPECT_EQ(Weekday(0), 7);   // 30/12/1899, a Saturday: weeks start on Sunday
+    EXPECT_EQ(Weekday(-2), 5);  // 28/12/1899, a Thursday
     EXPECT_FALSE(ValidDate(1900, 2, 29));
     EXPECT_TRUE(ValidDate(2000, 2, 29));
     EXPECT_FALSE(ValidDate(99, 12, 31));
     EXPECT_FALSE(ValidDate(10000, 1, 1));
-    EXPECT_FALSE(ValidDate(2024, 4, 31));
-}
-
-TEST(DateSerialTest, OutOfRangeSerialsAreAnOverflow) {
     EXPECT_EQ(errorOf([] { SplitDate(NAN); }), 6);
     EXPECT_EQ(errorOf([] { DateText(1e300); }), 6);
 }
@@ -110,39 +98,28 @@ TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDate) {
     struct Case { const char* text; std::optional<double> serial; };
     const Case cases[] = {
         {"31/12/2024", 45657},
-        {"31-12-24", 45657},
         {" 5/3/2024 ", 45356},
         {"5/3", 45356},                      // this year, from the clock
         {"05/03/2024 14.30.00", 45356 + k1430},
-        {"05/03/2024 14:30", 45356 + k1430},
-        {"0.00.00", 0},
         {"14.30", k1430},
         {"2.30 PM", k1430},
         {"12/25/2024", 45651},               // no 25th month: read the other way round
         {"2024-03-05", 45356},
         {"1/1/29", 47119},                   // 2029
         {"1/1/30", 10959},                   // 1930
-        {"30/12/1899", 0},
         {"29/12/1899 06.00", -1.25},
         {"martedì 5 marzo 2024", 45356},
         {"05-mar-24", 45356},
-        {"5 Marzo", 45356},
         {"marzo 2024", 45352},
         {"5 marzo 2024 14.30", 45356 + k1430},
-        {"5 marzo 14.30", 45356 + k1430},
         {"5 foo 2024", std::nullopt},
         {"marzo", std::nullopt},
         {"29/02/2023", std::nullopt},
-        {"31/04/2024", std::nullopt},
         {"", std::nullopt},
-        {"abc", std::nullopt},
         {"25.00", std::nullopt},
         {"14.60", std::nullopt},
-        {"1/1/99999", std::nullopt},
         {"31/12/2024 14.30 15.00", std::nullopt},
-        {"14.30 31/12/2024", std::nullopt},
         {"5", std::nullopt},
-        {"1/2/3/4", std::nullopt},
         {"1/2-2024", std::nullopt},
     };
     for (const auto& c : cases) expectSerial(ParseDateText(c.text), c.serial, c.text);
@@ -154,16 +131,12 @@ TEST_F(FixedClock, ParseDateLiteralReadsMonthFirst) {
         {"05/03/2024", 45415},  // 3 May
         {"25/03/2024", 45376},  // no 25th month: 25 March
         {"2024-03-05", 45356},
-        {"2024/3/5", 45356},
         {"5-Mar-2024", 45356},  // a named month is the month whatever the order
-        {"Mar-5-2024", 45356},
         {"14:30", k1430},
         {"12/31/2024 2:30 PM", 45657 + k1430},
-        {"12/31/2024 14:30:00", 45657 + k1430},
         {"12/31/2024 12:00 AM", 45657},
         {"31/31/2024", std::nullopt},
         {"13:30 PM", std::nullopt},
-        {"", std::nullopt},
     };
     for (const auto& c : cases) expectSerial(ParseDateLiteral(c.body), c.serial, c.body);
 }
@@ -173,13 +146,11 @@ TEST_F(FixedClock, ParseDateLiteralReadsMonthFirst) {
 TEST(NumberTest, ParseNumberTextUsesTheDecimalComma) {
     struct Case { const char* text; std::optional<double> value; };
     const Case cases[] = {
-        {"1.5", 15},          {"1.234,5", 1234.5}, {"2,5", 2.5},     {" -3 ", -3},      {"+7", 7},
-        {"&H10", 16},         {"&hff", 255},       {"&HFFFF", -1},   {"&H10000", 65536}, {"&O17", 15},
-        {"€ 12,50", 12.5},     {"-€ 1.234,50", -1234.5}, {"12,50 €", 12.5}, {"€", std::nullopt},
-        {"1e3", 1000},        {"2,5E-1", 0.25},    {",5", 0.5},      {"1.", 1},
-        {"", std::nullopt},   {"  ", std::nullopt}, {"abc", std::nullopt}, {"1,2,3", std::nullopt},
-        {",", std::nullopt},  {"1e", std::nullopt}, {"12a", std::nullopt}, {"&H", std::nullopt},
-        {"&HG", std::nullopt}, {"1 2", std::nullopt}, {"--1", std::nullopt}, {"1e999", std::nullopt},
+        {"1.5", 15},          {"1.234,5", 1234.5}, {" -3 ", -3},     {"&HFFFF", -1},    {"&H10000", 65536},
+        {"&O17", 15},         {"-€ 1.234,50", -1234.5}, {"12,50 €", 12.5}, {"€", std::nullopt},
+        {"2,5E-1", 0.25},     {",5", 0.5},         {"1.", 1},        {"  ", std::nullopt}, {"1,2,3", std::nullopt},
+        {",", std::nullopt},  {"1e", std::nullopt}, {"&HG", std::nullopt}, {"1 2", std::nullopt}, {"--1", std::nullopt},
+        {"1e999", std::nullopt},
     };
     for (const auto& c : cases) {
         auto got = ParseNumberText(c.text);
@@ -217,9 +188,8 @@ TEST(NumberTest, RoundGoesHalfToEvenOnTheScaledDouble) {
 TEST(NumberTest, ValReadsOnlyThePoint) {
     struct Case { const char* text; double value; };
     const Case cases[] = {
-        {"1,5", 1}, {" 1 2 ", 12}, {"", 0}, {"3.7abc", 3.7}, {"-1.5e2", -150}, {"&H10", 16},
-        {"1.2.3", 1.2}, {"abc", 0}, {"2e", 2}, {"  -  4", -4}, {"1D2", 100},
-        {"&O19", 1}, {"&HFFZ", 255}, {".5", 0.5}, {"-", 0}, {"1e-400", 0},
+        {"1,5", 1}, {" 1 2 ", 12}, {"", 0}, {"3.7abc", 3.7}, {"1.2.3", 1.2}, {"2e", 2},
+        {"  -  4", -4}, {"1D2", 100}, {"&O19", 1}, {"&HFFZ", 255}, {"1e-400", 0},
     };
     for (const auto& c : cases) EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
     EXPECT_EQ(errorOf([] { Val("1e400"); }), 6);
@@ -257,9 +227,7 @@ TEST(ValueConversionTest, NullAndEmptyTextAreErrors) {
 TEST(ValueConversionTest, TextOfValues) {
     struct Case { Value v; const char* text; };
     const Case cases[] = {
-        {Value::Bool(true), "Vero"},   {Value::Bool(false), "Falso"},   {Value::Double(2.5), "2,5"},
-        {Value::Int(-3), "-3"},        {Value::Date(45356), "05/03/2024"}, {Value::Date(0), "00.00.00"},
-        {Value::Text("x"), "x"},       {Value::Long(123456), "123456"},
+        {Value::Bool(false), "Falso"}, {Value::Date(0), "00.00.00"}, {Value::Long(123456), "123456"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(CStr(c.v), c.text);
@@ -292,15 +260,9 @@ TEST(ValueConversionTest, IsNumericAndIsDateAgreeWithTheConversions) {
     }
 }
 
-TEST(ValueConversionTest, CBoolReadsWordsAndNumbers) {
-    EXPECT_TRUE(CBool(Value::Text("Vero")));
-    EXPECT_TRUE(CBool(Value::Text("true")));
+TEST(ValueConversionTest, CBoolReadsWordsAndDateValueDropsTheTime) {
     EXPECT_FALSE(CBool(Value::Text("FALSO")));
     EXPECT_TRUE(CBool(Value::Text("0,5")));
-    EXPECT_FALSE(CBool(Value::Long(0)));
-}
-
-TEST(ValueConversionTest, DateValueDropsTheTime) {
     EXPECT_EQ(DateValue(Value::Text("31/12/2024 14.30")), 45657);
     EXPECT_EQ(DateValue(Value::Date(45356 + k1430)), 45356);
     EXPECT_EQ(DateValue(Value::Date(-1.25)), -1);
@@ -313,11 +275,9 @@ TEST(ValueConversionTest, DateValueDropsTheTime) {
 TEST(CompareTextTest, IgnoresCaseAndTrailingBlanksButNotAccents) {
     struct Case { const char* a; const char* b; int sign; };
     const Case cases[] = {
-        {"abc", "ABC", 0},      {"è", "È", 0},            {"perché", "PERCHÉ  ", 0}, {"abc", "abc   ", 0},
-        {"a", "à", -1},         {"abc", " abc", 1},       {"a", "b", -1},           {"Zeta", "alfa", 1},
-        {"ab", "abc", -1},      {"àncora", "banca", -1},  {"ancora", "àncora", -1}, {"àb", "ac", -1},
-        {"", "", 0},            {"", " ", 0},             {"1", "a", -1},           {"Œuvre", "œuvre", 0},
-        {"\xFF", "\xFF", 0},    {"\xFF", "z", 1},
+        {"perché", "PERCHÉ  ", 0}, {"a", "à", -1},        {"abc", " abc", 1},       {"Zeta", "alfa", 1},
+        {"ab", "abc", -1},         {"àncora", "banca", -1}, {"àb", "ac", -1},         {"", " ", 0},
+        {"1", "a", -1},            {"Œuvre", "œuvre", 0},   {"\xFF", "z", 1},
     };
     for (const auto& c : cases) {
         const int got = CompareText(c.a, c.b);
@@ -330,16 +290,9 @@ TEST(CompareTextTest, IgnoresCaseAndTrailingBlanksButNotAccents) {
 TEST(LikeTest, Wildcards) {
     struct Case { const char* text; const char* pattern; bool match; };
     const Case cases[] = {
-        {"Rossi", "r*", true},      {"Rossi", "*SS*", true},     {"Rossi", "R?ssi", true},  {"Rossi", "R?si", false},
-        {"", "*", true},            {"", "**", true},            {"", "?", false},          {"abc", "a*c*", true},
-        {"A12", "A##", true},       {"A1x", "A##", false},       {"b", "[abc]", true},      {"d", "[abc]", false},
-        {"M", "[a-z]", true},       {"5", "[a-z]", false},       {"d", "[!abc]", true},     {"a", "[!abc]", false},
-        {"a*b", "a[*]b", true},     {"axb", "a[*]b", false},     {"a?b", "a[?]b", true},    {"a#b", "a[#]b", true},
-        {"a[b", "a[[]b", true},     {"100%", "100%", true},      {"1000", "100%", false},   {"a_c", "a_c", true},
-        {"abc", "a_c", false},      {"x ", "x", false},          {"x ", "x ", true},        {"è", "È", true},
-        {"a", "à", false},          {"città", "citt?", true},    {"città", "*à", true},     {"-", "[a-]", true},
-        {"ab", "[]ab", true},       {"aXbXc", "*x*x*", true},    {"aaa", "*a*a*a*a*", false},
-        {"a]", "a]", true},         {"[x]", "[[]x]", true},
+        {"", "?", false},           {"A1x", "A##", false},       {"a[b", "a[[]b", true},    {"[x]", "[[]x]", true},
+        {"a", "à", false},          {"città", "citt?", true},    {"-", "[a-]", true},       {"ab", "[]ab", true},
+        {"aaa", "*a*a*a*a*", false}, {"aXbXc", "*x*x*", true},
     };
     for (const auto& c : cases) EXPECT_EQ(LikeMatch(c.text, c.pattern), c.match) << c.text << " Like " << c.pattern;
 }
@@ -363,29 +316,4 @@ TEST(Cp1252Test, ConvertsBothWays) {
     std::string everyByte;
     for (int b = 1; b < 256; ++b) everyByte += static_cast<char>(b);
     EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(everyByte)), everyByte);
-}
-
-// Texts made of the characters the readers care about, in every order: nothing may crash or
-// raise anything but a JetError (run under the sanitizers this also catches reads past the end).
-TEST(RobustnessTest, RandomTextsNeverBreakTheReaders) {
-    const std::string alphabet = "0123456789/.-:,+&HhOoEeDd aAPMmarzo\xE2\x82\xAC\xC3\xA0\xFF[]!*?#";
-    std::mt19937 random(20240305);
-    auto randomText = [&] {
-        std::string s(random() % 24, ' ');
-        for (char& c : s) c = alphabet[random() % alphabet.size()];
-        return s;
-    };
-    for (int n = 0; n < 5000; ++n) {
-        const std::string a = randomText(), b = randomText();
-        ParseDateText(a);
-        ParseDateLiteral(a);
-        ParseNumberText(a);
-        CompareText(a, b);
-        EXPECT_EQ(CompareText(a, b) == 0, CompareText(b, a) == 0) << a << " | " << b;
-        errorOf([&] { Val(a); });
-        errorOf([&] { LikeMatch(a, b); });
-        errorOf([&] { CDate(Value::Text(a)); });
-        EXPECT_EQ(IsNumeric(Value::Text(a)), errorOf([&] { CDbl(Value::Text(a)); }) == 0) << a;
-        Utf8ToCp1252(a);
-    }
 }

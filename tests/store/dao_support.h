@@ -1,5 +1,4 @@
-// Test support for the database objects: a temporary folder of real files, a small customer table,
-// and a check that a call fails with a given engine error.
+// Test support for the database objects: a temporary folder of real files and a small customer table.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 #include <functional>
 #include <string>
 
+#include "convert_support.h"
 #include "store/dao.h"
 
 namespace daotest {
@@ -20,16 +20,6 @@ using store::JetError;
 using store::TableDef;
 using store::Value;
 using store::Workspace;
-
-// The engine error number a call raises; 0 when it raises none.
-inline int errorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const JetError& e) {
-        return e.number();
-    }
-    return 0;
-}
 
 class DaoTest : public ::testing::Test {
 protected:

@@ -1,6 +1,6 @@
-// Several processes on one archive, as in an office with several machines: writers that run
-// together with structure changes, and a writer and a structure change killed at random points.
-// Every row a writer acknowledged must be in the file, and the file must stay whole.
+// Several processes on one archive, as in an office with several machines: a writer and a console
+// changing the table's structure run together and are killed at random points. Every row the writer
+// acknowledged must be in the file, and the file must stay whole.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -9,9 +9,9 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <set>
 #include <string>
@@ -42,32 +42,26 @@ public:
             ::_exit(127);
         }
         ::close(fds[1]);
-        out_ = fds[0];
+        out_ = ::fdopen(fds[0], "r");
     }
     ~Child() {
         if (pid_ > 0 && status_ < 0) {
             ::kill(pid_, SIGKILL);
             wait();
         }
-        if (out_ >= 0) ::close(out_);
+        if (out_) std::fclose(out_);
     }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    bool started() const { return pid_ > 0 && out_ >= 0; }
+    bool started() const { return pid_ > 0 && out_; }
 
-    // The next line of output; false at its end.
-    bool readLine(std::string& line) {
-        line.clear();
-        for (char c; ;) {
-            if (::read(out_, &c, 1) != 1) return false;
-            if (c == '\n') return true;
-            line += c;
-        }
-    }
+    // The numbers the child prints, one a line, up to atMost or the end of its output.
     std::vector<long> readIds(std::size_t atMost = SIZE_MAX) {
         std::vector<long> ids;
-        for (std::string line; ids.size() < atMost && readLine(line);) ids.push_back(std::stol(line));
+        long id;
+        char end;  // a line cut short by a kill is not a number printed
+        while (ids.size() < atMost && std::fscanf(out_, "%ld%c", &id, &end) == 2 && end == '\n') ids.push_back(id);
         return ids;
     }
     void kill() { ::kill(pid_, SIGKILL); }
@@ -81,7 +75,7 @@ public:
 
 private:
     pid_t pid_ = -1;
-    int out_ = -1;
+    std::FILE* out_ = nullptr;
     int status_ = -1;
 };
 
@@ -137,45 +131,6 @@ protected:
     fs::path dir_;
     std::string file_;
 };
-
-// Four writers insert while the structure changes three times: the changes wait for the writers
-// instead of failing, the writers go on after them, and no row is lost or doubled.
-TEST_F(SeveralUsers, WritersAndStructureChangesLoseNothing) {
-    constexpr int kWriters = 4;
-    std::vector<std::unique_ptr<Child>> writers;
-    std::vector<std::vector<long>> acked(kWriters);
-    for (int w = 0; w < kWriters; ++w) {
-        writers.push_back(std::make_unique<Child>(std::vector<std::string>{kWriter, file_, "Nuova0",
-                                                                           std::to_string(w * 100000), "100000"}));
-        ASSERT_TRUE(writers.back()->started());
-    }
-    acked[0] = writers[0]->readIds(10);  // the writers are under way
-    for (const char* change : {"ALTER TABLE Nuova0 ADD COLUMN Nota TEXT(20)", "ALTER TABLE Nuova0 ALTER COLUMN Nota TEXT(40)",
-                               "ALTER TABLE Nuova0 ADD COLUMN Nota2 LONG"}) {
-        Child alter({kConsole, "--db", file_, change});
-        EXPECT_EQ(alter.wait(), 0) << change;
-    }
-    for (int w = 0; w < kWriters; ++w) {  // each writer still writes after the changes
-        std::vector<long> more = writers[w]->readIds(10);
-        acked[w].insert(acked[w].end(), more.begin(), more.end());
-    }
-    std::ofstream(file_ + ".stop").flush();
-
-    std::set<long> expected;
-    for (int w = 0; w < kWriters; ++w) {
-        std::vector<long> rest = writers[w]->readIds();
-        acked[w].insert(acked[w].end(), rest.begin(), rest.end());
-        EXPECT_EQ(writers[w]->wait(), 0) << "writer " << w;
-        ASSERT_GE(acked[w].size(), 10u) << "writer " << w;
-        for (std::size_t i = 0; i < acked[w].size(); ++i) EXPECT_EQ(acked[w][i], w * 100000L + static_cast<long>(i));
-        expected.insert(acked[w].begin(), acked[w].end());
-    }
-    std::vector<long> stored = storedIds();
-    EXPECT_EQ(stored.size(), expected.size());
-    EXPECT_EQ(std::set<long>(stored.begin(), stored.end()), expected);
-    EXPECT_EQ(engineFields(), "ID Testo Nota Nota2");
-    EXPECT_EQ(tableColumns(), "ID Testo Nota Nota2");
-}
 
 // A writer killed at a random point, one row at a time or in batches, and a console changing the
 // table's structure killed with it: the file passes SQLite's check, holds every row acknowledged and
