@@ -107,9 +107,6 @@ TEST_F(Estratto, ClienteRigaPerRiga) {
           {"", 1220, 0, 1520},
           {"Contanti", 0, 100, 1420},       // the document's payments by their own date
           {"Bonifico saldo", 0, 700.5, 719.5}}},
-        {"da marzo", false, D(1, 3, 2026), 0,
-         {{"", 0, 122, -122}, {"Rimborso nota", 122, 0, 0}, {"", 1220, 0, 1220},
-          {"Contanti", 0, 100, 1120}, {"Bonifico saldo", 0, 700.5, 419.5}}},
         {"fino al 10 marzo: i pagamenti dopo restano fuori", false, 0, D(10, 3, 2026),
          {{"", 500, 0, 500}, {"Acconto gennaio", 0, 200, 300}, {"", 0, 122, 178}, {"", 1220, 0, 1398},
           {"Contanti", 0, 100, 1298}}},
@@ -127,14 +124,6 @@ TEST_F(Estratto, ClienteRigaPerRiga) {
     }
 }
 
-TEST_F(Estratto, ClienteSenzaMovimentiDaUnEstrattoVuoto) {
-    ArchivioCliente();
-    GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
-    Esegui("Insert Into Clienti (ID,DescCliente) VALUES (3,'Nuovo')");
-    GeneraEstratto(3, books::EstrattoCliente, false, 0, 0, false);
-    EXPECT_TRUE(Righe(0).empty());
-}
-
 TEST_F(Estratto, OgniTipoRifattoDaCapoSenzaToccareLAltro) {
     ArchivioCliente();
     Esegui("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Beta')");
@@ -145,6 +134,9 @@ TEST_F(Estratto, OgniTipoRifattoDaCapoSenzaToccareLAltro) {
     EXPECT_EQ(Righe(0).size(), 7u);
     EXPECT_EQ(Righe(1).size(), 1u);
     EXPECT_EQ(Conta("Clienti"), 2);  // nothing written in the archive
+    Esegui("Insert Into Clienti (ID,DescCliente) VALUES (3,'Nuovo')");
+    GeneraEstratto(3, books::EstrattoCliente, false, 0, 0, false);   // nothing to list: nothing left over
+    EXPECT_TRUE(Righe(0).empty());
 }
 
 // Two suppliers: "Beta" with an expense paid in part and a received credit note collected; "Alfa"
@@ -171,8 +163,6 @@ TEST_F(Estratto, FornitoriPerGruppoConSaldoCheRiparte) {
           {"Acconto spesa", 0, 100, 200, 1},
           {"", 50, 0, 250, 1},
           {"Incasso nota", 0, 50, 200, 1}}},
-        {"uno solo", 1, false, false,
-         {{"", 300, 0, 300, 1}, {"Acconto spesa", 0, 100, 200, 1}, {"", 50, 0, 250, 1}, {"Incasso nota", 0, 50, 200, 1}}},
         {"solo aperte: la nota incassata sparisce", 1, false, true,
          {{"", 300, 0, 300, 1}, {"Acconto spesa", 0, 100, 200, 1}}},
     };
