@@ -121,11 +121,7 @@ TEST_F(Aggiornamento, ArchivioVecchioPortatoAlModelloConIDati) {
     Documento(1, {});  // stored total 0, lines of 100 + 50 at 22%
     Riga(1, 1, 100, 1);
     Riga(2, 1, 50, 1);
-    Testata nota;
-    nota.tipo = 6;
-    nota.numero = 2;
-    nota.importoTotale = 999;
-    Documento(2, nota);  // no lines: every total 0
+    Documento(2, {.tipo = 6, .numero = 2, .importoTotale = 999});  // no lines: every total 0
     master().Execute("Insert Into Esercizi (ID,Azienda,Nome,File) VALUES (2,1,'2025','" + archivio + "x')");
 
     Registro r;

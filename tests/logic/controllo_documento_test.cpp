@@ -12,11 +12,8 @@ using sales::EsitoControllo;
 class ControlloDocumento : public prova::ArchivioProva {};
 
 TEST_F(ControlloDocumento, ScalaDeiControlli) {
-    Testata t;
-    Documento(1, t);
-    t.numero = 2;
-    t.data = "20/03/2026";
-    Documento(2, t);
+    Documento(1, {});
+    Documento(2, {.numero = 2, .data = "20/03/2026"});
     struct Caso {
         const char* nome;
         const char* data;

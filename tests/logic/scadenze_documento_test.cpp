@@ -48,24 +48,10 @@ protected:
         ArchivioProva::SetUp();
         // 1: A/1 of 100, paid 60 + 40; 2: 2 with no prefix (Null) of 250.50, paid 50.25 by customer 2;
         // 3: 3 with the empty prefix of 80, nothing paid; 4: a nota di credito, another kind.
-        Testata t;
-        t.prefisso = "'A'";
-        t.importoTotale = 100;
-        Documento(1, t);
-        t = Testata{};
-        t.numero = 2;
-        t.prefisso = "Null";
-        t.importoTotale = 250.50;
-        t.cliente = 2;
-        Documento(2, t);
-        t = Testata{};
-        t.numero = 3;
-        t.importoTotale = 80;
-        Documento(3, t);
-        t = Testata{};
-        t.tipo = 6;
-        t.importoTotale = 999;
-        Documento(4, t);
+        Documento(1, {.prefisso = "'A'", .importoTotale = 100});
+        Documento(2, {.numero = 2, .prefisso = "Null", .importoTotale = 250.50, .cliente = 2});
+        Documento(3, {.numero = 3, .importoTotale = 80});
+        Documento(4, {.tipo = 6, .importoTotale = 999});
         Pagamento(1, "Documento", 1, 60);
         Pagamento(2, "Documento", 1, 40);
         Pagamento(3, "Documento", 2, 50.25, 2);
