@@ -42,13 +42,11 @@ protected:
         Esporta::SetUp();
         for (const char* iva : {"1,'Ordinaria 22%',22", "2,'Art. 10, l''esente',4.5", "3,'Ridotta 4%',4"})
             Esegui(std::string("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (") + iva + ")");
-        // Inserted out of date order: the file follows Data.
-        Doc(4, 5, 8, "31/03/2026", 12345, "1234567.891", "-50", "0");
-        Doc(1, 5, 7, "05/03/2026", 12, "1234.5", "1011.89", "222.61");
-        Doc(2, 9, 12345, "10/03/2026", 0, "999.99", "961.53", "38.46");
-        Doc(3, 7, 3, "20/03/2026", 5, "0", "Null", "Null");
-        Doc(5, 5, 9, "01/04/2026", 12, "10", "10", "0");
-        Doc(6, 5, 6, "28/02/2026", 12, "10", "10", "0");
+        // ID, kind, number, date, customer, total, taxable, VAT; inserted out of date order: the file follows Data.
+        for (const char* d : {"4,5,8,'31/03/2026',12345,1234567.891,-50,0", "1,5,7,'05/03/2026',12,1234.5,1011.89,222.61",
+                              "2,9,12345,'10/03/2026',0,999.99,961.53,38.46", "3,7,3,'20/03/2026',5,0,Null,Null",
+                              "5,5,9,'01/04/2026',12,10,10,0", "6,5,6,'28/02/2026',12,10,10,0"})
+            Doc(d);
         Riga(11, 1, 100, 1);   // the first line gives the VAT of the document
         Riga(10, 4, 50, 2);
         Riga(12, 1, 100, 3);
@@ -63,11 +61,8 @@ protected:
         Esegui("Insert Into Clienti (ID,DescCliente) VALUES (12345,'Ωmega')");
     }
 
-    void Doc(long id, long tipo, long numero, const std::string& data, long cliente, const std::string& totale,
-             const std::string& imponibile, const std::string& iva) {
-        Esegui("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,ImportoTotale,Imponibile,TotIva) VALUES (" +
-               std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'" + data + "'," +
-               std::to_string(cliente) + "," + totale + "," + imponibile + "," + iva + ")");
+    void Doc(const std::string& valori) {
+        Esegui("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,ImportoTotale,Imponibile,TotIva) VALUES (" + valori + ")");
     }
 
     output::EsitoFatture Scrivi() {
@@ -103,7 +98,7 @@ TEST_F(FileFatture, ScrittiByteperByte) {
 
 TEST_F(FileFatture, NumeroTroppoLungoNonToccaIFile) {
     test::ScriviFile(File("FATS.txt"), "precedente");
-    Doc(7, 5, 123456, "15/03/2026", 12, "1", "1", "0");
+    Doc("7,5,123456,'15/03/2026',12,1,1,0");
     try {
         Scrivi();
         ADD_FAILURE() << "nessun errore";
