@@ -1,6 +1,7 @@
 // Recording payments without a window: the refusals of the confirm in their order, the wording of
 // the description, and the write of a payment with its journal row and the three flags, undone by
-// a delete; the same against an expense; nothing written when the document has gone meanwhile.
+// a delete (an expense's payments are walked by its register's test); nothing written when the
+// document has gone meanwhile.
 #include "support/archivio_logica.h"
 #include "payments/pagamenti.h"
 #include "store/errors.h"
@@ -140,20 +141,6 @@ TEST_F(PagamentiArchivio, IncassiDiUnaFatturaERitorno) {
     EXPECT_FALSE(Flag("Documenti", "Pagato", 1));
     EXPECT_EQ(Conta("PrimaNota", "Pagamento=" + std::to_string(ultimo)), 0);
     EXPECT_EQ(Conta("Pagamenti"), 2);
-}
-
-TEST_F(PagamentiArchivio, PagamentiDiUnaSpesaERitorno) {
-    const long primo = RegistraPagamento(SuSpesa(50));
-    EXPECT_FALSE(Flag("Spese", "Pagata", 1));
-    const long secondo = RegistraPagamento(SuSpesa(30));
-    EXPECT_TRUE(Flag("Spese", "Pagata", 1));
-    for (long id : {primo, secondo}) {
-        EXPECT_EQ(Numero("Select Tipo from PrimaNota where Pagamento=" + std::to_string(id), "Tipo"), 1);
-        EXPECT_EQ(Numero("Select Spesa from Pagamenti where ID=" + std::to_string(id), "Spesa"), 1);
-    }
-    EliminaPagamento(secondo);
-    EXPECT_FALSE(Flag("Spese", "Pagata", 1));
-    EXPECT_EQ(Conta("PrimaNota"), 1);
 }
 
 // Another user deleted the document, its instalment or the expense: the write stops with the

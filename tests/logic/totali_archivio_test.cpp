@@ -2,7 +2,6 @@
 #include <map>
 
 #include "support/archivio_logica.h"
-#include "expenses/totali_spesa.h"
 #include "sales/totali.h"
 
 namespace {
@@ -103,28 +102,6 @@ TEST_F(TotaliArchivio, IvaDelPeriodo) {
     EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Imposta")), 46.2);
 }
 
-TEST_F(TotaliArchivio, TotaliDellaSpesa) {
-    for (const char* s : {"1,'1','10/03/2026',0", "2,'2','10/03/2026',20", "3,'3','10/03/2026',0"})
-        Esegui(std::string("Insert Into Spese (ID,Numero,Data,RitenutaAcconto) VALUES (") + s + ")");
-    for (const char* m : {"1,1,100,1", "2,1,50,1", "3,2,1000,1"})
-        Esegui(std::string("Insert Into MovimentiSpese (ID,Spesa,Importo,Iva) VALUES (") + m + ")");
-    for (long id = 1; id <= 3; ++id) expenses::CalcolaTotaliSpesa(id);
-    struct Caso {
-        long id;
-        double imponibile, iva, importo;
-    } const casi[] = {{1, 150, 33, 183}, {2, 1000, 220, 1020}, {3, 0, 0, 0}};
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.id);
-        const std::string sql = "Select * from Spese where ID=" + std::to_string(c.id);
-        EXPECT_DOUBLE_EQ(Numero(sql, "Imponibile"), c.imponibile);
-        EXPECT_DOUBLE_EQ(Numero(sql, "TotIva"), c.iva);
-        EXPECT_DOUBLE_EQ(Numero(sql, "ImportoSpesa"), c.importo);
-    }
-}
-
-}  // namespace
-
-namespace {
 
 // The engine and the program must agree to the last digit on every line: the same cascade, the
 // same order of operations, the same rounding of exact halves, no VAT for an unknown code.

@@ -172,9 +172,6 @@ TEST(Protetto, ErroriNelBoxDegliErrori) {
     core::installDialogs(nullptr);
 }
 
-}  // namespace
-
-namespace {
 
 // Every command gets a letter of its own: fixed accelerators of buttons, tabs and labels are kept
 // and never given twice; a caption with no free letter stays as it is.
