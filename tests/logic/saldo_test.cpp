@@ -177,20 +177,10 @@ TEST_F(PrimaNotaArchivio, InserimentoEAggiornamento) {
 
 TEST_F(PrimaNotaArchivio, SaldoPrecedente) {
     EXPECT_EQ(SaldoPrecedente(store::DateSerial(2026, 1, 1), 0), 0);
-    struct Riga {
-        const char* data;
-        double importo;
-        int tipo, destinazione;
-    } const righe[] = {
-        {"31/12/2025", 1000, 0, 0},  // outside the period
-        {"01/01/2026", 100.006, 0, 0}, {"15/02/2026", 30, 1, 0}, {"01/03/2026", 500, 0, 0},
-        {"10/02/2026", 70, 0, 1},  // another destination
-    };
-    long id = 0;
-    for (const auto& r : righe)
-        Esegui("Insert Into PrimaNota (ID,Data,Importo,Tipo,Destinazione,Pagamento) VALUES (" + std::to_string(++id) +
-               ",'" + r.data + "'," + Sql(r.importo) + "," + std::to_string(r.tipo) + "," +
-               std::to_string(r.destinazione) + ",0)");
+    // ID, date, amount, type, destination: the first outside the period, the last on another destination.
+    for (const char* r : {"1,'31/12/2025',1000,0,0", "2,'01/01/2026',100.006,0,0", "3,'15/02/2026',30,1,0",
+                          "4,'01/03/2026',500,0,0", "5,'10/02/2026',70,0,1"})
+        Esegui(std::string("Insert Into PrimaNota (ID,Data,Importo,Tipo,Destinazione,Pagamento) VALUES (") + r + ",0)");
     EXPECT_EQ(SaldoPrecedente(store::DateSerial(2026, 1, 1), 0), 0);
     // 100.006 - 30 = 70.006, shown and read back as 70,01.
     EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 1), 0), 70.01);

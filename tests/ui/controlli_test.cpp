@@ -11,7 +11,6 @@
 #include "support/archivio_kit.h"
 #include "store/convert.h"
 #include "ui/Acceleratori.h"
-#include "ui/Dialoghi.h"
 #include "ui/Legami.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -160,18 +159,6 @@ TEST_F(Combo, IlGiroDeiControlliLegati) {
     EXPECT_TRUE(letto->get("Data").isNull());           // a blank picker writes Null
     EXPECT_FALSE(store::CBool(letto->get("Fatto")));
 }
-
-TEST(Protetto, ErroriNelBoxDegliErrori) {
-    prova::applicazioneDiProva();
-    auto s = prova::installaScript();
-    EXPECT_FALSE(ui::protetto([] { throw store::JetError(3078, "Tabella 'X' non trovata."); }));
-    EXPECT_TRUE(ui::protetto([] {}));
-    ASSERT_EQ(s->messaggi().size(), 1u);
-    EXPECT_EQ(s->messaggi()[0].testo, "Errore 3078: Tabella 'X' non trovata.");
-    EXPECT_EQ(s->messaggi()[0].stile, core::vbCritical);
-    core::installDialogs(nullptr);
-}
-
 
 // Every command gets a letter of its own: fixed accelerators of buttons, tabs and labels are kept
 // and never given twice; a caption with no free letter stays as it is.
