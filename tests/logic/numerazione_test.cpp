@@ -10,13 +10,7 @@ class Numerazione : public prova::ArchivioProva {
 protected:
     void Doc(long id, long numero, const std::string& data, const std::string& prefisso = "''",
              const std::string& suffisso = "''", long tipo = 5) {
-        Testata t;
-        t.tipo = tipo;
-        t.numero = numero;
-        t.data = data;
-        t.prefisso = prefisso;
-        t.suffisso = suffisso;
-        Documento(id, t);
+        Documento(id, {.tipo = tipo, .numero = numero, .data = data, .prefisso = prefisso, .suffisso = suffisso});
     }
 };
 
