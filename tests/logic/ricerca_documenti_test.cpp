@@ -14,9 +14,6 @@ TEST(RicercaDocumenti, Istruzione) {
     };
     sales::CriteriDocumenti soloTipo;
     soloTipo.tipo = 7;
-    sales::CriteriDocumenti pagate;
-    pagate.tipo = 5;
-    pagate.pagate = 1;
     sales::CriteriDocumenti tutto;
     tutto.tipo = 5;
     tutto.dataDal = tutto.dataAl = tutto.dest = tutto.numDal = tutto.numAl = true;
@@ -31,7 +28,6 @@ TEST(RicercaDocumenti, Istruzione) {
     tutto.numeroAl = 9;
     const Caso casi[] = {
         {"nessun criterio", soloTipo, "Tipo=7"},
-        {"pagate", pagate, "Pagato=True and Tipo=5"},
         {"tutto", tutto,
          "DateValue(Data)>=DateValue('01/01/2026') and DateValue(Data)<=DateValue('31/03/2026') and Cliente=4"
          " and Pagato=False and Prefisso>='A' and Suffisso>='' and Numero>=3 and Prefisso<='B''x'"
