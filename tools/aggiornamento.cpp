@@ -366,8 +366,8 @@ void AggiungiColonneAziende() {
     const auto aziende = db.GetTableDef("Aziende");
     if (!aziende || Campo(*aziende, "CodiceFiscale")) return;
     FieldDef f = TableDef::CreateField("CodiceFiscale", FieldType::Text);
-    if (const FieldDef* m = Campo(store::model::TabellaModello("Aziende").definizione(), "CodiceFiscale"))
-        f.Size = m->Size;
+    const TableDef modello = store::model::TabellaModello("Aziende").definizione();  // outlives the pointer into it
+    if (const FieldDef* m = Campo(modello, "CodiceFiscale")) f.Size = m->Size;
     f.AllowZeroLength = true;
     db.AppendField("Aziende", f);
 }
