@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archivio_sql.h"
+#include "core/varie.h"
 #include "store/convert.h"
 
 namespace ui {
@@ -41,7 +42,11 @@ class Tratti {
 public:
     Tratti(const std::string& base, const std::vector<GruppoCollegato>& g, std::vector<CondizioniLivello> c,
            const std::vector<std::string>& ordine, bool inverso)
-        : base_(base), gruppi_(g), condizioni_(std::move(c)), ordine_(ordine), inverso_(inverso) {}
+        : gruppi_(g), condizioni_(std::move(c)), ordine_(ordine), inverso_(inverso) {
+        const std::size_t where = core::PosizioneClausola(base, "where");
+        testa_ = core::Trim(base.substr(0, where));
+        if (where != std::string::npos) filtro_ = "(" + core::Trim(base.substr(where + 5)) + ")";
+    }
 
     std::size_t quanti(std::size_t livello = 0) const {
         if (livello == condizioni_.size()) return 1;
@@ -51,17 +56,14 @@ public:
     // The pieces under the descriptions already chosen (`scelte`, one per level above `livello`).
     void aggiungi(std::size_t livello, const std::vector<std::string>& scelte, std::vector<std::string>& out) const {
         if (livello == condizioni_.size()) {
-            out.push_back(core::AggiungiCondizione(base_, Unite(scelte, " And ")) + OrderBy(livello));
+            out.push_back(testa_ + " where " + Tutte(scelte, "") + OrderBy(livello));
             return;
         }
-        // Each term carries the choices above it: SQLite serves every one from an index on the links.
+        // Each term carries the list's filter and the choices above it: SQLite serves every one from
+        // an index on the links.
         std::vector<std::string> mancanti;
-        for (const std::string& m : condizioni_[livello].mancanti) {
-            std::vector<std::string> termine = scelte;
-            termine.push_back(m);
-            mancanti.push_back("(" + Unite(termine, " And ") + ")");
-        }
-        out.push_back(core::AggiungiCondizione(base_, "(" + Unite(mancanti, " Or ") + ")") + OrderBy(livello + 1));
+        for (const std::string& m : condizioni_[livello].mancanti) mancanti.push_back("(" + Tutte(scelte, m) + ")");
+        out.push_back(testa_ + " where " + Unite(mancanti, " Or ") + OrderBy(livello + 1));
         for (const std::string& d : condizioni_[livello].descrizioni) {
             std::vector<std::string> sotto = scelte;
             sotto.push_back(d);
@@ -70,6 +72,15 @@ public:
     }
 
 private:
+    // The list's filter, the choices and one more condition, all together.
+    std::string Tutte(const std::vector<std::string>& scelte, const std::string& ancora) const {
+        std::vector<std::string> termini;
+        if (!filtro_.empty()) termini.push_back(filtro_);
+        termini.insert(termini.end(), scelte.begin(), scelte.end());
+        if (!ancora.empty()) termini.push_back(ancora);
+        return Unite(termini, " And ");
+    }
+
     // The order within a piece: the fields of the levels from `livello` down, then the sort.
     std::string OrderBy(std::size_t livello) const {
         std::vector<std::string> termini;
@@ -78,7 +89,7 @@ private:
         return termini.empty() ? "" : " ORDER BY " + Unite(termini, ", ");
     }
 
-    const std::string& base_;
+    std::string testa_, filtro_;  // the statement up to its Where, and its filter in parentheses
     const std::vector<GruppoCollegato>& gruppi_;
     std::vector<CondizioniLivello> condizioni_;
     const std::vector<std::string>& ordine_;

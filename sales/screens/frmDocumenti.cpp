@@ -191,6 +191,9 @@ frmDocumenti::frmDocumenti(QWidget* parent, long tipo) : RegistroBase(Nome, pare
     }
     d.vociMenu = {{"btnNuovo", "s282"}, {"btnModifica", "s283"}};
     resize(1100, 720);
+    // Grouped by the counterpart's name, the list is read a counterpart at a time.
+    Grid->collegaGruppo({"Denominazione", "qrClienti", "Cliente"});
+    Grid->collegaGruppo({"DescFornitore", "Fornitori", "Fornitore"});
     carica(std::move(d));
     chkRaggruppa->setChecked(true);
     Raggruppa();

@@ -67,11 +67,11 @@ TEST_F(Tratti, CondizioniEIstruzioni) {
     EXPECT_EQ(ui::IstruzioniATratti(*a.db, "Select * from Voci where Numero<>'x'", {kClasse, kClasse}, {"Numero DESC"},
                                     false, 10),
               (std::vector<std::string>{
-                  "Select * from Voci where (Numero<>'x') and ((Classe Is Null) Or (Classe<2) Or (Classe>2)) "
-                  "ORDER BY DescClasse, Numero DESC",
-                  "Select * from Voci where (Numero<>'x') and ((Classe In (2) And Classe Is Null) Or (Classe In (2) And "
-                  "Classe<2) Or (Classe In (2) And Classe>2)) ORDER BY Numero DESC",
-                  "Select * from Voci where (Numero<>'x') and Classe In (2) And Classe In (2) ORDER BY Numero DESC"}));
+                  "Select * from Voci where ((Numero<>'x') And Classe Is Null) Or ((Numero<>'x') And Classe<2) Or "
+                  "((Numero<>'x') And Classe>2) ORDER BY DescClasse, Numero DESC",
+                  "Select * from Voci where ((Numero<>'x') And Classe In (2) And Classe Is Null) Or ((Numero<>'x') And "
+                  "Classe In (2) And Classe<2) Or ((Numero<>'x') And Classe In (2) And Classe>2) ORDER BY Numero DESC",
+                  "Select * from Voci where (Numero<>'x') And Classe In (2) And Classe In (2) ORDER BY Numero DESC"}));
     EXPECT_EQ(ui::IstruzioniATratti(*a.db, "Select * from Voci", {kClasse}, {"Numero"}, true, 10).front(),
               "Select * from Voci where Classe In (2) ORDER BY Numero");
     EXPECT_TRUE(ui::IstruzioniATratti(*a.db, "Select * from Voci", {kClasse, kClasse}, {}, false, 2).empty());
