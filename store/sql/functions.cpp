@@ -627,6 +627,21 @@ void dayBound(sqlite3_context* ctx, sqlite3_value* v, bool dayAfter) {
 void sqlDayFrom(sqlite3_context* ctx, int, sqlite3_value** argv) { dayBound(ctx, argv[0], false); }
 void sqlDayAfter(sqlite3_context* ctx, int, sqlite3_value** argv) { dayBound(ctx, argv[0], true); }
 
+// A stored day "YYYY-MM-DD" as & writes it, "DD/MM/YYYY", straight from its digits: the registers'
+// descriptions join a date on every row. False for anything else (a time, the zero date).
+bool appendStoredDay(std::string& out, std::string_view s) {
+    if (s.size() != 10 || s[4] != '-' || s[7] != '-' || s == "1899-12-30") return false;
+    int n[10];
+    for (std::size_t i = 0; i < 10; ++i) {
+        n[i] = s[i] - '0';
+        if ((n[i] < 0 || n[i] > 9) && i != 4 && i != 7) return false;
+    }
+    const int year = n[0] * 1000 + n[1] * 100 + n[2] * 10 + n[3];
+    if (!ValidDate(year, n[5] * 10 + n[6], n[8] * 10 + n[9])) return false;
+    out.append(s.substr(8, 2)).append(1, '/').append(s.substr(5, 2)).append(1, '/').append(s.substr(0, 4));
+    return true;
+}
+
 // jet_cat(kinds, a, b, ...): '&' — Null counts as "", all Null gives Null
 void sqlCat(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     guarded(ctx, [&] {
@@ -639,6 +654,8 @@ void sqlCat(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
             char k = static_cast<std::size_t>(i - 1) < kinds.size() ? kinds[static_cast<std::size_t>(i - 1)] : 'v';
             if (k == 't' && sqlite3_value_type(argv[i]) == SQLITE_TEXT) {
                 out.append(textArg(argv[i]));
+            } else if (k == 'd' && sqlite3_value_type(argv[i]) == SQLITE_TEXT && appendStoredDay(out, textArg(argv[i]))) {
+                continue;
             } else {
                 out += ConcatText(decode(argv[i], k));
             }
