@@ -129,7 +129,11 @@ std::vector<Tabella> archivio() {
          {id(), legame("Documento"), legame("Spesa"), legame("Scadenza"), legame("Cliente"), legame("Fornitore"),
           testo("DescPagamento", kDescrizione), data("DataPagamento"), numero("ImportoPagamento"),
           testo("NumeroAssegno", 30), testo("TipoPagamento", 50), testo("CC", 50)},
-         {"DataPagamento"}},
+         {"DataPagamento"},
+         // A statement reads each document's (or expense's) payments in date order, within the
+         // period: a range of one of these, without sorting.
+         {{"DocumentoDataPagamento", {"Documento", "DataPagamento"}},
+          {"SpesaDataPagamento", {"Spesa", "DataPagamento"}}}},
         {"PrimaNota",
          {id(), data("Data"), testo("Descrizione", 255), numero("Importo"), lungo("Tipo"), lungo("Destinazione"),
           legame("Pagamento"), testo("TipoPagamento", 50), lungo("Numero"), testo("CC", 50)},

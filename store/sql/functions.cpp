@@ -607,6 +607,41 @@ void sqlTime(sqlite3_context* ctx, int, sqlite3_value**) {
     });
 }
 
+// jet_dayfrom(d), jet_dayafter(d): for a date in storage form, the first midnight at or after it and
+// the midnight that ends its day, in storage form; Null for Null. With them a range on a Date column
+// answers DateValue(column) compared with d. Past the last day "9999-12-32", after every stored date.
+void dayBound(sqlite3_context* ctx, sqlite3_value* v, bool dayAfter) {
+    guarded(ctx, [&] {
+        const Value d = decode(v, 'd');
+        if (d.isNull()) {
+            sqlite3_result_null(ctx);
+            return;
+        }
+        const double serial = d.kind() == Value::Kind::Date ? d.number() : CDate(d);
+        const double day = DateValue(Value::Date(serial));
+        const double bound = dayAfter || day != serial ? day + 1 : day;
+        const std::string iso = dateInRange(bound) ? DateToIso(bound) : "9999-12-32";
+        sqlite3_result_text(ctx, iso.data(), static_cast<int>(iso.size()), SQLITE_TRANSIENT);
+    });
+}
+void sqlDayFrom(sqlite3_context* ctx, int, sqlite3_value** argv) { dayBound(ctx, argv[0], false); }
+void sqlDayAfter(sqlite3_context* ctx, int, sqlite3_value** argv) { dayBound(ctx, argv[0], true); }
+
+// A stored day "YYYY-MM-DD" as & writes it, "DD/MM/YYYY", straight from its digits: the registers'
+// descriptions join a date on every row. False for anything else (a time, the zero date).
+bool appendStoredDay(std::string& out, std::string_view s) {
+    if (s.size() != 10 || s[4] != '-' || s[7] != '-' || s == "1899-12-30") return false;
+    int n[10];
+    for (std::size_t i = 0; i < 10; ++i) {
+        n[i] = s[i] - '0';
+        if ((n[i] < 0 || n[i] > 9) && i != 4 && i != 7) return false;
+    }
+    const int year = n[0] * 1000 + n[1] * 100 + n[2] * 10 + n[3];
+    if (!ValidDate(year, n[5] * 10 + n[6], n[8] * 10 + n[9])) return false;
+    out.append(s.substr(8, 2)).append(1, '/').append(s.substr(5, 2)).append(1, '/').append(s.substr(0, 4));
+    return true;
+}
+
 // jet_cat(kinds, a, b, ...): '&' — Null counts as "", all Null gives Null
 void sqlCat(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     guarded(ctx, [&] {
@@ -619,6 +654,8 @@ void sqlCat(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
             char k = static_cast<std::size_t>(i - 1) < kinds.size() ? kinds[static_cast<std::size_t>(i - 1)] : 'v';
             if (k == 't' && sqlite3_value_type(argv[i]) == SQLITE_TEXT) {
                 out.append(textArg(argv[i]));
+            } else if (k == 'd' && sqlite3_value_type(argv[i]) == SQLITE_TEXT && appendStoredDay(out, textArg(argv[i]))) {
+                continue;
             } else {
                 out += ConcatText(decode(argv[i], k));
             }
@@ -802,6 +839,8 @@ void registerFunctions(sqlite3* db) {
     sqlite3_create_function_v2(db, "jet_div", 2, det, nullptr, sqlDiv, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_arith", 4, det, nullptr, sqlArith, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_store", 4, det, nullptr, sqlStore, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "jet_dayfrom", 1, det, nullptr, sqlDayFrom, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "jet_dayafter", 1, det, nullptr, sqlDayAfter, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_now", 0, SQLITE_UTF8, nullptr, sqlNow, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_date", 0, SQLITE_UTF8, nullptr, sqlToday, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_time", 0, SQLITE_UTF8, nullptr, sqlTime, nullptr, nullptr, nullptr);

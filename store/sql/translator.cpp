@@ -124,6 +124,10 @@ struct SqlExpr {
     int size = 0;
     const Source* src = nullptr;  // plain column
     const SourceColumn* col = nullptr;
+    // DateValue of a stored Date column: that column's text; compared with a constant date it
+    // becomes a range on the column (see dayRange).
+    std::string dayOf;
+    bool constantDate = false;  // DateValue of a literal
 };
 
 // The value form: what a select list shows, what functions and operators receive.
@@ -351,6 +355,10 @@ private:
             r.type = SqlType::Null;
             return r;
         }
+        if (auto range = dayRange(op, a, b)) {
+            r.sql = *range;
+            return r;
+        }
         std::string x = val(a), y = val(b);
         bool collate = false;
         if (isText(a.type) && isText(b.type)) collate = true;
@@ -361,6 +369,42 @@ private:
         else if ((isText(a.type) && b.type == SqlType::Var) || (a.type == SqlType::Var && isText(b.type))) collate = true;
         r.sql = "(" + x + " " + o + " " + y + (collate ? " COLLATE JET)" : ")");
         return r;
+    }
+
+    // DateValue(column) compared with a constant date, as a range on the column itself, which an
+    // index on it serves. A stored date is ISO text ("YYYY-MM-DD", with " HH:MM:SS" when it has a
+    // time), so its text order is its time order and DateValue(column) >= D holds exactly when
+    // column >= D's first midnight at or after it, DateValue(column) <= D when column < the midnight
+    // after D's day. A Null column or constant leaves the comparison unknown, as before. The
+    // constant is converted as the plain comparison converts it; jet_dayfrom and jet_dayafter give
+    // the two midnights.
+    std::optional<std::string> dayRange(Operator op, const SqlExpr& a, const SqlExpr& b) {
+        const bool columnLeft = !a.dayOf.empty() && isConstantDate(b);
+        if (!columnLeft && !(isConstantDate(a) && !b.dayOf.empty())) return std::nullopt;
+        const SqlExpr& column = columnLeft ? a : b;
+        const SqlExpr& constant = columnLeft ? b : a;
+        if (!columnLeft) {  // D < DateValue(c) is DateValue(c) > D
+            if (op == Operator::Lt) op = Operator::Gt;
+            else if (op == Operator::Gt) op = Operator::Lt;
+            else if (op == Operator::Le) op = Operator::Ge;
+            else if (op == Operator::Ge) op = Operator::Le;
+        }
+        const std::string d = constant.type == SqlType::Date ? val(constant) : asDate(constant);
+        const std::string& c = column.dayOf;
+        const std::string from = c + " >= jet_dayfrom(" + d + ")", before = c + " < jet_dayfrom(" + d + ")";
+        const std::string after = c + " >= jet_dayafter(" + d + ")", upTo = c + " < jet_dayafter(" + d + ")";
+        switch (op) {
+            case Operator::Ge: return "(" + from + ")";
+            case Operator::Gt: return "(" + after + ")";
+            case Operator::Le: return "(" + upTo + ")";
+            case Operator::Lt: return "(" + before + ")";
+            case Operator::Eq: return "(" + from + " AND " + upTo + ")";
+            default: return "(" + before + " OR " + after + ")";
+        }
+    }
+
+    static bool isConstantDate(const SqlExpr& r) {
+        return r.constantDate || (r.literal && r.type != SqlType::Null);
     }
 
     // ---- expressions
@@ -500,6 +544,8 @@ private:
             r.literal = false;
             r.src = nullptr;
             r.col = nullptr;
+            r.dayOf.clear();
+            r.constantDate = false;
             return r;
         }
         if (a.type == SqlType::Null) return a;
@@ -805,6 +851,7 @@ private:
             kinds.push_back(valueKind(a));
             args += "," + val(a);
             if (!firstType) firstType = a.type;
+            if (name == "datevalue") markDay(r, a);
         }
         r.type = resultType(fi->result, firstType);
         if (fi->result == 't') r.size = 255;
@@ -814,6 +861,13 @@ private:
         }
         r.sql = "jet_fn('" + name + "','" + kinds + "'" + args + ")";
         return r;
+    }
+
+    // DateValue's argument: a Date column of a table, or of a query showing a table's column
+    // unchanged, holds what the engine stored; a literal is a constant.
+    static void markDay(SqlExpr& r, const SqlExpr& argument) {
+        if (argument.col && argument.type == SqlType::Date && !argument.col->baseColumn.empty()) r.dayOf = argument.sql;
+        r.constantDate = argument.literal && argument.type != SqlType::Null;
     }
 
     // The result letter of a function: d date, i Integer, l Long, f Double, t text, b Boolean,

@@ -49,3 +49,40 @@ TEST(PianiRegistro, PrimaNotaDiUnaDestinazioneDallIndice) {
 }
 
 }  // namespace
+
+// The books filter by day with DateValue on the date column: each statement must reach its rows by a
+// range of an index on that column, and a document's payments come in date order from theirs.
+TEST(PianiRegistro, LibriPerPeriodoDallIndice) {
+    auto db = store::Workspace::Default().OpenMemory();
+    store::model::CreaArchivio(*db);
+    const std::string marzo = "DateValue(#)>=DateValue('01/03/2024') And DateValue(#)<=DateValue('31/03/2024')";
+    auto periodo = [&](const std::string& campo) {
+        std::string s = marzo;
+        for (auto at = s.find('#'); at != std::string::npos; at = s.find('#')) s.replace(at, 1, campo);
+        return s;
+    };
+    const std::pair<std::string, const char*> casi[] = {
+        {"Select Sum(Movimenti.Importo) as T FROM Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID "
+         "Where Documenti.Tipo = 5 And " + periodo("Documenti.Data"),
+         "Documenti:TipoData (Tipo=? AND Data>? AND Data<?)"},
+        {"SELECT Sum(Round([Importo],2)) AS T FROM MovimentiSpese LEFT JOIN Spese ON MovimentiSpese.Spesa = Spese.ID "
+         "WHERE " + periodo("Spese.Data"),
+         "Spese:Data (Data>? AND Data<?)"},
+        {"Select round(Sum(ImportoPagamento),2) as Incassato from qrIncassi Where " + periodo("DataPagamento"),
+         "Pagamenti:DataPagamento (DataPagamento>? AND DataPagamento<?)"},
+        {"Select * from qrDocumentiDesc where EscludiEstrattoConto=0 And (Tipo=5 Or Tipo=6) and Cliente=1 and " +
+             periodo("Data") + " Order By Data",
+         "Documenti:TipoClienteData (Tipo=? AND Cliente=? AND Data>? AND Data<?)"},
+        {"Select * from qrIncassi where Documento=5 and " + periodo("DataPagamento") + " Order by DataPagamento",
+         "Pagamenti:DocumentoDataPagamento (Documento=? AND DataPagamento>? AND DataPagamento<?)"},
+        {"Select * from qrPagamenti where Spesa=5 and " + periodo("DataPagamento") + " Order by DataPagamento",
+         "Pagamenti:SpesaDataPagamento (Spesa=? AND DataPagamento>? AND DataPagamento<?)"},
+    };
+    for (const auto& [istruzione, indice] : casi) {
+        const std::string p = piano(*db, istruzione);
+        EXPECT_NE(p.find(indice), std::string::npos) << istruzione << "\n" << p;
+        EXPECT_EQ(p.find("SCAN"), std::string::npos) << istruzione << "\n" << p;
+    }
+    // Only the documents of two kinds are merged and sorted; a document's payments never are.
+    EXPECT_EQ(piano(*db, casi[4].first).find("TEMP B-TREE"), std::string::npos);
+}
