@@ -135,4 +135,11 @@ std::vector<std::string> IstruzioniATratti(store::Database& db, const std::strin
     return out;
 }
 
+bool RigheAlmeno(store::Database& db, const std::string& sql, std::size_t quante) {
+    auto rs = db.OpenRecordset(sql);
+    std::size_t lette = 0;
+    for (; lette < quante && !rs->Eof(); rs->MoveNext()) ++lette;
+    return lette >= quante;
+}
+
 }  // namespace ui

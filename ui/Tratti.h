@@ -39,4 +39,7 @@ std::vector<std::string> IstruzioniATratti(store::Database& db, const std::strin
                                            const std::vector<GruppoCollegato>& livelli,
                                            const std::vector<std::string>& ordine, bool inverso, std::size_t massimo);
 
+// Whether the statement gives at least `quante` rows (read up to there, no further).
+bool RigheAlmeno(store::Database& db, const std::string& sql, std::size_t quante);
+
 }  // namespace ui

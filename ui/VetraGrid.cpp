@@ -481,7 +481,7 @@ std::string VetraGrid::ordinata(bool inverso) const {
 // The pieces of the list when every grouping level is a description of a lookup table (none
 // otherwise).
 std::vector<std::string> VetraGrid::istruzioniATratti(store::Database& db, bool inverso) const {
-    constexpr std::size_t kMassimoTratti = 20000;
+    constexpr std::size_t kMassimoTratti = 10000;
     std::vector<GruppoCollegato> livelli;
     for (const auto& g : gruppi_) {
         auto c = std::find_if(collegati_.begin(), collegati_.end(),
@@ -489,8 +489,14 @@ std::vector<std::string> VetraGrid::istruzioniATratti(store::Database& db, bool 
         if (c == collegati_.end()) return {};
         livelli.push_back(*c);
     }
-    return IstruzioniATratti(db, core::Trim(senzaOrdine(sorgente_)), livelli, ordineCampi(inverso), inverso,
-                             kMassimoTratti);
+    const std::string base = core::Trim(senzaOrdine(sorgente_));
+    std::vector<std::string> tratti = IstruzioniATratti(db, base, livelli, ordineCampi(inverso), inverso, kMassimoTratti);
+    // A short list, or one with few rows for each piece (quotes among thousands of customers), is
+    // sorted at once by SQLite; reading pieces pays only when they hold rows. The count reads one
+    // link of the first rows, stopping at the number asked.
+    const std::size_t soglia = std::max<std::size_t>(2 * VetraGridModel::RighePerBlocco, 2 * tratti.size());
+    if (!tratti.empty() && !RigheAlmeno(db, "Select " + livelli[0].legame + " from (" + base + ")", soglia)) return {};
+    return tratti;
 }
 
 // The list read from its end stays so while its statement is the same.

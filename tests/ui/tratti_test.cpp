@@ -95,9 +95,12 @@ TEST_F(Tratti, LaGrigliaATrattiMostraLeRigheDellIstruzioneUnica) {
     EXPECT_EQ(righe(aTratti), attese);
 
     // The current row's recordset is the piece it came from.
-    ASSERT_TRUE(aTratti.vaiAId(448));
-    EXPECT_EQ(store::CLng(aTratti.Recordset()->get("ID")), 448);
-    EXPECT_EQ(store::ConcatText(aTratti.Recordset()->get("DescClasse")), "Viaggi");
+    const auto pezzo = [](ui::VetraGrid& g, long id) {
+        EXPECT_TRUE(g.vaiAId(id));
+        EXPECT_EQ(store::CLng(g.Recordset()->get("ID")), id);
+        return g.Recordset();
+    };
+    EXPECT_NE(pezzo(aTratti, 448), pezzo(aTratti, 7));  // Viaggi, and a row linking to no class
 
     // Read from its end, the list is the same.
     ui::VetraGrid dallaFine;
@@ -107,6 +110,11 @@ TEST_F(Tratti, LaGrigliaATrattiMostraLeRigheDellIstruzioneUnica) {
     EXPECT_TRUE(dallaFine.modello()->inverso());
     EXPECT_EQ(store::CLng(dallaFine.Recordset()->get("ID")), std::stol(attese.back()));
     EXPECT_EQ(righe(dallaFine), attese);
+
+    // A short list is read by the single statement: one recordset for every row.
+    a.db->Execute("DELETE FROM Voci WHERE ID>100");
+    aTratti.Aggiorna();
+    EXPECT_EQ(pezzo(aTratti, 96), pezzo(aTratti, 7));
 }
 
 TEST_F(Tratti, EliminaAllaFineDiUnTrattoELetturaContinua) {
