@@ -56,6 +56,7 @@ class Righe {
 public:
     Righe(store::Database& db, long tipo)
         : rs_(db.OpenRecordset("Select * from Estratto where Tipo=" + Id(tipo))), tipo_(tipo) {
+        rs_->SetAppendOnly(true);
         auto m = db.OpenRecordset("Select Max(ID) as M from Estratto");
         prossimo_ = static_cast<long>(core::NumeroOZero(m->get("M"))) + 1;
         if (prossimo_ < 1) prossimo_ = 1;

@@ -107,6 +107,9 @@ public:
     // and runs it again from where it stopped when more rows are wanted. Rows it already read stay
     // as they were read; the rows after them are read as they are by then.
     void SetResumable(bool resumable);
+    // Rows added are kept as they were set, not read back from the table: for a recordset that is
+    // only written through, where the read back would cost as much as the insert.
+    void SetAppendOnly(bool appendOnly);
 
     int FieldCount() const;
     Field& Fields(int index) {  // error 3265 out of range, 3420 once closed

@@ -99,6 +99,7 @@ struct Recordset::Impl {
     bool fetchedAll = false;
     bool closed = false;
     bool resumable = false;   // let go of the statement before a write rather than read to the end
+    bool appendOnly = false;  // added rows are not read back
     bool suspended = false;   // the statement was let go of after `stepped` rows
     std::size_t stepped = 0;  // rows the statement gave so far
     std::optional<bool> keyed;  // one row per rowid: rows can be read again by rowid (known when needed)
@@ -484,7 +485,7 @@ struct Recordset::Impl {
     // The row as the statement now shows it (defaults, values of joined tables), or, when the
     // statement no longer selects it, what was written over what was there.
     void storeRow(std::size_t index, std::int64_t rowid, const std::vector<Value>* before) {
-        std::vector<Cell> cells = refetch(rowid);
+        std::vector<Cell> cells = appendOnly && !before ? std::vector<Cell>{} : refetch(rowid);
         std::vector<Value> values(cols.size());
         for (std::size_t i = 0; i < cols.size(); ++i) {
             if (!cells.empty()) values[i] = detail::readCell(cols[i].result->type, std::move(cells[i]));
@@ -798,6 +799,11 @@ Recordset::EditMode Recordset::editMode() const {
 void Recordset::SetResumable(bool resumable) {
     impl_->checkOpen();
     impl_->resumable = resumable;
+}
+
+void Recordset::SetAppendOnly(bool appendOnly) {
+    impl_->checkOpen();
+    impl_->appendOnly = appendOnly;
 }
 
 bool Recordset::updatable() const {
