@@ -18,12 +18,7 @@ using namespace prova;
 
 namespace {
 
-long Conta(store::Database& db, const std::string& sql) {
-    auto rs = db.OpenRecordset(sql);
-    long n = 0;
-    for (; !rs->Eof(); rs->MoveNext()) ++n;
-    return n;
-}
+long Conta(store::Database& db, const std::string& sql) { return contaRighe(db, sql); }
 
 // Scripts the editors the configuration opens: a company, then its first period.
 void ScriviAziendaEEsercizio(prova::ScriptedDialogs& script, const std::string& azienda, const std::string& esercizio,
