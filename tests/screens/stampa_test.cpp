@@ -183,11 +183,8 @@ TEST_F(Stampa, DuplicaConNomiBuoniECattivi) {
         EXPECT_EQ(scelto, c.file);
         std::ifstream copia(cartella + "/" + c.file);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(copia), {}), kReport);
-        auto rs = core::session().dbAziende->OpenRecordset("Select * from FormReport where Report='" + c.file + "'");
-        ASSERT_FALSE(rs->Eof());
-        EXPECT_EQ(store::CLng(rs->get("Azienda")), 1);
-        EXPECT_EQ(store::ConcatText(rs->get("Sezione")), "Elenchi");
-        EXPECT_FALSE(store::CBool(rs->get("Predefinito")));
+        EXPECT_EQ(contaRighe(*core::session().dbAziende, "Select * from FormReport where Azienda=1 and "
+                             "Sezione='Elenchi' and Predefinito=False and Report='" + c.file + "'"), 1);
     }
 }
 
