@@ -1,5 +1,5 @@
 // Customers and services as the user meets them: the editors' checks and rows written, the
-// delete guards, the search with apostrophes, the call link and the tabs of a customer.
+// delete guards, the services' search and print, and the call link.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QPlainTextEdit>
@@ -111,26 +111,6 @@ TEST_F(Anagrafiche, ClienteEliminaGuardiaEDomanda) {
     }
 }
 
-// The search on each offered field, the text's apostrophes doubled.
-TEST_F(Anagrafiche, ClienteRicerca) {
-    db->Execute("INSERT INTO Clienti (ID, DescCliente, Citta, Telefono) VALUES (1, 'Bar dell''Angolo', 'L''Aquila', '0862 1')");
-    db->Execute("INSERT INTO Clienti (ID, DescCliente, Citta, Telefono) VALUES (2, 'Rossi', 'Roma', '06 2')");
-    struct Caso {
-        int campo;
-        const char* testo;
-        int righe;
-    };
-    const Caso casi[] = {{0, "dell'", 1}, {2, "L'Aq", 1}, {5, "06", 1}};
-    frmClienti r;
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.testo);
-        trova<QComboBox>(&r, "cbCerca")->setCurrentIndex(c.campo);
-        scrivi(&r, "txtCerca", c.testo);
-        clicca(&r, "btnCerca");
-        EXPECT_EQ(r.griglia()->righeMostrate(), c.righe);
-    }
-}
-
 // The call menu hands "sip:" and the number to the desktop, blank number or not.
 TEST_F(Anagrafiche, ClienteChiamataVoip) {
     db->Execute("INSERT INTO Clienti (ID, DescCliente, Telefono, Cellulare) VALUES (1, 'A', '+39 06 123', '333 4')");
@@ -144,26 +124,6 @@ TEST_F(Anagrafiche, ClienteChiamataVoip) {
     r.Chiama("Telefono");
     frmClienti::apriLink = nullptr;
     EXPECT_EQ(aperti, (std::vector<std::string>{"sip:+39 06 123", "sip:333 4", "sip:"}));
-}
-
-// Each tab on its source: the customer's rows, or the empty source with no row or no right.
-TEST_F(Anagrafiche, ClienteSchedeSorgenti) {
-    db->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (1, 'Rossi')");
-    db->Execute("INSERT INTO Scadenze (ID, Cliente, ImportoScadenza) VALUES (1, 1, 100)");
-    core::session().Privilegi = std::string(14, '1');
-    frmClienti r;
-    r.show();
-    r.sTab->setCurrentIndex(2);
-    EXPECT_EQ(r.GridScadenze->griglia()->sorgente(),
-              "Select * from qrScadenzePagamenti where Cliente=1 and DaPagare>0");
-    core::session().Privilegi[core::ScadenzeVedere - 1] = '0';
-    r.Aggiorna();
-    EXPECT_EQ(r.GridScadenze->griglia()->sorgente(), "Select * from qrScadenzePagamenti where ID=-1");
-    core::session().Privilegi = std::string(14, '1');
-    r.sTab->setCurrentIndex(5);
-    r.cbMese->setCurrentIndex(4);
-    EXPECT_EQ(r.GridAssistenze->griglia()->sorgente(),
-              "SELECT * from qrAssistenze WHERE Cliente=1 and Month(DateValue(Data))=4");
 }
 
 // The service's editor: description and VAT code required; the price as typed; the print flag.

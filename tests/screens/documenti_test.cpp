@@ -40,16 +40,13 @@ protected:
         apriEsercizioDiProva(p);
         db = core::ArchivioAperto();
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
-        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
         db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (2,'Bonifico 30 gg',1)");
         db->Execute("Insert Into Clienti (ID,DescCliente,CondizioniPagamento,Sconto1,Sconto2) "
                     "VALUES (1,'Rossi Impianti Srl',2,5,3)");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
-        db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Verdi')");
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
         db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
                     "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
-        db->Execute("Insert Into Servizi (ID,DescServizio,CostoUnitario) VALUES (2,'Sopralluogo',30)");
     }
 
     double campoDocumento(long id, const char* campo) {

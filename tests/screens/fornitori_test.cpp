@@ -1,5 +1,5 @@
 // Suppliers as the user meets them: the editor's one check and the texts it keeps, the delete guard
-// that leaves expenses out, the payments and instalments on the tabs, the search and the call link.
+// that leaves expenses out, and the payments deleted from their tab.
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
@@ -103,30 +103,6 @@ TEST_F(Acquisti, FornitoriComandi) {
     }
     // The expense of a deleted supplier shows no name.
     EXPECT_TRUE(campo("Select DescFornitore from qrSpese where ID=1", "DescFornitore").isNull());
-}
-
-// The tabs read the current supplier's rows, the payments within the period typed, and nothing
-// without the right to see them.
-TEST_F(Acquisti, FornitoriSchede) {
-    db->Execute("Insert Into Pagamenti (ID,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
-                "VALUES (1,1,'Acconto',#02/10/2026#,50)");
-    db->Execute("Insert Into Pagamenti (ID,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
-                "VALUES (2,1,'Saldo',#05/10/2026#,70)");
-    frmFornitori r;
-    r.show();
-    ASSERT_TRUE(r.griglia()->vaiAId(1));
-    r.sTab->setCurrentIndex(2);
-    EXPECT_EQ(r.GridPagamenti->griglia()->righeMostrate(), 2);
-    r.pkDal->setTesto("01/03/2026");
-    r.pkAl->setTesto("31/05/2026");
-    EXPECT_EQ(r.GridPagamenti->griglia()->sorgente(),
-              "Select * from qrPagamentiIncassi where Fornitore=1 And DateValue(DataPagamento)>=DateValue('01/03/2026') "
-              "And DateValue(DataPagamento)<=DateValue('31/05/2026')");
-    EXPECT_EQ(r.GridPagamenti->griglia()->righeMostrate(), 1);
-
-    core::session().Privilegi[core::ScadenzeVedere - 1] = '0';
-    r.sTab->setCurrentIndex(1);
-    EXPECT_EQ(r.GridScadenze->griglia()->sorgente(), "Select * from qrScadenzePagamenti where ID=-1");
 }
 
 }  // namespace

@@ -33,20 +33,14 @@ protected:
         store::fissaOrologio(store::DateSerial(2026, 6, 15));   // a new payment is dated today
         apriEsercizioDiProva(p);
         db = core::ArchivioAperto();
-        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
-        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate,Rata1) VALUES (2,'Bonifico 30 gg',1,30)");
-        db->Execute("Insert Into Clienti (ID,DescCliente,CondizioniPagamento,Sconto1,Sconto2) "
-                    "VALUES (1,'Rossi Impianti Srl',2,5,3)");
+        db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
-        db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Verdi')");
-        db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
-                    "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
     }
 
     void TearDown() override { store::fissaOrologio(std::nullopt); }
 
     // Fattura 1 of 100.00 to customer 1 with instalments 1 (60.00) and 2 (40.00); fattura 2 of 100.00
-    // with none; expense 1 of 80.00 from supplier 1.
+    // with none.
     void archivioConRate() {
         db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,ImportoTotale,Pagato) "
                     "VALUES (1,5,1,'','',#03/10/2026#,1,100,False)");
@@ -56,7 +50,6 @@ protected:
                     "Pagata) VALUES (1,1,1,'Rata 1',#04/10/2026#,60,1,2,False)");
         db->Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,"
                     "Pagata) VALUES (2,1,1,'Rata 2',#05/10/2026#,40,2,2,False)");
-        db->Execute("Insert Into Spese (ID,Fornitore,Numero,Data,ImportoSpesa,Pagata) VALUES (1,1,'7',#03/15/2026#,80,False)");
     }
 
     long conta(const std::string& sql) { return contaRighe(*db, sql); }
