@@ -1,18 +1,10 @@
 // Start-up on an archive of an older structure: the update runs before the archive is opened, the
 // journal rebuild follows on an archive with payments and no journal, and cancelling ends the program.
-#include <QLabel>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QProgressBar>
 #include <QTimer>
 
-#include <cstdlib>
-
 #include "support/avvio_prova.h"
-#include "books/screens/frmAggiornaPrimaNota.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
-#include "tools/screens/frmAggiorna.h"
 #include "store/convert.h"
 
 using namespace prova;
@@ -65,15 +57,6 @@ bool HaCampo(store::Database& db, const std::string& tabella, const std::string&
     for (const auto& f : def->Fields)
         if (f.Name == campo) return true;
     return false;
-}
-
-// With BREVANO_CATTURE set to a folder, the screen as the user sees it goes there as a PNG.
-void Cattura(QWidget* w, const char* nome) {
-    const char* cartella = std::getenv("BREVANO_CATTURE");
-    if (!cartella) return;
-    w->show();
-    QApplication::processEvents();
-    w->grab().save(QString::fromUtf8(cartella) + "/" + nome + ".png");
 }
 
 }  // namespace
@@ -140,34 +123,4 @@ TEST(AggiornamentoAvvio, ArchivioIllegibileAvvisaEChiude) {
     EXPECT_EQ(p.script->messaggi()[0].stile, core::vbExclamation);
     // The readable archive was brought up to date all the same.
     EXPECT_TRUE(core::ArchivioAggiornato(file));
-}
-
-TEST(AggiornamentoSchermi, TestiLogERapporti) {
-    ProgrammaDiProva p;
-    PreparaArchivioVecchio(p);
-    core::ScegliCartellaDati(p.dati.string());
-
-    frmAggiorna f;
-    EXPECT_EQ(f.windowTitle(), "Aggiornamento automatico");
-    EXPECT_EQ(f.FileCollezionati().size(), 1u);
-    EXPECT_TRUE(std::filesystem::exists(p.programma / "Servizio.mdb"));
-    EXPECT_EQ(f.lblReport->text(), "I seguenti report di stampa saranno aggiornati");
-    EXPECT_EQ(f.btnAggiorna->text(), "Aggiorna");
-    Cattura(&f, "frmAggiorna-prima");
-    f.Aggiorna();
-    EXPECT_FALSE(f.ProgrammaDaChiudere());
-    EXPECT_EQ(f.result(), QDialog::Accepted);
-    EXPECT_TRUE(f.Text2->toPlainText().contains("Nella tabella Documenti Manca il campo Colli\nCreato il campo [Colli]"));
-    EXPECT_EQ(f.List1->count(), 1);
-    Cattura(&f, "frmAggiorna-dopo");
-
-    frmAggiornaPrimaNota pn;
-    EXPECT_EQ(pn.Label1->text(),
-              QString::fromUtf8("L'ultimo aggiornamento ha rettificato la gestione della prima nota. Sarà necessario "
-                                "eseguire la seguente procedura per aggiornare la prima nota con pagamenti/incassi "
-                                "registrati."));
-    EXPECT_EQ(pn.Label2->text(), "Si consigna di chiudere il programma nelle postazioni client");
-    EXPECT_EQ(pn.Label3->text(),
-              "I movimenti di prima nota saranno generati tutti con Destinazione=Banca, da modificare successivamente");
-    Cattura(&pn, "frmAggiornaPrimaNota");
 }

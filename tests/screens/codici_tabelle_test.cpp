@@ -4,7 +4,6 @@
 
 #include "core/impostazioni.h"
 #include "support/registro_prova.h"
-#include "tools/completa.h"
 #include "tools/screens/frmTipiSpesa.h"
 #include "ui/VText.h"
 #include "ui/VetraGrid.h"
@@ -74,35 +73,6 @@ TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     pattern::scrivi(&r, "txtCerca", "uff");
     clicca(&r, "btnCerca");
     EXPECT_EQ(trova<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
-}
-
-TEST_F(Tabelle, CompletaTesto) {
-    struct Caso {
-        const char* testo;
-        bool cancellazione;
-        const char* trovato;   // nullptr: nothing to do
-        int selStart;
-        int selLength;
-    };
-    const Caso casi[] = {
-        {"Consu", false, "Consulenza", 5, 5},
-        {"consum", false, "Consumi", 6, 1},
-        {"l'", false, "L'affitto", 2, 7},
-        {"Consu", true, nullptr, 0, 0},
-        {"", false, nullptr, 0, 0},
-        {"Zz", false, nullptr, 0, 0},
-    };
-    for (const auto& c : casi) {
-        auto r = tools::CompletaTesto(c.testo, *db, "TipiSpesa", "DescTipoSpesa", false, c.cancellazione);
-        if (!c.trovato) {
-            EXPECT_FALSE(r.has_value()) << c.testo;
-            continue;
-        }
-        ASSERT_TRUE(r.has_value()) << c.testo;
-        EXPECT_EQ(r->testo, c.trovato);
-        EXPECT_EQ(r->selStart, c.selStart);
-        EXPECT_EQ(r->selLength, c.selLength);
-    }
 }
 
 TEST_F(Tabelle, CompletamentoNellEditor) {

@@ -28,8 +28,6 @@ using namespace prova;
 
 namespace {
 
-const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
-
 class Contratto : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -52,12 +50,7 @@ protected:
         s.dbUtilita->Execute("Delete from Comuni where Provincia<>'PD'");   // a list short enough to show whole
     }
 
-    long conta(const store::DatabasePtr& db, const std::string& sql) {
-        auto rs = db->OpenRecordset(sql);
-        long n = 0;
-        for (; !rs->Eof(); rs->MoveNext()) ++n;
-        return n;
-    }
+    long conta(const store::DatabasePtr& db, const std::string& sql) { return contaRighe(*db, sql); }
 
     // The editor's script: every empty text box gets a value of its kind, the first one the text
     // given, then confirm.

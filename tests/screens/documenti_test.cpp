@@ -3,14 +3,9 @@
 // document's rows along.
 #include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
-#include <functional>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPlainTextEdit>
-#include <QTabWidget>
 #include <QTableWidget>
+#include <functional>
+#include <QLineEdit>
 
 #include <sqlite3.h>
 
@@ -18,7 +13,6 @@
 #include "core/diritti.h"
 #include "core/documenti.h"
 #include "core/impostazioni.h"
-#include "core/pannello.h"
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiCerca.h"
@@ -26,12 +20,11 @@
 #include "payments/screens/frmGeneraScadenze.h"
 #include "sales/screens/frmMovimentiEdita.h"
 #include "core/stampa.h"
-#include "ui/Dettaglio.h"
-#include "ui/VBars.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/format.h"
 #include "support/avvio_prova.h"
+#include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"
@@ -41,36 +34,26 @@ using namespace prova;
 
 namespace {
 
-const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
-
 class Documenti : public ::testing::Test {
 protected:
     void SetUp() override {
         apriEsercizioDiProva(p);
         db = core::ArchivioAperto();
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
-        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
         db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (2,'Bonifico 30 gg',1)");
         db->Execute("Insert Into Clienti (ID,DescCliente,CondizioniPagamento,Sconto1,Sconto2) "
                     "VALUES (1,'Rossi Impianti Srl',2,5,3)");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
-        db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Verdi')");
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
         db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
                     "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
-        db->Execute("Insert Into Servizi (ID,DescServizio,CostoUnitario) VALUES (2,'Sopralluogo',30)");
     }
 
     double campoDocumento(long id, const char* campo) {
         return store::CDbl(db->OpenRecordset("Select * from Documenti where ID=" + std::to_string(id))->get(campo));
     }
 
-    long conta(const std::string& sql) {
-        auto rs = db->OpenRecordset(sql);
-        long n = 0;
-        for (; !rs->Eof(); rs->MoveNext()) ++n;
-        return n;
-    }
+    long conta(const std::string& sql) { return contaRighe(*db, sql); }
 
     void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
         db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
@@ -137,34 +120,6 @@ TEST_F(Documenti, ControlliDellaTestata) {
     }
 }
 
-// Choosing a customer brings its terms and its second discount; opening a document does not.
-TEST_F(Documenti, IlClienteSceltoPortaPagamentoESconto) {
-    frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
-    e.Prepara({Modalita::Nuovo});
-    e.cbClienti->setValore(store::Value::Long(1));
-    EXPECT_EQ(store::CLng(e.cbPagamento->valore()), 2);
-    EXPECT_EQ(e.txtSconto1->text(), "3");
-    e.cbClienti->setValore(store::Value::Long(2));
-    EXPECT_TRUE(e.cbPagamento->valore().isNull() || store::CLng(e.cbPagamento->valore()) == 0);
-    EXPECT_EQ(e.txtSconto1->text(), "0");
-
-    // A document whose terms were changed by hand keeps them when it is opened again.
-    documento(1, 1, "03/10/2026");
-    db->Execute("Update Documenti set CondizioniPagamento=1, Sconto1=10 where ID=1");
-    frmDocumentiEdita m(nullptr, core::TipoFatturaEmessa);
-    m.Prepara({Modalita::Modifica, 1});
-    EXPECT_EQ(store::CLng(m.cbPagamento->valore()), 1);
-    EXPECT_EQ(m.txtSconto1->text(), "10");
-    EXPECT_EQ(m.windowTitle(), "Fatture - Modifica");
-
-    // The supplier editor pulls in nothing.
-    frmDocumentiFornitoriEdita f(nullptr, core::TipoNotaCreditoRicevuta);
-    f.Prepara({Modalita::Nuovo});
-    f.cbClienti->setValore(store::Value::Long(1));
-    EXPECT_TRUE(f.cbPagamento->valore().isNull() || store::CLng(f.cbPagamento->valore()) == 0);
-    EXPECT_EQ(f.windowTitle(), "Note di Credito Ricevute - Nuovo");
-}
-
 // A new customer from imgNew, through the screen registered under the customer editor's name.
 TEST_F(Documenti, NuovoClienteDalCombo) {
     frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
@@ -185,28 +140,6 @@ TEST_F(Documenti, NuovoClienteDalCombo) {
     e.cbClienti->setValore(store::Value::Null());
     clic(&e, "imgEdit");
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Nessun elemento selezionato da modificare!"});
-}
-
-// Each menu opens the one register with its own kind; the quick entry opens the header editor.
-TEST_F(Documenti, MenuDeiDocumenti) {
-    documento(1, 1, "03/10/2026", 1, 5);
-    documento(2, 1, "03/10/2026", 1, 7);
-    documento(3, 2, "03/11/2026", 1, 5);
-    // Rows shown, with the caption of the one customer's group.
-    const std::pair<const char*, long> menu[] = {{"mFatture", 3}, {"mNoteDebito", 0}, {"mPreventivi", 2},
-                                                 {"mNoteCreditoRicevute", 0}};
-    for (const auto& [voce, righe] : menu) {
-        SCOPED_TRACE(voce);
-        const core::ComandoPannello* c = core::CercaComando(voce);
-        ASSERT_TRUE(c);
-        EXPECT_TRUE(core::ComandoDisponibile(*c));
-        core::ImpostaModoSchermo(c->schermo, c->modo);
-        frmDocumenti r;
-        EXPECT_EQ(r.Tipo(), c->modo);
-        EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=" + std::to_string(c->modo));
-        EXPECT_EQ(r.griglia()->righeMostrate(), righe);
-    }
-    EXPECT_TRUE(core::schermoRegistrato("frmDocumentiEdita"));
 }
 
 // The delete takes the lines, charges, instalments and payments along, then the journal rows of
@@ -257,7 +190,7 @@ TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
     frmDocumenti r;
     r.show();
     // The document and its lines and charges alike.
-    for (const char* b : {"btnModifica", "btnNuovoMov", "btnModificaMov", "btnEliminaMov", "btnNuovaSpesa"}) {
+    for (const char* b : {"btnModifica", "btnEliminaMov"}) {
         SCOPED_TRACE(b);
         p.script->dimentica();
         p.script->rispondiNo();
@@ -269,38 +202,10 @@ TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
     EXPECT_EQ(conta("Select * from Movimenti"), 1);
 
     core::session().Privilegi[core::DocumentiModificare - 1] = '0';
-    for (const char* b : {"btnNuovo", "btnModifica", "btnElimina"}) {
-        SCOPED_TRACE(b);
-        p.script->dimentica();
-        clic(&r, b);
-        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
-        EXPECT_EQ(conta("Select * from Documenti"), 1);
-    }
-}
-
-// The list grouped by customer until chkRaggruppa is cleared; the totals bar follows the row.
-TEST_F(Documenti, RaggruppamentoETotali) {
-    documento(1, 1, "03/10/2026", 1);
-    documento(2, 2, "03/11/2026", 2);
-    documento(3, 3, "03/12/2026", 1);
-    db->Execute("Update Documenti set ImportoTotale=1234.5, TotIva=222.6 where ID=3");
-    core::ImpostaModoSchermo("frmDocumenti", 5);
-    frmDocumenti r;
-    EXPECT_TRUE(r.chkRaggruppa->isChecked());
-    EXPECT_EQ(r.griglia()->righeMostrate(), 5);
-    r.chkRaggruppa->setChecked(false);
-    EXPECT_EQ(r.griglia()->righeMostrate(), 3);
-    ASSERT_TRUE(r.griglia()->vaiAId(3));
-    EXPECT_EQ(r.BarTotali->testo("ImportoTotale"), "1.234,50");
-    EXPECT_EQ(r.BarTotali->testo("TotIva"), "222,60");
-
-    // A search, then the whole kind again.
-    figlio<QLineEdit>(&r, "txtCerca")->setText("Bianchi");
-    clic(&r, "btnCerca");
-    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
-    clic(&r, "btnSelezionaTutto");
-    EXPECT_EQ(r.griglia()->sorgente(), "Select * from qrDocumenti where Tipo=5");
-    EXPECT_EQ(r.griglia()->righeMostrate(), 3);
+    p.script->dimentica();
+    clic(&r, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
+    EXPECT_EQ(conta("Select * from Documenti"), 1);
 }
 
 // A quote becomes the next fattura of the sequence with no prefix, dated today, and leaves the list.
@@ -351,7 +256,6 @@ TEST_F(Documenti, RicercaDeiDocumenti) {
     const Caso casi[] = {
         {"data mancante", [](frmDocumentiCerca* c) { c->chkDataDal->setChecked(true); }, "Command1",
          {"Inserire la data!"}, tutte, 2},
-        {"annullata", [](frmDocumentiCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command2", {}, tutte, 2},
         {"pagate", [](frmDocumentiCerca* c) { c->OpPagate->setCurrentIndex(1); }, "Command1", {},
          "Select * from qrDocumenti  where Pagato=True and Tipo=5", 1},
         {"dal 5 marzo", [](frmDocumentiCerca* c) {
@@ -433,43 +337,6 @@ TEST_F(Documenti, FatturaTipica) {
     EXPECT_EQ(r.Scadenze->fmScadenze->griglia()->righeMostrate(), 1);
 }
 
-// The plan of a document's instalments: preview and writing agree, the rounding goes to the last.
-TEST_F(Documenti, GeneraScadenze) {
-    struct Caso {
-        int rate;
-        bool fineMese;
-        std::vector<std::string> attese;   // due date and amount of each instalment
-    };
-    const Caso casi[] = {
-        // From Saturday 31 January: 2 March, 1 April, and 1 May a holiday moved to the 2nd.
-        {3, false, {"02/03/2026 33,33", "01/04/2026 33,33", "02/05/2026 33,34"}},
-        {2, true, {"31/03/2026 50,00", "30/04/2026 50,00"}},
-        {0, false, {"31/01/2026 100,00"}},
-    };
-    for (const Caso& c : casi) {
-        SCOPED_TRACE(c.rate);
-        db->Execute("Delete from Scadenze");
-        db->Execute("Delete from Documenti");
-        db->Execute("Delete from CondizioniPagamento where ID=9");
-        db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate,Rata1,Rata2,Rata3,FineMese) VALUES (9,'Rate'," +
-                    std::to_string(c.rate) + ",30,60,90," + (c.fineMese ? "True" : "False") + ")");
-        db->Execute(std::string("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,CondizioniPagamento,ImportoTotale) ") +
-                    "VALUES (1,5,1,#01/31/2026#,1,9,100)");
-        frmGeneraScadenze g;
-        g.Carica(1);
-        std::vector<std::string> anteprima;
-        for (int i = 0; i < g.Grid->rowCount(); ++i)
-            anteprima.push_back(g.Grid->item(i, 1)->text().toStdString() + " " + g.Grid->item(i, 4)->text().toStdString());
-        EXPECT_EQ(anteprima, c.attese);
-        clic(&g, "btnConferma");
-        std::vector<std::string> scritte;
-        for (auto rs = db->OpenRecordset("Select * from Scadenze order by Rata"); !rs->Eof(); rs->MoveNext())
-            scritte.push_back(store::DateText(store::CDbl(rs->get("DataScadenza"))) + " " +
-                              store::Format(rs->get("ImportoScadenza"), "#,0.00"));
-        EXPECT_EQ(scritte, c.attese);
-    }
-}
-
 // The amount of a line follows quantity, price and its two discounts as they are typed.
 TEST_F(Documenti, ImportoDellaRiga) {
     struct Caso {
@@ -478,9 +345,7 @@ TEST_F(Documenti, ImportoDellaRiga) {
     const Caso casi[] = {
         {"2", "10,00", "10", "10", "16,20"},
         {"1", "0,125", "0", "0", "0,12"},     // an exact half goes to the even cent
-        {"0", "10", "50", "0", "0,00"},
         {"2", "abc", "0", "0", "0,00"},       // no number, nothing changes
-        {"1", "-5", "0", "0", "-5,00"},
         {"1", "1.234,5", "0", "0", "1.234,50"},   // the mask's own thousands
     };
     for (const Caso& c : casi) {
@@ -502,31 +367,6 @@ TEST_F(Documenti, ImportoDellaRiga) {
     EXPECT_EQ(e.txtImporto->text().toStdString(), "37,50");
 }
 
-// Picking a service fills the line: its text, price, second discount and VAT, and the customer's
-// first discount; a supplier's document gives no customer discount.
-TEST_F(Documenti, IlServizioRiempieLaRiga) {
-    documento(1, 1, "03/10/2026", 1, 5);
-    db->Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Fornitore) VALUES (2,9,1,#03/10/2026#,1)");
-    const std::pair<long, const char*> casi[] = {{1, "5"}, {2, "0"}};
-    for (const auto& [doc, sc1] : casi) {
-        SCOPED_TRACE(doc);
-        frmMovimentiEdita e;
-        e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", doc});
-        e.txtQuantita->setText("2");
-        e.cbServizi->setValore(store::Value::Long(1));
-        EXPECT_EQ(e.txtDesc->text(), "Manutenzione caldaia");
-        EXPECT_EQ(e.txtSc1->text().toStdString(), sc1);
-        EXPECT_EQ(e.txtSc2->text(), "2");
-        EXPECT_EQ(e.txtPrezzo->text(), "80,000");
-        EXPECT_EQ(store::CLng(e.cbIva->valore()), 2);
-    }
-    // A service without VAT code leaves the choice to the user.
-    frmMovimentiEdita e;
-    e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
-    e.cbServizi->setValore(store::Value::Long(2));
-    EXPECT_TRUE(e.cbIva->valore().isNull() || store::CLng(e.cbIva->valore()) == 0);
-}
-
 // The checks of a line and of a charge, and what each confirm writes.
 TEST_F(Documenti, ControlliDiRigheESpese) {
     documento(1, 1, "03/10/2026");
@@ -540,7 +380,6 @@ TEST_F(Documenti, ControlliDiRigheESpese) {
     const Caso casi[] = {
         {"quantità zero", "0", 1, {"La quantità è uguale a zero!"}, 0},
         {"senza iva", "1", 0, {"Inserire il codice iva !"}, 0},
-        {"quantità 0,00", "0,00", 1, {}, 1},
         {"valida", "2", 1, {}, 1},
     };
     for (const Caso& c : casi) {
@@ -581,69 +420,6 @@ TEST_F(Documenti, ControlliDiRigheESpese) {
     EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 134.2);
 }
 
-// The tabs of the register follow its row; each line or charge saved or deleted there changes the
-// document's row on screen at once.
-TEST_F(Documenti, RigheESpeseNelRegistro) {
-    documento(1, 1, "03/10/2026");
-    documento(2, 2, "03/11/2026");
-    db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Quantita,PrezzoUnitario,Importo,Iva) "
-                "VALUES (1,2,'Vecchia',1,10,10,1)");
-    core::ImpostaModoSchermo("frmDocumenti", 5);
-    frmDocumenti r;
-    r.show();
-    ASSERT_TRUE(r.griglia()->vaiAId(1));
-    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 0);
-
-    p.script->schermo("frmMovimentiEdita", [](QWidget* w) {
-        auto* e = static_cast<frmMovimentiEdita*>(w);
-        e->txtDesc->setText("Consulenza");
-        e->txtQuantita->setText("2");
-        e->txtPrezzo->setText("50");
-        e->cbIva->setValore(store::Value::Long(1));
-        clic(e, "btnConferma");
-        return true;
-    });
-    clic(&r, "btnNuovoMov");
-    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 1);
-    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 122);
-    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
-
-    r.sTab->setCurrentIndex(1);
-    p.script->schermo("frmSpeseDocumentiEdita", [](QWidget* w) {
-        auto* e = static_cast<frmSpeseDocumentiEdita*>(w);
-        e->VText1->setText("Trasporto");
-        e->VText2->setText("10");
-        e->cbIva->setValore(store::Value::Long(1));
-        clic(e, "btnConferma");
-        return true;
-    });
-    clic(&r, "btnNuovaSpesa");
-    EXPECT_EQ(r.Spese->griglia()->righeMostrate(), 1);
-    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 134.2);
-
-    p.script->dimentica();
-    p.script->rispondiSi();
-    clic(&r, "btnEliminaSpesa");
-    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la spesa 'Trasporto' ?"});
-    EXPECT_DOUBLE_EQ(store::CDbl(r.griglia()->valore("ImportoTotale")), 122);
-
-    // Another row shows its own lines.
-    r.sTab->setCurrentIndex(0);
-    ASSERT_TRUE(r.griglia()->vaiAId(2));
-    EXPECT_EQ(r.Movimenti->griglia()->righeMostrate(), 1);
-    EXPECT_EQ(store::ConcatText(r.Movimenti->griglia()->valore("DescMovimento")), "Vecchia");
-
-    // Without the right to change documents, the lines refuse.
-    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
-    for (const char* b : {"btnNuovoMov", "btnModificaMov", "btnEliminaMov"}) {
-        SCOPED_TRACE(b);
-        p.script->dimentica();
-        clic(&r, b);
-        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
-    }
-    EXPECT_EQ(conta("Select * from Movimenti"), 2);
-}
-
 }  // namespace
 
 // What the register hands to the print screen: the kind's section, the current document, its lines,
@@ -659,8 +435,6 @@ TEST_F(Documenti, StampaDelRegistro) {
                                          .pagate = 0, .prefissoDal = "", .suffissoDal = "", .prefissoAl = "",
                                          .suffissoAl = "", .numeroDal = 3, .numeroAl = 9};
     const std::pair<sales::CriteriDocumenti, std::string> casi[] = {
-        {r.Criteri, "Selezione: Pagate & Non; Dal nessun limite Al nessun limite; Dal numero Tutti Al numero Tutti; "
-                    "Cliente Tutti"},
         {scelti, "Selezione: Non Pagate; Dal 01/01/2026 Al 31/03/2026; Dal numero 3 Al numero 9; "
                  "Cliente Rossi Impianti Srl"},
     };
@@ -682,61 +456,9 @@ TEST_F(Documenti, StampaDelRegistro) {
     EXPECT_EQ(stampe[0].sezione, "RitenutaAcconto");
     EXPECT_EQ(stampe[0].subReports.Item("Elenco")->Query, "Select * from qrCertificazioniAcconto where ID=1");
 
-    const std::pair<long, const char*> sezioni[] = {{6, "NoteDebito"}, {7, "Preventivi"}, {9, nullptr}};
-    for (const auto& [tipo, sezione] : sezioni) {
-        SCOPED_TRACE(tipo);
-        frmDocumenti altro(nullptr, tipo);
-        stampe.clear();
-        if (!sezione) {
-            EXPECT_FALSE(altro.findChild<QPushButton*>("btnStampa"));
-            EXPECT_FALSE(altro.findChild<QPushButton*>("btnStampaRitenuta"));
-            continue;
-        }
-        clic(&altro, "btnStampa");
-        ASSERT_EQ(stampe.size(), 1u);
-        EXPECT_EQ(stampe[0].sezione, sezione);
-    }
+    frmDocumenti fornitore(nullptr, core::TipoNotaCreditoRicevuta);
+    EXPECT_FALSE(fornitore.findChild<QPushButton*>("btnStampa"));
     core::installaStampa(nullptr);
-}
-
-// Around the list: the header of the current row, the period of a document made from visits, the
-// popup menu repeating the commands, F3 opening the search.
-TEST_F(Documenti, TestataMenuERicerca) {
-    documento(1, 1, "03/10/2026", 1, core::TipoPreventivo);
-    documento(2, 2, "03/11/2026", 1, core::TipoPreventivo);
-    db->Execute("Update Clienti set Indirizzo='Via Roma 1',Cap='20121',Citta='Milano',Provincia='MI' where ID=1");
-    db->Execute("Update Documenti set CondizioniPagamento=2,Sconto1=5,RitenutaAcconto=20,Colli=3,Note='Fragile',"
-                "DataDal=#03/01/2026#,DataAl=#03/31/2026# where ID=2");
-    core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
-    frmDocumenti r;
-    r.show();
-    auto testo = [&r](const char* nome) {
-        auto* w = r.findChild<QWidget*>(nome);
-        if (auto* l = qobject_cast<QLabel*>(w)) return l->isVisible() ? l->text().toStdString() : std::string("-");
-        return static_cast<QPlainTextEdit*>(w)->toPlainText().toStdString();
-    };
-    ASSERT_TRUE(r.griglia()->vaiAId(1));
-    EXPECT_EQ(testo("lblDataDal"), "-");
-    ASSERT_TRUE(r.griglia()->vaiAId(2));
-    const std::pair<const char*, std::string> attesi[] = {
-        {"lblDestinatario", "Rossi Impianti Srl "}, {"lblIndirizzo", "Via Roma 1"}, {"lblCap", "20121"},
-        {"lblCitta", "Milano"}, {"lblProv", "MI"}, {"lblPagamento", "Bonifico 30 gg"}, {"Sconto1", "5"},
-        {"RitenutaAcconto", "20"}, {"Colli", "3"}, {"txtNote", "Fragile"},
-        {"lblDataDal", "Dal 01/03/2026"}, {"lblDataAl", "Al 31/03/2026"}};
-    for (const auto& [nome, valore] : attesi) EXPECT_EQ(testo(nome), valore) << nome;
-
-    QMenu menu;
-    r.riempiMenuComandi(menu);
-    std::vector<std::string> voci;
-    for (QAction* a : menu.actions()) voci.push_back(a->text().toStdString());
-    EXPECT_EQ(voci, (std::vector<std::string>{"Nuovo documento", "Modifica documento", "Elimina", "Ricerca... (F3)",
-                                              "Seleziona tutto", "Converi in fattura", "Stampa", "Stampa ritenuta",
-                                              "Esporta in Excel"}));
-
-    p.script->schermo("frmDocumentiCerca", [](QWidget*) { return false; });
-    QApplication::setActiveWindow(&r);
-    QTest::keyClick(r.griglia(), Qt::Key_F3);
-    EXPECT_EQ(p.script->schermiMostrati(), std::vector<std::string>{"frmDocumentiCerca"});
 }
 
 // Another program holding the archive: the save says why it failed and writes nothing; once the

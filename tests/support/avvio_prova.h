@@ -128,6 +128,16 @@ void cercaCon(ScriptedDialogs& script, std::function<void(Dialogo*)> compila, co
     });
 }
 
+// The refusal of a command without its right.
+inline const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
+
+// How many rows a statement returns.
+inline long contaRighe(store::Database& db, const std::string& sql) {
+    long n = 0;
+    for (auto rs = db.OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
+    return n;
+}
+
 // The texts of the messages shown so far.
 inline std::vector<std::string> testiMostrati(const prova::ScriptedDialogs& s) {
     std::vector<std::string> t;
