@@ -640,8 +640,10 @@ bool VetraGrid::haRigaCorrente() const {
 
 store::Recordset* VetraGrid::Recordset() {
     store::Recordset* rs = model_->recordset();
-    if (rs && rs->editMode() == store::Recordset::EditMode::None && haRigaCorrente())
-        model_->posiziona(currentIndex().row());
+    // Positioned on the current row, the recordset is that of the row's piece of the list.
+    if (rs && rs->editMode() == store::Recordset::EditMode::None && haRigaCorrente() &&
+        model_->posiziona(currentIndex().row()))
+        rs = model_->recordset();
     return rs;
 }
 

@@ -6,6 +6,7 @@
 #include "store/convert.h"
 #include "support/archivio_kit.h"
 #include "ui/Tratti.h"
+#include "ui/VText.h"
 #include "ui/VetraGrid.h"
 
 namespace {
@@ -94,9 +95,13 @@ TEST_F(Tratti, LaGrigliaATrattiMostraLeRigheDellIstruzioneUnica) {
     EXPECT_EQ(attese[0], "#(vuoto)");
     EXPECT_EQ(righe(aTratti), attese);
 
-    // The current row's recordset is the piece it came from.
-    const auto pezzo = [](ui::VetraGrid& g, long id) {
+    // The current row's recordset is the piece it came from, for the controls that follow the row too.
+    ui::VText numero;
+    numero.setDataField("Numero");
+    aTratti.aggiungiSeguace(&numero);
+    const auto pezzo = [&numero](ui::VetraGrid& g, long id) {
         EXPECT_TRUE(g.vaiAId(id));
+        EXPECT_EQ(numero.testo(), store::ConcatText(g.valore("Numero")));
         EXPECT_EQ(store::CLng(g.Recordset()->get("ID")), id);
         return g.Recordset();
     };
