@@ -268,13 +268,9 @@ TEST(SqlNumberLocale, ItalianLocaleReadsThePoint) {
 }
 
 TEST_F(SqlExpr, RuntimeErrors) {
-    EXPECT_EQ(db.error("SELECT 1 / 0"), 11);
-    EXPECT_EQ(db.error("SELECT 1 \\ 0"), 11);
-    EXPECT_EQ(db.error("SELECT 5 Mod 0"), 11);
-    EXPECT_EQ(db.error("SELECT CDbl('abc')"), 13);
-    EXPECT_EQ(db.error("SELECT CDbl(Null)"), 94);
-    EXPECT_EQ(db.error("SELECT CLng(3000000000)"), 6);
-    EXPECT_EQ(db.error("SELECT DatePart('zz', #01/01/2024#)"), 5);
+    const std::pair<const char*, int> cases[] = {{"1 / 0", 11}, {"1 \\ 0", 11}, {"5 Mod 0", 11}, {"CDbl('abc')", 13},
+                                                 {"CDbl(Null)", 94}, {"CLng(3000000000)", 6}, {"DatePart('zz', #01/01/2024#)", 5}};
+    for (const auto& [expr, error] : cases) EXPECT_EQ(db.error(std::string("SELECT ") + expr), error) << expr;
 }
 
 }  // namespace

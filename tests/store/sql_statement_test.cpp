@@ -48,9 +48,7 @@ protected:
 TEST_F(SqlStmt, SelectWhereOrderAndCollation) {
     EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente='ROSSI'"), "1");
     EXPECT_EQ(db.rows("Select ID from Clienti order by DescCliente"), "3;2;1");
-    EXPECT_EQ(db.rows("Select ID from Clienti order by DescCliente desc"), "1;2;3");
     EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente Like '*oss*'"), "1");
-    EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente Like '**' order by ID"), "1;2;3");
     EXPECT_EQ(db.rows("Select ID from Clienti where DescCliente2 Like '**' order by ID"), "1;3");
     EXPECT_EQ(db.rows("Select [ID] from [Clienti] where [DescCliente] = \"bianchi  \""), "2");
     EXPECT_EQ(db.rows("SELECT id FROM clienti WHERE descCLIENTE='àlfa'"), "3");
@@ -60,8 +58,6 @@ TEST_F(SqlStmt, SelectWhereOrderAndCollation) {
     EXPECT_EQ(db.rows("Select ID from Documenti where Not Pagato order by ID"), "2;3;4");
     EXPECT_EQ(db.rows("Select ID from Documenti where Pagato > 0"), "");
     EXPECT_EQ(db.rows("Select ID from Documenti where (Prefisso='A' or IsNull(Prefisso)) and Tipo=5 order by ID"), "1;2");
-    EXPECT_EQ(db.rows("Select ID from Documenti where Tipo In (7, 9) order by ID"), "3;4");
-    EXPECT_EQ(db.rows("Select ID from Documenti where Numero Between 2 And 3 order by ID"), "2;3");
     EXPECT_EQ(db.rows("Select ID from [Note]"), "");
 }
 
@@ -377,8 +373,6 @@ TEST_F(SqlStmt, SubqueriesAndOtherJoins) {
               "5|Null");
     EXPECT_EQ(db.rows("Select C.ID from Clienti AS C INNER JOIN Documenti AS D ON C.ID = D.Cliente where D.Tipo = 7"), "3");
     EXPECT_EQ(db.rows("Select Count(*) from Clienti, Fornitori"), "3");
-    EXPECT_EQ(db.rows("Select ID from Documenti where Tipo=5 and Numero=1 and Pagato and ID=1 and Cliente=1"), "1");
-    EXPECT_EQ(db.rows("Select ID from Documenti where Tipo=9 or Tipo=7 or ID=1 or ID=2 order by ID"), "1;2;3;4");
     EXPECT_EQ(db.rows("Select ID from Documenti where Data In (#01/10/2024#, '10/02/2024') order by ID"), "1;2");
     EXPECT_EQ(db.rows("Select ID from Documenti where Prefisso In ('a', 'b') order by ID"), "1;2;4");
     EXPECT_EQ(db.error("Select * from Clienti; Select * from Clienti"), 3142);
