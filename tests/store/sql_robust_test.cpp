@@ -106,7 +106,6 @@ TEST_F(SqlRobust, StatementBoundsAndLongLists) {
 }
 
 TEST_F(SqlRobust, LongTexts) {
-    // a 10,000-character literal
     std::string big(10000, 'x');
     EXPECT_EQ(outcome("Select * from T where Nome='" + big + "'"), 0);
     EXPECT_EQ(db.rows("Select Len('" + big + "') from T where ID=1"), "10000");
@@ -120,7 +119,6 @@ TEST_F(SqlRobust, LongTexts) {
     std::string ands = "Select ID from T where ID=1";
     for (int i = 0; i < 2000; ++i) ands += " or ID=" + std::to_string(i);
     EXPECT_EQ(outcome(ands), 3360);
-    // many columns
     std::string cols = "Select ID";
     for (int i = 0; i < 1200; ++i) cols += ", Nome";
     EXPECT_NE(outcome(cols + " from T"), -1);
