@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <utility>
 
 #include "tools/calcolatrice.h"
 
@@ -61,21 +62,16 @@ TEST(Calcolatrice, MemoriaEArrotondamento) {
     tools::Calcolatrice calc;
     for (const char* t : {"1", "2", "3", "4", ",", "5", "6", "7", "MS"}) calc.Premi(t);
     EXPECT_EQ(calc.suggerimentoMemoria(), "Current memory = 1234,567");
-    struct {
-        const char* decimali;
-        const char* display;
-    } arrotondati[] = {{"2", "1.234,57"}, {"x", "1.235"}, {"4", "1.234,5670"}};
-    for (const auto& a : arrotondati) {
+    const std::pair<const char*, const char*> arrotondati[] = {{"2", "1.234,57"}, {"x", "1.235"}, {"4", "1.234,5670"}};
+    for (const auto& [decimali, display] : arrotondati) {
         calc.Premi("MR");
-        calc.Premi("Rnd", a.decimali);
-        EXPECT_EQ(calc.display(), a.display) << a.decimali;
+        calc.Premi("Rnd", decimali);
+        EXPECT_EQ(calc.display(), display) << decimali;
     }
     // The rounded text, grouped as it is, is still the number: it multiplies on.
     calc.Premi("MR");
     calc.Premi("Rnd", "1");
-    calc.Premi("*");
-    calc.Premi("2");
-    calc.Premi("Invio");
+    for (const char* t : {"*", "2", "Invio"}) calc.Premi(t);
     EXPECT_EQ(calc.display(), "2469,2");
     EXPECT_FALSE(calc.Premi("Tasto"));
 }
