@@ -81,7 +81,6 @@ TEST_F(Anagrafiche, ClienteEditorControlliERigheScritte) {
         EXPECT_EQ(testo(riga, "Indirizzo"), "Via dell'Olmo 3");
         EXPECT_EQ(testo(riga, "Note"), "Nota con 'apici'");
         EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "Sconto1")), c.sconto1);
-        EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "Sconto2")), 0);
     }
 }
 
@@ -94,7 +93,6 @@ TEST_F(Anagrafiche, ClienteEliminaGuardiaEDomanda) {
     };
     const Caso casi[] = {
         {"INSERT INTO Documenti (ID, Tipo, Cliente) VALUES (1, 5, 1)", std::string(kMovimentato) + "1) Documenti\r\n", 1},
-        {"INSERT INTO Scadenze (ID, Cliente) VALUES (1, 1)", std::string(kMovimentato) + "3) Scadenze\r\n", 1},
         {"", "Eliminare il cliente Rossi Mario?", 0},
     };
     for (const auto& c : casi) {
