@@ -81,7 +81,6 @@ TEST(AggiornamentoAvvio, ArchivioVecchioAggiornatoPrimaDelPannello) {
     auto& archivio = *core::session().dbArchivio;
     EXPECT_TRUE(HaCampo(archivio, "Documenti", "Colli"));
     EXPECT_TRUE(core::ArchivioAggiornato(file));
-    // The journal row of the one payment.
     EXPECT_EQ(contaRighe(archivio, "Select * from PrimaNota"), 1);
     EXPECT_EQ(contaRighe(archivio, "Select * from PrimaNota where Descrizione='Saldo fattura 1' and Importo=61 and Tipo=0"), 1);
 }

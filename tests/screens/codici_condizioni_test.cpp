@@ -71,7 +71,6 @@ TEST_F(Condizioni, SalvaECaricaUnaCondizione) {
     clicca(&registro, "btnNuovo");
     EXPECT_EQ(conta("CondizioniPagamento", "ID=1 and DescPagamento='60-30 fm' and Rate=2 and Rata1=60 and Rata2=30 and "
                                            "Rata3=0 and FineMese=True"), 1);
-    // The side panel shows the row.
     auto* pannello = registro.pannello();
     EXPECT_EQ(pannello->testo("DescPagamento") + " " + pannello->testo("Rata1"), "60-30 fm 60");
     EXPECT_TRUE(trova<QCheckBox>(&registro, "Check1")->isChecked());

@@ -111,9 +111,10 @@ TEST_F(Documenti, ControlliDellaTestata) {
         EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
         EXPECT_EQ(conta("Select * from Documenti"), c.scritti);
         // Written with the customer's terms, and the totals ran.
-        if (c.numeroScritto)
+        if (c.numeroScritto) {
             EXPECT_EQ(conta("Select * from Documenti where ID<>1 and Tipo=5 and CondizioniPagamento=2 and "
                             "ImportoTotale Is Not Null and Numero=" + std::to_string(c.numeroScritto)), 1);
+        }
     }
 }
 

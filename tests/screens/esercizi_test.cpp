@@ -69,13 +69,11 @@ TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     // command starts off, and the handler is what the test drives.
     EXPECT_FALSE(chiusura->isEnabled());
 
-    // Cancelled: nothing written.
     ScriviFine(p, "");
     pannello->ChiusuraEsercizio();
     EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
     EXPECT_EQ(pannello->lblAl->text().toStdString(), "aperto");
 
-    // On the start of the current period: refused.
     ScriviFine(p, "01/01/2026");
     pannello->ChiusuraEsercizio();
     EXPECT_EQ(testiMostrati(*p.script),

@@ -172,13 +172,11 @@ TEST(Pannello, EliminazioneDiUnAzienda) {
     const std::string domanda2 =
         "ATTENZIONE: tutti gli archivi dell'azienda Beta verranno cancellati definitivamente. Continuare?";
 
-    // The current company is refused.
     vaiA(1);
     clic(&registro, "btnElimina");
     EXPECT_EQ(testiMostrati(*p.script),
               std::vector<std::string>{"Impossibile eliminare l'azienda Alfa: è l'azienda attualmente in uso."});
 
-    // Yes then No: nothing goes.
     p.script->dimentica();
     vaiA(2);
     p.script->rispondiSi();

@@ -45,7 +45,6 @@ protected:
         core::Archivio().Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente) VALUES (1,5,17,#03/10/2026#,1)");
     }
 
-    // Runs core::Stampa with the screen driven by azione.
     void Apri(core::RichiestaStampa richiesta, const std::function<void(frmStampa&)>& azione) {
         bool mostrato = false;
         p.script->schermo("frmStampa", [&](QWidget* w) {
