@@ -43,12 +43,7 @@ fs::path Salva(ProgrammaDiProva& p, const fs::path& dove) {
 
 TEST(Backup, NomeDellaCartella) {
     std::tm t{};
-    t.tm_mday = 5;
-    t.tm_mon = 2;
-    t.tm_year = 2026 - 1900;
-    t.tm_hour = 9;
-    t.tm_min = 4;
-    t.tm_sec = 7;
+    t.tm_sec = 7, t.tm_min = 4, t.tm_hour = 9, t.tm_mday = 5, t.tm_mon = 2, t.tm_year = 2026 - 1900;
     EXPECT_EQ(core::NomeCartellaBackup(t), "Backup 05-03-2026 09.04.07");
 }
 

@@ -65,7 +65,6 @@ protected:
         EXPECT_TRUE(aperto) << (testiMostrati(*p.script).empty() ? "" : testiMostrati(*p.script)[0]);
     }
 
-    // The middle of an element on the drawing, in pixels.
     static QPoint Centro(frmEditorReport& f, int banda, int elemento) {
         const EditorModello& ed = f.Editor();
         const Elemento& e = ed.banda(banda).elementi[elemento];

@@ -69,13 +69,11 @@ TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     // command starts off, and the handler is what the test drives.
     EXPECT_FALSE(chiusura->isEnabled());
 
-    // Cancelled: nothing written.
     ScriviFine(p, "");
     pannello->ChiusuraEsercizio();
     EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
     EXPECT_EQ(pannello->lblAl->text().toStdString(), "aperto");
 
-    // On the start of the current period: refused.
     ScriviFine(p, "01/01/2026");
     pannello->ChiusuraEsercizio();
     EXPECT_EQ(testiMostrati(*p.script),
@@ -96,8 +94,7 @@ TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     EXPECT_TRUE(dalAbilitato);
     EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"31/12/2026", "31/12/2026"}));
     store::fissaOrologio(std::nullopt);
-    EXPECT_EQ(pannello->lblDal->text().toStdString(), "01/01/2026");
-    EXPECT_EQ(pannello->lblAl->text().toStdString(), "31/12/2026");
+    EXPECT_EQ((pannello->lblDal->text() + " " + pannello->lblAl->text()).toStdString(), "01/01/2026 31/12/2026");
 }
 
 TEST(Esercizi, ControlliDelPeriodo) {
@@ -115,10 +112,8 @@ TEST(Esercizi, ControlliDelPeriodo) {
     };
     for (const Caso& c : casi) {
         const auto e = core::ControllaPeriodo(c.dal, c.al);
-        ASSERT_EQ(e.has_value(), c.chiave.has_value()) << c.dal << "|" << c.al;
-        if (!e) continue;
-        EXPECT_EQ(e->chiave, *c.chiave) << c.dal << "|" << c.al;
-        EXPECT_EQ(e->campo, c.campo) << c.dal << "|" << c.al;
+        EXPECT_EQ(e ? std::optional(e->chiave + " " + std::to_string(e->campo)) : std::nullopt,
+                  c.chiave ? std::optional(*c.chiave + " " + std::to_string(c.campo)) : std::nullopt) << c.dal << "|" << c.al;
     }
 }
 
@@ -134,8 +129,7 @@ TEST(Esercizi, CambioDiAziendaSenzaEsercizio) {
               std::vector<std::string>{"L'azienda selezionata non ha alcun esercizio. Crearne uno nuovo?"});
     EXPECT_FALSE(core::session().dbArchivio);
     EXPECT_FALSE(pannello->mContabilita->menuAction()->isEnabled());
-    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "0");
-    EXPECT_EQ(core::LeggiIni("Azienda", "ID"), "3");
+    EXPECT_EQ(core::LeggiIni("Archivio", "ID") + core::LeggiIni("Azienda", "ID"), "03");
 
     // Back to a company with a period: the login is asked and the archive opened again.
     p.script->schermo("frmLogin", [](QWidget*) {
@@ -230,21 +224,12 @@ TEST(Esercizi, NuovoEsercizioRiportaISaldiEGliAperti) {
         EXPECT_EQ(Conta(db, tabella), 2);
     }
     // Bank 1000 - 250.50 = 749.50 in; cash 100 out.
-    auto rs = db.OpenRecordset("Select * from PrimaNota order by ID");
-    struct Atteso {
-        double importo;
-        int tipo, destinazione;
-    };
-    for (const Atteso& a : {Atteso{749.5, 0, 0}, Atteso{100, 1, 1}}) {
-        ASSERT_FALSE(rs->Eof());
-        EXPECT_EQ(store::CStr(rs->get("Descrizione")), "Saldo esercizio precedente");
-        EXPECT_EQ(store::ShortDate(store::CDate(rs->get("Data"))), "01/01/2027");
-        EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Importo")), a.importo);
-        EXPECT_EQ(store::CLng(rs->get("Tipo")), a.tipo);
-        EXPECT_EQ(store::CLng(rs->get("Destinazione")), a.destinazione);
-        rs->MoveNext();
-    }
-    EXPECT_TRUE(rs->Eof());
+    std::vector<std::string> saldi;
+    for (auto rs = db.OpenRecordset("Select * from PrimaNota order by ID"); !rs->Eof(); rs->MoveNext())
+        saldi.push_back(store::CStr(rs->get("Descrizione")) + " " + store::ShortDate(store::CDate(rs->get("Data"))) + " " +
+                        store::CStr(rs->get("Importo")) + " " + store::CStr(rs->get("Tipo")) + store::CStr(rs->get("Destinazione")));
+    EXPECT_EQ(saldi, (std::vector<std::string>{"Saldo esercizio precedente 01/01/2027 749,5 00",
+                                               "Saldo esercizio precedente 01/01/2027 100 11"}));
     for (const auto& voce : fs::directory_iterator(p.dati)) EXPECT_NE(voce.path().filename().string()[0], '.');
 
     // A name already taken is refused and nothing is made.

@@ -123,7 +123,6 @@ TEST(PrimoAvvio, NuovoEsercizioRifiutaDatiErrati) {
     };
     const std::vector<Caso> casi = {
         {"  ", "01/01/2026", "Inserire la descrizione o la denominazione!"},
-        {"Nuovo", "", "La data non è valida!"},
         {"Nuovo", "31/02/2026", "La data non è valida!"},
         {"Esiste", "01/01/2026", "Esiste già un archivio con il nome 'Esiste'"},
         {"Nuovo", "31/12/2025", "La data indicata ricade nel periodo di un altro esercizio!"},

@@ -40,7 +40,6 @@ protected:
         core::installaStampa(nullptr);
     }
 
-    // The rows above, written again from scratch.
     void dati() {
         for (const char* t : {"Clienti", "Documenti", "Spese", "Scadenze", "Pagamenti", "PrimaNota"})
             db->Execute(std::string("Delete from ") + t);
@@ -70,7 +69,6 @@ protected:
             db->Execute(sql);
     }
 
-    // The ids of the rows the list shows, in its order.
     static std::vector<long> idMostrati(ui::VetraGrid* grid) {
         ui::VetraGridModel* m = grid->modello();
         m->leggiFinoAllaFine();
@@ -223,8 +221,7 @@ TEST_F(Registri, ScadenzeRicerca) {
         if (!c.istruzione.empty()) {
             EXPECT_EQ(idMostrati(r.griglia()), c.righe);
         }
-        EXPECT_EQ(testiMostrati(*p.script), c.messaggio.empty() ? std::vector<std::string>{}
-                                                                 : std::vector<std::string>{c.messaggio});
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggio.empty() ? std::vector<std::string>{} : std::vector{c.messaggio});
     }
 }
 

@@ -124,13 +124,9 @@ TEST_F(VisiteSchermi, NuovaVisitaDalCliente) {
             continue;
         }
         EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{});
-        const std::string q = "Select * from qrAssistenze";
-        EXPECT_EQ(store::CLng(campo(q, "Cliente")), 1);
-        EXPECT_EQ(store::CLng(campo(q, "Servizio")), 2);
-        EXPECT_EQ(store::ConcatText(campo(q, "OraInizio")), c.salvatoInizio);
-        EXPECT_EQ(store::CDbl(campo(q, "TempoIntervento")), c.minuti);
-        EXPECT_EQ(store::CDbl(campo(q, "Km")), c.kmSalvati);
-        EXPECT_TRUE(store::CBool(campo(q, "Fattura")));
+        EXPECT_EQ(conta("Select * from qrAssistenze where Cliente=1 and Servizio=2 and Fattura=True and OraInizio='" +
+                        std::string(c.salvatoInizio) + "' and TempoIntervento=" + core::NumeroSql(c.minuti) +
+                        " and Km=" + core::NumeroSql(c.kmSalvati)), 1);
         EXPECT_EQ(r->GridAssistenze->griglia()->righeMostrate(), 2);   // the month's caption and the visit
     }
 }
@@ -226,17 +222,14 @@ TEST_F(VisiteSchermi, FatturaDalleVisite) {
     EXPECT_EQ(conta("Select * from Movimenti"), 7);
 
     const std::string marzo = "Select * from Documenti where Numero=1";
-    EXPECT_EQ(store::CLng(campo(marzo, "CondizioniPagamento")), 1);
-    EXPECT_EQ(store::ShortDate(store::CDate(campo(marzo, "DataDal"))), "01/03/2026");
-    EXPECT_EQ(store::ShortDate(store::CDate(campo(marzo, "DataAl"))), "31/03/2026");
-    EXPECT_NEAR(store::CDbl(campo(marzo, "Imponibile")), 68.25, 1e-9);
+    EXPECT_EQ(conta(marzo + " and CondizioniPagamento=1 and DataDal=#03/01/2026# and DataAl=#03/31/2026# and "
+                            "Imponibile=68.25"), 1);
     const long id = store::CLng(campo(marzo, "ID"));
 
     // Opened again the fattura keeps its lines; period and rates no longer apply.
     frmDocAssistenzeEdita e;
     e.Prepara({Modalita::Modifica, id});
-    EXPECT_FALSE(e.pkDal->isEnabled());
-    EXPECT_FALSE(e.txtCostoOra->isEnabled());
+    EXPECT_FALSE(e.pkDal->isEnabled() || e.txtCostoOra->isEnabled());
     EXPECT_EQ(e.GridAssistenze->righeMostrate(), 3);
     e.Conferma();
     EXPECT_EQ(conta("Select * from Movimenti where Documento=" + std::to_string(id)), 7);

@@ -36,7 +36,6 @@ void ScriptedDialogs::lasciaAprire(const std::string& nome) { copioni_[nome].pus
 void ScriptedDialogs::dimentica() {
     messaggi_.clear();
     schermi_.clear();
-    domande_.clear();
 }
 
 int ScriptedDialogs::msgBox(const std::string& text, int style, const std::string& title) {
@@ -59,9 +58,8 @@ bool ScriptedDialogs::runModal(const std::string& screen, const std::function<bo
     return c(cercaSchermo(screen));
 }
 
-std::optional<std::string> ScriptedDialogs::inputBox(const std::string& prompt, const std::string&,
+std::optional<std::string> ScriptedDialogs::inputBox(const std::string&, const std::string&,
                                                      const std::string&) {
-    domande_.push_back(prompt);
     auto r = prendi(testi_);
     return r ? *r : std::nullopt;
 }
@@ -77,7 +75,6 @@ std::optional<std::string> ScriptedDialogs::chooseFolder(const std::string&, con
     return r ? *r : std::nullopt;
 }
 
-void ScriptedDialogs::setBusy(bool busy) { occupato_ += busy ? 1 : (occupato_ > 0 ? -1 : 0); }
 
 void installaRicercaSchermi(std::function<QWidget*(const std::string& nome)> ricerca) {
     ricercaSchermi() = std::move(ricerca);

@@ -46,8 +46,6 @@ public:
 
     const std::vector<Messaggio>& messaggi() const { return messaggi_; }
     const std::vector<std::string>& schermiMostrati() const { return schermi_; }
-    const std::vector<std::string>& domande() const { return domande_; }  // input box prompts
-    bool occupato() const { return occupato_ > 0; }
     void dimentica();   // clears what was recorded (answers still queued stay)
 
     int msgBox(const std::string& text, int style, const std::string& title) override;
@@ -57,7 +55,7 @@ public:
     std::optional<std::string> chooseFile(const std::string& title, const std::string& filter,
                                           bool save, const std::string& initial) override;
     std::optional<std::string> chooseFolder(const std::string& title, const std::string& initial) override;
-    void setBusy(bool busy) override;
+    void setBusy(bool) override {}
 
 private:
     std::deque<int> risposte_;
@@ -67,8 +65,6 @@ private:
     std::map<std::string, std::function<bool()>> sempre_;
     std::vector<Messaggio> messaggi_;
     std::vector<std::string> schermi_;
-    std::vector<std::string> domande_;
-    int occupato_ = 0;
 };
 
 // Installs a fresh script as the dialogs service and returns it.
