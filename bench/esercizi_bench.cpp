@@ -22,9 +22,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// 1,000,000 documents with two lines each, instalments, payments and their journal rows: about 630 MB.
-// (The document register's benchmark uses the same sizes, so the generated file serves both.)
-bench::Dimensioni MilioneDiDocumenti() { return {5000, 500, 300, 1000000, 2, 300000, 300000, 5000, true}; }
 
 // About 1 GB: the same archive with three times its document lines, copied in by SQLite itself
 // (generating that many lines record by record takes far longer than the measure). Made once.
@@ -32,7 +29,7 @@ std::string UnGigabyte() {
     const fs::path path = fs::temp_directory_path() / "brevano-esercizi-1gb.mdb";
     if (fs::exists(path)) return path.string();
     const fs::path parziale = path.string() + ".parziale";
-    fs::copy_file(bench::ArchivioProva(MilioneDiDocumenti()), parziale, fs::copy_options::overwrite_existing);
+    fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), parziale, fs::copy_options::overwrite_existing);
     {
         auto db = store::Workspace::Default().OpenDatabase(parziale.string());
         const long righe = store::CLng(db->OpenRecordset("Select Max(ID) As M from Movimenti")->get("M"));
@@ -119,7 +116,7 @@ void BM_BackupGrezzoSqlite3(benchmark::State& state) {
 BENCHMARK(BM_BackupGrezzoSqlite3)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTime();
 
 void BM_NuovoEsercizio(benchmark::State& state) {
-    Dati d(bench::ArchivioProva(MilioneDiDocumenti()));
+    Dati d(bench::ArchivioProva(bench::MilioneDiDocumenti()));
     const double dal = store::DateSerial(2027, 1, 1);
     int aggiornamenti = 0, n = 0;
     for (auto _ : state) {

@@ -212,16 +212,13 @@ BENCHMARK(BM_EstrattoCliente)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 // ---- the bilancio ------------------------------------------------------------------------------
 
-// The sizes of the register benchmark's archive, so that the same generated file serves both.
-bench::Dimensioni dimensioniRegistro() { return {5000, 500, 300, 1000000, 2, 300000, 300000, 5000, true}; }
-
 constexpr long kPagamenti = 1000000;
 
 std::string archivioBilancio() {
     const fs::path path = fs::temp_directory_path() / "brevano-bilancio-1000000.mdb";
     if (fs::exists(path)) return path.string();
     const std::string parziale = path.string() + ".parziale";
-    fs::copy_file(bench::ArchivioProva(dimensioniRegistro()), parziale, fs::copy_options::overwrite_existing);
+    fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), parziale, fs::copy_options::overwrite_existing);
     sqlite3* db = nullptr;
     sqlite3_open(parziale.c_str(), &db);
     sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);

@@ -35,16 +35,7 @@ namespace {
 
 
 bench::Dimensioni dimensioni() {
-    bench::Dimensioni d;
-    d.clienti = 2000;
-    d.fornitori = 300;
-    d.documenti = 50000;
-    d.righe = 1;
-    d.scadenze = 60000;
-    d.pagamenti = 1000000;
-    d.spese = 1000;
-    d.primaNota = true;
-    return d;
+    return {.clienti = 2000, .fornitori = 300, .righe = 1, .scadenze = 60000, .pagamenti = 1000000, .spese = 1000};
 }
 
 using bench::Clock;

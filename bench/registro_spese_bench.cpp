@@ -36,16 +36,7 @@ constexpr int kRigheGrandeSpesa = 200;
 const char* const kNotaGrandeSpesa = "Spesa di 200 righe per le misure";
 
 bench::Dimensioni dimensioni() {
-    bench::Dimensioni d;
-    d.clienti = 1000;
-    d.fornitori = 500;
-    d.documenti = 2000;
-    d.righe = 2;
-    d.scadenze = 2000;
-    d.pagamenti = 2000;
-    d.spese = 500000;
-    d.primaNota = false;
-    return d;
+    return {.fornitori = 500, .documenti = 2000, .righe = 2, .scadenze = 2000, .pagamenti = 2000, .spese = 500000, .primaNota = false};
 }
 
 // An expense of 200 lines in the middle of the year, with a 20% withholding, made once.

@@ -378,14 +378,7 @@ std::string ArchivioProva(const Dimensioni& d) {
 }
 
 Dimensioni MilioneDiDocumenti() {
-    Dimensioni d;
-    d.clienti = 5000;
-    d.fornitori = 500;
-    d.documenti = 1000000;
-    d.righe = 2;
-    d.scadenze = 300000;
-    d.pagamenti = 300000;
-    return d;
+    return {.clienti = 5000, .fornitori = 500, .documenti = 1000000, .righe = 2, .scadenze = 300000, .pagamenti = 300000};
 }
 
 void AggiungiIndiciMancanti(store::Database& db) {
