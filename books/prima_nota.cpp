@@ -28,12 +28,6 @@ std::string DataValue(const std::string& campo, const char* confronto, double da
     return "DateValue(" + campo + ")" + confronto + "DateValue('" + core::DataSql(data) + "')";
 }
 
-// The statement without its own Order By: a sum over it needs none.
-std::string SenzaOrdine(const std::string& sql) {
-    const size_t ordine = core::PosizioneClausola(sql, "order by");
-    return ordine == std::string::npos ? sql : sql.substr(0, ordine);
-}
-
 // A date literal of the dialect, month first.
 std::string Letterale(double data) {
     const store::DateParts d = store::SplitDate(data);
@@ -132,7 +126,7 @@ PeriodoPrimaNota PeriodoRicerca(const CriteriPrimaNota& c) {
 Resoconto CalcolaResoconto(const std::string& istruzione, const PeriodoPrimaNota& periodo, long destinazione) {
     Resoconto r;
     r.saldoPrecedente = SaldoPrima(periodo.inizio(), destinazione);
-    auto rs = core::Apri("Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from (" + SenzaOrdine(istruzione) +
+    auto rs = core::Apri("Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from (" + core::SenzaOrdine(istruzione) +
                          ") where lcase(Descrizione)<>'saldo precedente'");
     r.totEntrate = ComeMaschera(core::NumeroOZero(rs->get("TotEntrate")));
     r.totUscite = ComeMaschera(core::NumeroOZero(rs->get("TotUscite")));
@@ -148,7 +142,7 @@ std::string TestoStato(long destinazione, const PeriodoPrimaNota& periodo) {
 
 double SaldoAllaRiga(const std::string& istruzione, double saldoPrecedente, double data, long id) {
     const std::string giorno = Letterale(data);
-    auto rs = core::Apri("Select Sum(Entrate) as E, Sum(Uscite) as U from (" + SenzaOrdine(istruzione) +
+    auto rs = core::Apri("Select Sum(Entrate) as E, Sum(Uscite) as U from (" + core::SenzaOrdine(istruzione) +
                          ") where Data<" + giorno + " or (Data=" + giorno + " and ID<=" + std::to_string(id) + ")");
     const double movimenti = core::NumeroOZero(rs->get("E")) - core::NumeroOZero(rs->get("U"));
     rs->Close();
@@ -170,7 +164,7 @@ std::string ElencoConSaldo(const std::string& istruzione, const std::vector<std:
     }
     s.resize(s.size() - 2);
     // In date order, the previous balance first, as the list reads.
-    return SenzaOrdine(istruzione) + " UNION " + s + " From PrimaNota Order By Data";
+    return core::SenzaOrdine(istruzione) + " UNION " + s + " From PrimaNota Order By Data";
 }
 
 core::RichiestaStampa StampaRegistro(const std::string& istruzione, const std::vector<std::string>& campi,

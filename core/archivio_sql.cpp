@@ -59,6 +59,11 @@ size_t PosizioneClausola(std::string_view sql, std::string_view clausola) {
     return trovata;
 }
 
+std::string SenzaOrdine(const std::string& sql) {
+    const size_t ordine = PosizioneClausola(sql, "order by");
+    return ordine == std::string::npos ? sql : sql.substr(0, ordine);
+}
+
 std::string AggiungiCondizione(const std::string& sql, const std::string& condizione) {
     size_t fine = sql.size();
     for (const char* coda : {"group by", "having", "order by"}) fine = std::min(fine, PosizioneClausola(sql, coda));

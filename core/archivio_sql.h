@@ -35,6 +35,9 @@ std::optional<double> NumeroOpzionale(const store::Value& valore);
 // parentheses, as whole words, any spacing and case; npos when it has none. With several, the last.
 size_t PosizioneClausola(std::string_view sql, std::string_view clausola);
 
+// The statement without its own Order By (a sum or a count over it needs none).
+std::string SenzaOrdine(const std::string& sql);
+
 // The statement with one more condition ANDed into its own filter: "... where (its filter) and
 // condition", or " where condition" added before its Group By, Having or Order By when it has none.
 std::string AggiungiCondizione(const std::string& sql, const std::string& condizione);

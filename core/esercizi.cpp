@@ -11,6 +11,7 @@
 #include "core/dialogs.h"
 #include "core/services.h"
 #include "core/session.h"
+#include "core/varie.h"
 #include "store/dao.h"
 #include "store/errors.h"
 #include "store/clock.h"
@@ -44,10 +45,8 @@ bool PeriodoSovrapposto(long azienda, const std::string& data) {
 }
 
 bool EsisteRiga(const char* campo, const std::string& valore) {
-    std::string testo = valore;
-    for (std::size_t pos = testo.find('\''); pos != std::string::npos; pos = testo.find('\'', pos + 2))
-        testo.replace(pos, 1, "''");
-    return !session().dbAziende->OpenRecordset("Select ID from Esercizi where " + std::string(campo) + "='" + testo + "'")->Eof();
+    return !session().dbAziende->OpenRecordset("Select ID from Esercizi where " + std::string(campo) + "='" +
+                                               Apici(valore) + "'")->Eof();
 }
 
 // A period of any company already bears that name (its archive may lie elsewhere).

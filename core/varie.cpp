@@ -37,6 +37,12 @@ std::string Trim(const std::string& testo) {
     return testo.substr(inizio, testo.find_last_not_of(' ') - inizio + 1);
 }
 
+std::string Unisci(const std::vector<std::string>& parti, const std::string& tra) {
+    std::string s;
+    for (const auto& p : parti) s += (s.empty() ? "" : tra) + p;
+    return s;
+}
+
 std::string Apici(const std::string& testo) {
     std::string out;
     for (char c : testo) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace core {
 
@@ -15,6 +16,8 @@ double MinimoDi(double a, double b);
 
 // The text without the blanks at both ends, as the platform's Trim.
 std::string Trim(const std::string& testo);
+// The parts one after the other, `tra` between each two.
+std::string Unisci(const std::vector<std::string>& parti, const std::string& tra);
 // A user text ready to stand between apostrophes in SQL: each ' doubled.
 std::string Apici(const std::string& testo);
 

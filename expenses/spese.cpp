@@ -120,11 +120,8 @@ std::string SqlPagatoSpese(const CriteriSpese& c) {
 
 // One aggregate over the list's statement: SQLite scans the rows, none is read into the program.
 SommeElenco SommaColonneSpese(const std::string& sorgente) {
-    std::string elenco = sorgente;
-    if (const size_t ordine = core::PosizioneClausola(elenco, "order by"); ordine != std::string::npos)
-        elenco.resize(ordine);
     auto rs = core::Apri("Select Sum(Imponibile) As S1, Sum(TotIva) As S2, Sum(TotRitenutaAcconto) As S3, "
-                         "Sum(ImportoSpesa) As S4 from (" + elenco + ")");
+                         "Sum(ImportoSpesa) As S4 from (" + core::SenzaOrdine(sorgente) + ")");
     return {core::NumeroOZero(rs->get("S1")), core::NumeroOZero(rs->get("S2")), core::NumeroOZero(rs->get("S3")),
             core::NumeroOZero(rs->get("S4"))};
 }

@@ -19,12 +19,6 @@ std::string Elenco(const std::vector<long>& id) {
     return s;
 }
 
-std::string Unite(const std::vector<std::string>& termini, const char* tra) {
-    std::string s;
-    for (const auto& t : termini) s += (s.empty() ? "" : tra) + t;
-    return s;
-}
-
 // The rows whose link is Null or falls outside every ID: ranges around the IDs, which an index on
 // the link serves.
 std::vector<std::string> Mancanti(const std::string& e, std::vector<long> id) {
@@ -63,7 +57,7 @@ public:
         // an index on the links.
         std::vector<std::string> mancanti;
         for (const std::string& m : condizioni_[livello].mancanti) mancanti.push_back("(" + Tutte(scelte, m) + ")");
-        out.push_back(testa_ + " where " + Unite(mancanti, " Or ") + OrderBy(livello + 1));
+        out.push_back(testa_ + " where " + core::Unisci(mancanti, " Or ") + OrderBy(livello + 1));
         for (const std::string& d : condizioni_[livello].descrizioni) {
             std::vector<std::string> sotto = scelte;
             sotto.push_back(d);
@@ -78,7 +72,7 @@ private:
         if (!filtro_.empty()) termini.push_back(filtro_);
         termini.insert(termini.end(), scelte.begin(), scelte.end());
         if (!ancora.empty()) termini.push_back(ancora);
-        return Unite(termini, " And ");
+        return core::Unisci(termini, " And ");
     }
 
     // The order within a piece: the fields of the levels from `livello` down, then the sort.
@@ -86,7 +80,7 @@ private:
         std::vector<std::string> termini;
         for (std::size_t l = livello; l < gruppi_.size(); ++l) termini.push_back(gruppi_[l].campo + (inverso_ ? " DESC" : ""));
         termini.insert(termini.end(), ordine_.begin(), ordine_.end());
-        return termini.empty() ? "" : " ORDER BY " + Unite(termini, ", ");
+        return termini.empty() ? "" : " ORDER BY " + core::Unisci(termini, ", ");
     }
 
     std::string testa_, filtro_;  // the statement up to its Where, and its filter in parentheses

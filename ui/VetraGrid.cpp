@@ -40,17 +40,6 @@ std::vector<std::string> campiOrdinamento(const std::string& campi) {
     return out;
 }
 
-std::string senzaOrdine(const std::string& sql) {
-    const size_t proprio = core::PosizioneClausola(sql, "order by");
-    return proprio == std::string::npos ? sql : sql.substr(0, proprio);
-}
-
-std::string unite(const std::vector<std::string>& termini) {
-    std::string s;
-    for (const auto& t : termini) s += (s.empty() ? "" : ", ") + t;
-    return s;
-}
-
 }  // namespace
 
 // ---- the model ---------------------------------------------------------------------------------
@@ -475,7 +464,7 @@ std::string VetraGrid::ordinata(bool inverso) const {
     for (const auto& g : gruppi_) ordine.push_back(inverso ? g + " DESC" : g);
     for (auto& c : ordineCampi(inverso)) ordine.push_back(std::move(c));
     if (ordine.empty()) return inverso ? std::string() : sorgente_;
-    return core::Trim(senzaOrdine(sorgente_)) + " ORDER BY " + unite(ordine);
+    return core::Trim(core::SenzaOrdine(sorgente_)) + " ORDER BY " + core::Unisci(ordine, ", ");
 }
 
 // The pieces of the list when every grouping level is a description of a lookup table (none
@@ -489,7 +478,7 @@ std::vector<std::string> VetraGrid::istruzioniATratti(store::Database& db, bool 
         if (c == collegati_.end()) return {};
         livelli.push_back(*c);
     }
-    const std::string base = core::Trim(senzaOrdine(sorgente_));
+    const std::string base = core::Trim(core::SenzaOrdine(sorgente_));
     std::vector<std::string> tratti = IstruzioniATratti(db, base, livelli, ordineCampi(inverso), inverso, kMassimoTratti);
     // A short list, or one with few rows for each piece (quotes among thousands of customers), is
     // sorted at once by SQLite; reading pieces pays only when they hold rows. The count reads one
