@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <vector>
@@ -55,16 +54,20 @@ std::uintmax_t Dimensione(const fs::path& p) {
     return totale;
 }
 
-// The remains of backups cut short in this folder: hidden folders that never got a backup's name.
-void RimuoviAvanzi(const fs::path& dove) {
+// The entries of a folder whose names begin and end so, removed with all they hold.
+void RimuoviNascosti(const fs::path& dove, const std::string& inizio, const std::string& fine) {
     std::error_code ec;
-    std::vector<fs::path> avanzi;
+    std::vector<fs::path> trovati;
     for (const auto& voce : fs::directory_iterator(dove, ec)) {
         const std::string nome = voce.path().filename().string();
-        if (nome.rfind(".Backup ", 0) == 0 && nome.size() > 9 && nome.ends_with(kParziale)) avanzi.push_back(voce.path());
+        if (nome.size() > inizio.size() + fine.size() && nome.starts_with(inizio) && nome.ends_with(fine))
+            trovati.push_back(voce.path());
     }
-    for (const auto& p : avanzi) fs::remove_all(p, ec);
+    for (const auto& p : trovati) fs::remove_all(p, ec);
 }
+
+// The remains of backups cut short in this folder: hidden folders that never got a backup's name.
+void RimuoviAvanzi(const fs::path& dove) { RimuoviNascosti(dove, ".Backup ", kParziale); }
 
 // The archives of the current company, as their rows name them.
 struct Archivio {
@@ -156,14 +159,8 @@ void ScriviDaMettereAPosto(const fs::path& dati, const std::vector<std::string>&
 
 // The hidden copies a restore cut short before its list left behind.
 void RimuoviCopieProvvisorie(const fs::path& dati) {
+    RimuoviNascosti(dati, ".", kSuffissoRipristino);
     std::error_code ec;
-    std::vector<fs::path> copie;
-    for (const auto& voce : fs::directory_iterator(dati, ec)) {
-        const std::string nome = voce.path().filename().string();
-        if (nome.size() > 1 + std::strlen(kSuffissoRipristino) && nome[0] == '.' && nome.ends_with(kSuffissoRipristino))
-            copie.push_back(voce.path());
-    }
-    for (const auto& p : copie) fs::remove_all(p, ec);
     fs::remove(dati / (std::string(kDaMettereAPosto) + ".lista"), ec);
 }
 
