@@ -94,12 +94,26 @@ std::string finite(SqlType t, std::string sql) { return checksFinite(t) ? "jet_f
 // For each literal, the first literal of the statement with the same number (itself when none, and
 // for a text or a date).
 void firstEqualLiterals(const std::vector<Value>& lits, std::vector<std::size_t>& first) {
-    std::unordered_map<std::string, std::size_t> seen;
+    auto isNumber = [](const Value& v) { return v.kind() == Value::Kind::Long || v.kind() == Value::Kind::Double; };
+    auto same = [](const Value& a, const Value& b) {
+        const double x = a.number(), y = b.number();
+        return a.kind() == b.kind() && std::memcmp(&x, &y, sizeof x) == 0;
+    };
     first.resize(lits.size());
+    for (std::size_t i = 0; i < lits.size(); ++i) first[i] = i;
+    if (lits.size() <= 32) {  // the usual statement: no table to build
+        for (std::size_t i = 1; i < lits.size(); ++i)
+            for (std::size_t j = 0; j < i && isNumber(lits[i]); ++j)
+                if (same(lits[j], lits[i])) {
+                    first[i] = j;
+                    break;
+                }
+        return;
+    }
+    std::unordered_map<std::string, std::size_t> seen;
     for (std::size_t i = 0; i < lits.size(); ++i) {
-        first[i] = i;
         const Value& v = lits[i];
-        if (v.kind() != Value::Kind::Long && v.kind() != Value::Kind::Double) continue;
+        if (!isNumber(v)) continue;
         const double x = v.number();
         std::string k(1, v.kind() == Value::Kind::Long ? 'l' : 'd');
         k.append(reinterpret_cast<const char*>(&x), sizeof x);
