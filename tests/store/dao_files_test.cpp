@@ -1,6 +1,4 @@
 // Files: opening, refusing what is not ours, exclusive use, locks between connections, compacting.
-#include <sqlite3.h>
-
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -12,17 +10,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A second user on the same file through SQLite directly, as another process would be.
-class OtherUser {
-public:
-    explicit OtherUser(const std::string& path) { sqlite3_open(path.c_str(), &db_); }
-    ~OtherUser() { sqlite3_close(db_); }
-    int run(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
-
-private:
-    sqlite3* db_ = nullptr;
-};
-
 class FilesTest : public DaoTest {};
 
 TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
@@ -30,10 +17,7 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
     std::ofstream(text) << "Questo non è un database, ma un testo abbastanza lungo da avere un'intestazione: "
                            "righe e righe di parole che nessun motore sa leggere come pagine.";
     std::ofstream(empty).flush();
-    sqlite3* raw = nullptr;
-    sqlite3_open(foreign.c_str(), &raw);
-    sqlite3_exec(raw, "PRAGMA application_id = 1234; CREATE TABLE t (x)", nullptr, nullptr, nullptr);
-    sqlite3_close(raw);
+    OtherUser(foreign).run("PRAGMA application_id = 1234; CREATE TABLE t (x)");
 
     struct Case {
         std::string file;
@@ -57,11 +41,9 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
 
 // A plain SQLite file made by another tool is taken as it is, its types read from its declarations.
 TEST_F(FilesTest, PlainSqliteFileIsAdopted) {
-    sqlite3* raw = nullptr;
-    sqlite3_open(path("Esterno.db").c_str(), &raw);
-    sqlite3_exec(raw, "CREATE TABLE Voci (ID INTEGER, Descrizione VARCHAR(30), Prezzo REAL); "
-                      "INSERT INTO Voci VALUES (1, 'Penna', 1.5)", nullptr, nullptr, nullptr);
-    sqlite3_close(raw);
+    OtherUser(path("Esterno.db"))
+        .run("CREATE TABLE Voci (ID INTEGER, Descrizione VARCHAR(30), Prezzo REAL); "
+             "INSERT INTO Voci VALUES (1, 'Penna', 1.5)");
     auto db = open("Esterno.db");
     auto def = db->GetTableDef("Voci");
     ASSERT_TRUE(def);
@@ -126,20 +108,17 @@ TEST_F(FilesTest, WriteWithARegisterHalfReadWaitsForAnotherWriter) {
     Workspace::Default().setLockWait(5000);
     auto db = create();
     db->Execute("CREATE TABLE T (ID LONG)");
-    sqlite3* raw = nullptr;
-    sqlite3_open(path("Archivio.mdb").c_str(), &raw);
-    sqlite3_exec(raw, "BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
-                      "INSERT INTO T SELECT i FROM n; COMMIT;", nullptr, nullptr, nullptr);
-    sqlite3_busy_timeout(raw, 5000);
+    OtherUser other(path("Archivio.mdb"), 5000);
+    other.run("BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
+              "INSERT INTO T SELECT i FROM n; COMMIT;");
     auto reg = db->OpenRecordset("Select * from T");
-    sqlite3_exec(raw, "BEGIN IMMEDIATE; INSERT INTO T VALUES (-1)", nullptr, nullptr, nullptr);
-    std::thread other([&] {
+    other.run("BEGIN IMMEDIATE; INSERT INTO T VALUES (-1)");
+    std::thread commit([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(150));
-        sqlite3_exec(raw, "COMMIT", nullptr, nullptr, nullptr);
+        other.run("COMMIT");
     });
     EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (-2)"); }), 0);
-    other.join();
-    sqlite3_close(raw);
+    commit.join();
     reg->MoveLast();
     EXPECT_EQ(reg->RecordCount(), 1000);
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T where ID < 0")->get("N"), Value::Long(2));

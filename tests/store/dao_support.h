@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -20,6 +21,23 @@ using store::JetError;
 using store::TableDef;
 using store::Value;
 using store::Workspace;
+
+// Another user on the same file through SQLite directly, as another process would be; waitMs is how
+// long its statements wait for a lock.
+class OtherUser {
+public:
+    explicit OtherUser(const std::string& path, int waitMs = 0) {
+        sqlite3_open(path.c_str(), &db_);
+        sqlite3_busy_timeout(db_, waitMs);
+    }
+    ~OtherUser() { sqlite3_close(db_); }
+    OtherUser(const OtherUser&) = delete;
+    OtherUser& operator=(const OtherUser&) = delete;
+    int run(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
+
+private:
+    sqlite3* db_ = nullptr;
+};
 
 class DaoTest : public ::testing::Test {
 protected:
