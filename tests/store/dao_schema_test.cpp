@@ -8,7 +8,11 @@ namespace {
 using store::IndexDef;
 using store::QueryDef;
 
-FieldDef field(const char* name, FieldType type, int size = 0) { return TableDef::CreateField(name, type, size); }
+FieldDef field(const char* name, FieldType type, int size = 0, const char* defaultValue = "") {
+    FieldDef f = TableDef::CreateField(name, type, size);
+    f.DefaultValue = defaultValue;
+    return f;
+}
 
 TableDef spese() {
     TableDef t;
@@ -20,15 +24,9 @@ TableDef spese() {
     numero.ValidationRule = "Is Not Null";
     numero.ValidationText = "Manca il numero";
     t.Fields.push_back(numero);
-    FieldDef importo = field("Importo", FieldType::Double);
-    importo.DefaultValue = "0";
-    t.Fields.push_back(importo);
-    FieldDef pagata = field("Pagata", FieldType::Boolean);
-    pagata.DefaultValue = "False";
-    t.Fields.push_back(pagata);
-    FieldDef desc = field("Descrizione", FieldType::Text);
-    desc.DefaultValue = "'nessuna'";
-    t.Fields.push_back(desc);
+    t.Fields.push_back(field("Importo", FieldType::Double, 0, "0"));
+    t.Fields.push_back(field("Pagata", FieldType::Boolean, 0, "False"));
+    t.Fields.push_back(field("Descrizione", FieldType::Text, 0, "'nessuna'"));
     t.Fields.push_back(field("Note", FieldType::Memo));
     t.Fields.push_back(field("Data", FieldType::Date));
     t.Indexes.push_back(TableDef::CreateIndex("PrimaryKey", {"ID"}, true, true));
@@ -79,11 +77,8 @@ TEST_F(SchemaTest, FieldPropertiesAndIndexesSurviveCloseAndReopen) {
 
 TEST_F(SchemaTest, DefaultsApplyToRowsInsertedWithoutTheField) {
     store::fissaOrologio(45356.75);  // 5 March 2024, 18:00
-    FieldDef giorno = field("Giorno", FieldType::Date), ora = field("Ora", FieldType::Date);
-    giorno.DefaultValue = "Date()";
-    ora.DefaultValue = "=Now()";
-    db_->AppendField("Spese", giorno);
-    db_->AppendField("Spese", ora);
+    db_->AppendField("Spese", field("Giorno", FieldType::Date, 0, "Date()"));
+    db_->AppendField("Spese", field("Ora", FieldType::Date, 0, "=Now()"));
     db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (1, 'A1')");
     store::fissaOrologio(std::nullopt);
     auto rs = db_->OpenRecordset("Select * from Spese where ID=1");
@@ -128,9 +123,7 @@ TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
 // the text form of its numbers.
 TEST_F(SchemaTest, FieldChangesCarryTheRowsOver) {
     db_->Execute("INSERT INTO Spese (ID, Numero, [Note], Importo) VALUES (1, 'A1', 'Cancelleria', 2.5)");
-    FieldDef quota = field("Quota", FieldType::Long);
-    quota.DefaultValue = "0";
-    db_->AppendField("Spese", quota);
+    db_->AppendField("Spese", field("Quota", FieldType::Long, 0, "0"));
     db_->Execute("ALTER TABLE Spese ALTER COLUMN [Note] TEXT(3)");
     db_->Execute("ALTER TABLE Spese ALTER COLUMN Importo TEXT");
     db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (2, 'A2')");

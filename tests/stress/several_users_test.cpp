@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -94,14 +95,6 @@ protected:
     }
     void TearDown() override { fs::remove_all(dir_); }
 
-    std::vector<long> storedIds() {
-        auto db = store::Workspace::Default().OpenDatabase(file_);
-        std::vector<long> ids;
-        for (auto rs = db->OpenRecordset("SELECT ID FROM Nuova0 ORDER BY ID"); !rs->Eof(); rs->MoveNext())
-            ids.push_back(static_cast<long>(rs->get("ID").number()));
-        return ids;
-    }
-
     // The first column of a statement's rows, read by SQLite alone, joined by blanks.
     std::string sqliteRows(const char* sql) {
         sqlite3* db = nullptr;
@@ -163,7 +156,9 @@ TEST_F(SeveralUsers, KilledWriterLeavesEveryAcknowledgedRow) {
         pending += static_cast<std::size_t>(batch);
 
         ASSERT_EQ(integrity(), "ok");
-        std::vector<long> stored = storedIds();
+        std::vector<long> stored;
+        std::istringstream storedText(sqliteRows("SELECT ID FROM Nuova0"));
+        for (long id; storedText >> id;) stored.push_back(id);
         std::set<long> present(stored.begin(), stored.end());
         EXPECT_EQ(present.size(), stored.size());
         for (long id : acknowledged) ASSERT_TRUE(present.count(id)) << "row " << id << " lost";
