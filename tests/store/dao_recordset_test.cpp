@@ -1,8 +1,9 @@
 // Recordset semantics the program relies on: counts, positions, bookmarks, writes through tables
-// and saved queries, typed values.
+// and saved queries, typed values, prepared statements reused.
 #include <algorithm>
 
 #include "dao_support.h"
+#include "store/catalog.h"
 #include "store/convert.h"
 
 namespace daotest {
@@ -288,6 +289,57 @@ TEST_F(RecordsetTest, ResumableRecordsetReadsOnAfterAWrite) {
     altro->SetResumable(true);
     db_->Execute("CREATE TABLE Altra (ID LONG)");
     EXPECT_EQ(altro->RecordCount(), 302);
+}
+
+// The same statement text opened twice at once, and again after a close: each recordset keeps its
+// own position and parameters, however the prepared statements are reused.
+TEST_F(RecordsetTest, SameTextOpenTwiceKeepsEachCursor) {
+    auto a = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID >= 1 ORDER BY ID");
+    auto b = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID >= 2 ORDER BY ID");
+    a->MoveNext();
+    EXPECT_EQ(a->get("ID").number(), 2);
+    EXPECT_EQ(b->get("ID").number(), 2);
+    b->MoveNext();
+    EXPECT_EQ(b->get("ID").number(), 3);
+    a->Close();
+    auto c = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID >= 3 ORDER BY ID");
+    EXPECT_EQ(c->get("ID").number(), 3);
+    EXPECT_EQ(c->RecordCount(), 1);
+    EXPECT_EQ(b->get("ID").number(), 3);
+}
+
+// A statement used before a change of the table's shape must not answer with the old shape.
+TEST_F(RecordsetTest, SchemaChangeIsSeenByTheNextOpening) {
+    db_->OpenRecordset("SELECT * FROM Clienti WHERE ID = 1")->Close();
+    db_->AppendField("Clienti", TableDef::CreateField("Citta", FieldType::Text, 30));
+    auto rs = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID = 1");
+    EXPECT_TRUE(rs->HasField("Citta"));
+    rs->Edit();
+    rs->set("Citta", Value::Text("Roma"));
+    rs->Update();
+    EXPECT_EQ(rs->get("Citta").text(), "Roma");
+
+    db_->DeleteField("Clienti", "Saldo");
+    db_->Execute("UPDATE Clienti SET Nome = 'Neri' WHERE ID = 1");
+    auto after = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID = 1");
+    EXPECT_FALSE(after->HasField("Saldo"));
+    EXPECT_EQ(after->get("Nome").text(), "Neri");
+}
+
+// A statement given back half read, with a parameter bound, comes out again reset and unbound.
+TEST(StatementCache, GivenBackResetAndUnbound) {
+    sqlite3* raw = nullptr;
+    sqlite3_open(":memory:", &raw);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> closing(raw, sqlite3_close_v2);
+    store::detail::StatementCache cache;
+    {
+        store::detail::CachedStmt s(cache, raw, "SELECT ?1 UNION ALL SELECT 2");
+        s->bindInt(1, 7);
+        ASSERT_TRUE(s->step());  // left half way through its rows
+    }
+    store::detail::CachedStmt s(cache, raw, "SELECT ?1 UNION ALL SELECT 2");
+    ASSERT_TRUE(s->step());
+    EXPECT_TRUE(s->columnIsNull(0));
 }
 
 }  // namespace
