@@ -9,8 +9,7 @@ class DaoBatch : public DaoTest {
 protected:
     void SetUp() override {
         DaoTest::SetUp();
-        db_ = create();
-        fillClienti(*db_);
+        db_ = createClienti();
         other_ = open();
     }
 

@@ -1,4 +1,5 @@
-// Files: opening, refusing what is not ours, exclusive use, locks between connections, compacting.
+// Files: opening, refusing what is not ours, exclusive and read-only use, locks between connections,
+// compacting, copies.
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -54,7 +55,7 @@ TEST_F(FilesTest, PlainSqliteFileIsAdopted) {
     EXPECT_EQ(db->OpenRecordset("Select Descrizione from Voci where Prezzo > 1")->get("Descrizione"), Value::Text("Penna"));
 }
 
-TEST_F(FilesTest, ExclusiveUseKeepsOthersOut) {
+TEST_F(FilesTest, ExclusiveUseKeepsOthersOutAndReadOnlyUseRefusesWrites) {
     create()->Close();
     {
         auto mine = open("Archivio.mdb", true);
@@ -68,6 +69,12 @@ TEST_F(FilesTest, ExclusiveUseKeepsOthersOut) {
     other.run("BEGIN EXCLUSIVE");
     EXPECT_EQ(errorOf([&] { open("Archivio.mdb", true); }), 3045);
     other.run("COMMIT");
+
+    auto ro = open("Archivio.mdb", false, true);
+    EXPECT_EQ(errorOf([&] { ro->Execute("DELETE FROM T"); }), 3027);
+    auto rs = ro->OpenRecordset("T");
+    EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3027);
+    EXPECT_EQ(errorOf([&] { ro->AppendField("T", TableDef::CreateField("X", FieldType::Long)); }), 3027);
 }
 
 TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
@@ -126,8 +133,7 @@ TEST_F(FilesTest, WriteWithARegisterHalfReadWaitsForAnotherWriter) {
 
 // An editor keeps its one-row recordset open while another user saves.
 TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
-    auto db = create();
-    fillClienti(*db);
+    auto db = createClienti();
     auto editing = db->OpenRecordset("Select * from Clienti where ID=1");
     OtherUser other(path("Archivio.mdb"));
     EXPECT_EQ(other.run("INSERT INTO Clienti (ID, Nome) VALUES (9, 'Altro')"), SQLITE_OK);
@@ -146,20 +152,8 @@ TEST_F(FilesTest, SecondConnectionSeesSchemaChangesOfTheFirst) {
     EXPECT_EQ(a->OpenRecordset("[Note]")->get("Testo"), Value::Text("ciao"));
 }
 
-TEST_F(FilesTest, ReadOnlyDatabaseRefusesWrites) {
-    auto db = create();
-    fillClienti(*db);
-    db->Close();
-    auto ro = open("Archivio.mdb", false, true);
-    EXPECT_EQ(errorOf([&] { ro->Execute("DELETE FROM Clienti"); }), 3027);
-    auto rs = ro->OpenRecordset("Clienti");
-    EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3027);
-    EXPECT_EQ(errorOf([&] { ro->AppendField("Clienti", TableDef::CreateField("X", FieldType::Long)); }), 3027);
-}
-
 TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {
-    auto db = create();
-    fillClienti(*db);
+    auto db = createClienti();
     db->CreateQueryDef({"qrAttivi", "SELECT * FROM Clienti WHERE Attivo = True"});
     db->Execute("DELETE FROM Clienti WHERE ID = 2");
     db->Close();
@@ -175,8 +169,7 @@ TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {
 
 // The copy of a file in use holds what was committed when it was taken, and not a write still open.
 TEST_F(FilesTest, BackupOfAnOpenFileIsWholeAndChecked) {
-    auto db = create();
-    fillClienti(*db);
+    auto db = createClienti();
     OtherUser other(path("Archivio.mdb"));
     other.run("BEGIN; INSERT INTO Clienti (ID, Nome) VALUES (9, 'Aperto')");
     long last = 0, total = -1;

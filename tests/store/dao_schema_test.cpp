@@ -104,16 +104,10 @@ TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
         {"UPDATE Spese SET ID = Null WHERE ID = 1", 3058},
         {"INSERT INTO Spese (ID, Numero, Note) VALUES (5, 'C', '" + std::string(10000, 'n') + "')", 0},
         {"INSERT INTO Spese (ID, Numero, Descrizione) VALUES (6, 'D', '" + std::string(10000, 'n') + "')", 3163},
-        {"SELEC * FROM Spese", -1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.sql);
-        int error = errorOf([&] { db_->Execute(c.sql); });
-        if (c.error < 0) {
-            EXPECT_GT(error, 0);
-        } else {
-            EXPECT_EQ(error, c.error);
-        }
+        EXPECT_EQ(errorOf([&] { db_->Execute(c.sql); }), c.error);
     }
     EXPECT_EQ(first("Select Count(*) AS N from Spese", "N"), Value::Long(2));
 }

@@ -58,12 +58,14 @@ protected:
         return Workspace::Default().OpenDatabase(path(name), exclusive, readOnly);
     }
 
-    // Clienti: ID, Nome Text(20), Attivo Yes/No, Saldo Double, Dal Date, with three rows.
-    static void fillClienti(store::Database& db) {
-        db.Execute("CREATE TABLE Clienti (ID LONG, Nome TEXT(20), Attivo YESNO, Saldo DOUBLE, Dal DATETIME)");
-        db.Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo, Dal) VALUES (1, 'Rossi', True, 2.5, #03/05/2024#)");
-        db.Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo, Dal) VALUES (2, 'Bianchi', False, 0.1, #12/31/2024#)");
-        db.Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo) VALUES (3, 'Verdi', True, -7)");
+    // A new database with Clienti: ID, Nome Text(20), Attivo Yes/No, Saldo Double, Dal Date, three rows.
+    DatabasePtr createClienti() {
+        DatabasePtr db = create();
+        db->Execute("CREATE TABLE Clienti (ID LONG, Nome TEXT(20), Attivo YESNO, Saldo DOUBLE, Dal DATETIME)");
+        db->Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo, Dal) VALUES (1, 'Rossi', True, 2.5, #03/05/2024#)");
+        db->Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo, Dal) VALUES (2, 'Bianchi', False, 0.1, #12/31/2024#)");
+        db->Execute("INSERT INTO Clienti (ID, Nome, Attivo, Saldo) VALUES (3, 'Verdi', True, -7)");
+        return db;
     }
 
     std::string dir_;

@@ -112,7 +112,6 @@ public:
     TestDb& operator=(const TestDb&) = delete;
 
     sqlite3* db() const { return db_; }
-    MemCatalog& catalog() { return cat_; }
     store::sql::Translator& translator() { return tr_; }
 
     // Creates a table by the storage rules; text columns take the engine's collation.
