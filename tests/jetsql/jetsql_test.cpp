@@ -4,15 +4,14 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
-namespace {
+#include "support/cartella_temporanea.h"
 
-namespace fs = std::filesystem;
+namespace {
 
 struct Result {
     int status = -1;
@@ -25,7 +24,7 @@ std::string quoted(const std::string& s) {
     return q + "'";
 }
 
-std::string slurp(const fs::path& p) {
+std::string slurp(const std::string& p) {
     std::ifstream in(p, std::ios::binary);
     std::stringstream ss;
     ss << in.rdbuf();
@@ -34,19 +33,11 @@ std::string slurp(const fs::path& p) {
 
 class JetsqlTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string tmpl = (fs::temp_directory_path() / "jetsql-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(tmpl.data()), nullptr);
-        dir_ = tmpl;
-    }
-    void TearDown() override { fs::remove_all(dir_); }
-
     Result run(const std::vector<std::string>& args, const std::string& input = "") {
         std::ofstream(dir_ / "in") << input;
         std::string cmd = quoted(BREVANO_BIN_DIR "/jetsql");
         for (const std::string& a : args) cmd += " " + quoted(a);
-        cmd += " < " + quoted((dir_ / "in").string()) + " > " + quoted((dir_ / "out").string()) + " 2> " +
-               quoted((dir_ / "err").string());
+        cmd += " < " + quoted(dir_ / "in") + " > " + quoted(dir_ / "out") + " 2> " + quoted(dir_ / "err");
         int raw = std::system(cmd.c_str());
         Result r;
         r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
@@ -54,9 +45,9 @@ protected:
         r.err = slurp(dir_ / "err");
         return r;
     }
-    std::string db(const char* name = "Prova.mdb") const { return (dir_ / name).string(); }
+    std::string db(const char* name = "Prova.mdb") const { return dir_ / name; }
 
-    fs::path dir_;
+    test::CartellaTemporanea dir_;
 };
 
 // Statements on standard input build a file that a later run reads with statements as arguments.
@@ -94,7 +85,7 @@ TEST_F(JetsqlTest, StopsAtTheFirstErrorWithItsNumberOrTheUsage) {
         {{"SELECT 1 AS Uno", "SELECT * FROM Manca", "SELECT 2 AS Due"}, "", "Uno\n1\n", "error 3078: "},
         {{}, "SELECT 'a' AS X\nSELEC X\nSELECT 'b' AS Y\n", "X\na\n", "error "},
         {{"CREATE TABLE T (S TEXT(2))", "INSERT INTO T VALUES ('abc')"}, "", "", "error 3163: "},
-        {{"--db", (dir_ / "testo.txt").string(), "SELECT 1 AS Uno"}, "", "", "error 3049: "},
+        {{"--db", dir_ / "testo.txt", "SELECT 1 AS Uno"}, "", "", "error 3049: "},
         {{"--db"}, "", "", "usage: jetsql [--db FILE] [STATEMENT...]\n", 2},
     };
     for (const Case& c : cases) {

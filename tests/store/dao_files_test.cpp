@@ -24,7 +24,7 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
         std::string file;
         int error;
     };
-    const Case cases[] = {{path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {dir_, 3049}};
+    const Case cases[] = {{path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {folder_.percorso(), 3049}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.file);
         try {

@@ -4,13 +4,12 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <string>
 
 #include "convert_support.h"
 #include "store/dao.h"
+#include "support/cartella_temporanea.h"
 
 namespace daotest {
 
@@ -41,18 +40,10 @@ private:
 
 class DaoTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::string tmpl = (std::filesystem::temp_directory_path() / "daotest-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(tmpl.data()), nullptr);
-        dir_ = tmpl;
-        Workspace::Default().setLockWait(300);
-    }
-    void TearDown() override {
-        Workspace::Default().setLockWait(4000);
-        std::filesystem::remove_all(dir_);
-    }
+    void SetUp() override { Workspace::Default().setLockWait(300); }
+    void TearDown() override { Workspace::Default().setLockWait(4000); }
 
-    std::string path(const std::string& name) const { return dir_ + "/" + name; }
+    std::string path(const std::string& name) const { return folder_ / name; }
     DatabasePtr create(const std::string& name = "Archivio.mdb") { return Workspace::Default().CreateDatabase(path(name)); }
     DatabasePtr open(const std::string& name = "Archivio.mdb", bool exclusive = false, bool readOnly = false) {
         return Workspace::Default().OpenDatabase(path(name), exclusive, readOnly);
@@ -68,7 +59,7 @@ protected:
         return db;
     }
 
-    std::string dir_;
+    test::CartellaTemporanea folder_;
 };
 
 }  // namespace daotest

@@ -11,7 +11,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <random>
 #include <set>
 #include <sstream>
@@ -20,10 +19,9 @@
 #include <vector>
 
 #include "store/dao.h"
+#include "support/cartella_temporanea.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 // A child process whose standard output the test reads line by line.
 class Child {
@@ -86,15 +84,10 @@ const std::string kConsole = BREVANO_BIN_DIR "/jetsql";
 class SeveralUsers : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::string tmpl = (fs::temp_directory_path() / "users-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(tmpl.data()), nullptr);
-        dir_ = tmpl;
-        file_ = (dir_ / "Archivio.mdb").string();
+        file_ = dir_ / "Archivio.mdb";
         auto db = store::Workspace::Default().CreateDatabase(file_);
         db->Execute("CREATE TABLE Nuova0 (ID LONG PRIMARY KEY, Testo TEXT(20))");
     }
-    void TearDown() override { fs::remove_all(dir_); }
-
     // The first column of a statement's rows, read by SQLite alone, joined by blanks.
     std::string sqliteRows(const char* sql) {
         sqlite3* db = nullptr;
@@ -121,7 +114,7 @@ protected:
     }
     std::string tableColumns() { return sqliteRows("SELECT name FROM pragma_table_info('Nuova0')"); }
 
-    fs::path dir_;
+    test::CartellaTemporanea dir_;
     std::string file_;
 };
 
