@@ -42,12 +42,15 @@ protected:
         db_->AppendTableDef(spese());
     }
     Value first(const std::string& sql, const char* field) { return db_->OpenRecordset(sql)->get(field); }
+    void reopen() {
+        db_->Close();
+        db_ = open();
+    }
     DatabasePtr db_;
 };
 
 TEST_F(SchemaTest, FieldPropertiesAndIndexesSurviveCloseAndReopen) {
-    db_->Close();
-    db_ = open();
+    reopen();
     auto def = db_->GetTableDef("spese");
     ASSERT_TRUE(def);
     EXPECT_EQ(def->Name, "Spese");
@@ -149,8 +152,7 @@ TEST_F(SchemaTest, ChangedFieldPropertiesAreKeptAndApplied) {
     EXPECT_EQ(errorOf([&] { db_->SetFieldProperties("Spese", desc); }), 3315);  // a row breaks the rule
     db_->Execute("UPDATE Spese SET Descrizione = 'x' WHERE ID = 1");
     db_->SetFieldProperties("Spese", desc);
-    db_->Close();
-    db_ = open();
+    reopen();
     const FieldDef kept = db_->GetTableDef("Spese")->Fields[4];
     EXPECT_FALSE(kept.AllowZeroLength);
     EXPECT_EQ(kept.DefaultValue, "\"varie\"");
@@ -182,8 +184,7 @@ TEST_F(SchemaTest, SavedQueriesFollowTheTablesTheyRead) {
     db_->Execute("INSERT INTO Spese (ID, Numero, Importo) VALUES (1, 'A1', 6.5)");
     EXPECT_EQ(first("qrSpeseTotali", "Totale"), Value::Double(6.5));
 
-    db_->Close();
-    db_ = open();
+    reopen();
     auto queries = db_->QueryDefs();
     ASSERT_EQ(queries.size(), 2u);
     EXPECT_EQ(queries[0].Name, "qrSpese");
