@@ -33,9 +33,7 @@ TEST_F(DaoBatch, CommitsEveryNWritesOfEachKind) {
         std::function<void(store::Database&, int)> write;
     };
     const Case cases[] = {
-        {"Execute", [](store::Database& db, int id) {
-             db.Execute("INSERT INTO Clienti (ID, Nome) VALUES (" + std::to_string(id) + ", 'x')");
-         }},
+        {"Execute", [this](store::Database&, int id) { insert(id); }},
         {"AddNew", [](store::Database& db, int id) {
              auto rs = db.OpenRecordset("Clienti");
              rs->AddNew();

@@ -57,10 +57,7 @@ TEST_F(SqlRobust, OverflowAndTextFunctions) {
         std::string sql;
         int error;
     } cases[] = {
-        {"Select 1e999 from T", 6},
-        {"Select -1e999 from T", 6},
         {"Select " + std::string(400, '9') + " from T", 6},
-        {"Select 1e-999 from T", 0},
         {"Select 0.0e999 from T", 0},
         {"Select 1e308 * 10 from T", 6},
         {"Select Abs(1e308 * 10) from T", 6},
@@ -70,7 +67,6 @@ TEST_F(SqlRobust, OverflowAndTextFunctions) {
         {"Insert Into T (ID, Quando) Values (9, #12/31/9999# + 1)", 6},
         {"Update T Set Quando = Quando - 800000", 6},
         {"Insert Into T (ID, Quando) Values (9, #12/31/9999#)", 0},
-        {"Select Asc('A'), Chr(65) from T", 0},
         {"Select StrReverse('ab') from T", 3085},
         {"Select Left$(Nome, 1) & Trim$(Nome) & Chr$(65) from T", 0},
         {"Select Asc$('a') from T", 3085},
@@ -103,7 +99,6 @@ TEST_F(SqlRobust, StatementBoundsAndLongLists) {
 
 TEST_F(SqlRobust, LongTexts) {
     std::string big(10000, 'x');
-    EXPECT_EQ(outcome("Select * from T where Nome='" + big + "'"), 0);
     EXPECT_EQ(db.rows("Select Len('" + big + "') from T where ID=1"), "10000");
     // long chains of operators: refused as too complex, or run, never a crash
     std::string sum = "Select 1";
