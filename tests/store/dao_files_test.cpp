@@ -1,5 +1,6 @@
 // Files: opening, refusing what is not ours, exclusive and read-only use, locks between connections,
 // compacting, copies.
+#include <array>
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -48,10 +49,9 @@ TEST_F(FilesTest, PlainSqliteFileIsAdopted) {
     auto db = open("Esterno.db");
     auto def = db->GetTableDef("Voci");
     ASSERT_TRUE(def);
-    EXPECT_EQ(def->Fields[0].Type, FieldType::Long);
-    EXPECT_EQ(def->Fields[1].Type, FieldType::Text);
+    EXPECT_EQ((std::array{def->Fields[0].Type, def->Fields[1].Type, def->Fields[2].Type}),
+              (std::array{FieldType::Long, FieldType::Text, FieldType::Double}));
     EXPECT_EQ(def->Fields[1].Size, 30);
-    EXPECT_EQ(def->Fields[2].Type, FieldType::Double);
     EXPECT_EQ(db->OpenRecordset("Select Descrizione from Voci where Prezzo > 1")->get("Descrizione"), Value::Text("Penna"));
 }
 

@@ -72,10 +72,7 @@ TEST_F(SqlRobust, OverflowAndTextFunctions) {
         {"Select Asc$('a') from T", 3085},
         {"Select Foo$(1) from T", 3085},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.sql);
-        EXPECT_EQ(outcome(c.sql), c.error);
-    }
+    for (const auto& c : cases) EXPECT_EQ(outcome(c.sql), c.error) << c.sql;
     EXPECT_EQ(db.rows("Select Asc('A') & Chr(66) from T where ID=1"), "65B");
 }
 
