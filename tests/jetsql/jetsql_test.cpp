@@ -84,7 +84,6 @@ TEST_F(JetsqlTest, StopsAtTheFirstErrorWithItsNumberOrTheUsage) {
     const Case cases[] = {
         {{"SELECT 1 AS Uno", "SELECT * FROM Manca", "SELECT 2 AS Due"}, "", "Uno\n1\n", "error 3078: "},
         {{}, "SELECT 'a' AS X\nSELEC X\nSELECT 'b' AS Y\n", "X\na\n", "error "},
-        {{"CREATE TABLE T (S TEXT(2))", "INSERT INTO T VALUES ('abc')"}, "", "", "error 3163: "},
         {{"--db", dir_ / "testo.txt", "SELECT 1 AS Uno"}, "", "", "error 3049: "},
         {{"--db"}, "", "", "usage: jetsql [--db FILE] [STATEMENT...]\n", 2},
     };

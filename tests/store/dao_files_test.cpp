@@ -10,8 +10,6 @@
 namespace daotest {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 class FilesTest : public DaoTest {};
 
 TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
@@ -82,9 +80,9 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
     db->Execute("CREATE TABLE T (ID LONG)");
     OtherUser other(path("Archivio.mdb"));
     other.run("BEGIN EXCLUSIVE");
-    auto start = Clock::now();
+    const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (1)"); }), 3218);
-    EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(300));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(300));
     other.run("COMMIT");
 
     // A lock given back within the wait lets the write through (the wait is taken at opening); a

@@ -30,8 +30,6 @@ public:
         sqlite3_busy_timeout(db_, waitMs);
     }
     ~OtherUser() { sqlite3_close(db_); }
-    OtherUser(const OtherUser&) = delete;
-    OtherUser& operator=(const OtherUser&) = delete;
     int run(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
 
 private:

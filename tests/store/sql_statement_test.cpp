@@ -50,7 +50,6 @@ TEST_F(SqlStmt, SelectsGiveTheirRows) {
         {"Select [ID] from [Clienti] where [DescCliente] = \"bianchi  \"", "2"},
         {"SELECT id FROM clienti WHERE descCLIENTE='àlfa'", "3"},
         {"Select ID from Documenti where Pagato=True", "1"},
-        {"Select ID from Documenti where Pagato order by ID", "1"},
         {"Select ID from Documenti where Not Pagato order by ID", "2;3;4"},
         {"Select ID from Documenti where Pagato > 0", ""},
         {"Select ID from [Note]", ""},
@@ -70,7 +69,6 @@ TEST_F(SqlStmt, SelectsGiveTheirRows) {
          "Movimenti.Documento = Documenti.ID where Movimenti.ID = 5",
          "5|Null"},
         {"Select C.ID from Clienti AS C INNER JOIN Documenti AS D ON C.ID = D.Cliente where D.Tipo = 7", "3"},
-        {"Select Count(*) from Clienti, Fornitori", "3"},
         {"Select Sum(Importo) from Movimenti where Documento=-1", "Null"},
         {"Select Count(*) from Movimenti where Documento=-1", "0"},
         {"Select Documento, Sum(Importo) from Movimenti where Documento=-1 Group By Documento", ""},
@@ -315,16 +313,14 @@ TEST_F(SqlStmt, Ddl) {
                                FieldType::Integer, FieldType::Byte,     FieldType::Single};
     for (std::size_t i = 0; i < std::size(types); ++i) EXPECT_EQ(t.ddl->fields[i + 2].type, types[i]) << i + 2;
     using Op = store::sql::DdlCommand::Op;
-    const std::pair<const char*, Op> commands[] = {
-        {"DROP TABLE Prova", Op::DropTable},
-        {"DROP INDEX ixNome ON Prova", Op::DropIndex},
-    };
-    for (const auto& [text, op] : commands) EXPECT_EQ(db.translator().translate(text).ddl->op, op) << text;
+    EXPECT_EQ(db.translator().translate("DROP TABLE Prova").ddl->op, Op::DropTable);
+    auto drop = db.translator().translate("DROP INDEX ixNome ON Prova");
+    EXPECT_EQ(drop.ddl->op, Op::DropIndex);
+    EXPECT_EQ(drop.ddl->index, "ixNome");
     auto ix = db.translator().translate("CREATE UNIQUE INDEX ixNome ON Prova (Nome DESC, ID) WITH PRIMARY");
     EXPECT_EQ(ix.ddl->op, Op::CreateIndex);
     EXPECT_TRUE(ix.ddl->unique && ix.ddl->primary);
     EXPECT_EQ(ix.ddl->indexFields.size(), 2u);
-    EXPECT_EQ(db.translator().translate("DROP INDEX ixNome ON Prova").ddl->index, "ixNome");
     EXPECT_EQ(db.error("CREATE TABLE X (ID LONG, ID TEXT)"), 3191);
     EXPECT_EQ(db.error("CREATE TABLE X (ID NOTYPE)"), 3290);
     EXPECT_EQ(db.error("ALTER TABLE X FROB"), 3293);
