@@ -129,9 +129,16 @@ TEST_F(FilesTest, WriteWithARegisterHalfReadWaitsForAnotherWriter) {
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T where ID < 0")->get("N"), Value::Long(2));
 }
 
-// An editor keeps its one-row recordset open while another user saves.
-TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
+// A second connection sees the first one's new table and its rules; an editor keeps its one-row
+// recordset open while another user saves.
+TEST_F(FilesTest, OtherConnectionsSeeSchemaChangesAndWriteBesideAnOpenRecordset) {
     auto db = createClienti();
+    auto b = open();
+    db->Execute("CREATE TABLE Note (ID LONG, Testo TEXT(5))");
+    b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (1, 'ciao')");
+    EXPECT_EQ(errorOf([&] { b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (2, 'troppo')"); }), 3163);
+    EXPECT_EQ(db->OpenRecordset("[Note]")->get("Testo"), Value::Text("ciao"));
+
     auto editing = db->OpenRecordset("Select * from Clienti where ID=1");
     OtherUser other(path("Archivio.mdb"));
     EXPECT_EQ(other.run("INSERT INTO Clienti (ID, Nome) VALUES (9, 'Altro')"), SQLITE_OK);
@@ -139,15 +146,6 @@ TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
     editing->set("Nome", Value::Text("Rosa"));
     editing->Update();
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from Clienti")->get("N"), Value::Long(4));
-}
-
-TEST_F(FilesTest, SecondConnectionSeesSchemaChangesOfTheFirst) {
-    auto a = create();
-    auto b = open();
-    a->Execute("CREATE TABLE Note (ID LONG, Testo TEXT(5))");
-    b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (1, 'ciao')");
-    EXPECT_EQ(errorOf([&] { b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (2, 'troppo')"); }), 3163);
-    EXPECT_EQ(a->OpenRecordset("[Note]")->get("Testo"), Value::Text("ciao"));
 }
 
 TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {

@@ -170,21 +170,17 @@ TEST_F(RecordsetTest, PendingChangesAreDroppedByAMove) {
     EXPECT_EQ(rs->get("Nome"), Value::Text("Rossi"));
 }
 
-TEST_F(RecordsetTest, ReadOnlyResultsRefuseWrites) {
+TEST_F(RecordsetTest, ReadOnlyResultsRefuseWritesAndClosedObjectsAnswer3420) {
     auto totals = db_->OpenRecordset("Select Count(*) AS N, Sum(Saldo) AS Totale from Clienti");
+    auto other = db_->OpenRecordset("Clienti");
     EXPECT_EQ(totals->get("N"), Value::Long(3));
     EXPECT_FALSE(totals->updatable());
     EXPECT_EQ(errorOf([&] { totals->Edit(); }), 3326);
     EXPECT_EQ(errorOf([&] { totals->AddNew(); }), 3326);
     EXPECT_EQ(errorOf([&] { totals->Update(); }), 3020);
     EXPECT_EQ(errorOf([&] { totals->set("N", Value::Long(1)); }), 3020);
-}
-
-TEST_F(RecordsetTest, ClosedObjectsAnswer3420) {
-    auto rs = db_->OpenRecordset("Clienti");
-    auto other = db_->OpenRecordset("Clienti");
-    rs->Close();
-    EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3420);
+    totals->Close();
+    EXPECT_EQ(errorOf([&] { totals->MoveNext(); }), 3420);
     db_->Close();
     EXPECT_EQ(errorOf([&] { other->MoveNext(); }), 3420);
     EXPECT_EQ(errorOf([&] { db_->Execute("DELETE FROM Clienti"); }), 3420);
