@@ -54,10 +54,8 @@ TEST(DateSerialTest, SplitsNegativeSerialsWithTheTimeCountedForward) {
 TEST(DateSerialTest, WeekdaysLeapYearsAndTheRange) {
     EXPECT_EQ(Weekday(0), 7);   // 30/12/1899, a Saturday: weeks start on Sunday
     EXPECT_EQ(Weekday(-2), 5);  // 28/12/1899, a Thursday
-    EXPECT_FALSE(ValidDate(1900, 2, 29));
-    EXPECT_TRUE(ValidDate(2000, 2, 29));
-    EXPECT_FALSE(ValidDate(99, 12, 31));
-    EXPECT_FALSE(ValidDate(10000, 1, 1));
+    EXPECT_EQ((std::array{ValidDate(1900, 2, 29), ValidDate(2000, 2, 29), ValidDate(99, 12, 31), ValidDate(10000, 1, 1)}),
+              (std::array{false, true, false, false}));
     EXPECT_EQ(errorOf([] { SplitDate(NAN); }), 6);
     EXPECT_EQ(errorOf([] { DateText(1e300); }), 6);
 }
@@ -244,10 +242,9 @@ TEST(ValueConversionTest, BooleansAsItalianWordsAndDateValueDropsTheTime) {
     EXPECT_TRUE(CBool(Value::Text("0,5")));
     EXPECT_EQ(CStr(Value::Bool(false)), "Falso");
     EXPECT_EQ(ConcatText(Value::Bool(false)), "Falso");
-    EXPECT_EQ(DateValue(Value::Text("31/12/2024 14.30")), 45657);
-    EXPECT_EQ(DateValue(Value::Date(45356 + k1430)), 45356);
-    EXPECT_EQ(DateValue(Value::Date(-1.25)), -1);
-    EXPECT_EQ(DateValue(Value::Text("14.30")), 0);
+    EXPECT_EQ((std::array{DateValue(Value::Text("31/12/2024 14.30")), DateValue(Value::Date(45356 + k1430)),
+                          DateValue(Value::Date(-1.25)), DateValue(Value::Text("14.30"))}),
+              (std::array{45657.0, 45356.0, -1.0, 0.0}));
 }
 
 // ---- text --------------------------------------------------------------------------------------
@@ -258,11 +255,10 @@ TEST(CompareTextTest, IgnoresCaseAndTrailingBlanksButNotAccents) {
         {"a", "à", -1},   {"abc", " abc", 1}, {"ab", "abc", -1},        {"àncora", "banca", -1},
         {"àb", "ac", -1}, {"", " ", 0},       {"Œuvre", "œuvre", 0},    {"\xFF", "z", 1},
     };
+    const auto sign = [](int v) { return (v > 0) - (v < 0); };
     for (const auto& c : cases) {
-        const int got = CompareText(c.a, c.b);
-        EXPECT_EQ((got > 0) - (got < 0), c.sign) << c.a << " vs " << c.b;
-        const int back = CompareText(c.b, c.a);
-        EXPECT_EQ((back > 0) - (back < 0), -c.sign) << c.b << " vs " << c.a;
+        EXPECT_EQ(sign(CompareText(c.a, c.b)), c.sign) << c.a << " vs " << c.b;
+        EXPECT_EQ(sign(CompareText(c.b, c.a)), -c.sign) << c.b << " vs " << c.a;
     }
 }
 

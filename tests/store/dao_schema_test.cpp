@@ -1,4 +1,6 @@
 // Tables, fields, indexes and saved queries kept in the file, as the structure update uses them.
+#include <tuple>
+
 #include "dao_support.h"
 #include "store/clock.h"
 
@@ -60,13 +62,9 @@ TEST_F(SchemaTest, FieldPropertiesAndIndexesSurviveCloseAndReopen) {
     for (std::size_t i = 0; i < want.Fields.size(); ++i) {
         const FieldDef &got = def->Fields[i], &w = want.Fields[i];
         SCOPED_TRACE(w.Name);
-        EXPECT_EQ(got.Name, w.Name);
-        EXPECT_EQ(got.Type, w.Type);
+        EXPECT_EQ(std::tie(got.Name, got.Type, got.Required, got.DefaultValue, got.ValidationRule, got.ValidationText),
+                  std::tie(w.Name, w.Type, w.Required, w.DefaultValue, w.ValidationRule, w.ValidationText));
         EXPECT_EQ(got.Size, sizes[i]);
-        EXPECT_EQ(got.Required, w.Required);
-        EXPECT_EQ(got.DefaultValue, w.DefaultValue);
-        EXPECT_EQ(got.ValidationRule, w.ValidationRule);
-        EXPECT_EQ(got.ValidationText, w.ValidationText);
         EXPECT_EQ(got.OrdinalPosition, static_cast<int>(i));
         if (w.Type == FieldType::Text) {
             EXPECT_EQ(got.AllowZeroLength, w.AllowZeroLength);
@@ -150,10 +148,8 @@ TEST_F(SchemaTest, ChangedFieldPropertiesAreKeptAndApplied) {
     db_->SetFieldProperties("Spese", desc);
     reopen();
     const FieldDef kept = db_->GetTableDef("Spese")->Fields[4];
-    EXPECT_FALSE(kept.AllowZeroLength);
-    EXPECT_EQ(kept.DefaultValue, "\"varie\"");
-    EXPECT_EQ(kept.ValidationText, "Descrizione vuota");
-    EXPECT_EQ(kept.OrdinalPosition, 4);
+    EXPECT_EQ(std::tie(kept.AllowZeroLength, kept.DefaultValue, kept.ValidationText, kept.OrdinalPosition),
+              std::make_tuple(false, std::string("\"varie\""), std::string("Descrizione vuota"), 4));
     db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (2, 'A2')");
     EXPECT_EQ(first("Select Descrizione from Spese where ID=2", "Descrizione"), Value::Text("varie"));
     EXPECT_EQ(errorOf([&] { db_->Execute("UPDATE Spese SET Descrizione = '' WHERE ID = 2"); }), 3315);
