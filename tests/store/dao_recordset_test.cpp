@@ -189,14 +189,12 @@ TEST_F(RecordsetTest, ReadOnlyResultsRefuseWritesAndClosedObjectsAnswer3420) {
 // are read later by rowid, a block at a time, in whichever direction the program goes.
 TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
     db_->Execute("CREATE TABLE Righe (Cliente LONG, Riga LONG)");
-    db_->Close();
     ASSERT_EQ(OtherUser(path("Archivio.mdb"))
                   .run("BEGIN; WITH RECURSIVE n(i) AS (SELECT 4 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
                        "INSERT INTO Clienti (ID, Nome, Attivo) SELECT i, 'Cliente ' || i, 0 FROM n; "
                        "INSERT INTO Righe SELECT ID, 1 FROM Clienti; INSERT INTO Righe SELECT ID, 2 FROM Clienti; "
                        "COMMIT;"),
               SQLITE_OK);
-    db_ = open();
     auto row = [](store::Recordset& rs) {
         std::string out;
         for (int i = 0; i < rs.FieldCount(); ++i) out += store::CStr(rs.Fields(i).value()) + "|";
@@ -249,10 +247,9 @@ TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
 // of structure still reads it to its end.
 TEST_F(RecordsetTest, ResumableRecordsetReadsOnAfterAWrite) {
     db_->Execute("CREATE TABLE Righe (ID LONG, Nome TEXT(20))");
-    db_->BeginBatch();
-    for (int i = 1; i <= 300; ++i)
-        db_->Execute("INSERT INTO Righe (ID, Nome) VALUES (" + std::to_string(i * 2) + ", 'r')");
-    db_->EndBatch();
+    OtherUser(path("Archivio.mdb"))
+        .run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+             "INSERT INTO Righe SELECT i * 2, 'r' FROM n");
     auto rs = db_->OpenRecordset("Select * from Righe order by ID");
     rs->SetResumable(true);
     for (int i = 0; i < 100; ++i) rs->MoveNext();

@@ -115,8 +115,7 @@ TEST_F(SqlRobust, LongTexts) {
 TEST_F(SqlRobust, NulBytesAndInvalidUtf8) {
     std::string nul("Select * from T where Nome='a\0b'", 32);
     EXPECT_EQ(outcome(nul), 0);
-    std::string nulOutside("Select * from T\0 where ID=1", 27);
-    EXPECT_EQ(outcome(nulOutside), 3075);
+    EXPECT_EQ(outcome(std::string("Select * from T\0 where ID=1", 27)), 3075);
     EXPECT_EQ(outcome(std::string("\0", 1)), 3075);
     EXPECT_EQ(outcome("Select * from T where Nome='\xff\xfe\xc3'"), 0);
     EXPECT_EQ(outcome("Select * from T where Nome Like '*\xc3*'"), 0);
