@@ -19,19 +19,16 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
     std::ofstream(empty).flush();
     OtherUser(foreign).run("PRAGMA application_id = 1234; CREATE TABLE t (x)");
 
-    struct Case {
-        std::string file;
-        int error;
-    };
-    const Case cases[] = {{path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {folder_.percorso(), 3049}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.file);
+    const std::pair<std::string, int> cases[] = {
+        {path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {folder_.percorso(), 3049}};
+    for (const auto& [file, error] : cases) {
+        SCOPED_TRACE(file);
         try {
-            Workspace::Default().OpenDatabase(c.file);
+            Workspace::Default().OpenDatabase(file);
             ADD_FAILURE() << "opened";
         } catch (const JetError& e) {
-            EXPECT_EQ(e.number(), c.error);
-            EXPECT_NE(std::string(e.what()).find(c.file), std::string::npos) << e.what();
+            EXPECT_EQ(e.number(), error);
+            EXPECT_NE(std::string(e.what()).find(file), std::string::npos) << e.what();
         }
     }
     create("Nuovo.mdb");

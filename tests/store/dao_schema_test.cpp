@@ -93,11 +93,7 @@ TEST_F(SchemaTest, DefaultsApplyToRowsInsertedWithoutTheField) {
 
 TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
     db_->Execute("INSERT INTO Spese (ID, Numero) VALUES (1, 'A1')");
-    struct Case {
-        std::string sql;
-        int error;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, int> cases[] = {
         {"INSERT INTO Spese (ID, Numero) VALUES (2, '12345678901')", 3163},
         {"INSERT INTO Spese (ID, Numero) VALUES (1, 'B1')", 3022},
         {"INSERT INTO Spese (ID) VALUES (3)", 3314},
@@ -105,7 +101,7 @@ TEST_F(SchemaTest, WritesBreakingTheFieldRulesAreRefused) {
         {"UPDATE Spese SET ID = Null WHERE ID = 1", 3058},
         {"INSERT INTO Spese (ID, Numero, Note) VALUES (5, 'C', '" + std::string(10000, 'n') + "')", 0},
     };
-    for (const Case& c : cases) EXPECT_EQ(errorOf([&] { db_->Execute(c.sql); }), c.error) << c.sql;
+    for (const auto& [sql, error] : cases) EXPECT_EQ(errorOf([&] { db_->Execute(sql); }), error) << sql;
     EXPECT_EQ(first("Select Count(*) AS N from Spese", "N"), Value::Long(2));
 }
 

@@ -53,10 +53,7 @@ TEST_F(SqlRobust, DeepNestingIsTooComplex) {
 // platform does. The dialect's text functions, also in their text form (Left$), are functions: an
 // unknown one is error 3085, never a syntax error.
 TEST_F(SqlRobust, OverflowAndTextFunctions) {
-    const struct {
-        std::string sql;
-        int error;
-    } cases[] = {
+    const std::pair<std::string, int> cases[] = {
         {"Select " + std::string(400, '9') + " from T", 6},
         {"Select 0.0e999 from T", 0},
         {"Select 1e308 * 10 from T", 6},
@@ -72,7 +69,7 @@ TEST_F(SqlRobust, OverflowAndTextFunctions) {
         {"Select Asc$('a') from T", 3085},
         {"Select Foo$(1) from T", 3085},
     };
-    for (const auto& c : cases) EXPECT_EQ(outcome(c.sql), c.error) << c.sql;
+    for (const auto& [sql, error] : cases) EXPECT_EQ(outcome(sql), error) << sql;
     EXPECT_EQ(db.rows("Select Asc('A') & Chr(66) from T where ID=1"), "65B");
 }
 
