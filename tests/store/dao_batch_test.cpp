@@ -28,32 +28,28 @@ protected:
 // Each kind of write counts towards the commit: the other connection sees nothing until the
 // count is reached, then everything.
 TEST_F(DaoBatch, CommitsEveryNWritesOfEachKind) {
-    struct Case {
-        const char* name;
-        std::function<void(store::Database&, int)> write;
-    };
-    const Case cases[] = {
-        {"Execute", [this](store::Database&, int id) { insert(id); }},
-        {"AddNew", [](store::Database& db, int id) {
-             auto rs = db.OpenRecordset("Clienti");
+    const std::pair<const char*, std::function<void(int)>> cases[] = {
+        {"Execute", [this](int id) { insert(id); }},
+        {"AddNew", [this](int id) {
+             auto rs = db_->OpenRecordset("Clienti");
              rs->AddNew();
              rs->set("ID", Value::Long(id));
              rs->Update();
          }},
     };
     int id = 10;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, write] : cases) {
+        SCOPED_TRACE(name);
         long before = seenByOther();
         store::WriteBatch batch(*db_, 3);
-        c.write(*db_, id++);
-        c.write(*db_, id++);
+        write(id++);
+        write(id++);
         EXPECT_EQ(seenByOther(), before);
         EXPECT_EQ(db_->OpenRecordset("SELECT Count(*) AS N FROM Clienti WHERE ID > 3")->get("N").number(), before + 2)
             << "the batch's own connection sees its writes";
-        c.write(*db_, id++);
+        write(id++);
         EXPECT_EQ(seenByOther(), before + 3);
-        c.write(*db_, id++);
+        write(id++);
         batch.End();
         EXPECT_EQ(seenByOther(), before + 4);
     }
