@@ -80,7 +80,7 @@ protected:
     ui::VetraCombo cb;
 };
 
-TEST_F(Combo, ValoreTestoEAltreColonne) {
+TEST_F(Combo, ValoreTestoAltreColonneETestoLibero) {
     EXPECT_TRUE(cb.valore().isNull());   // nothing chosen until told
     cb.setValore(Value::Long(3));
     EXPECT_EQ(cb.testo(), "Ridotta");
@@ -94,9 +94,7 @@ TEST_F(Combo, ValoreTestoEAltreColonne) {
     cb.Aggiorna();
     EXPECT_EQ(cb.count(), 4);
     EXPECT_EQ(store::CLng(cb.valore()), 1);
-}
 
-TEST_F(Combo, ApertaPrendeTestoLibero) {
     ui::VetraCombo aperta;
     aperta.setAperta(true);
     aperta.aggiungiVoce(Value::Text("A"), "A");
