@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <regex>
 #include <set>
-#include <sstream>
 
 #include "report/report_support.h"
 #include "store/format.h"
@@ -98,13 +97,8 @@ struct Caso {
     std::vector<std::string> assenti = {};
 };
 
-std::string Testo(const std::vector<std::string>& pagine) {
-    std::string t;
-    for (const auto& p : pagine) t += p + "\f";
-    return t;
-}
-
-std::string Pdf(const std::string& file, const Caso& c, const Archivi& a, const std::string& uscita) {
+// The text of each page of the PDF the layout writes.
+std::vector<std::string> Pdf(const std::string& file, const Caso& c, const Archivi& a, const std::string& uscita) {
     ui::report::Motore m;
     m.File = std::string(BREVANO_SOURCE_DIR) + "/data/report/" + file;
     m.Azienda = 1;
@@ -117,7 +111,7 @@ std::string Pdf(const std::string& file, const Caso& c, const Archivi& a, const 
         for (auto& p : m.Parametri())
             if (p.nome == nome) p.valore = valore;
     m.EsportaPdf(uscita);
-    return Testo(prova::PagineDelPdf(uscita));
+    return prova::PagineDelPdf(uscita);
 }
 
 const std::string kAzienda = "Studio Tecnico Bianchi & C. snc";
@@ -195,14 +189,17 @@ TEST(ModelliSpediti, OgniSezioneStampaISuoiDati) {
         const std::string pdf = dir ? std::string(dir) + "/" + std::to_string(provati.size()) + " " + c.file + ".pdf"
                                     : a.cartella / "stampa.pdf";
         provati.insert(c.file);
-        std::string testo;
+        std::vector<std::string> pagine;
         try {
-            testo = Pdf(c.file, c, a, pdf);
+            pagine = Pdf(c.file, c, a, pdf);
         } catch (const std::exception& e) {
             ADD_FAILURE() << e.what();
             continue;
         }
-        const std::string prima = testo.substr(0, testo.find('\f'));
+        ASSERT_FALSE(pagine.empty());
+        const std::string& prima = pagine[0];
+        std::string testo;
+        for (const auto& p : pagine) testo += p;
         for (const auto& atteso : c.attesi) EXPECT_NE(prima.find(atteso), std::string::npos) << atteso << "\n" << prima;
         for (const auto& assente : c.assenti) EXPECT_EQ(testo.find(assente), std::string::npos) << assente << "\n" << testo;
     }
@@ -250,11 +247,8 @@ TEST(ModelliSpediti, FatturaLungaRiportaIlTotale) {
                             {{"Documento", "Select * from qrDocumenti where ID=4"},
                              {"Movimento", "Select * from qrMovimenti where Documento=4 order by ID"}},
                             {}, {}};
-        const std::string testo = Pdf("Fatture.rpf", chiamata, a, a.cartella / "lunga.pdf");
-        std::vector<std::string> pagine;
-        std::stringstream s(testo);
-        for (std::string p; std::getline(s, p, '\f');) pagine.push_back(p);
-        ASSERT_EQ(pagine.size(), attese) << testo;
+        const std::vector<std::string> pagine = Pdf("Fatture.rpf", chiamata, a, a.cartella / "lunga.pdf");
+        ASSERT_EQ(pagine.size(), attese);
         int prima = 1;
         for (std::size_t k = 0; k < pagine.size(); ++k) {
             const std::vector<int> qui = righe(pagine[k]);
