@@ -131,20 +131,6 @@ TEST_F(FileTemporanei, InstallationFiles) {
     EXPECT_EQ(ids(*ancora, "Select * from FormReport").size(), 16u);
 }
 
-TEST_F(FileTemporanei, EmptyArchiveReplacesAnExistingFile) {
-    const std::string path = cartella / "2024.mdb";
-    store::model::GeneraArchivioVuoto(path);
-    {
-        auto db = store::Workspace::Default().OpenDatabase(path);
-        riga(*db, "Clienti", {{"ID", L(1)}, {"DescCliente", T("Rossi")}});
-        db->Close();
-    }
-    store::model::GeneraArchivioVuoto(path);
-    auto db = store::Workspace::Default().OpenDatabase(path);
-    EXPECT_EQ(ids(*db, "Select * from Clienti"), std::vector<long>{});
-    EXPECT_TRUE(db->QueryExists("qrScadenzePagamenti"));
-}
-
 TEST_F(FileTemporanei, BadMunicipalityListIsReportedWithItsLine) {
     struct Caso {
         const char* contenuto;
