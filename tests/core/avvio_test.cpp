@@ -174,28 +174,6 @@ TEST_F(Avvio, EsercizioEliminatoCostaUnRiavvio) {
     EXPECT_EQ(core::session().IDEsercizio, 1);
 }
 
-TEST_F(Avvio, DataDiAggiornamentoDiversaApreFrmAggiorna) {
-    struct Caso {
-        const char* data;
-        bool aggiorna;
-    };
-    const Caso casi[] = {
-        {kDataEseguibile, false},
-        {"#03/15/2024 10:20:31#", true},  // later than the executable's
-        {"#03/15/2024#", true},
-        {"Null", true},
-    };
-    for (const auto& c : casi) {
-        auto master = Master();
-        master->Execute(std::string("UPDATE Esercizi SET DataAggiornamento=") + c.data + " WHERE ID=1");
-        core::session().dbAziende = master;
-        EXPECT_EQ(core::ArchivioAggiornato(archivio()), !c.aggiorna) << c.data;
-        script->dimentica();
-        EXPECT_EQ(core::Main(), EsitoAvvio::Aperto) << c.data;
-        EXPECT_EQ(script->schermiMostrati(), c.aggiorna ? Schermi{"frmAggiorna"} : Schermi{}) << c.data;
-    }
-}
-
 TEST_F(Avvio, ArchivioSenzaRigaInEserciziMostraS325ETermina) {
     core::session().dbAziende = Master();
     EXPECT_THROW(core::ArchivioAggiornato(dati() + "/altro.mdb"), core::TerminaProgramma);

@@ -16,13 +16,20 @@ protected:
     test::CartellaTemporanea cartella;
 };
 
-TEST_F(Impostazioni, FileMancanteDaVuotoEScritturaLoCrea) {
+TEST_F(Impostazioni, FileMancanteDaVuotoEScritturaLoCreaOTieneLeAltreRighe) {
     EXPECT_EQ(core::LeggiIni("Azienda", "PATH"), "");
     EXPECT_FALSE(std::filesystem::exists(ini()));
     core::ScriviIni("Azienda", "PATH", "/dati");
     core::ScriviIni("Archivio", "ID", "7");
     core::ScriviIni("Azienda", "ID", "3");
     EXPECT_EQ(test::LeggiFile(ini()), "[Azienda]\r\nPATH=/dati\r\nID=3\r\n[Archivio]\r\nID=7\r\n");
+
+    // Rewritten, the other lines stay.
+    test::ScriviFile(ini(), "; settings\r\n[Azienda]\r\nPATH=/a\r\nID=1\r\n\r\n[Login]\r\nUsername=x\r\n");
+    core::ScriviIni("azienda", "id", "2");
+    core::ScriviIni("Azienda", "Nuova", "v");
+    EXPECT_EQ(test::LeggiFile(ini()),
+              "; settings\r\n[Azienda]\r\nPATH=/a\r\nid=2\r\nNuova=v\r\n\r\n[Login]\r\nUsername=x\r\n");
 }
 
 TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
@@ -36,14 +43,6 @@ TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
         {"Archivio", "ID", ""},           {"Azienda", "Username", ""},
     };
     for (const auto& c : casi) EXPECT_EQ(core::LeggiIni(c.sezione, c.chiave), c.atteso) << c.sezione << "/" << c.chiave;
-}
-
-TEST_F(Impostazioni, RiscritturaTieneLeAltreRighe) {
-    test::ScriviFile(ini(), "; settings\r\n[Azienda]\r\nPATH=/a\r\nID=1\r\n\r\n[Login]\r\nUsername=x\r\n");
-    core::ScriviIni("azienda", "id", "2");
-    core::ScriviIni("Azienda", "Nuova", "v");
-    EXPECT_EQ(test::LeggiFile(ini()),
-              "; settings\r\n[Azienda]\r\nPATH=/a\r\nid=2\r\nNuova=v\r\n\r\n[Login]\r\nUsername=x\r\n");
 }
 
 TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
