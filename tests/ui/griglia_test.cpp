@@ -8,8 +8,6 @@
 
 #include "support/archivio_kit.h"
 #include "store/convert.h"
-#include "ui/VBars.h"
-#include "ui/VText.h"
 #include "ui/VetraGrid.h"
 
 namespace {
@@ -117,27 +115,6 @@ TEST_F(Griglia, GruppiEColori) {
     g.aggiungiGruppo("Assente");
     EXPECT_THROW(g.Aggiorna(), store::JetError);
     EXPECT_EQ(g.righeMostrate(), 3);
-}
-
-TEST_F(Griglia, ISeguaciSeguonoLaRiga) {
-    ui::VText txt;
-    txt.setDataField("DescVoce");
-    ui::VBars barre;
-    int gruppo = barre.aggiungiGruppo("Generale");
-    barre.aggiungiCampo(gruppo, "Importo", "Importo", "#,0.00");
-    g.aggiungiSeguace(&txt);
-    g.aggiungiSeguace(&barre);
-    g.Aggiorna();
-    EXPECT_EQ(txt.testo(), "Affitto");
-    EXPECT_EQ(barre.testo("Importo"), "800,00");
-    g.vaiAId(1);
-    EXPECT_EQ(txt.testo(), "Consulenza");
-    EXPECT_EQ(barre.testo("Importo"), "1.234,50");
-    g.setSorgente("Select * from Voci where ID<0");
-    g.Aggiorna();
-    EXPECT_FALSE(g.haRigaCorrente());
-    EXPECT_EQ(txt.testo(), "");
-    EXPECT_EQ(barre.testo("Importo"), "");
 }
 
 TEST_F(Griglia, EliminaRigaPortaSuLaSeguente) {
