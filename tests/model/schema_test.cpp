@@ -38,20 +38,6 @@ TEST(Modello, LongTextsAndUniqueKeys) {
     }
 }
 
-// What a statement leaves out of a new row: numbers and links 0, yes/no False, texts and dates Null.
-TEST(Modello, NewRowHoldsZeroInNumbersLinksAndYesNo) {
-    auto db = archivioVuoto();
-    db->Execute("Insert Into Documenti (ID,Tipo) VALUES (1,5)");
-    const std::pair<const char*, Value> attesi[] = {
-        {"Cliente", L(0)}, {"ImportoTotale", D(0)}, {"Pagato", B(false)}, {"Prefisso", Value::Null()},
-        {"Data", Value::Null()},
-    };
-    for (const auto& [nome, valore] : attesi)
-        EXPECT_EQ(campo(*db, "Select * from Documenti where ID=1", nome), valore) << nome;
-    EXPECT_EQ(ids(*db, "Select * from Documenti where EscludiEstrattoConto=0 and Pagato=False"),
-              std::vector<long>{1});
-}
-
 // Screens give an empty grid its columns with "where ID<0": every saved query opens so, with no row
 // and no column twice.
 void controllaForma(store::Database& db, const std::string& sql) {
