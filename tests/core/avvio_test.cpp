@@ -199,26 +199,6 @@ TEST_F(Avvio, ConUtentiChiedeIlLogin) {
     EXPECT_EQ(core::session().MsgNegato, "Negato (copia)");
 }
 
-TEST_F(Avvio, SondaDellaPrimaNota) {
-    struct Caso {
-        int pagamenti, righePrimaNota;
-        bool schermo;
-    };
-    const Caso casi[] = {{0, 0, false}, {1, 0, true}, {3, 1, false}};
-    for (const auto& c : casi) {
-        EseguiSuArchivio("DELETE FROM Pagamenti");
-        EseguiSuArchivio("DELETE FROM PrimaNota");
-        for (int i = 1; i <= c.pagamenti; ++i)
-            EseguiSuArchivio("INSERT INTO Pagamenti (ID) VALUES (" + std::to_string(i) + ")");
-        for (int i = 1; i <= c.righePrimaNota; ++i)
-            EseguiSuArchivio("INSERT INTO PrimaNota (ID) VALUES (" + std::to_string(i) + ")");
-        script->dimentica();
-        EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);
-        EXPECT_EQ(script->schermiMostrati(), c.schermo ? Schermi{"frmAggiornaPrimaNota"} : Schermi{})
-            << c.pagamenti << " pagamenti, " << c.righePrimaNota << " righe";
-    }
-}
-
 TEST_F(Avvio, ErroriDellaPiattaformaArrivanoAlChiamante) {
     EseguiSuArchivio("DROP TABLE PrimaNota");
     EXPECT_THROW(core::Main(), store::JetError);

@@ -3,7 +3,6 @@
 // and change nothing.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -217,7 +216,6 @@ TEST(EditorReport, CampiDaiSubReportEQuelliSconosciuti) {
     const auto colonne = ColonneSubReport(m, db.get(), nullptr, 1, aziende.get());
     EXPECT_EQ(CampiScelti(m, colonne), (std::vector<std::string>{"Cliente", "Descrizione", "Importo", "Testata.Righe",
                                                                  "Legata.Terza", "Ditta.Nome"}));
-    EXPECT_TRUE(CampiSconosciuti(m, colonne).empty());
     EditorModello ed(m);
     ed.Seleziona({BandaDi(ed, "Dettaglio"), 0});
     ASSERT_EQ(ed.Imposta(Proprieta::Campo, "Descrizion"), "");
@@ -226,16 +224,4 @@ TEST(EditorReport, CampiDaiSubReportEQuelliSconosciuti) {
     EXPECT_EQ(CampiSconosciuti(ed.modello(), colonne),
               (std::vector<std::string>{"Il campo Descrizion non è tra quelli della query del sub-report Elenco.",
                                         "Il campo Colonne non è tra quelli della query del sub-report Testata."}));
-}
-
-TEST(EditorReport, LaPrimaPaginaSoltanto) {
-    prova::applicazioneDiProva();
-    Tabella t{{"Cliente", "Descrizione", "Importo"}, {}};
-    for (int i = 1; i <= 1000; ++i)
-        t.righe.push_back({store::Value::Text("C"), store::Value::Text("Riga " + std::to_string(i)), store::Value::Double(i)});
-    const Modello m = Leggi(prova::ReportElenco(), "Prova.rpf");
-    const Documento d = PrimaPagina(m, Dati{{"elenco", t}}, prova::MisuratoreFisso(), "/nessuna", "Prova.rpf");
-    ASSERT_EQ(d.pagine.size(), 1u);
-    const auto& p = d.pagine[0].primitive;
-    EXPECT_TRUE(std::any_of(p.begin(), p.end(), [](const auto& x) { return x.testo == "A riportare"; }));
 }

@@ -179,17 +179,6 @@ TEST(Impaginazione, TestoCheCresceAllungaLaBanda) {
     EXPECT_DOUBLE_EQ(p[2].x, 10);
 }
 
-TEST(DatiReport, ParametriNelleQuery) {
-    Modello m = Leggi(R"(<report formato="brevano-report">
-      <parametro nome="Anno" valore="2026"/>
-      <subreport nome="Righe"><parametro nome="Documento" valore="7"/>
-        <query>Select [Importo] from Movimenti where Documento={Documento} and Year(Data)={Anno} and Nota='{Altro}'</query>
-      </subreport></report>)",
-                      "Prova.rpf");
-    EXPECT_EQ(TestoQuery(m, m.subReports[0]),
-              "Select [Importo] from Movimenti where Documento=7 and Year(Data)=2026 and Nota='{Altro}'");
-}
-
 TEST(DatiReport, QueryCampiEImmaginiMancantiNominanoFileECausa) {
     prova::applicazioneDiProva();
     test::CartellaTemporanea cartella;

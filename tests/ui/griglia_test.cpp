@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <QHeaderView>
-#include <QSignalSpy>
 #include <QTest>
 
 #include "support/archivio_kit.h"
@@ -124,16 +123,6 @@ TEST_F(Griglia, EliminaRigaPortaSuLaSeguente) {
     EXPECT_EQ(g.righeMostrate(), 2);
     EXPECT_EQ(g.idCorrente(), 1);   // the next row moves up into the place
     EXPECT_TRUE(a.db->OpenRecordset("Select * from Voci where ID=3")->Eof());
-}
-
-// Enter and Delete on a register's rows are walked by the registers' contract; without a recordset the
-// keys ask for nothing.
-TEST(GrigliaVuota, ITastiNonChiedonoNulla) {
-    prova::applicazioneDiProva();
-    ui::VetraGrid vuota;
-    QSignalSpy nulla(&vuota, &ui::VetraGrid::modificaRichiesta);
-    QTest::keyClick(&vuota, Qt::Key_Return);
-    EXPECT_EQ(nulla.count(), 0);
 }
 
 // A table of n rows, IDs from 1 with their description; the grid on it ordered by ID. A grouped list
