@@ -30,6 +30,9 @@ TEST_F(Impostazioni, FileMancanteDaVuotoEScritturaLoCreaOTieneLeAltreRighe) {
     core::ScriviIni("Azienda", "Nuova", "v");
     EXPECT_EQ(test::LeggiFile(ini()),
               "; settings\r\n[Azienda]\r\nPATH=/a\r\nid=2\r\nNuova=v\r\n\r\n[Login]\r\nUsername=x\r\n");
+
+    core::session().CartellaProgramma = cartella / "manca";   // a folder that cannot be written
+    EXPECT_THROW(core::ScriviIni("Azienda", "ID", "1"), store::JetError);
 }
 
 TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
@@ -63,11 +66,6 @@ TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
     }
     core::ScriviIni("Prova", "Valore", accentati);
     EXPECT_NE(test::LeggiFile(ini()).find("Valore=Citt\xE0 \xE8 pi\xF9 \x80\r\n"), std::string::npos);
-}
-
-TEST_F(Impostazioni, CartellaNonScrivibile) {
-    core::session().CartellaProgramma = cartella / "manca";
-    EXPECT_THROW(core::ScriviIni("Azienda", "ID", "1"), store::JetError);
 }
 
 class Lingua : public Impostazioni {

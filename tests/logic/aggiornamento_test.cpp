@@ -131,7 +131,6 @@ TEST_F(Aggiornamento, ArchivioVecchioPortatoAlModelloConIDati) {
 
     // What was missing is back, in the model's shape.
     EXPECT_TRUE(db().TableExists("Assistenze"));
-    EXPECT_TRUE(db().QueryExists("qrPrimaNota"));
     EXPECT_EQ(Campo("Clienti", "DescCliente")->Size, 100);
     EXPECT_EQ(Campo("CodiciIva", "DescIva")->Size, 30);
     EXPECT_EQ(Campo("PrimaNota", "Numero")->Type, FieldType::Long);

@@ -142,7 +142,6 @@ TEST_F(QueryArchivio, SettlementOfDocumentsExpensesAndInstalments) {
         EXPECT_NEAR(numero(sql, "ImportoPagato"), c.pagato, 1e-9);
         EXPECT_DOUBLE_EQ(numero(sql, "DaPagare"), c.daPagare);
     }
-    EXPECT_EQ(numero("Select * from qrScadenzePagamenti where ID=1", "AgenteDestinatario"), 0);
 }
 
 TEST_F(QueryArchivio, FiltersTheProgramPutsOnSettlement) {

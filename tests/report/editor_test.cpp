@@ -51,8 +51,6 @@ TEST(EditorReport, OgniModificaSiSalvaSiRileggeESiAnnulla) {
     };
     using T = TipoElemento;
     const std::vector<Caso> casi{
-        {"spostato con i tasti", "Intestazione report", T::Testo, "FATTURA",
-         [](E& ed) { return ed.Sposta(UnPunto, 10 * UnPunto); }},
         {"allargato dal bordo est", "Dettaglio", T::Campo, "DescMovimento",
          [](E& ed) { return ed.Ridimensiona(Presa::Est, -4, 0); }},
         {"banda più alta", "Dettaglio", {}, "", [](E& ed) { return ed.Ridimensiona(Presa::FondoBanda, 0, 2.5); }},

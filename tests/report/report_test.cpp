@@ -146,7 +146,6 @@ TEST(Impaginazione, IntestazioneDiGruppoMaiSolaInFondoAllaPagina) {
     </gruppo>)";
     const Documento d = Impagina(prova::ReportElenco({}, gruppo), Movimenti(9, 3));
     ASSERT_EQ(d.pagine.size(), 3u);
-    EXPECT_EQ(Testi(d.pagine[0]).find("Cliente 2"), std::string::npos) << Testi(d.pagine[0]);
     for (const auto& p : d.pagine) {
         // A heading of a customer is always followed by a row of it on the same page.
         const std::string t = Testi(p);
