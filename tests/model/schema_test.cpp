@@ -1,5 +1,5 @@
-// The model files: long texts, keys and the defaults of a new row, every saved query opened empty,
-// rows written in bulk, and the files an installation supplies.
+// The model files: long texts and keys, every saved query opened empty, rows written in bulk, and the
+// files an installation supplies.
 #include <gtest/gtest.h>
 
 #include <fstream>
