@@ -61,8 +61,6 @@ TEST_F(Esercizio, DataFuoriEsercizio) {
     for (const auto& c : casi) EXPECT_EQ(core::DataFuoriEsercizio(c.testo), c.fuori) << '"' << c.testo << '"';
 }
 
-using store::DateSerial;
-
 TEST(Calendario, AnniBisestiliEGiorniDelMese) {
     struct Caso {
         int mese, anno, giorni;

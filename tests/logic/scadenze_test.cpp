@@ -11,9 +11,7 @@
 
 namespace {
 
-using payments::PianoScadenze;
-using payments::RegolaScadenze;
-using payments::VersoAvviso;
+using namespace payments;
 using store::DateSerial;
 
 class OrologioFisso : public ::testing::Test {
@@ -127,8 +125,6 @@ TEST_F(OrologioFisso, GiorniDopoInScritturaLettiComeData) {
     regola.verso = VersoAvviso::GiorniPrima;
     EXPECT_EQ(PianoScadenze(regola, true)[0].dataAvviso, DateSerial(2026, 8, 7));
 }
-
-using namespace payments;
 
 class ScadenzeArchivio : public prova::ArchivioProva {
 protected:
