@@ -2,7 +2,6 @@
 
 #include "core/diritti.h"
 #include "store/convert.h"
-#include "store/errors.h"
 #include "support/sessione_prova.h"
 
 namespace {
@@ -54,22 +53,7 @@ protected:
     std::shared_ptr<prova::ScriptedDialogs> script;
 };
 
-TEST_F(HaPrivilegio, PosizioniDellaStringaDataODellaSessione) {
-    core::session().Privilegi = "10";
-    struct Caso {
-        int posizione;
-        std::string privilegi;
-        bool atteso;
-    };
-    const Caso casi[] = {
-        {1, "", true}, {2, "", false}, {1, "01", false}, {2, "01", true}, {14, "00000000000001", true},
-    };
-    for (const auto& c : casi)
-        EXPECT_EQ(core::HaPrivilegio(c.posizione, c.privilegi), c.atteso) << c.posizione << " " << c.privilegi;
-    EXPECT_TRUE(script->schermiMostrati().empty());
-    EXPECT_THROW(core::HaPrivilegio(15, "11111111111111"), store::JetError);  // past the end
-}
-
+// The positions of the rights are walked by the registers' and the instalments tab's tests.
 TEST_F(HaPrivilegio, SenzaUtenteChiedeLAccessoFinoAlLogin) {
     int tentativi = 0;
     script->sempre("frmLogin", [&] {

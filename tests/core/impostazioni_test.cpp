@@ -16,13 +16,23 @@ protected:
     test::CartellaTemporanea cartella;
 };
 
-TEST_F(Impostazioni, FileMancanteDaVuotoEScritturaLoCrea) {
+TEST_F(Impostazioni, FileMancanteDaVuotoEScritturaLoCreaOTieneLeAltreRighe) {
     EXPECT_EQ(core::LeggiIni("Azienda", "PATH"), "");
     EXPECT_FALSE(std::filesystem::exists(ini()));
     core::ScriviIni("Azienda", "PATH", "/dati");
     core::ScriviIni("Archivio", "ID", "7");
     core::ScriviIni("Azienda", "ID", "3");
     EXPECT_EQ(test::LeggiFile(ini()), "[Azienda]\r\nPATH=/dati\r\nID=3\r\n[Archivio]\r\nID=7\r\n");
+
+    // Rewritten, the other lines stay.
+    test::ScriviFile(ini(), "; settings\r\n[Azienda]\r\nPATH=/a\r\nID=1\r\n\r\n[Login]\r\nUsername=x\r\n");
+    core::ScriviIni("azienda", "id", "2");
+    core::ScriviIni("Azienda", "Nuova", "v");
+    EXPECT_EQ(test::LeggiFile(ini()),
+              "; settings\r\n[Azienda]\r\nPATH=/a\r\nid=2\r\nNuova=v\r\n\r\n[Login]\r\nUsername=x\r\n");
+
+    core::session().CartellaProgramma = cartella / "manca";   // a folder that cannot be written
+    EXPECT_THROW(core::ScriviIni("Azienda", "ID", "1"), store::JetError);
 }
 
 TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
@@ -36,14 +46,6 @@ TEST_F(Impostazioni, LetturaSenzaMaiuscoleSpaziEVirgolette) {
         {"Archivio", "ID", ""},           {"Azienda", "Username", ""},
     };
     for (const auto& c : casi) EXPECT_EQ(core::LeggiIni(c.sezione, c.chiave), c.atteso) << c.sezione << "/" << c.chiave;
-}
-
-TEST_F(Impostazioni, RiscritturaTieneLeAltreRighe) {
-    test::ScriviFile(ini(), "; settings\r\n[Azienda]\r\nPATH=/a\r\nID=1\r\n\r\n[Login]\r\nUsername=x\r\n");
-    core::ScriviIni("azienda", "id", "2");
-    core::ScriviIni("Azienda", "Nuova", "v");
-    EXPECT_EQ(test::LeggiFile(ini()),
-              "; settings\r\n[Azienda]\r\nPATH=/a\r\nid=2\r\nNuova=v\r\n\r\n[Login]\r\nUsername=x\r\n");
 }
 
 TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
@@ -66,28 +68,19 @@ TEST_F(Impostazioni, ValoriInWindows1252TagliatiA1023Caratteri) {
     EXPECT_NE(test::LeggiFile(ini()).find("Valore=Citt\xE0 \xE8 pi\xF9 \x80\r\n"), std::string::npos);
 }
 
-TEST_F(Impostazioni, CartellaNonScrivibile) {
-    core::session().CartellaProgramma = cartella / "manca";
-    EXPECT_THROW(core::ScriviIni("Azienda", "ID", "1"), store::JetError);
-}
-
 class Lingua : public Impostazioni {
 protected:
     std::string lng() const { return cartella / "Lang.lng"; }
 };
 
-TEST_F(Lingua, TestoSenzaRipiego) {
+TEST_F(Lingua, TestoSenzaRipiegoERilettoSeIlFileCambia) {
     test::ScriviFile(lng(), "[Stringhe]\r\ns1=Anagrafiche\r\ns55=Accesso negato!\r\ns60=\r\n[Altro]\r\ns2=x\r\n");
     EXPECT_EQ(core::Testo("s1"), "Anagrafiche");
     EXPECT_EQ(core::Testo("S55"), "Accesso negato!");
     EXPECT_EQ(core::Testo("s60"), "");
     EXPECT_EQ(core::Testo("s2"), "");    // another section
     EXPECT_EQ(core::Testo("s999"), "");  // not the key itself
-}
-
-TEST_F(Lingua, IlFileCambiatoSulDiscoSiRilegge) {
-    test::ScriviFile(lng(), "[Stringhe]\r\ns1=Prima\r\n");
-    EXPECT_EQ(core::Testo("s1"), "Prima");
+    // A file changed on disk is read again.
     test::ScriviFile(lng(), "[Stringhe]\r\ns1=Dopo, pi\xF9 lunga\r\n");
     EXPECT_EQ(core::Testo("s1"), "Dopo, più lunga");
     core::ScriviLingua("Stringhe", "s1", "Terza");

@@ -4,30 +4,25 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "core/installazione.h"
-#include "support/cartella_temporanea.h"
+#include "support/sessione_prova.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-std::string Leggi(const fs::path& p) {
-    std::ifstream in(p);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+std::string Leggi(const fs::path& p) { return test::LeggiFile(p.string()); }
 
 TEST(Installazione, CartellaDiLavoro) {
     test::CartellaTemporanea radice;
     const fs::path installata = radice / "usr/lib/brevano", utente = radice / "home/.local/share/Brevano";
     fs::create_directories(installata / "Base");
     fs::create_directories(installata / "guida");
-    for (const char* f : {"Servizio.mdb", "Base/Aziende.mdb", "temp.mdb", "Utilità.mdb", "Italiano.lng", "Fatture.rpf",
-                          "guida/index.html", "brevano"})
-        std::ofstream(installata / f) << "installato " << f;
+    const char* const fileDelProgramma[] = {"Servizio.mdb", "Base/Aziende.mdb", "temp.mdb", "Utilità.mdb",
+                                            "Italiano.lng", "Fatture.rpf", "guida/index.html"};
+    for (const char* f : fileDelProgramma) std::ofstream(installata / f) << "installato " << f;
+    std::ofstream(installata / "brevano") << "installato brevano";
 
     // A writable folder is used as it is, and nothing is made elsewhere.
     EXPECT_EQ(core::CartellaDiLavoro(installata.string(), true, utente.string()), installata.string());
@@ -35,11 +30,7 @@ TEST(Installazione, CartellaDiLavoro) {
 
     // The first start of a user: every program file copied, the executable not.
     EXPECT_EQ(core::CartellaDiLavoro(installata.string(), false, utente.string()), utente.string());
-    for (const char* f : {"Servizio.mdb", "Base/Aziende.mdb", "temp.mdb", "Utilità.mdb", "Italiano.lng", "Fatture.rpf",
-                          "guida/index.html"}) {
-        SCOPED_TRACE(f);
-        EXPECT_EQ(Leggi(utente / f), std::string("installato ") + f);
-    }
+    for (const char* f : fileDelProgramma) EXPECT_EQ(Leggi(utente / f), std::string("installato ") + f);
     EXPECT_FALSE(fs::exists(utente / "brevano"));
 
     // Later starts keep the user's files and add only what is missing (a file a new version brings).

@@ -54,11 +54,4 @@ TEST_F(File, RinominaFileNonSovrascrive) {
     EXPECT_EQ(test::LeggiFile(cartella / "b.txt"), "b");
 }
 
-TEST_F(File, CartellaReportAccantoAlMaster) {
-    std::filesystem::create_directory(cartella / "dati");
-    core::session().dbAziende = test::NuovoDatabase(cartella / "dati/Aziende.mdb", {});
-    core::session().IDAzienda = 12;
-    EXPECT_EQ(core::CartellaReport(), cartella / "dati/Report/12");
-}
-
 }  // namespace

@@ -1,8 +1,9 @@
-// Settlement flags, from the saved queries and by the rule alone, and the journal kept in step with the
-// payments, its statements checked as text as well.
-#include "support/archivio_logica.h"
+// Settlement flags, from the saved queries and by the rule alone; the journal kept in step with the
+// payments, and rebuilt from the payments of an archive that predates it.
+#include "books/prima_nota_ricostruzione.h"
 #include "payments/primanota.h"
 #include "payments/saldo.h"
+#include "support/archivio_logica.h"
 
 namespace {
 
@@ -123,26 +124,9 @@ VocePrimaNota Voce(long pagamento, long modo, double importo, const std::string&
     return v;
 }
 
-// The journal's statements as text: every quote doubled, but the update writes CC as it is.
-TEST(PrimaNotaSql, InserimentoEAggiornamento) {
-    auto v = Voce(12, 1, 1234.5, "Incasso dell'acconto");
-    v.data = store::DateSerial(2024, 3, 5);
-    v.tipoPagamento = store::Value::Text("Assegno d'oro");
-    v.cc = "IT'01";
-    EXPECT_EQ(SqlInserisciPrimaNota(7, v),
-              "Insert Into PrimaNota (ID,Data,Descrizione,CC,Importo,Tipo,Destinazione,Pagamento,TipoPagamento) "
-              "VALUES (7,'05/03/2024','Incasso dell''acconto','IT''01',1234.5,0,0,12,'Assegno d''oro')");
-    EXPECT_EQ(SqlAggiornaPrimaNota(v),
-              "Update PrimaNota set CC='IT'01', TipoPagamento='Assegno d''oro', Data='05/03/2024', "
-              "Descrizione='Incasso dell''acconto', Importo=1234.5 where Pagamento=12");
-}
-
-TEST(PrimaNotaSql, TipoDalModoDellEditor) {
+TEST(Saldo, TipoDelGiornaleERestoNullo) {
     EXPECT_EQ(CodiceTipoPrimaNota(store::Value::Text("1")), 0);  // incasso: entrata, also as text
     EXPECT_EQ(CodiceTipoPrimaNota(store::Value()), 1);           // anything else, an absent mode too: uscita
-}
-
-TEST(Saldo, RestoNulloContaComeSaldato) {
     // The "above 0" test fails on Null as the platform's If does; without a row nothing is settled.
     EXPECT_TRUE(Saldato(true, store::Value()));
     EXPECT_FALSE(Saldato(false, store::Value()));
@@ -154,21 +138,21 @@ TEST_F(PrimaNotaArchivio, InserimentoEAggiornamento) {
     Esegui("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento) "
            "VALUES (4,'01/01/2026','Apertura',0,0,1,0)");
     ScriviPrimaNota(true, Voce(7, 1, 1234.5, "Incasso dell'acconto"));
-    auto rs = db().OpenRecordset("Select * from PrimaNota where Pagamento=7");
-    ASSERT_FALSE(rs->Eof());
-    EXPECT_EQ(store::CLng(rs->get("ID")), 5);
-    EXPECT_EQ(store::ShortDate(store::CDate(rs->get("Data"))), "20/03/2026");
+    // ID, date, description, amount, type and destination of the payment's row.
+    auto riga = [this] {
+        auto rs = db().OpenRecordset("Select * from PrimaNota where Pagamento=7");
+        std::string r = store::ShortDate(store::CDate(rs->get("Data")));
+        for (const char* campo : {"ID", "Descrizione", "Importo", "Tipo", "Destinazione"})
+            r += "|" + store::ConcatText(rs->get(campo));
+        return r;
+    };
+    EXPECT_EQ(riga(), "20/03/2026|5|Incasso dell'acconto|1234,5|0|0");
 
     auto cambiata = Voce(7, 2, 99.99, "Rettifica");
     cambiata.destinazione = store::Value::Long(2);
     cambiata.data = store::DateSerial(2026, 3, 21);
     ScriviPrimaNota(false, cambiata);
-    rs = db().OpenRecordset("Select * from PrimaNota where Pagamento=7");
-    EXPECT_EQ(rs->get("Descrizione").text(), "Rettifica");
-    EXPECT_DOUBLE_EQ(store::CDbl(rs->get("Importo")), 99.99);
-    EXPECT_EQ(store::ShortDate(store::CDate(rs->get("Data"))), "21/03/2026");
-    EXPECT_EQ(store::CLng(rs->get("Tipo")), 0);          // kept
-    EXPECT_EQ(store::CLng(rs->get("Destinazione")), 0);  // kept
+    EXPECT_EQ(riga(), "21/03/2026|5|Rettifica|99,99|0|0");   // type and destination kept
 
     // A payment older than the journal: nothing changes, nothing is created.
     ScriviPrimaNota(false, Voce(9, 1, 5, "Vecchio"));
@@ -176,7 +160,6 @@ TEST_F(PrimaNotaArchivio, InserimentoEAggiornamento) {
 }
 
 TEST_F(PrimaNotaArchivio, SaldoPrecedente) {
-    EXPECT_EQ(SaldoPrecedente(store::DateSerial(2026, 1, 1), 0), 0);
     // ID, date, amount, type, destination: the first outside the period, the last on another destination.
     for (const char* r : {"1,'31/12/2025',1000,0,0", "2,'01/01/2026',100.006,0,0", "3,'15/02/2026',30,1,0",
                           "4,'01/03/2026',500,0,0", "5,'10/02/2026',70,0,1"})
@@ -186,6 +169,44 @@ TEST_F(PrimaNotaArchivio, SaldoPrecedente) {
     EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 1), 0), 70.01);
     EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 2), 0), 570.01);
     EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 2), 1), 70);
+}
+
+class RicostruzionePrimaNota : public prova::ArchivioProva {};
+
+TEST_F(RicostruzionePrimaNota, UnaRigaPerPagamentoSullaBanca) {
+    // A row typed by hand stays: nothing is deleted first, and the new rows follow its ID.
+    Esegui("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento,TipoPagamento,CC) "
+           "VALUES (1,'02/01/2026','Versamento',500,0,1,0,'Contanti','')");
+    Esegui("Insert Into Pagamenti (ID,Documento,Cliente,Fornitore,DescPagamento,DataPagamento,ImportoPagamento,"
+           "TipoPagamento,CC) VALUES (4,1,3,0,'Incasso fattura n. 1',#03/20/2026#,1234.5,'Bonifico','IT01')");
+    Esegui("Insert Into Pagamenti (ID,Spesa,Cliente,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
+           "VALUES (7,2,0,5,'Pagamento dell''affitto',#04/02/2026#,80.25)");
+    // A refund to a customer still counts as money in: only Cliente decides.
+    Esegui("Insert Into Pagamenti (ID,Documento,Cliente,Fornitore,DescPagamento,DataPagamento,ImportoPagamento) "
+           "VALUES (9,6,3,0,'Rimborso nota di credito',#05/11/2026#,40)");
+
+    std::vector<std::pair<long, long>> passi;
+    const long scritte = books::RicostruisciPrimaNota([&](long pos, long tot) { passi.emplace_back(pos, tot); });
+    EXPECT_EQ(scritte, 3);
+    EXPECT_EQ(passi, (std::vector<std::pair<long, long>>{{1, 3}, {2, 3}, {3, 3}}));
+
+    // ID, date, description, amount, type and payment; the new rows on the bank (0), without the
+    // payment's means or account: those are to be set by hand.
+    std::vector<std::string> righe;
+    for (auto rs = db().OpenRecordset("Select * from PrimaNota order by ID"); !rs->Eof(); rs->MoveNext()) {
+        std::string riga = store::ShortDate(store::CDate(rs->get("Data")));
+        for (const char* campo : {"ID", "Descrizione", "Importo", "Tipo", "Pagamento", "Destinazione", "TipoPagamento", "CC"})
+            riga += "|" + store::ConcatText(rs->get(campo));
+        righe.push_back(riga);
+    }
+    EXPECT_EQ(righe, (std::vector<std::string>{"02/01/2026|1|Versamento|500|0|0|1|Contanti|",
+                                               "20/03/2026|2|Incasso fattura n. 1|1234,5|0|4|0||",
+                                               "02/04/2026|3|Pagamento dell'affitto|80,25|1|7|0||",
+                                               "11/05/2026|4|Rimborso nota di credito|40|0|9|0||"}));
+
+    // In the journal's query a collection stands under Entrate, a payment under Uscite.
+    EXPECT_DOUBLE_EQ(Numero("Select Sum(Entrate) as E from qrPrimaNota where Pagamento>0", "E"), 1274.5);
+    EXPECT_DOUBLE_EQ(Numero("Select Sum(Uscite) as U from qrPrimaNota where Pagamento>0", "U"), 80.25);
 }
 
 }  // namespace

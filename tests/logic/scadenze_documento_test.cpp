@@ -1,7 +1,8 @@
-// The figures of a document register's instalments tab: the statements over the last search, and
-// their sums worked out by hand on a small archive.
+// The statements over a search of documents: the register's own, and the sums of its instalments tab,
+// worked out by hand on a small archive.
 #include <functional>
 
+#include "sales/documenti.h"
 #include "sales/scadenze_documento.h"
 #include "support/archivio_logica.h"
 
@@ -15,21 +16,26 @@ CriteriDocumenti Fatture() {
     return c;
 }
 
-TEST(ResocontoDocumenti, Istruzioni) {
+// Every criterion at once, an apostrophe in the suffix; the kind alone is run by the archive test, a
+// criterion at a time by the register's search.
+TEST(RicercaDocumenti, IstruzioniConOgniCriterio) {
     CriteriDocumenti tutto = Fatture();
     tutto.dataDal = tutto.dataAl = tutto.dest = tutto.numDal = tutto.numAl = true;
     tutto.dal = "01/01/2026";
     tutto.al = "31/03/2026";
     tutto.cliente = 4;
-    tutto.pagate = 1;
+    tutto.pagate = 0;
     tutto.prefissoDal = "A";
     tutto.suffissoAl = "B'x";
     tutto.numeroDal = 3;
     tutto.numeroAl = 9;
-    // Every criterion at once, an apostrophe in the suffix; the kind alone is run by the archive test.
+    EXPECT_EQ(sales::IstruzioneRicercaDocumenti(tutto),
+              "Select * from qrDocumenti  where DateValue(Data)>=DateValue('01/01/2026') and "
+              "DateValue(Data)<=DateValue('31/03/2026') and Cliente=4 and Pagato=False and Prefisso>='A' and "
+              "Suffisso>='' and Numero>=3 and Prefisso<='' and Suffisso<='B''x' and Numero<=9 and Tipo=5");
     const std::string filtro =
         "Where (Documenti.Tipo = 5 and DateValue(Data)>=DateValue('01/01/2026') and "
-        "DateValue(Data)<=DateValue('31/03/2026') and Documenti.Cliente=4 and Pagato=True and (Prefisso='A') and "
+        "DateValue(Data)<=DateValue('31/03/2026') and Documenti.Cliente=4 and Pagato=False and (Prefisso='A') and "
         "(Suffisso='' or IsNull(Suffisso)) and Numero>=3 and (Prefisso='' or IsNull(Prefisso)) and "
         "(Suffisso='B''x') and Numero<=9)";
     EXPECT_EQ(sales::SqlImportoDocumenti(tutto), "SELECT Sum([ImportoTotale]) AS ImportoDocumenti From Documenti " + filtro);

@@ -1,17 +1,17 @@
 // The instalment rule: equal shares with the difference on the last, month ends, holidays with
-// today's Easter, reminder dates. The clock is fixed in every test that touches holidays.
+// today's Easter, reminder dates (the clock fixed in every test that touches holidays); and a
+// schedule written into Scadenze from a document and its payment term.
 #include <gtest/gtest.h>
 
 #include "payments/generazione_scadenze.h"
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/errors.h"
+#include "support/archivio_logica.h"
 
 namespace {
 
-using payments::PianoScadenze;
-using payments::RegolaScadenze;
-using payments::VersoAvviso;
+using namespace payments;
 using store::DateSerial;
 
 class OrologioFisso : public ::testing::Test {
@@ -97,7 +97,6 @@ TEST_F(OrologioFisso, DateDiAvviso) {
          DateSerial(2026, 7, 6)},
         // Friday 10 April - 5 = Easter Sunday, then Easter Monday: Tuesday 7.
         {"indietro su pasqua", DateSerial(2026, 4, 10), "5", VersoAvviso::GiorniPrima, DateSerial(2026, 4, 7)},
-        {"zero giorni", DateSerial(2026, 8, 10), "0", VersoAvviso::GiorniPrima, DateSerial(2026, 8, 10)},
         // Thursday 13 August + 3 = Sunday 16 -> Monday 17 (15 August is passed over).
         {"dopo su una domenica", DateSerial(2026, 8, 13), "3", VersoAvviso::GiorniDopo, DateSerial(2026, 8, 17)},
     };
@@ -125,6 +124,58 @@ TEST_F(OrologioFisso, GiorniDopoInScritturaLettiComeData) {
     // "Giorni Prima" reads a number in writing as well.
     regola.verso = VersoAvviso::GiorniPrima;
     EXPECT_EQ(PianoScadenze(regola, true)[0].dataAvviso, DateSerial(2026, 8, 7));
+}
+
+class ScadenzeArchivio : public prova::ArchivioProva {
+protected:
+    std::vector<std::string> Rate() {
+        std::vector<std::string> out;
+        auto rs = db().OpenRecordset("Select * from Scadenze where ID<>41 order by Rata");
+        for (; !rs->Eof(); rs->MoveNext())
+            out.push_back(store::ConcatText(rs->get("ID")) + "|" + store::ConcatText(rs->get("DescScadenza")) + "|" +
+                          store::ShortDate(store::CDate(rs->get("DataScadenza"))) + "|" +
+                          store::ShortDate(store::CDate(rs->get("DataAvviso"))) + "|" +
+                          store::ConcatText(rs->get("ImportoScadenza")) + "|" + store::ConcatText(rs->get("Cliente")));
+        return out;
+    }
+};
+
+TEST_F(ScadenzeArchivio, TreRateDallaCondizione) {
+    Esegui("Insert Into CondizioniPagamento (ID,DescPagamento,Rate,Rata1,Rata2,Rata3,FineMese) "
+           "VALUES (1,'30-60-90 fm',3,30,60,90,1)");
+    Esegui("Insert Into Scadenze (ID,DescScadenza) VALUES (41,'vecchia')");
+    Documento(1, {.numero = 12, .data = "31/01/2026", .prefisso = "'A/'", .importoTotale = 100, .cliente = 3, .condizioni = 1});
+
+    const auto documento = LeggiDocumentoDaScadenzare(1);
+    ASSERT_TRUE(HaCondizionePagamento(documento));
+    const auto condizione = LeggiCondizionePagamento(documento.condizioniPagamento);
+    auto regola = RegolaIniziale(documento, &condizione);
+    ScriviScadenze(documento, PianoScadenze(regola, true));
+
+    // ID, description, due and reminder dates, amount and customer of each instalment:
+    // 31/01 + 30 = 2 March -> 31 March (Tue); +60 = 1 April -> 30 April (Thu);
+    // +90 = 1 May -> 31 May, a Sunday -> 1 June.
+    EXPECT_EQ(Rate(), (std::vector<std::string>{
+                          "42|Acconto FATTURA N.A/12 del 31/01/2026|31/03/2026|31/03/2026|33,33|3",
+                          "43|Acconto FATTURA N.A/12 del 31/01/2026|30/04/2026|30/04/2026|33,33|3",
+                          "44|Saldo FATTURA N.A/12 del 31/01/2026|01/06/2026|01/06/2026|33,34|3",
+                      }));
+}
+
+TEST_F(ScadenzeArchivio, SenzaCondizioneUnaRataDaOggiESenzaDocumentoNessuna) {
+    Documento(1, {.importoTotale = 250.5});
+    const auto documento = LeggiDocumentoDaScadenzare(1);
+    EXPECT_FALSE(HaCondizionePagamento(documento));
+    const auto regola = RegolaIniziale(documento, nullptr);
+    ScriviScadenze(documento, PianoScadenze(regola, true));
+    // Today is Monday 15 June 2026.
+    EXPECT_EQ(Rate(), std::vector<std::string>{"1|Saldo FATTURA N.1 del 10/03/2026|15/06/2026|15/06/2026|250,5|1"});
+    try {
+        LeggiDocumentoDaScadenzare(5);
+        FAIL();
+    } catch (const store::JetError& e) {
+        EXPECT_EQ(e.number(), 3021);
+    }
 }
 
 }  // namespace
