@@ -51,13 +51,14 @@ inline std::string ReportElenco(const std::string& extra = {}, const std::string
 )";
 }
 
-// Movimenti with rows "Riga 1" ... "Riga n" of "Cliente 1", amount i + 0.5.
-inline void CreaMovimenti(store::Database& db, int n) {
+// Movimenti with rows "Riga 1" ... "Riga n", amount i + 0.5, customer "Cliente <(i-1)/perCliente+1>".
+inline void CreaMovimenti(store::Database& db, int n, int perCliente = 1000) {
     db.Execute("Create Table Movimenti (ID Long, Cliente Text(50), Descrizione Text(100), Importo Double)");
     store::WriteBatch lotto(db);
     for (int i = 1; i <= n; ++i)
-        db.Execute("Insert Into Movimenti (ID,Cliente,Descrizione,Importo) VALUES (" + std::to_string(i) +
-                   ",'Cliente 1','Riga " + std::to_string(i) + "'," + std::to_string(i) + ".5)");
+        db.Execute("Insert Into Movimenti (ID,Cliente,Descrizione,Importo) VALUES (" + std::to_string(i) + ",'Cliente " +
+                   std::to_string((i - 1) / perCliente + 1) + "','Riga " + std::to_string(i) + "'," +
+                   std::to_string(i) + ".5)");
     lotto.End();
 }
 
