@@ -2,7 +2,6 @@
 // or a new period cut short by a kill: the next start, or the next try, finds the data as before the
 // command or as after it, never half.
 #include <QLineEdit>
-#include <QPushButton>
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -10,7 +10,6 @@
 #include "core/archivio_sql.h"
 #include "core/file.h"
 #include "core/session.h"
-#include "core/stampa.h"
 #include "expenses/screens/frmCertificazioniAcconto.h"
 #include "report/report_support.h"
 #include "support/acquisti_prova.h"

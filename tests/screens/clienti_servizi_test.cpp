@@ -4,12 +4,10 @@
 #include <QPlainTextEdit>
 #include <QUrl>
 
-#include "core/diritti.h"
 #include "core/stampa.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
 #include "support/registro_prova.h"
-#include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"

@@ -1,6 +1,5 @@
 // Suppliers as the user meets them: the editor's one check and the texts it keeps, the delete guard
 // that leaves expenses out, and the payments deleted from their tab.
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 
@@ -8,10 +7,7 @@
 #include "core/varie.h"
 #include "expenses/screens/frmFornitori.h"
 #include "support/acquisti_prova.h"
-#include "ui/Dettaglio.h"
 #include "ui/VText.h"
-#include "ui/VetraGrid.h"
-#include "ui/VetraPicker.h"
 
 using namespace prova;
 

@@ -7,7 +7,6 @@
 
 #include "core/archivio_sql.h"
 #include "core/documenti.h"
-#include "payments/pagamenti.h"
 #include "payments/screens/frmPagamentiEdita.h"
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"

@@ -42,6 +42,7 @@ protected:
     }
     frmMain* Avvia() {
         EXPECT_EQ(core::Main(), core::EsitoAvvio::Aperto);
+        p.script->dimentica();
         return frmMain::istanza();
     }
     std::vector<std::string> VociAvvisi() {
@@ -188,17 +189,6 @@ TEST_F(Pannello, OgniComandoAbilitatoApreIlSuoSchermo) {
     EXPECT_GE(aperti, 15);
 }
 
-// Two companies, each with one open period; company 1 is current and the panel is open.
-void PreparaPannello(ProgrammaDiProva& p) {
-    aziendeAlfaEBeta(p);
-    core::CreaEsercizioVuoto(2, "Beta 2026", store::DateSerial(2026, 3, 1));
-    const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
-    ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
-    core::session().dbAziende.reset();
-    ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
-    p.script->dimentica();
-}
-
 std::vector<std::string> FiniDeiPeriodi() {
     std::vector<std::string> fini;
     auto rs = core::session().dbAziende->OpenRecordset("Select * from Esercizi order by ID");
@@ -251,11 +241,10 @@ void RiempiArchivio2026() {
 
 }  // namespace
 
-TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
-    ProgrammaDiProva p;
+TEST_F(Pannello, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     store::fissaOrologio(store::DateSerial(2026, 11, 22));
-    PreparaPannello(p);
-    frmMain* pannello = frmMain::istanza();
+    PreparaDati();
+    frmMain* pannello = Avvia();
     QAction* chiusura = pannello->azione("mChiusuraEsercizio");
     // An open period (no end) ends on 31/12 of its start year as far as the rule knows: the
     // command starts off, and the handler is what the test drives.
@@ -263,33 +252,33 @@ TEST(Esercizi, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
 
     ScriviFine(p, "");
     pannello->ChiusuraEsercizio();
-    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null", "Null"}));
     EXPECT_EQ(pannello->lblAl->text().toStdString(), "aperto");
 
     ScriviFine(p, "01/01/2026");
     pannello->ChiusuraEsercizio();
     EXPECT_EQ(testiMostrati(*p.script),
               std::vector<std::string>{"La data di chiusura deve essere successiva alla data di inizio dell'esercizio!"});
-    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null"}));
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"Null", "Null", "Null"}));
 
     // A good date closes both companies' periods; the start field could not be changed.
     bool dalAbilitato = true;
     ScriviFine(p, "30/06/2026", &dalAbilitato);
     pannello->ChiusuraEsercizio();
     EXPECT_FALSE(dalAbilitato);
-    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"30/06/2026", "30/06/2026"}));
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>(3, "30/06/2026")));
     EXPECT_FALSE(chiusura->isEnabled());
 
     // Changing the end works the same way and reaches every row again.
     ScriviFine(p, "31/12/2026", &dalAbilitato);
     pannello->ModificaPeriodo();
     EXPECT_TRUE(dalAbilitato);
-    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>{"31/12/2026", "31/12/2026"}));
+    EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>(3, "31/12/2026")));
     store::fissaOrologio(std::nullopt);
     EXPECT_EQ((pannello->lblDal->text() + " " + pannello->lblAl->text()).toStdString(), "01/01/2026 31/12/2026");
 }
 
-TEST(Esercizi, ControlliDelPeriodo) {
+TEST(Periodo, ControlliDelPeriodo) {
     // Start, end, and the key and field of the refusal ("" when accepted).
     const std::tuple<std::string, std::string, std::string> casi[] = {
         {"", "31/12/2026", "s243 0"},
@@ -304,10 +293,9 @@ TEST(Esercizi, ControlliDelPeriodo) {
     }
 }
 
-TEST(Esercizi, CambioDiAziendaSenzaEsercizio) {
-    ProgrammaDiProva p;
-    PreparaPannello(p);
-    frmMain* pannello = frmMain::istanza();
+TEST_F(Pannello, CambioDiAziendaSenzaEsercizio) {
+    PreparaDati();
+    frmMain* pannello = Avvia();
     core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (3,'Gamma')");
     pannello->CaricaAziende();
     p.script->rispondiNo();
@@ -324,15 +312,19 @@ TEST(Esercizi, CambioDiAziendaSenzaEsercizio) {
     EXPECT_TRUE(core::session().dbArchivio);
     EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Beta 2026");
     EXPECT_TRUE(pannello->mContabilita->menuAction()->isEnabled());
-    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "1");
+    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "3");
 }
 
-TEST(Esercizi, NuovoEsercizioRiportaISaldiEGliAperti) {
-    ProgrammaDiProva p;
-    PreparaPannello(p);
+TEST_F(Pannello, NuovoEsercizioRiportaISaldiEGliAperti) {
+    // Two companies, each with one open period; Alfa's is current.
+    aziendeAlfaEBeta(p);
+    core::CreaEsercizioVuoto(2, "Beta 2026", store::DateSerial(2026, 3, 1));
+    const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
+    ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
+    core::session().dbAziende.reset();
+    frmMain* pannello = Avvia();
     core::session().NomeUtente = "admin";
     RiempiArchivio2026();
-    frmMain* pannello = frmMain::istanza();
 
     // The open period is closed first (with the question), then the new one is described.
     p.script->rispondiSi();

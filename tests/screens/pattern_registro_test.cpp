@@ -201,49 +201,45 @@ TEST_F(Registro, F3CercaEscChiude) {
     EXPECT_FALSE(registro->isVisible());
 }
 
-class Condizioni : public pattern::Archivio {
-protected:
-    std::vector<bool> abilitate(frmCondizioniPagamentoEdita& e) {
-        std::vector<bool> a;
-        for (auto* b : e.txtRata) a.push_back(b->isEnabled());
-        return a;
-    }
-    static std::vector<bool> prime(int n) {
-        std::vector<bool> a(12, false);
-        for (int i = 0; i < n; ++i) a[static_cast<size_t>(i)] = true;
-        return a;
-    }
-};
+using Condizioni = pattern::Archivio;
 
-TEST_F(Condizioni, LeCaselleDeiGiorniSeguonoLeRate) {
-    frmCondizioniPagamentoEdita e;
-    e.EditaRecordset(0, true);
-    EXPECT_EQ(e.txtRate->testo(), "0");
-    EXPECT_EQ(abilitate(e), prime(0));
-
-    scrivi(&e, "txtRate", "15");
-    EXPECT_EQ(e.txtRate->testo(), "12");
-    EXPECT_EQ(abilitate(e), prime(12));
-
-    scrivi(&e, "txtRate", "3");
-    scrivi(&e, "txtRata2", "90");
-    scrivi(&e, "txtRate", "2");
-    EXPECT_EQ(e.txtRata[2]->testo(), "0");
-    EXPECT_EQ(abilitate(e), prime(2));
-    // An empty box counts as no instalments.
-    e.txtRate->clear();
-    EXPECT_EQ(abilitate(e), prime(0));
+std::vector<bool> abilitate(const frmCondizioniPagamentoEdita& e) {
+    std::vector<bool> a;
+    for (auto* b : e.txtRata) a.push_back(b->isEnabled());
+    return a;
 }
 
-TEST_F(Condizioni, SalvaECaricaUnaCondizione) {
+std::vector<bool> prime(int n) {
+    std::vector<bool> a(12, false);
+    for (int i = 0; i < n; ++i) a[static_cast<size_t>(i)] = true;
+    return a;
+}
+
+// The days' boxes follow the number of instalments as it is typed: at most twelve, a box left out
+// back to 0, an empty number none. The term saved is shown in the side panel and opens again so.
+TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
     frmCondizioniPagamento registro;
-    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* e) {
-        scrivi(e, "VText1", "60-30 fm");
-        scrivi(e, "txtRate", "2");
-        scrivi(e, "txtRata0", "60");
-        scrivi(e, "txtRata1", "30");
-        trova<QCheckBox>(e, "Check1")->setChecked(true);
-        clicca(e, "btnConferma");
+    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* w) {
+        auto& e = *static_cast<frmCondizioniPagamentoEdita*>(w);
+        EXPECT_EQ(e.txtRate->testo(), "0");
+        EXPECT_EQ(abilitate(e), prime(0));
+        scrivi(w, "txtRate", "15");
+        EXPECT_EQ(e.txtRate->testo(), "12");
+        EXPECT_EQ(abilitate(e), prime(12));
+        scrivi(w, "txtRate", "3");
+        scrivi(w, "txtRata2", "90");
+        scrivi(w, "txtRate", "2");
+        EXPECT_EQ(e.txtRata[2]->testo(), "0");
+        EXPECT_EQ(abilitate(e), prime(2));
+        e.txtRate->clear();
+        EXPECT_EQ(abilitate(e), prime(0));
+
+        scrivi(w, "VText1", "60-30 fm");
+        scrivi(w, "txtRate", "2");
+        scrivi(w, "txtRata0", "60");
+        scrivi(w, "txtRata1", "30");
+        e.Check1->setChecked(true);
+        clicca(w, "btnConferma");
         return true;
     });
     clicca(&registro, "btnNuovo");
@@ -253,7 +249,6 @@ TEST_F(Condizioni, SalvaECaricaUnaCondizione) {
     EXPECT_EQ(pannello->testo("DescPagamento") + " " + pannello->testo("Rata1"), "60-30 fm 60");
     EXPECT_TRUE(trova<QCheckBox>(&registro, "Check1")->isChecked());
 
-    // Opened again, its boxes follow its instalments.
     frmCondizioniPagamentoEdita riaperta;
     riaperta.EditaRecordset(1, false);
     EXPECT_EQ(riaperta.txtRate->testo(), "2");

@@ -2,8 +2,6 @@
 // start-up on an archive of an older structure: the update runs before the archive is opened, the
 // journal rebuild follows on an archive with payments and no journal, and cancelling ends the program.
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QTimer>
 

@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
 
 #include "support/avvio_prova.h"
 #include "core/aziende.h"
