@@ -257,20 +257,11 @@ TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
     EXPECT_TRUE(riaperta.Check1->isChecked());
 }
 
-class Tabelle : public pattern::Archivio {
-protected:
-    void SetUp() override {
-        Archivio::SetUp();
-        for (const char* sql : {"INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (1, 'Consulenza')",
-                                "INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (2, 'Consumi')",
-                                "INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (3, 'L''affitto')",
-                                "INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (1, 'Generali')",
-                                "INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (2, 'Ufficio')"})
-            db->Execute(sql);
-    }
-};
+using Tabelle = pattern::Archivio;
 
 TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
+    db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (1, 'Generali')");
+    db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (2, 'Ufficio')");
     frmClassificazioniSpese r;
     auto* cb = trova<QComboBox>(&r, "cbCerca");
     ASSERT_EQ(cb->count(), 2);
@@ -285,6 +276,8 @@ TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
 }
 
 TEST_F(Tabelle, CompletamentoNellEditor) {
+    for (const char* tipo : {"1, 'Consulenza'", "2, 'Consumi'", "3, 'L''affitto'"})
+        db->Execute(std::string("INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (") + tipo + ")");
     frmTipiSpesaEdita e;
     e.EditaRecordset(0, true);
     auto* box = trova<ui::VText>(&e, "VText1");
