@@ -59,7 +59,7 @@ TEST(Backup, NomeDellaCartella) {
     EXPECT_EQ(core::NomeCartellaBackup(t), "Backup 05-03-2026 09.04.07");
 }
 
-TEST(Backup, CopiaCancellazioneERipristino) {
+TEST(Backup, CopiaRipristinoERifiuti) {
     ProgrammaDiProva p;
     PreparaDati(p);
     const fs::path dove = p.dati.parent_path() / "copie";
@@ -85,19 +85,11 @@ TEST(Backup, CopiaCancellazioneERipristino) {
     EXPECT_EQ(s.dbArchivio->Name(), (p.dati / "Alfa 2026.mdb").string());
     EXPECT_TRUE(fs::exists(p.dati / "Report" / "1" / "Fattura.rpf"));
     EXPECT_EQ(Nascosti(p.dati), std::vector<std::string>{});
-}
 
-TEST(Backup, RifiutiLascianoIDatiComeErano) {
-    ProgrammaDiProva p;
-    PreparaDati(p);
-    const fs::path dove = p.dati.parent_path() / "copie";
-    fs::create_directories(dove);
-    const fs::path buona = Salva(p, dove);
-    ASSERT_FALSE(buona.empty());
-
+    // Each refusal leaves the data as they were.
     const fs::path vuota = dove / "vuota", senzaArchivio = dove / "senza archivio";
     fs::create_directories(vuota);
-    fs::copy(buona, senzaArchivio, fs::copy_options::recursive);
+    fs::copy(backup, senzaArchivio, fs::copy_options::recursive);
     fs::remove(senzaArchivio / "Alfa 2026.mdb");
 
     struct Caso {
@@ -112,7 +104,7 @@ TEST(Backup, RifiutiLascianoIDatiComeErano) {
         {"non è un backup", {}, vuota, "La cartella selezionata non contiene dati di backup!"},
         {"archivio di un esercizio mancante", {}, senzaArchivio,
          "Nella cartella di backup manca l'archivio dell'esercizio Alfa 2026 (Alfa 2026.mdb)."},
-        {"dati in uso da un'altra copia", {}, buona,
+        {"dati in uso da un'altra copia", {}, backup,
          "I dati della cartella " + p.dati.string() + " sono in uso da un'altra copia del programma", true},
     };
     for (const Caso& c : casi) {

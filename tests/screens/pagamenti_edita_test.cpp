@@ -60,7 +60,6 @@ protected:
 // Instalment 1 collected in two goes: the proposal, the wording, the flags and the journal follow
 // each step.
 TEST_F(PagamentiEdita, AccontoSaldoEdEliminazione) {
-    // The register of fatture shown on its instalments tab, fattura 1 in front.
     core::ImpostaModoSchermo("frmDocumenti", core::TipoFatturaEmessa);
     frmDocumenti r;
     r.show();

@@ -269,7 +269,6 @@ TEST_F(Pannello, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     EXPECT_EQ(FiniDeiPeriodi(), (std::vector<std::string>(3, "30/06/2026")));
     EXPECT_FALSE(chiusura->isEnabled());
 
-    // Changing the end works the same way and reaches every row again.
     ScriviFine(p, "31/12/2026", &dalAbilitato);
     pannello->ModificaPeriodo();
     EXPECT_TRUE(dalAbilitato);

@@ -44,7 +44,6 @@ protected:
     QString cella(int riga, int colonna = 0) const {
         return grid->modello()->data(grid->modello()->index(riga, colonna), Qt::DisplayRole).toString();
     }
-    // The editor's script: fills the boxes and confirms, or cancels.
     void editorCompila(const QString& desc, const QString& aliquota, const char* comando = "btnConferma") {
         script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
             if (!e) return false;

@@ -199,7 +199,6 @@ TEST_F(VisiteSchermi, FatturaDalleVisite) {
     EXPECT_EQ(conta("Select * from Movimenti where Documento=" + std::to_string(id)), 7);
     EXPECT_EQ(conta(marzo + " and DataDal=#03/01/2026#"), 1);
 
-    // Without the right to change documents no fattura is made.
     core::session().Privilegi[core::DocumentiModificare - 1] = '0';
     p.script->dimentica();
     clic(r.get(), "btnGeneraFavAssistenze");
