@@ -52,8 +52,9 @@ protected:
 };
 
 // The search: each criterion on the due date of the withholding, the customer and the state, a
-// ticked date that holds none refused; cancel changes nothing; Seleziona tutto puts all back.
-TEST_F(Certificazioni, ElencoERicerca) {
+// ticked date that holds none refused; Seleziona tutto puts all back. Then a certificate received
+// and printed.
+TEST_F(Certificazioni, RicercaRicevutaEStampaInPdf) {
     frmCertificazioniAcconto r;
     r.show();
     EXPECT_EQ(righe(r.griglia()), (std::vector<long>{1, 2}));
@@ -89,14 +90,9 @@ TEST_F(Certificazioni, ElencoERicerca) {
     ASSERT_TRUE(r.griglia()->vaiAId(1));
     QTest::keyClick(r.griglia(), Qt::Key_Delete);
     EXPECT_EQ(conta("Select * from Documenti"), 4);
-}
 
-// Marked as received and back: the row shows it at once and the archive keeps it; then the
-// certificate of fattura 27 on the shipped layout, to a PDF with its amounts.
-TEST_F(Certificazioni, RicevutaEStampaInPdf) {
-    frmCertificazioniAcconto r;
-    r.show();
-    ASSERT_TRUE(r.griglia()->vaiAId(1));
+    // Marked as received and back: the row shows it at once and the archive keeps it; then the
+    // certificate of fattura 27 on the shipped layout, to a PDF with its amounts.
     for (const char* atteso : {"Ricevuta", "Da ricevere"}) {
         clic(&r, "btnRicevuta");
         EXPECT_EQ(store::ConcatText(r.griglia()->valore("DescCertAcconto")), atteso);
