@@ -82,24 +82,22 @@ TEST(PrimoAvvio, NuovoEsercizioRifiutaDatiErrati) {
     core::session().dbAziende->Execute(
         "Insert Into Esercizi (ID,Azienda,Nome,Dal,Al,File) VALUES (1,1,'Vecchio','01/01/2025','31/12/2025','x')");
     std::ofstream(p.dati / "Esiste.mdb") << "";
-    struct Caso {
-        std::string nome, data, atteso;
-    };
-    const std::vector<Caso> casi = {
+    // Name, start, and the refusal.
+    const std::tuple<std::string, std::string, std::string> casi[] = {
         {"  ", "01/01/2026", "Inserire la descrizione o la denominazione!"},
         {"Nuovo", "31/02/2026", "La data non è valida!"},
         {"Esiste", "01/01/2026", "Esiste già un archivio con il nome 'Esiste'"},
         {"Nuovo", "31/12/2025", "La data indicata ricade nel periodo di un altro esercizio!"},
     };
-    for (const Caso& c : casi) {
+    for (const auto& [nome, data, atteso] : casi) {
         p.script->dimentica();
         frmArchiviEdita s;
         s.Edita(0, true, 1, 0, false);
-        s.VText1->setTesto(c.nome);
-        s.pkData->setTesto(c.data);
+        s.VText1->setTesto(nome);
+        s.pkData->setTesto(data);
         clic(&s, "btnConferma");
-        EXPECT_NE(s.result(), QDialog::Accepted) << c.nome << " " << c.data;
-        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{c.atteso}) << c.nome << " " << c.data;
+        EXPECT_NE(s.result(), QDialog::Accepted) << nome << " " << data;
+        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{atteso}) << nome << " " << data;
     }
     EXPECT_EQ(contaRighe(*core::session().dbAziende, "Select * from Esercizi"), 1);
 }

@@ -95,24 +95,20 @@ TEST_F(VisiteSchermi, NuovaVisitaDalCliente) {
 
 // Leaving a time box with no time says so and keeps the focus; an empty box or a time passes.
 TEST_F(VisiteSchermi, OrarioControllatoUscendo) {
-    struct Caso {
-        QString testo;
-        bool rifiutato;
-    };
-    const Caso casi[] = {{"25.00", true}, {"14.30", false}, {"", false}};
+    const std::pair<QString, bool> casi[] = {{"25.00", true}, {"14.30", false}, {"", false}};   // typed, refused
     frmAssistenzeEdita e;
     e.Prepara({Modalita::Nuovo});
     e.show();
     QApplication::setActiveWindow(&e);
-    for (const Caso& c : casi) {
-        SCOPED_TRACE(c.testo.toStdString());
+    for (const auto& [testo, rifiutato] : casi) {
+        SCOPED_TRACE(testo.toStdString());
         p.script->dimentica();
         e.VText2->setFocus();
-        e.VText2->setText(c.testo);
+        e.VText2->setText(testo);
         QTest::keyClick(e.VText2, Qt::Key_Tab);
         QApplication::processEvents();
-        EXPECT_EQ(testiMostrati(*p.script), c.rifiutato ? std::vector<std::string>{kOrario} : std::vector<std::string>{});
-        EXPECT_EQ(QApplication::focusWidget() == e.VText2, c.rifiutato);
+        EXPECT_EQ(testiMostrati(*p.script), rifiutato ? std::vector<std::string>{kOrario} : std::vector<std::string>{});
+        EXPECT_EQ(QApplication::focusWidget() == e.VText2, rifiutato);
     }
     e.Annulla();
 }
