@@ -7,6 +7,7 @@
 
 #include "core/impostazioni.h"
 #include "core/record.h"
+#include "expenses/screens/frmFornitori.h"
 #include "payments/condizioni.h"
 #include "payments/screens/frmCondizioniPagamento.h"
 #include "sales/screens/frmClienti.h"
@@ -106,6 +107,13 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
           "INSERT INTO Servizi (ID, DescServizio) VALUES (2, 'Sopralluogo')",
           "INSERT INTO Movimenti (ID, Servizio) VALUES (2, 1)", "INSERT INTO Assistenze (ID, Servizio) VALUES (1, 2)"},
          "Servizi", 1, 2, "1) Documenti\r\n", "Eliminare il servizio Sopralluogo?"},
+        // A supplier on a document stays; one only on an expense can go, the expense left without it.
+        {[] { return std::make_unique<frmFornitori>(); },
+         {"INSERT INTO Fornitori (ID, DescFornitore) VALUES (1, 'Cartoleria dell''Olmo & C. S.a.s.')",
+          "INSERT INTO Fornitori (ID, DescFornitore) VALUES (2, 'Beta')",
+          "INSERT INTO Documenti (ID, Tipo, Fornitore) VALUES (2, 9, 2)",
+          "INSERT INTO Spese (ID, Numero, Fornitore) VALUES (3, '7', 1)"},
+         "Fornitori", 2, 1, "1) Documenti\r\n", "Eliminare il fornitore Cartoleria dell'Olmo & C. S.a.s.?"},
         {[] { return std::make_unique<frmCondizioniPagamento>(); },
          {"INSERT INTO CondizioniPagamento (ID, DescPagamento, Rate) VALUES (4, '30 gg', 1)",
           "INSERT INTO CondizioniPagamento (ID, DescPagamento, Rate) VALUES (5, '60 gg', 1)",
@@ -137,6 +145,7 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
         EXPECT_EQ(conta(c.tabella, "ID=" + std::to_string(c.libero)), 0);
         EXPECT_EQ(r->griglia()->righeMostrate(), prima - 1);
     }
+    EXPECT_EQ(conta("Spese"), 3);   // none went with the records it used
 }
 
 TEST_F(Registro, NuovoAnnullatoNonLasciaRighe) {
