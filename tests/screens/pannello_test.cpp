@@ -55,8 +55,9 @@ protected:
 };
 
 // The period named by the settings is not Alfa's: the last of the list is taken and written back.
-// A login cancelled at a change of period then leaves no archive open.
-TEST_F(Pannello, EsercizioNonInElencoELoginAnnullato) {
+// A login cancelled at a change of period then leaves no archive open; so does a company without
+// periods.
+TEST_F(Pannello, EsercizioNonInElencoLoginECambioDiAzienda) {
     PreparaDati(3);   // Beta's period, which Alfa's list lacks
     frmMain* pannello = Avvia();
     ASSERT_EQ(pannello->cbEsercizio->count(), 2);
@@ -83,6 +84,25 @@ TEST_F(Pannello, EsercizioNonInElencoELoginAnnullato) {
     EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "1");
     EXPECT_TRUE(pannello->mAnagrafiche->menuAction()->isEnabled());
     EXPECT_EQ(pannello->txtUtente->text().toStdString(), "Amministratore");
+
+    // A company without periods: no archive; back to one with a period, the login and its archive.
+    p.script->dimentica();
+    core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (3,'Gamma')");
+    pannello->CaricaAziende();
+    p.script->rispondiNo();
+    pannello->cbAzienda->setCurrentIndex(pannello->cbAzienda->findText("Gamma"));
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"L'azienda selezionata non ha alcun esercizio. Crearne uno nuovo?"});
+    EXPECT_FALSE(core::session().dbArchivio);
+    EXPECT_FALSE(pannello->mContabilita->menuAction()->isEnabled());
+    EXPECT_EQ(core::LeggiIni("Archivio", "ID") + core::LeggiIni("Azienda", "ID"), "03");
+
+    loginVuoto(*p.script);
+    pannello->cbAzienda->setCurrentIndex(pannello->cbAzienda->findText("Beta"));
+    EXPECT_TRUE(core::session().dbArchivio);
+    EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Beta 2026");
+    EXPECT_TRUE(pannello->mContabilita->menuAction()->isEnabled());
+    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "3");
 }
 
 TEST_F(Pannello, AvvisiSoloDiOggiENonPagati) {
@@ -289,28 +309,6 @@ TEST(Periodo, ControlliDelPeriodo) {
         const auto e = core::ControllaPeriodo(dal, al);
         EXPECT_EQ(e ? e->chiave + " " + std::to_string(e->campo) : "", atteso) << dal << "|" << al;
     }
-}
-
-TEST_F(Pannello, CambioDiAziendaSenzaEsercizio) {
-    PreparaDati();
-    frmMain* pannello = Avvia();
-    core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione) VALUES (3,'Gamma')");
-    pannello->CaricaAziende();
-    p.script->rispondiNo();
-    pannello->cbAzienda->setCurrentIndex(pannello->cbAzienda->findText("Gamma"));
-    EXPECT_EQ(testiMostrati(*p.script),
-              std::vector<std::string>{"L'azienda selezionata non ha alcun esercizio. Crearne uno nuovo?"});
-    EXPECT_FALSE(core::session().dbArchivio);
-    EXPECT_FALSE(pannello->mContabilita->menuAction()->isEnabled());
-    EXPECT_EQ(core::LeggiIni("Archivio", "ID") + core::LeggiIni("Azienda", "ID"), "03");
-
-    // Back to a company with a period: the login is asked and the archive opened again.
-    loginVuoto(*p.script);
-    pannello->cbAzienda->setCurrentIndex(pannello->cbAzienda->findText("Beta"));
-    EXPECT_TRUE(core::session().dbArchivio);
-    EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Beta 2026");
-    EXPECT_TRUE(pannello->mContabilita->menuAction()->isEnabled());
-    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "3");
 }
 
 TEST_F(Pannello, NuovoEsercizioRiportaISaldiEGliAperti) {

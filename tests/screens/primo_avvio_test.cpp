@@ -30,14 +30,12 @@ TEST(PrimoAvvio, DallaCartellaVuotaAlPannello) {
     EXPECT_EQ(pannello->cbAzienda->currentText().toStdString(), "Studio Rossi");
     EXPECT_EQ(pannello->cbEsercizio->currentText().toStdString(), "Esercizio 2026");
     // The master came from the installation's empty one; the archive was made beside it.
-    EXPECT_TRUE(fs::exists(p.dati / "Aziende.mdb"));
-    EXPECT_TRUE(fs::exists(p.dati / "Esercizio 2026.mdb"));
-    EXPECT_TRUE(fs::exists(p.dati / "Report" / "1" / "Fattura.rpf"));
+    for (const char* f : {"Aziende.mdb", "Esercizio 2026.mdb", "Report/1/Fattura.rpf"})
+        EXPECT_TRUE(fs::exists(p.dati / f)) << f;
     core::Session& s = core::session();
     ASSERT_TRUE(s.dbArchivio);
     EXPECT_EQ(core::LeggiIni("Azienda", "PATH"), p.dati.string());
-    EXPECT_EQ(core::LeggiIni("Azienda", "ID"), "1");
-    EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "1");
+    EXPECT_EQ(core::LeggiIni("Azienda", "ID") + core::LeggiIni("Archivio", "ID"), "11");
     // Nobody to log in: every right, and the panel's menus on.
     EXPECT_EQ(s.Privilegi, "111111111111111");
     EXPECT_TRUE(pannello->mContabilita->menuAction()->isEnabled());
