@@ -18,14 +18,18 @@ using namespace prova;
 
 namespace {
 
+void Scrivi(const fs::path& p, const std::string& testo) {
+    fs::create_directories(p.parent_path());
+    std::ofstream(p) << testo;
+}
+
 // The current company with rows in its archive and a report file of its own.
 void PreparaDati(ProgrammaDiProva& p) {
     apriEsercizioDiProva(p);
     auto& db = *core::session().dbArchivio;
     for (int i = 1; i <= 3; ++i)
         db.Execute("Insert Into Clienti (ID,DescCliente) VALUES (" + std::to_string(i) + ",'Cliente " + std::to_string(i) + "')");
-    fs::create_directories(p.dati / "Report" / "1");
-    std::ofstream(p.dati / "Report" / "1" / "Fattura.rpf") << "layout";
+    Scrivi(p.dati / "Report" / "1" / "Fattura.rpf", "layout");
 }
 
 // Runs frmBackup on a folder; returns the backup folder made, or "" with the message shown.
@@ -37,11 +41,6 @@ fs::path Salva(ProgrammaDiProva& p, const fs::path& dove) {
     for (const auto& voce : fs::directory_iterator(dove))
         if (voce.path().filename().string().rfind("Backup ", 0) == 0) return voce.path();
     return {};
-}
-
-void Scrivi(const fs::path& p, const std::string& testo) {
-    fs::create_directories(p.parent_path());
-    std::ofstream(p) << testo;
 }
 
 std::vector<std::string> Nascosti(const fs::path& cartella) {

@@ -101,7 +101,7 @@ TEST_F(PagamentiEdita, AccontoSaldoEdEliminazione) {
     EXPECT_EQ(conta("Select * from Pagamenti where Scadenza=1"), 2);
 }
 
-// Each refusal shows its text and writes nothing; an amount of 0 cannot be confirmed at all.
+// Each refusal shows its text and writes nothing.
 TEST_F(PagamentiEdita, Rifiuti) {
     db->Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,ImportoScadenza,Pagata) VALUES (3,2,1,'Unica',33.33,False)");
     db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,ImportoTotale,Pagato) "
@@ -134,12 +134,6 @@ TEST_F(PagamentiEdita, Rifiuti) {
         EXPECT_EQ(conta("Select * from Pagamenti"), 0);
         EXPECT_EQ(conta("Select * from PrimaNota"), 0);
     }
-    frmPagamentiEdita e;
-    e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
-    e.txtImporto->setText("0");
-    EXPECT_FALSE(figlio<QPushButton>(&e, "btnConferma")->isEnabled());
-    e.txtImporto->setText("5");
-    EXPECT_TRUE(figlio<QPushButton>(&e, "btnConferma")->isEnabled());
 }
 
 // The picks agree both ways: an instalment brings its document and customer, a customer clears
@@ -171,6 +165,11 @@ TEST_F(PagamentiEdita, CascataDelleScelte) {
     EXPECT_NE(saldo.substr(6), fattura1);
     e.txtImporto->setText("10");
     EXPECT_EQ(testo(e.txtDescrizione), "Acconto " + saldo.substr(6));
+    // An amount of 0 cannot be confirmed at all.
+    e.txtImporto->setText("0");
+    EXPECT_FALSE(figlio<QPushButton>(&e, "btnConferma")->isEnabled());
+    e.txtImporto->setText("5");
+    EXPECT_TRUE(figlio<QPushButton>(&e, "btnConferma")->isEnabled());
 }
 
 }  // namespace

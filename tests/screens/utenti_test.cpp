@@ -50,12 +50,6 @@ std::vector<std::string> NuovoUtente(ProgrammaDiProva& p, long azienda, const st
     return testiMostrati(*p.script);
 }
 
-void Riavvia(ProgrammaDiProva& p) {
-    ProgrammaDiProva::chiudiFinestre();
-    ProgrammaDiProva::pulisciSessione();
-    p.script->dimentica();
-}
-
 // Scripts the login screen: each pair is tried in turn until the screen closes.
 void ScriviLogin(ProgrammaDiProva& p, std::vector<std::pair<std::string, std::string>> tentativi) {
     p.script->schermo("frmLogin", [tentativi](QWidget*) {
@@ -103,7 +97,9 @@ TEST(Utenti, ControlliDellEditorPoiRiavvioConLoginEDirittoNegato) {
     EXPECT_NE(core::PrivilegiUtente(store::ConcatText(rs->get("Accessi")), "mario"), Spunte(1));
 
     // Restart: the company has users, so the login is asked; a wrong password stays on the screen.
-    Riavvia(p);
+    ProgrammaDiProva::chiudiFinestre();
+    ProgrammaDiProva::pulisciSessione();
+    p.script->dimentica();
     ScriviLogin(p, {{"mario", "sbagliata"}, {"  ", "  "}, {"Mario", "pw'1"}});
     ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
     EXPECT_EQ(testiMostrati(*p.script),
@@ -116,7 +112,9 @@ TEST(Utenti, ControlliDellEditorPoiRiavvioConLoginEDirittoNegato) {
     EXPECT_EQ(frmMain::istanza()->txtUtente->text().toStdString(), "mario");
 
     // Another restart as anna: only the login of this company counts, and she may see the users.
-    Riavvia(p);
+    ProgrammaDiProva::chiudiFinestre();
+    ProgrammaDiProva::pulisciSessione();
+    p.script->dimentica();
     ScriviLogin(p, {{"anna", "diversa"}, {"anna", "segreta"}});
     ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Nome utente o Password non corretti!"});
@@ -144,6 +142,5 @@ TEST(Utenti, LinguaSceltaDalLogin) {
     frmLogin l;
     clic(&l, "btnLingua");
     EXPECT_EQ(l.btnConferma->text().toStdString(), "Entra");
-    EXPECT_EQ(l.txtLingua->text().toStdString(), (p.programma / "Prova.lng").string());
     EXPECT_EQ(core::LeggiLingua("Parametri", "File"), (p.programma / "Prova.lng").string());
 }
