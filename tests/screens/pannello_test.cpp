@@ -40,7 +40,9 @@ protected:
         core::ScriviIni("Archivio", "ID", std::to_string(esercizio));
         core::session().dbAziende.reset();
     }
-    frmMain* Avvia() {
+    // Those data, and the program started on them.
+    frmMain* Avvia(long esercizio = 2) {
+        PreparaDati(esercizio);
         EXPECT_EQ(core::Main(), core::EsitoAvvio::Aperto);
         p.script->dimentica();
         return frmMain::istanza();
@@ -58,8 +60,7 @@ protected:
 // A login cancelled at a change of period then leaves no archive open; so does a company without
 // periods.
 TEST_F(Pannello, EsercizioNonInElencoLoginECambioDiAzienda) {
-    PreparaDati(3);   // Beta's period, which Alfa's list lacks
-    frmMain* pannello = Avvia();
+    frmMain* pannello = Avvia(3);   // Beta's period, which Alfa's list lacks
     ASSERT_EQ(pannello->cbEsercizio->count(), 2);
     EXPECT_EQ((pannello->cbAzienda->currentText() + " " + pannello->cbEsercizio->currentText()).toStdString(), "Alfa Alfa 2026");
     EXPECT_EQ(core::LeggiIni("Archivio", "ID"), "2");
@@ -115,7 +116,7 @@ TEST_F(Pannello, AvvisiSoloDiOggiENonPagati) {
         archivio->Execute(std::string("Insert Into Scadenze (ID,Documento,Spesa,Cliente,Fornitore,DataAvviso,Pagata) VALUES (") +
                           riga + ")");
     archivio.reset();
-    Avvia();
+    ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
     EXPECT_EQ(Avviso(), "Scadenze attive da ricordare oggi");
 
     // Only the paid and yesterday's rows: nothing to remind.
@@ -128,7 +129,6 @@ TEST_F(Pannello, AvvisiSoloDiOggiENonPagati) {
 }
 
 TEST_F(Pannello, CambioCartellaDatiRiavviaNelloStessoProcesso) {
-    PreparaDati();
     frmMain* primo = Avvia();
     const fs::path altra = p.dati.parent_path() / "server";
     fs::create_directories(altra);
@@ -147,7 +147,6 @@ TEST_F(Pannello, CambioCartellaDatiRiavviaNelloStessoProcesso) {
 }
 
 TEST_F(Pannello, EliminazioneDiUnAzienda) {
-    PreparaDati();
     Avvia();
     fs::create_directories(p.dati / "Report" / "2");
     std::ofstream(p.dati / "Report" / "2" / "Fattura.rpf") << "x";
@@ -262,7 +261,6 @@ void RiempiArchivio2026() {
 
 TEST_F(Pannello, ChiusuraRaggiungeOgniPeriodoDiOgniAzienda) {
     store::fissaOrologio(store::DateSerial(2026, 11, 22));
-    PreparaDati();
     frmMain* pannello = Avvia();
     QAction* chiusura = pannello->azione("mChiusuraEsercizio");
     // An open period (no end) ends on 31/12 of its start year as far as the rule knows: the
@@ -317,7 +315,8 @@ TEST_F(Pannello, NuovoEsercizioRiportaISaldiEGliAperti) {
     const long es = core::CreaEsercizioVuoto(1, "Alfa 2026", store::DateSerial(2026, 1, 1));
     ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
     core::session().dbAziende.reset();
-    frmMain* pannello = Avvia();
+    ASSERT_EQ(core::Main(), core::EsitoAvvio::Aperto);
+    frmMain* pannello = frmMain::istanza();
     core::session().NomeUtente = "admin";
     RiempiArchivio2026();
 
