@@ -23,8 +23,6 @@ using namespace prova;
 
 namespace {
 
-store::Value Id(long id) { return store::Value::Long(static_cast<std::int32_t>(id)); }
-
 class PagamentiEdita : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -141,7 +139,7 @@ TEST_F(PagamentiEdita, Rifiuti) {
 TEST_F(PagamentiEdita, CascataDelleScelte) {
     frmPagamentiEdita e;
     e.Prepara({Modalita::Nuovo, 0, nullptr, "", 0});
-    e.cbScadenze->setValore(Id(2));
+    e.cbScadenze->setValore(store::Value::Long(2));
     EXPECT_EQ((std::vector<long>{store::CLng(e.cbDocumenti->valore()), store::CLng(e.cbCliente->valore())}),
               (std::vector<long>{1, 1}));
     EXPECT_EQ(testo(e.txtImporto) + " " + testo(e.lblDaPagare), "40,00 40,00");
@@ -149,15 +147,15 @@ TEST_F(PagamentiEdita, CascataDelleScelte) {
     ASSERT_EQ(descrizione.rfind("Acconto ", 0), 0u) << descrizione;   // 60,00 more are due on the document
     const std::string fattura1 = descrizione.substr(8);
 
-    e.cbCliente->setValore(Id(2));
+    e.cbCliente->setValore(store::Value::Long(2));
     EXPECT_TRUE(e.cbDocumenti->valore().isNull());
     EXPECT_TRUE(e.cbScadenze->valore().isNull());
     EXPECT_EQ(e.cbDocumenti->count(), 0);
     EXPECT_EQ(testo(e.txtDescrizione) + "|" + testo(e.lblPagato), "|0,00");
 
     // The document alone: its whole remainder settles it; less is an advance.
-    e.cbCliente->setValore(Id(1));
-    e.cbDocumenti->setValore(Id(2));
+    e.cbCliente->setValore(store::Value::Long(1));
+    e.cbDocumenti->setValore(store::Value::Long(2));
     EXPECT_EQ(testo(e.txtImporto), "100,00");
     EXPECT_EQ(e.cbScadenze->count(), 0);   // fattura 2 has no instalment
     const std::string saldo = testo(e.txtDescrizione);

@@ -13,7 +13,6 @@
 #include "core/pannello.h"
 #include "app/screens/frmLogin.h"
 #include "app/screens/frmUtentiEdita.h"
-#include "core/utenti.h"
 #include "store/convert.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -29,15 +28,10 @@ void PreparaDati(ProgrammaDiProva& p) {
     ASSERT_TRUE(core::ConfermaConfigurazione(p.dati.string(), 1, es));
 }
 
-std::vector<bool> Spunte(int quante) {
-    std::vector<bool> v(core::NumeroPrivilegi, false);
-    for (int i = 0; i < quante; ++i) v[i] = true;
-    return v;
-}
-
-// Adds a user through the editor, as the register's New does; the messages it showed.
+// Adds a user through the editor, as the register's New does, with the first rights ticked; the
+// messages it showed.
 std::vector<std::string> NuovoUtente(ProgrammaDiProva& p, long azienda, const std::string& nome,
-                                     const std::string& password, const std::vector<bool>& spunte) {
+                                     const std::string& password, int spunte) {
     p.script->dimentica();
     frmUtentiEdita e;
     e.EditaRecordset(0, true);
@@ -45,7 +39,7 @@ std::vector<std::string> NuovoUtente(ProgrammaDiProva& p, long azienda, const st
     e.VText1->setTesto(nome);
     e.VText2->setTesto(password);
     for (int i = 0; i < e.ListPrivilegi->count(); ++i)
-        e.ListPrivilegi->item(i)->setCheckState(spunte[i] ? Qt::Checked : Qt::Unchecked);
+        e.ListPrivilegi->item(i)->setCheckState(i < spunte ? Qt::Checked : Qt::Unchecked);
     clic(&e, "btnConferma");
     return testiMostrati(*p.script);
 }
@@ -86,7 +80,7 @@ TEST(Utenti, ControlliDellEditorPoiRiavvioConLoginEDirittoNegato) {
         {2, "anna", "diversa", 14, ""},      // the same name in another company
     };
     for (const Caso& c : casi) {
-        const auto mostrati = NuovoUtente(p, c.azienda, c.nome, c.password, Spunte(c.spunte));
+        const auto mostrati = NuovoUtente(p, c.azienda, c.nome, c.password, c.spunte);
         EXPECT_EQ(mostrati, c.atteso.empty() ? std::vector<std::string>{} : std::vector<std::string>{c.atteso})
             << c.nome << " " << c.spunte;
     }
