@@ -1,5 +1,5 @@
-// Conversions under the program's Italian locale. Every expected serial below is counted by hand
-// from 01/01/2024 = 45292 (and 01/01/2000 = 36526).
+// Conversions and Format under the program's Italian locale. Every expected serial below is counted
+// by hand from 01/01/2024 = 45292 (and 01/01/2000 = 36526), every formatted text worked out by hand.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -11,6 +11,7 @@
 #include "store/clock.h"
 #include "store/convert.h"
 #include "store/errors.h"
+#include "store/format.h"
 #include "convert_support.h"
 
 using namespace store;
@@ -18,13 +19,8 @@ using namespace store;
 namespace {
 
 constexpr double k1430 = 14.5 / 24;  // 14:30 as a day fraction
-
-void expectSerial(std::optional<double> got, std::optional<double> expected, const char* text) {
-    ASSERT_EQ(got.has_value(), expected.has_value()) << text;
-    if (got) {
-        EXPECT_NEAR(*got, *expected, 1e-9) << text;
-    }
-}
+// 05/03/2024 14:30:05, a Tuesday in the tenth week (weeks start on Sunday, 01/01/2024 was a Monday).
+const double kMarch5 = 45356 + (14 * 3600 + 30 * 60 + 5) / 86400.0;
 
 class FixedClock : public ::testing::Test {
 protected:
@@ -58,10 +54,8 @@ TEST(DateSerialTest, SplitsNegativeSerialsWithTheTimeCountedForward) {
 TEST(DateSerialTest, WeekdaysLeapYearsAndTheRange) {
     EXPECT_EQ(Weekday(0), 7);   // 30/12/1899, a Saturday: weeks start on Sunday
     EXPECT_EQ(Weekday(-2), 5);  // 28/12/1899, a Thursday
-    EXPECT_FALSE(ValidDate(1900, 2, 29));
-    EXPECT_TRUE(ValidDate(2000, 2, 29));
-    EXPECT_FALSE(ValidDate(99, 12, 31));
-    EXPECT_FALSE(ValidDate(10000, 1, 1));
+    EXPECT_EQ((std::array{ValidDate(1900, 2, 29), ValidDate(2000, 2, 29), ValidDate(99, 12, 31), ValidDate(10000, 1, 1)}),
+              (std::array{false, true, false, false}));
     EXPECT_EQ(errorOf([] { SplitDate(NAN); }), 6);
     EXPECT_EQ(errorOf([] { DateText(1e300); }), 6);
 }
@@ -94,10 +88,10 @@ TEST(DateTextTest, IsoReaderRefusesWhatItDoesNotWrite) {
         EXPECT_FALSE(DateFromIso(bad).has_value()) << bad;
 }
 
-TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDate) {
-    struct Case { const char* text; std::optional<double> serial; };
+// Texts typed by the user are read day first; the dialect's #...# literals month first.
+TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDateAndLiteralsMonthFirst) {
+    struct Case { const char* text; std::optional<double> serial; bool literal = false; };
     const Case cases[] = {
-        {"31/12/2024", 45657},
         {" 5/3/2024 ", 45356},
         {"5/3", 45356},                      // this year, from the clock
         {"05/03/2024 14.30.00", 45356 + k1430},
@@ -121,24 +115,19 @@ TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDate) {
         {"31/12/2024 14.30 15.00", std::nullopt},
         {"5", std::nullopt},
         {"1/2-2024", std::nullopt},
+        {"5-Mar-2024", 45356, true},  // a named month is the month whatever the order
+        {"12/31/2024 2:30 PM", 45657 + k1430, true},
+        {"12/31/2024 12:00 AM", 45657, true},
+        {"31/31/2024", std::nullopt, true},
+        {"13:30 PM", std::nullopt, true},
     };
-    for (const auto& c : cases) expectSerial(ParseDateText(c.text), c.serial, c.text);
-}
-
-TEST_F(FixedClock, ParseDateLiteralReadsMonthFirst) {
-    struct Case { const char* body; std::optional<double> serial; };
-    const Case cases[] = {
-        {"05/03/2024", 45415},  // 3 May
-        {"25/03/2024", 45376},  // no 25th month: 25 March
-        {"2024-03-05", 45356},
-        {"5-Mar-2024", 45356},  // a named month is the month whatever the order
-        {"14:30", k1430},
-        {"12/31/2024 2:30 PM", 45657 + k1430},
-        {"12/31/2024 12:00 AM", 45657},
-        {"31/31/2024", std::nullopt},
-        {"13:30 PM", std::nullopt},
-    };
-    for (const auto& c : cases) expectSerial(ParseDateLiteral(c.body), c.serial, c.body);
+    for (const auto& c : cases) {
+        const std::optional<double> got = c.literal ? ParseDateLiteral(c.text) : ParseDateText(c.text);
+        ASSERT_EQ(got.has_value(), c.serial.has_value()) << c.text;
+        if (got) {
+            EXPECT_NEAR(*got, *c.serial, 1e-9) << c.text;
+        }
+    }
 }
 
 // ---- numbers -----------------------------------------------------------------------------------
@@ -224,18 +213,6 @@ TEST(ValueConversionTest, NullAndEmptyTextAreErrors) {
     EXPECT_EQ(errorOf([] { CDate(Value::Double(1e7)); }), 6);
 }
 
-TEST(ValueConversionTest, TextOfValues) {
-    struct Case { Value v; const char* text; };
-    const Case cases[] = {
-        {Value::Bool(false), "Falso"}, {Value::Date(0), "00.00.00"}, {Value::Long(123456), "123456"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(CStr(c.v), c.text);
-        EXPECT_EQ(ConcatText(c.v), c.text);
-    }
-    EXPECT_EQ(ConcatText(Value::Null()), "");
-}
-
 TEST(ValueConversionTest, IsNumericAndIsDateAgreeWithTheConversions) {
     struct Case { Value v; bool numeric, date; };
     const Case cases[] = {
@@ -260,14 +237,14 @@ TEST(ValueConversionTest, IsNumericAndIsDateAgreeWithTheConversions) {
     }
 }
 
-TEST(ValueConversionTest, CBoolReadsWordsAndDateValueDropsTheTime) {
+TEST(ValueConversionTest, BooleansAsItalianWordsAndDateValueDropsTheTime) {
     EXPECT_FALSE(CBool(Value::Text("FALSO")));
     EXPECT_TRUE(CBool(Value::Text("0,5")));
-    EXPECT_EQ(DateValue(Value::Text("31/12/2024 14.30")), 45657);
-    EXPECT_EQ(DateValue(Value::Date(45356 + k1430)), 45356);
-    EXPECT_EQ(DateValue(Value::Date(-1.25)), -1);
-    EXPECT_EQ(DateValue(Value::Text("14.30")), 0);
-    EXPECT_EQ(CDate(Value::Text("31/12/2024")), 45657);
+    EXPECT_EQ(CStr(Value::Bool(false)), "Falso");
+    EXPECT_EQ(ConcatText(Value::Bool(false)), "Falso");
+    EXPECT_EQ((std::array{DateValue(Value::Text("31/12/2024 14.30")), DateValue(Value::Date(45356 + k1430)),
+                          DateValue(Value::Date(-1.25)), DateValue(Value::Text("14.30"))}),
+              (std::array{45657.0, 45356.0, -1.0, 0.0}));
 }
 
 // ---- text --------------------------------------------------------------------------------------
@@ -275,15 +252,13 @@ TEST(ValueConversionTest, CBoolReadsWordsAndDateValueDropsTheTime) {
 TEST(CompareTextTest, IgnoresCaseAndTrailingBlanksButNotAccents) {
     struct Case { const char* a; const char* b; int sign; };
     const Case cases[] = {
-        {"perché", "PERCHÉ  ", 0}, {"a", "à", -1},        {"abc", " abc", 1},       {"Zeta", "alfa", 1},
-        {"ab", "abc", -1},         {"àncora", "banca", -1}, {"àb", "ac", -1},         {"", " ", 0},
-        {"1", "a", -1},            {"Œuvre", "œuvre", 0},   {"\xFF", "z", 1},
+        {"a", "à", -1},   {"abc", " abc", 1}, {"ab", "abc", -1},        {"àncora", "banca", -1},
+        {"àb", "ac", -1}, {"", " ", 0},       {"Œuvre", "œuvre", 0},    {"\xFF", "z", 1},
     };
+    const auto sign = [](int v) { return (v > 0) - (v < 0); };
     for (const auto& c : cases) {
-        const int got = CompareText(c.a, c.b);
-        EXPECT_EQ((got > 0) - (got < 0), c.sign) << c.a << " vs " << c.b;
-        const int back = CompareText(c.b, c.a);
-        EXPECT_EQ((back > 0) - (back < 0), -c.sign) << c.b << " vs " << c.a;
+        EXPECT_EQ(sign(CompareText(c.a, c.b)), c.sign) << c.a << " vs " << c.b;
+        EXPECT_EQ(sign(CompareText(c.b, c.a)), -c.sign) << c.b << " vs " << c.a;
     }
 }
 
@@ -316,4 +291,92 @@ TEST(Cp1252Test, ConvertsBothWays) {
     std::string everyByte;
     for (int b = 1; b < 256; ++b) everyByte += static_cast<char>(b);
     EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(everyByte)), everyByte);
+}
+
+// ---- format ------------------------------------------------------------------------------------
+
+TEST(FormatTest, NumberMasks) {
+    struct Case { double x; const char* mask; const char* text; };
+    const Case cases[] = {
+        {4.5, "00", "05"},                 {-3, "00", "-03"},                {12345, "0000", "12345"},
+        {-1234.5, "#,0.00", "-1.234,50"},  {1234567.891, "#,##0.00", "1.234.567,89"},
+        {0.045, "0.00%", "4,50%"},         {-0.5, "00", "-01"},              {2.5, "00", "03"},
+        {1.005, "#,0.00", "1,01"},         {999.995, "#,0.00", "1.000,00"},  {0, "0#", "00"},
+        {123, "0#", "123"},                {-0.001, "#,0.00", "0,00"},
+        {1e15, "#,0.00", "1.000.000.000.000.000,00"},
+        {0.5, "#.##", ",5"},               {5, "#.##", "5,"},                {0, "#", ""},
+        {1234567, "0,", "1235"},           {-5, "0;(0)", "(5)"},             {0, "0;(0);\"zero\"", "zero"},
+        {5, "0;(0);\"zero\"", "5"},        {12.5, "\"€ \"#,0.00", "€ 12,50"}, {3, "0\\%", "3%"},
+        {0.5, "Percent", "50,00%"},        {-2.5, "Fixed", "-2,50"},         {1234.5, "Currency", "€ 1.234,50"},
+        {0, "Yes/No", "No"},               {-1, "True/False", "Vero"},
+        {1234, "Scientific", "1,23E+03"},  {1234, "00-00", "12-34"},         {123456, "00-00", "1234-56"},
+        {56, "0 0 0", "0 5 6"},            {1.5, ".00", "1,50"},             {7, "(000)", "(007)"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Format(Value::Double(c.x), c.mask), c.text) << c.x << " " << c.mask;
+}
+
+TEST(FormatTest, DateMasks) {
+    struct Case { const char* mask; const char* text; };
+    const Case cases[] = {
+        {"mm/dd/yyyy", "03/05/2024"}, {"mmm", "mar"},               {"hh:nn:ss", "14.30.05"}, {"hh:mm", "14.30"},
+        {"d/m/yy", "5/3/24"},         {"dddd", "martedì"},          {"ddd", "mar"},        {"ww", "10"},
+        {"w", "3"},                   {"q", "1"},                   {"y", "65"},           {"DD/MM/YYYY", "05/03/2024"},
+        {"\\d\\d dd", "dd 05"},       {"\"giorno\" d", "giorno 5"}, {"Short Date", "05/03/2024"},
+        {"Long Date", "martedì 5 marzo 2024"},                      {"Short Time", "14.30"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Format(Value::Date(kMarch5), c.mask), c.text) << c.mask;
+    EXPECT_EQ(Format(Value::Date(-1.25), "dd/mm/yyyy hh.nn"), "29/12/1899 06.00");
+    EXPECT_EQ(Format(Value::Date(45657), "mmmm yyyy"), "dicembre 2024");
+    EXPECT_EQ(errorOf([] { MonthName(13); }), 5);
+}
+
+TEST(FormatTest, ValuesOfEveryKind) {
+    struct Case { Value v; const char* mask; const char* text; };
+    const Case cases[] = {
+        {Value::Null(), "#,0.00", ""},              {Value::Null(), "0;0;0;\"vuoto\"", "vuoto"},
+        {Value::Date(45356), "", "05/03/2024"},
+        {Value::Date(14.5 / 24), "", "14.30.00"},   {Value::Double(2.5), "", "2,5"},
+        {Value::Bool(true), "", "Vero"},            {Value::Bool(true), "00", "-01"},
+        {Value::Double(45356), "dd/mm/yyyy", "05/03/2024"},  {Value::Date(45356), "0", "45356"},
+        {Value::Text("31/12/2024"), "yyyy", "2024"}, {Value::Text("abc"), "#,0.00", "abc"},
+        {Value::Text("1234,5"), "#,0.00", "1.234,50"}, {Value::Text("abc"), "dd/mm/yyyy", "abc"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Format(c.v, c.mask), c.text) << c.mask;
+}
+
+TEST(FormatTest, WhatFormatWritesReadsBack) {
+    for (const char* mask : {"Long Date", "Medium Date", "Short Date", "dd/mm/yyyy", "d mmmm yyyy"}) {
+        const auto back = ParseDateText(Format(Value::Date(45356), mask));
+        ASSERT_TRUE(back.has_value()) << mask;
+        EXPECT_EQ(*back, 45356) << mask;
+    }
+    for (const char* mask : {"#,0.00", "Currency", "0.000", "Standard"}) {
+        const auto back = ParseNumberText(Format(Value::Double(-1234.5), mask));
+        ASSERT_TRUE(back.has_value()) << mask;
+        EXPECT_EQ(*back, -1234.5) << mask;
+    }
+}
+
+TEST(FormatTest, FormatNumberRoundsHalfAwayAndGroups) {
+    EXPECT_EQ(FormatNumber(1234.5), "1.234,50");
+    EXPECT_EQ(FormatNumber(0.125), "0,13");
+    EXPECT_EQ(FormatNumber(-0.125), "-0,13");
+    EXPECT_EQ(FormatNumber(-1234.5, 0, false), "-1235");
+    EXPECT_EQ(FormatNumber(0.5, 0), "1");
+    EXPECT_EQ(FormatNumber(1234.5678, 3), "1.234,568");
+    EXPECT_EQ(FormatNumber(-0.004), "0,00");
+    EXPECT_EQ(FormatNumber(1e6, -1), "1.000.000,00");
+    EXPECT_EQ(errorOf([] { FormatNumber(1, -2); }), 5);
+    EXPECT_EQ(errorOf([] { FormatNumber(NAN); }), 6);
+}
+
+TEST(FormatTest, OddMasksAndValuesDoNotBreakIt) {
+    EXPECT_EQ(Format(Value::Double(1), std::string(10000, '0')).size(), 10000u);
+    EXPECT_FALSE(Format(Value::Date(45356), std::string(10000, 'd')).empty());
+    EXPECT_EQ(Format(Value::Double(5), "\xFF\xC3 0"), "\xFF\xC3 5");
+    EXPECT_EQ(Format(Value::Double(5), "\"unterminated"), "unterminated");
+    EXPECT_EQ(Format(Value::Double(5), "0\\"), "5");
+    EXPECT_EQ(errorOf([] { Format(Value::Double(NAN), "0"); }), 6);
+    EXPECT_EQ(errorOf([] { Format(Value::Double(1e300), "yyyy"); }), 6);
+    EXPECT_EQ(Format(Value::Double(1e300), "0").size(), 301u);
 }

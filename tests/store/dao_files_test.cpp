@@ -1,6 +1,6 @@
-// Files: opening, refusing what is not ours, exclusive use, locks between connections, compacting.
-#include <sqlite3.h>
-
+// Files: opening, refusing what is not ours, exclusive and read-only use, locks between connections,
+// compacting, copies.
+#include <array>
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -10,19 +10,6 @@
 namespace daotest {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-// A second user on the same file through SQLite directly, as another process would be.
-class OtherUser {
-public:
-    explicit OtherUser(const std::string& path) { sqlite3_open(path.c_str(), &db_); }
-    ~OtherUser() { sqlite3_close(db_); }
-    int run(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr); }
-
-private:
-    sqlite3* db_ = nullptr;
-};
-
 class FilesTest : public DaoTest {};
 
 TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
@@ -30,24 +17,18 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
     std::ofstream(text) << "Questo non è un database, ma un testo abbastanza lungo da avere un'intestazione: "
                            "righe e righe di parole che nessun motore sa leggere come pagine.";
     std::ofstream(empty).flush();
-    sqlite3* raw = nullptr;
-    sqlite3_open(foreign.c_str(), &raw);
-    sqlite3_exec(raw, "PRAGMA application_id = 1234; CREATE TABLE t (x)", nullptr, nullptr, nullptr);
-    sqlite3_close(raw);
+    OtherUser(foreign).run("PRAGMA application_id = 1234; CREATE TABLE t (x)");
 
-    struct Case {
-        std::string file;
-        int error;
-    };
-    const Case cases[] = {{path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {dir_, 3049}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.file);
+    const std::pair<std::string, int> cases[] = {
+        {path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {folder_.percorso(), 3049}};
+    for (const auto& [file, error] : cases) {
+        SCOPED_TRACE(file);
         try {
-            Workspace::Default().OpenDatabase(c.file);
+            Workspace::Default().OpenDatabase(file);
             ADD_FAILURE() << "opened";
         } catch (const JetError& e) {
-            EXPECT_EQ(e.number(), c.error);
-            EXPECT_NE(std::string(e.what()).find(c.file), std::string::npos) << e.what();
+            EXPECT_EQ(e.number(), error);
+            EXPECT_NE(std::string(e.what()).find(file), std::string::npos) << e.what();
         }
     }
     create("Nuovo.mdb");
@@ -57,22 +38,19 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
 
 // A plain SQLite file made by another tool is taken as it is, its types read from its declarations.
 TEST_F(FilesTest, PlainSqliteFileIsAdopted) {
-    sqlite3* raw = nullptr;
-    sqlite3_open(path("Esterno.db").c_str(), &raw);
-    sqlite3_exec(raw, "CREATE TABLE Voci (ID INTEGER, Descrizione VARCHAR(30), Prezzo REAL); "
-                      "INSERT INTO Voci VALUES (1, 'Penna', 1.5)", nullptr, nullptr, nullptr);
-    sqlite3_close(raw);
+    OtherUser(path("Esterno.db"))
+        .run("CREATE TABLE Voci (ID INTEGER, Descrizione VARCHAR(30), Prezzo REAL); "
+             "INSERT INTO Voci VALUES (1, 'Penna', 1.5)");
     auto db = open("Esterno.db");
     auto def = db->GetTableDef("Voci");
     ASSERT_TRUE(def);
-    EXPECT_EQ(def->Fields[0].Type, FieldType::Long);
-    EXPECT_EQ(def->Fields[1].Type, FieldType::Text);
+    EXPECT_EQ((std::array{def->Fields[0].Type, def->Fields[1].Type, def->Fields[2].Type}),
+              (std::array{FieldType::Long, FieldType::Text, FieldType::Double}));
     EXPECT_EQ(def->Fields[1].Size, 30);
-    EXPECT_EQ(def->Fields[2].Type, FieldType::Double);
     EXPECT_EQ(db->OpenRecordset("Select Descrizione from Voci where Prezzo > 1")->get("Descrizione"), Value::Text("Penna"));
 }
 
-TEST_F(FilesTest, ExclusiveUseKeepsOthersOut) {
+TEST_F(FilesTest, ExclusiveUseKeepsOthersOutAndReadOnlyUseRefusesWrites) {
     create()->Close();
     {
         auto mine = open("Archivio.mdb", true);
@@ -86,6 +64,12 @@ TEST_F(FilesTest, ExclusiveUseKeepsOthersOut) {
     other.run("BEGIN EXCLUSIVE");
     EXPECT_EQ(errorOf([&] { open("Archivio.mdb", true); }), 3045);
     other.run("COMMIT");
+
+    auto ro = open("Archivio.mdb", false, true);
+    EXPECT_EQ(errorOf([&] { ro->Execute("DELETE FROM T"); }), 3027);
+    auto rs = ro->OpenRecordset("T");
+    EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3027);
+    EXPECT_EQ(errorOf([&] { ro->AppendField("T", TableDef::CreateField("X", FieldType::Long)); }), 3027);
 }
 
 TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
@@ -93,9 +77,9 @@ TEST_F(FilesTest, WriterWaitsForAnotherUsersLockThenFails) {
     db->Execute("CREATE TABLE T (ID LONG)");
     OtherUser other(path("Archivio.mdb"));
     other.run("BEGIN EXCLUSIVE");
-    auto start = Clock::now();
+    const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (1)"); }), 3218);
-    EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(300));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(300));
     other.run("COMMIT");
 
     // A lock given back within the wait lets the write through (the wait is taken at opening); a
@@ -126,29 +110,32 @@ TEST_F(FilesTest, WriteWithARegisterHalfReadWaitsForAnotherWriter) {
     Workspace::Default().setLockWait(5000);
     auto db = create();
     db->Execute("CREATE TABLE T (ID LONG)");
-    sqlite3* raw = nullptr;
-    sqlite3_open(path("Archivio.mdb").c_str(), &raw);
-    sqlite3_exec(raw, "BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
-                      "INSERT INTO T SELECT i FROM n; COMMIT;", nullptr, nullptr, nullptr);
-    sqlite3_busy_timeout(raw, 5000);
+    OtherUser other(path("Archivio.mdb"), 5000);
+    other.run("BEGIN; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
+              "INSERT INTO T SELECT i FROM n; COMMIT;");
     auto reg = db->OpenRecordset("Select * from T");
-    sqlite3_exec(raw, "BEGIN IMMEDIATE; INSERT INTO T VALUES (-1)", nullptr, nullptr, nullptr);
-    std::thread other([&] {
+    other.run("BEGIN IMMEDIATE; INSERT INTO T VALUES (-1)");
+    std::thread commit([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(150));
-        sqlite3_exec(raw, "COMMIT", nullptr, nullptr, nullptr);
+        other.run("COMMIT");
     });
     EXPECT_EQ(errorOf([&] { db->Execute("INSERT INTO T (ID) VALUES (-2)"); }), 0);
-    other.join();
-    sqlite3_close(raw);
+    commit.join();
     reg->MoveLast();
     EXPECT_EQ(reg->RecordCount(), 1000);
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from T where ID < 0")->get("N"), Value::Long(2));
 }
 
-// An editor keeps its one-row recordset open while another user saves.
-TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
-    auto db = create();
-    fillClienti(*db);
+// A second connection sees the first one's new table and its rules; an editor keeps its one-row
+// recordset open while another user saves.
+TEST_F(FilesTest, OtherConnectionsSeeSchemaChangesAndWriteBesideAnOpenRecordset) {
+    auto db = createClienti();
+    auto b = open();
+    db->Execute("CREATE TABLE Note (ID LONG, Testo TEXT(5))");
+    b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (1, 'ciao')");
+    EXPECT_EQ(errorOf([&] { b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (2, 'troppo')"); }), 3163);
+    EXPECT_EQ(db->OpenRecordset("[Note]")->get("Testo"), Value::Text("ciao"));
+
     auto editing = db->OpenRecordset("Select * from Clienti where ID=1");
     OtherUser other(path("Archivio.mdb"));
     EXPECT_EQ(other.run("INSERT INTO Clienti (ID, Nome) VALUES (9, 'Altro')"), SQLITE_OK);
@@ -158,29 +145,8 @@ TEST_F(FilesTest, ShortRecordsetLeftOpenDoesNotBlockOtherWriters) {
     EXPECT_EQ(db->OpenRecordset("Select Count(*) AS N from Clienti")->get("N"), Value::Long(4));
 }
 
-TEST_F(FilesTest, SecondConnectionSeesSchemaChangesOfTheFirst) {
-    auto a = create();
-    auto b = open();
-    a->Execute("CREATE TABLE Note (ID LONG, Testo TEXT(5))");
-    b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (1, 'ciao')");
-    EXPECT_EQ(errorOf([&] { b->Execute("INSERT INTO [Note] (ID, Testo) VALUES (2, 'troppo')"); }), 3163);
-    EXPECT_EQ(a->OpenRecordset("[Note]")->get("Testo"), Value::Text("ciao"));
-}
-
-TEST_F(FilesTest, ReadOnlyDatabaseRefusesWrites) {
-    auto db = create();
-    fillClienti(*db);
-    db->Close();
-    auto ro = open("Archivio.mdb", false, true);
-    EXPECT_EQ(errorOf([&] { ro->Execute("DELETE FROM Clienti"); }), 3027);
-    auto rs = ro->OpenRecordset("Clienti");
-    EXPECT_EQ(errorOf([&] { rs->Edit(); }), 3027);
-    EXPECT_EQ(errorOf([&] { ro->AppendField("Clienti", TableDef::CreateField("X", FieldType::Long)); }), 3027);
-}
-
 TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {
-    auto db = create();
-    fillClienti(*db);
+    auto db = createClienti();
     db->CreateQueryDef({"qrAttivi", "SELECT * FROM Clienti WHERE Attivo = True"});
     db->Execute("DELETE FROM Clienti WHERE ID = 2");
     db->Close();
@@ -196,8 +162,7 @@ TEST_F(FilesTest, CompactCopiesTablesPropertiesAndQueries) {
 
 // The copy of a file in use holds what was committed when it was taken, and not a write still open.
 TEST_F(FilesTest, BackupOfAnOpenFileIsWholeAndChecked) {
-    auto db = create();
-    fillClienti(*db);
+    auto db = createClienti();
     OtherUser other(path("Archivio.mdb"));
     other.run("BEGIN; INSERT INTO Clienti (ID, Nome) VALUES (9, 'Aperto')");
     long last = 0, total = -1;

