@@ -238,8 +238,8 @@ void RiempiArchivio2026() {
     for (auto [n, data, pagato] :
          {std::tuple{1, "#01/01/2027#", true}, {2, "#01/02/2027#", true}, {3, "#06/10/2026#", false}}) {
         const std::string id = std::to_string(n);
-        db.Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Pagato) VALUES (" + id + ",5," + id + "," + data +
-                   ",1," + (pagato ? "True" : "False") + ")");
+        db.Execute("Insert Into Documenti (ID,Tipo,Numero,Data,Cliente,Pagato) VALUES (" + id + ",5," + id + "," +
+                   data + ",1," + (pagato ? "True" : "False") + ")");
         db.Execute("Insert Into Movimenti (ID,Documento) VALUES (" + id + "," + id + ")");
         db.Execute("Insert Into Scadenze (ID,Documento) VALUES (" + id + "," + id + ")");
     }
