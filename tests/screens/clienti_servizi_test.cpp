@@ -1,27 +1,27 @@
-// Customers and services as the user meets them: the editors' checks and rows written, the
-// delete guards, the services' search and print, and the call link.
+// Customers, services and suppliers as the user meets them: the editors' checks and rows written,
+// the services' print, the call link, and the commands of the supplier's tabs.
 #include <QCheckBox>
-#include <QComboBox>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QUrl>
 
 #include "core/diritti.h"
 #include "core/stampa.h"
+#include "expenses/screens/frmFornitori.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
+#include "support/acquisti_prova.h"
 #include "support/registro_prova.h"
-#include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"
+
+using namespace prova;
 
 namespace {
 
 using pattern::clicca;
 using pattern::scrivi;
-using pattern::trova;
-
-const char* kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
 
 class Anagrafiche : public pattern::Archivio {
 protected:
@@ -44,149 +44,54 @@ protected:
     }
 };
 
-// The customer's editor: the one required field, texts kept as typed, discounts read with a comma or
-// a point and letters refused by the box.
+// The customer's editor: the one required field, blank or not; then saved, the name kept as typed and
+// cut to the field's size, the discount read with a comma and a letter refused by the box.
 TEST_F(Anagrafiche, ClienteEditorControlliERigheScritte) {
-    struct Caso {
-        const char* nome;
-        QString denominazione;
-        QString sconto;
-        const char* messaggio;   // "" when the customer is saved
-        std::string salvato;
-        double sconto1;
-    };
-    const QString lungo(10000, 'x');
-    const Caso casi[] = {
-        {"vuota", "", "5", "La denominazione non è stata inserita!", "", 0},
-        {"solo spazi", "   ", "5", "La denominazione non è stata inserita!", "", 0},
-        {"apici", "Bar dell'Angolo \"Da Gino\"", "12,5", "", "Bar dell'Angolo \"Da Gino\"", 12.5},
-        {"lettere nello sconto", "Bianchi", "abc", "", "Bianchi", 0},
-        {"testo lunghissimo", lungo, "0", "", std::string(100, 'x'), 0},
-    };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.nome);
-        db->Execute("DELETE FROM Clienti");
-        script->dimentica();
-        frmClientiEdita e;
-        e.EditaRecordset(0, true);
-        e.VText1->setText(c.denominazione);
-        scrivi(&e, "VText20", c.sconto);
-        scrivi(&e, "VText2", "Via dell'Olmo 3");
-        e.Text1->setPlainText("Nota con 'apici'");
-        const std::optional<long> id = conferma(e, c.messaggio, "Clienti");
-        if (*c.messaggio) continue;
-        ASSERT_TRUE(id);
-        const std::string riga = "Select * from Clienti where ID=" + std::to_string(*id);
-        EXPECT_EQ(testo(riga, "DescCliente"), c.salvato);
-        EXPECT_EQ(testo(riga, "Indirizzo"), "Via dell'Olmo 3");
-        EXPECT_EQ(testo(riga, "Note"), "Nota con 'apici'");
-        EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "Sconto1")), c.sconto1);
+    frmClientiEdita e;
+    e.EditaRecordset(0, true);
+    scrivi(&e, "VText20", "1a2,5");
+    for (const char* vuota : {"", "   "}) {
+        e.VText1->setText(vuota);
+        conferma(e, "La denominazione non è stata inserita!", "Clienti");
     }
-}
-
-// Deleting a customer: the first table that uses it says why not; unused, the question and the delete.
-TEST_F(Anagrafiche, ClienteEliminaGuardiaEDomanda) {
-    struct Caso {
-        const char* inserimento;   // a row that uses customer 1, or ""
-        std::string messaggio;
-        long restano;
-    };
-    const Caso casi[] = {
-        {"INSERT INTO Documenti (ID, Tipo, Cliente) VALUES (1, 5, 1)", std::string(kMovimentato) + "1) Documenti\r\n", 1},
-        {"", "Eliminare il cliente Rossi Mario?", 0},
-    };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.messaggio);
-        for (const char* t : {"Clienti", "Documenti", "Pagamenti", "Scadenze"}) db->Execute(std::string("DELETE FROM ") + t);
-        db->Execute("INSERT INTO Clienti (ID, DescCliente, DescCliente2) VALUES (1, 'Rossi Mario', 'srl')");
-        if (*c.inserimento) db->Execute(c.inserimento);
-        frmClienti r;
-        script->dimentica();
-        script->rispondiSi();
-        clicca(&r, "btnElimina");
-        EXPECT_EQ(ultimoMessaggio().testo, c.messaggio);
-        EXPECT_EQ(conta("Clienti"), c.restano);
-    }
+    e.VText1->setText("Bar dell'Angolo \"Da Gino\"" + QString(10000, 'x'));
+    const std::optional<long> id = conferma(e, "", "Clienti");
+    ASSERT_TRUE(id);
+    const std::string riga = "Select * from Clienti where ID=" + std::to_string(*id);
+    EXPECT_EQ(testo(riga, "DescCliente"), "Bar dell'Angolo \"Da Gino\"" + std::string(75, 'x'));
+    EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "Sconto1")), 12.5);
 }
 
 // The call menu hands "sip:" and the number to the desktop, blank number or not.
 TEST_F(Anagrafiche, ClienteChiamataVoip) {
-    db->Execute("INSERT INTO Clienti (ID, DescCliente, Telefono, Cellulare) VALUES (1, 'A', '+39 06 123', '333 4')");
+    db->Execute("INSERT INTO Clienti (ID, DescCliente, Cellulare) VALUES (1, 'A', '333 4')");
     db->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (2, 'B')");
     std::vector<std::string> aperti;
     frmClienti::apriLink = [&aperti](const QUrl& u) { aperti.push_back(u.toString().toStdString()); };
     frmClienti r;
-    r.Chiama("Telefono");
     r.Chiama("Cellulare");
     r.griglia()->vaiAId(2);
     r.Chiama("Telefono");
     frmClienti::apriLink = nullptr;
-    EXPECT_EQ(aperti, (std::vector<std::string>{"sip:+39 06 123", "sip:333 4", "sip:"}));
+    EXPECT_EQ(aperti, (std::vector<std::string>{"sip:333 4", "sip:"}));
 }
 
 // The service's editor: description and VAT code required; the price as typed; the print flag.
 TEST_F(Anagrafiche, ServizioEditorControlliERigheScritte) {
     db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (1, 'Iva 22%', 22)");
-    struct Caso {
-        const char* nome;
-        QString descrizione;
-        bool conIva;
-        QString prezzo;
-        const char* messaggio;
-        double costo;
-    };
-    const Caso casi[] = {
-        {"senza descrizione", " ", true, "10", "Inserire la descrizione!", 0},
-        {"senza iva", "Assistenza", false, "10", "Selezionare il codice IVA!", 0},
-        {"prezzo con virgola", "Manutenzione d'impianto", true, "1.234,567", "", 1234.567},
-        {"lettere nel prezzo", "Sopralluogo \"urgente\"", true, "abc", "", 0},
-    };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.nome);
-        db->Execute("DELETE FROM Servizi");
-        script->dimentica();
-        frmServiziEdita e;
-        e.EditaRecordset(0, true);
-        EXPECT_EQ(e.txtPrezzoBase->testo(), "0,000");
-        e.VText1->setText(c.descrizione);
-        scrivi(&e, "txtPrezzoBase", c.prezzo);
-        if (c.conIva) e.cbIva->setValore(store::Value::Long(1));
-        e.Check1->setChecked(true);
-        const std::optional<long> id = conferma(e, c.messaggio, "Servizi");
-        if (*c.messaggio) continue;
-        ASSERT_TRUE(id) << ultimoMessaggio().testo << " " << e.txtPrezzoBase->testo();
-        const std::string riga = "Select * from Servizi where ID=" + std::to_string(*id);
-        EXPECT_EQ(testo(riga, "DescServizio"), c.descrizione.toStdString());
-        EXPECT_DOUBLE_EQ(store::CDbl(campo(riga, "CostoUnitario")), c.costo);
-        EXPECT_EQ(store::CLng(campo(riga, "CodiceIva")), 1);
-        EXPECT_TRUE(store::CBool(campo(riga, "NonStampare")));
-    }
-}
-
-// A service on a line stays; one only on a visit goes after the question. The search runs as typed.
-TEST_F(Anagrafiche, ServizioEliminaERicerca) {
-    db->Execute("INSERT INTO Servizi (ID, DescServizio, CodiceInterno) VALUES (1, 'Posa d''opera', 'P1')");
-    db->Execute("INSERT INTO Servizi (ID, DescServizio, CodiceInterno) VALUES (2, 'Visita', 'V1')");
-    db->Execute("INSERT INTO Movimenti (ID, Servizio) VALUES (1, 1)");
-    db->Execute("INSERT INTO Assistenze (ID, Servizio) VALUES (1, 2)");
-    frmServizi r;
-    scrivi(&r, "txtCerca", "d'");
-    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
-    trova<QComboBox>(&r, "cbCerca")->setCurrentIndex(1);
-    scrivi(&r, "txtCerca", "V");
-    EXPECT_EQ(r.griglia()->righeMostrate(), 1);
-    trova<QLineEdit>(&r, "txtCerca")->clear();
-
-    r.griglia()->vaiAId(1);
-    script->rispondiSi();
-    clicca(&r, "btnElimina");
-    EXPECT_EQ(ultimoMessaggio().testo, std::string(kMovimentato) + "1) Documenti\r\n");
-    EXPECT_EQ(conta("Servizi"), 2);
-    r.griglia()->vaiAId(2);
-    script->rispondiSi();
-    clicca(&r, "btnElimina");
-    EXPECT_EQ(ultimoMessaggio().testo, "Eliminare il servizio Visita?");
-    EXPECT_EQ(conta("Servizi"), 1);
+    frmServiziEdita e;
+    e.EditaRecordset(0, true);
+    scrivi(&e, "txtPrezzoBase", "1.234,567");
+    e.Check1->setChecked(true);
+    e.VText1->setText(" ");
+    conferma(e, "Inserire la descrizione!", "Servizi");
+    e.VText1->setText("Sopralluogo \"urgente\"");
+    conferma(e, "Selezionare il codice IVA!", "Servizi");
+    e.cbIva->setValore(store::Value::Long(1));
+    const std::optional<long> id = conferma(e, "", "Servizi");
+    ASSERT_TRUE(id) << ultimoMessaggio().testo;
+    EXPECT_EQ(conta("Servizi", "ID=" + std::to_string(*id) + " and DescServizio='Sopralluogo \"urgente\"' and "
+                                 "CostoUnitario=1234.567 and CodiceIva=1 and NonStampare=True"), 1);
 }
 
 // The print of the services: the list as it stands, searched; the services marked out of print
@@ -208,6 +113,63 @@ TEST_F(Anagrafiche, StampaDegliElenchi) {
         stampati.push_back(store::ConcatText(rs->get("DescServizio")));
     EXPECT_EQ(stampati, std::vector<std::string>{"Posa"});
     core::installaStampa(nullptr);
+}
+
+// The supplier's editor: the name required; then saved, its texts kept as typed, cut to the field's size.
+TEST_F(Acquisti, FornitoreEditorControlliERigheScritte) {
+    frmFornitoriEdita e;
+    e.Prepara({Modalita::Nuovo});
+    e.VText2->setText("Via dell'Olmo 3");
+    e.Text1->setPlainText(QString("Consegna il martedì, chiedere di 'Gino'") + QString(10000, '.'));
+    e.Conferma();
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Inserire la descrizione o la denominazione!"});
+    EXPECT_EQ(conta("Select * from Fornitori"), 1);
+
+    p.script->dimentica();
+    e.VText1->setText("Bar dell'Angolo \"Da Gino\"" + QString(10000, 'x'));
+    e.Conferma();
+    EXPECT_TRUE(testiMostrati(*p.script).empty());
+    const std::string riga = "Select * from Fornitori where ID=2";
+    EXPECT_EQ(store::ConcatText(campo(riga, "DescFornitore")), "Bar dell'Angolo \"Da Gino\"" + std::string(75, 'x'));
+    EXPECT_EQ(store::ConcatText(campo(riga, "Indirizzo")), "Via dell'Olmo 3");
+    EXPECT_EQ(store::ConcatText(campo(riga, "Note")).rfind("Consegna il martedì, chiedere di 'Gino'", 0), 0u);
+}
+
+// The commands of the supplier's tabs: what each asks or says, and what stays in the archive.
+TEST_F(Acquisti, FornitoriComandi) {
+    struct Caso {
+        const char* nome;
+        std::vector<const char*> righe;   // rows using supplier 1
+        int negato;                       // the right taken away, 0 none
+        const char* comando;
+        int scheda;                       // the tab in front
+        std::vector<std::string> messaggi;
+        long fornitori, pagamenti, primaNota;   // rows left afterwards
+    };
+    const char* scadenza = "Insert Into Scadenze (ID,Fornitore,DescScadenza,ImportoScadenza) VALUES (1,1,'Rata 1',100)";
+    const char* pagamento = "Insert Into Pagamenti (ID,Fornitore,DescPagamento,ImportoPagamento) VALUES (1,1,'Bonifico',50)";
+    const char* giornale = "Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (1,1,50)";
+    const Caso casi[] = {
+        {"paga senza diritto", {scadenza}, core::PrimaNotaVedere, "btnPagaScadenza", 1, {kNegato}, 1, 0, 0},
+        {"elimina pagamento", {pagamento, giornale}, 0, "btnEliminaPagamento", 2, {"Eliminare il pagamento Bonifico?"}, 1,
+         0, 0},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.nome);
+        for (const char* t : {"Pagamenti", "Scadenze", "PrimaNota"}) db->Execute(std::string("Delete from ") + t);
+        for (const char* r : c.righe) db->Execute(r);
+        senzaDiritto(c.negato);
+        frmFornitori r;
+        r.show();
+        r.sTab->setCurrentIndex(c.scheda);
+        p.script->dimentica();
+        p.script->rispondiSi();
+        clic(&r, c.comando);
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_EQ((std::vector<long>{conta("Select * from Fornitori"), conta("Select * from Pagamenti"),
+                                     conta("Select * from PrimaNota")}),
+                  (std::vector<long>{c.fornitori, c.pagamenti, c.primaNota}));
+    }
 }
 
 }  // namespace

@@ -12,34 +12,27 @@
 #include "books/estratto.h"
 #include "books/screens/frmBilancio.h"
 #include "books/screens/frmEstrattoContoGenerale.h"
+#include "core/archivio_sql.h"
 #include "core/estratto_conto.h"
 #include "core/stampa.h"
-#include "expenses/screens/frmFornitori.h"
 #include "sales/screens/frmClienti.h"
 #include "store/clock.h"
-#include "support/registro_prova.h"
+#include "support/avvio_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VetraGrid.h"
 #include "ui/VetraPicker.h"
 
 namespace {
 
-using pattern::clicca;
-using pattern::trova;
+using namespace prova;
 
-class Libri : public pattern::Archivio {
+class Libri : public ::testing::Test {
 protected:
     void SetUp() override {
-        pattern::Archivio::SetUp();
         store::fissaOrologio(store::DateSerial(2026, 6, 15));
-        auto& s = core::session();
-        s.dbTemp = store::Workspace::Default().CreateDatabase(cartella_ / "temp.mdb");
-        store::model::CreaTemp(*s.dbTemp);
-        s.dbAziende = store::Workspace::Default().CreateDatabase(cartella_ / "Aziende.mdb");
-        store::model::CreaAziende(*s.dbAziende);
-        s.dbAziende->Execute("Insert Into Esercizi (ID,Azienda,Nome,Dal,Al) VALUES (1,1,'2026','01/01/2026','31/12/2026')");
-        s.IDEsercizio = 1;
-        s.Privilegi = std::string(14, '1');
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+        core::session().dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
         core::installaGeneraEstratto(GeneraEstrattoConProgresso);
         core::installaStampa([this](const core::RichiestaStampa& r) { stampe.push_back(r); });
 
@@ -65,13 +58,7 @@ protected:
     void TearDown() override {
         core::installaStampa(nullptr);
         core::installaGeneraEstratto(nullptr);
-        auto& s = core::session();
-        s.dbTemp->Close();
-        s.dbAziende->Close();
-        s.dbTemp.reset();
-        s.dbAziende.reset();
         store::fissaOrologio(std::nullopt);
-        pattern::Archivio::TearDown();
     }
 
     std::vector<double> saldi(ui::VetraGrid* g) {
@@ -80,10 +67,9 @@ protected:
         return v;
     }
 
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
     std::vector<core::RichiestaStampa> stampe;
-
-private:
-    test::CartellaTemporanea cartella_;
 };
 
 TEST_F(Libri, EstrattoClienteSullaSchedaRifattoAOgniOpzione) {
@@ -108,20 +94,18 @@ TEST_F(Libri, EstrattoClienteSullaSchedaRifattoAOgniOpzione) {
         EXPECT_EQ(saldi(g), p.saldi);
     }
 
-    clicca(&r, "btnStampaEstratto");
+    clic(&r, "btnStampaEstratto");
     ASSERT_EQ(stampe.size(), 1u);
-    const std::pair<const char*, const char*> attesi[] = {
-        {"Denominazione", "Rossi Srl"}, {"Indirizzo", "Via Roma 1"}, {"Recapito", "20100 Milano MI"}, {"PartitaIva", "0123"}};
-    for (const auto& [nome, valore] : attesi) {
-        ASSERT_NE(stampe[0].parametri.PerNome(nome), nullptr) << nome;
-        EXPECT_EQ(stampe[0].parametri.PerNome(nome)->Valore, valore) << nome;
-    }
+    std::vector<std::string> parametri;
+    for (const char* nome : {"Denominazione", "Indirizzo", "Recapito", "PartitaIva"})
+        parametri.push_back(stampe[0].parametri.PerNome(nome) ? stampe[0].parametri.PerNome(nome)->Valore : "<manca>");
+    EXPECT_EQ(parametri, (std::vector<std::string>{"Rossi Srl", "Via Roma 1", "20100 Milano MI", "0123"}));
 }
 
 TEST_F(Libri, EstrattoGeneraleFornitoriGeneratoEStampato) {
     frmEstrattoContoGenerale f;
     f.pkAl->setTesto("31/03/2026");
-    clicca(&f, "btnConferma");
+    clic(&f, "btnConferma");
     ASSERT_EQ(stampe.size(), 1u);
     const std::string elenco = stampe[0].subReports.Item("Elenco")->Query;
     std::vector<double> v;
@@ -169,7 +153,7 @@ TEST_F(Libri, BilancioMesiCifreGraficoEStampa) {
     EXPECT_DOUBLE_EQ(serie->barSets()[3]->at(2), 100);   // paid in March
     b.pkDataDal->setTesto("01/03/2026");
 
-    clicca(&b, "btnStampa");
+    clic(&b, "btnStampa");
     ASSERT_EQ(stampe.size(), 1u);
     EXPECT_EQ(stampe[0].parametri.PerNome("Periodo")->Valore, "Dal 01/03/2026 Dal 30/06/2026");
     EXPECT_EQ(stampe[0].parametri.PerNome("SaldoInCassa")->Valore, b.lblSaldoInCassa->text().toStdString());

@@ -1,10 +1,21 @@
 // The register and editor pattern, driven on the VAT codes as a user would: search, new, change,
-// delete with its guard, the two editor entries.
+// the two editor entries; the delete with its guard and question on each register that has one.
+// Payment terms: the number of instalments and the twelve day boxes, the save. Expense kinds and
+// classes: the leftover search field, and the typing aid on the description.
+#include <QCheckBox>
 #include <QComboBox>
 
+#include "core/impostazioni.h"
 #include "core/record.h"
+#include "expenses/screens/frmFornitori.h"
+#include "payments/condizioni.h"
+#include "payments/screens/frmCondizioniPagamento.h"
+#include "sales/screens/frmClienti.h"
+#include "sales/screens/frmServizi.h"
 #include "support/registro_prova.h"
 #include "tools/screens/frmCodiciIva.h"
+#include "tools/screens/frmTipiSpesa.h"
+#include "ui/VBars.h"
 #include "ui/VText.h"
 #include "ui/VetraGrid.h"
 
@@ -14,7 +25,7 @@ using pattern::clicca;
 using pattern::scrivi;
 using pattern::trova;
 
-const char* const kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
+const std::string kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
 
 class Registro : public pattern::Archivio {
 protected:
@@ -34,7 +45,6 @@ protected:
     QString cella(int riga, int colonna = 0) const {
         return grid->modello()->data(grid->modello()->index(riga, colonna), Qt::DisplayRole).toString();
     }
-    // The editor's script: fills the boxes and confirms, or cancels.
     void editorCompila(const QString& desc, const QString& aliquota, const char* comando = "btnConferma") {
         script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
             if (!e) return false;
@@ -50,82 +60,107 @@ protected:
 };
 
 TEST_F(Registro, Ricerca) {
-    struct Caso {
-        int campo;
-        const char* testo;
-        const char* istruzione;
-        std::vector<QString> righe;
-    };
-    const Caso casi[] = {
+    // The field searched, the text typed, the rows shown.
+    const std::tuple<int, const char*, std::vector<QString>> casi[] = {
         // A '*' typed stays a wildcard: an r with an a somewhere after it.
-        {0, "r*a", "Select * from CodiciIva where DescIva Like '*r*a*'",
-         {"Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
-        {0, "", "Select * from CodiciIva where DescIva Like '**'",
-         {"Esente art. 10", "Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
-        {1, "10", "Select * from CodiciIva where AliquotaIva Like '*10*'", {"Ridotta 10%"}},
+        {0, "r*a", {"Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
+        {1, "10", {"Ridotta 10%"}},
     };
     auto* cb = trova<QComboBox>(registro.get(), "cbCerca");
-    for (const auto& c : casi) {
-        cb->setCurrentIndex(c.campo);
-        scrivi(registro.get(), "txtCerca", c.testo);
+    for (const auto& [campo, testo, attese] : casi) {
+        cb->setCurrentIndex(campo);
+        scrivi(registro.get(), "txtCerca", testo);
         QTest::keyClick(trova<QLineEdit>(registro.get(), "txtCerca"), Qt::Key_Return);
-        EXPECT_EQ(grid->sorgente(), c.istruzione);
         std::vector<QString> righe;
         for (int r = 0; r < grid->righeMostrate(); ++r) righe.push_back(cella(r));
-        EXPECT_EQ(righe, c.righe) << c.testo;
+        EXPECT_EQ(righe, attese) << testo;
     }
     EXPECT_TRUE(script->messaggi().empty());
 }
 
-TEST_F(Registro, EliminaRifiutataElencaLeTabelleNumerate) {
-    // Used by a document line and an expense line: the first and third tables of the guard.
-    db->Execute("INSERT INTO Movimenti (ID, Documento, Iva) VALUES (1, 1, 2)");
-    db->Execute("INSERT INTO MovimentiSpese (ID, Spesa, Iva) VALUES (1, 1, 2)");
-    grid->vaiAId(2);
-    QTest::keyClick(grid, Qt::Key_Delete);
-    ASSERT_EQ(script->messaggi().size(), 1u);
-    EXPECT_EQ(ultimoMessaggio().testo, std::string(kMovimentato) + "1) Righe dei documenti\r\n3) Righe delle spese\r\n");
-    EXPECT_EQ(conta("CodiciIva"), 4);
-
-    // Used only by a service: not looked at, so it can go.
-    db->Execute("INSERT INTO Servizi (ID, DescServizio, CodiceIva) VALUES (1, 'Visita', 5)");
-    grid->vaiAId(5);
-    script->rispondiNo();
-    clicca(registro.get(), "btnElimina");
-    EXPECT_EQ(ultimoMessaggio().testo, "Eliminare l'iva Ridotta 10%?");
-    EXPECT_EQ(conta("CodiciIva"), 4);
-    script->rispondiSi();
-    clicca(registro.get(), "btnElimina");
-    EXPECT_EQ(conta("CodiciIva", "ID=5"), 0);
-    EXPECT_EQ(grid->righeMostrate(), 3);
+// Each register's delete: a record in use is refused, the tables that use it numbered in the
+// message; a free one is asked about, kept on No and deleted on Yes.
+TEST_F(Registro, EliminazioneGuardataEDomandata) {
+    struct Caso {
+        FabbricaRegistro apri;
+        std::vector<const char*> righe;   // the records, and the rows that use one of them
+        const char* tabella;
+        long usato, libero;
+        std::string tabelleCheUsano, domanda;
+    };
+    const Caso casi[] = {
+        // A VAT code on a document line and an expense line: the first and third tables of the guard;
+        // one used only by a service is not looked at.
+        {[] { return std::make_unique<frmCodiciIva>(); },
+         {"INSERT INTO Movimenti (ID, Documento, Iva) VALUES (1, 1, 2)",
+          "INSERT INTO MovimentiSpese (ID, Spesa, Iva) VALUES (1, 1, 2)",
+          "INSERT INTO Servizi (ID, DescServizio, CodiceIva) VALUES (9, 'Visita', 5)"},
+         "CodiciIva", 2, 5, "1) Righe dei documenti\r\n3) Righe delle spese\r\n", "Eliminare l'iva Ridotta 10%?"},
+        {[] { return std::make_unique<frmClienti>(); },
+         {"INSERT INTO Clienti (ID, DescCliente, DescCliente2) VALUES (1, 'Rossi Mario', 'srl')",
+          "INSERT INTO Clienti (ID, DescCliente) VALUES (2, 'Bianchi')",
+          "INSERT INTO Documenti (ID, Tipo, Cliente) VALUES (1, 5, 2)"},
+         "Clienti", 2, 1, "1) Documenti\r\n", "Eliminare il cliente Rossi Mario?"},
+        // A service on a document line stays; one only on a visit can go.
+        {[] { return std::make_unique<frmServizi>(); },
+         {"INSERT INTO Servizi (ID, DescServizio) VALUES (1, 'Posa d''opera')",
+          "INSERT INTO Servizi (ID, DescServizio) VALUES (2, 'Sopralluogo')",
+          "INSERT INTO Movimenti (ID, Servizio) VALUES (2, 1)", "INSERT INTO Assistenze (ID, Servizio) VALUES (1, 2)"},
+         "Servizi", 1, 2, "1) Documenti\r\n", "Eliminare il servizio Sopralluogo?"},
+        // A supplier on a document stays; one only on an expense can go, the expense left without it.
+        {[] { return std::make_unique<frmFornitori>(); },
+         {"INSERT INTO Fornitori (ID, DescFornitore) VALUES (1, 'Cartoleria dell''Olmo & C. S.a.s.')",
+          "INSERT INTO Fornitori (ID, DescFornitore) VALUES (2, 'Beta')",
+          "INSERT INTO Documenti (ID, Tipo, Fornitore) VALUES (2, 9, 2)",
+          "INSERT INTO Spese (ID, Numero, Fornitore) VALUES (3, '7', 1)"},
+         "Fornitori", 2, 1, "1) Documenti\r\n", "Eliminare il fornitore Cartoleria dell'Olmo & C. S.a.s.?"},
+        {[] { return std::make_unique<frmCondizioniPagamento>(); },
+         {"INSERT INTO CondizioniPagamento (ID, DescPagamento, Rate) VALUES (4, '30 gg', 1)",
+          "INSERT INTO CondizioniPagamento (ID, DescPagamento, Rate) VALUES (5, '60 gg', 1)",
+          "INSERT INTO Spese (ID, CondizioniPagamento) VALUES (1, 5)"},
+         "CondizioniPagamento", 5, 4, "3) Spese\r\n", "Eliminare la condizione di pagamento 30 gg?"},
+        {[] { return std::make_unique<frmTipiSpesa>(); },
+         {"INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (1, 'Consulenza')",
+          "INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (2, 'Consumi')",
+          "INSERT INTO Spese (ID, TipoSpesa) VALUES (2, 2)"},
+         "TipiSpesa", 2, 1, "1) Spese\r\n", "Eliminare il tipo di spesa Consulenza?"},
+    };
+    for (const Caso& c : casi) {
+        SCOPED_TRACE(c.tabella);
+        for (const char* sql : c.righe) db->Execute(sql);
+        const long prima = conta(c.tabella);
+        auto r = c.apri();
+        script->dimentica();
+        ASSERT_TRUE(r->griglia()->vaiAId(c.usato));
+        clicca(r.get(), "btnElimina");
+        ASSERT_TRUE(r->griglia()->vaiAId(c.libero));
+        script->rispondiNo();
+        clicca(r.get(), "btnElimina");
+        EXPECT_EQ(conta(c.tabella), prima);
+        script->rispondiSi();
+        clicca(r.get(), "btnElimina");
+        std::vector<std::string> mostrati;
+        for (const auto& m : script->messaggi()) mostrati.push_back(m.testo);
+        EXPECT_EQ(mostrati, (std::vector<std::string>{kMovimentato + c.tabelleCheUsano, c.domanda, c.domanda}));
+        EXPECT_EQ(conta(c.tabella, "ID=" + std::to_string(c.libero)), 0);
+        EXPECT_EQ(r->griglia()->righeMostrate(), prima - 1);
+    }
+    EXPECT_EQ(conta("Spese"), 3);   // none went with the records it used
 }
 
-TEST_F(Registro, NuovoAnnullatoNonLasciaRighe) {
+// A new record cancelled leaves no row, and the grid's recordset is back out of AddNew: the change
+// that follows goes through the bound boxes, the text cut to the field's size. The editor on its
+// own: cancelled it writes nothing, confirmed it saves the record it loaded.
+TEST_F(Registro, NuovoAnnullatoPoiModificaAttraversoIControlliLegati) {
     editorCompila("Da non salvare", "4", "btnAnnulla");
     clicca(registro.get(), "btnNuovo");
     EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
     EXPECT_EQ(conta("CodiciIva"), 4);
     EXPECT_EQ(grid->righeMostrate(), 4);
-    // The grid's recordset is back out of AddNew: a later change still works.
-    editorCompila("Ordinaria", QString());
-    grid->vaiAId(1);
-    clicca(registro.get(), "btnModifica");
-    EXPECT_EQ(store::ConcatText(campo("Select DescIva from CodiciIva where ID=1", "DescIva")), "Ordinaria");
 
-    // On its own, cancelled: nothing written, nothing answered.
-    frmCodiciIvaEdita editor;
-    editorCompila("Neppure questa", "4", "btnAnnulla");
-    EXPECT_EQ(editor.Edita({Modalita::Nuovo}), std::nullopt);
-    EXPECT_EQ(conta("CodiciIva"), 4);
-}
-
-TEST_F(Registro, ModificaSalvataAttraversoIControlliLegati) {
     grid->vaiAId(1);
     script->schermo("frmCodiciIvaEdita", [](QWidget* e) {
-        // The load put the row into the bound boxes, and the text box took the field's size.
-        auto* desc = trova<ui::VText>(e, "VText1");
-        EXPECT_EQ(desc->testo(), "Ordinaria 22%");
-        EXPECT_EQ(desc->maxLength(), 30);
+        EXPECT_EQ(trova<ui::VText>(e, "VText1")->testo(), "Ordinaria 22%");
         EXPECT_EQ(trova<ui::VText>(e, "VText2")->testo(), "22");
         scrivi(e, "VText1", "Ordinaria ventidue per cento, aliquota piena di legge");
         scrivi(e, "VText2", "22,5");
@@ -133,12 +168,14 @@ TEST_F(Registro, ModificaSalvataAttraversoIControlliLegati) {
         return true;
     });
     QTest::keyClick(grid, Qt::Key_Return);
-    // The text cut to the field's size.
     EXPECT_EQ(conta("CodiciIva", "ID=1 and DescIva='Ordinaria ventidue per cento, ' and AliquotaIva=22.5"), 1);
     EXPECT_EQ(grid->idCorrente(), 1);
     EXPECT_EQ(cella(grid->currentIndex().row(), 1), "22,5");
 
     frmCodiciIvaEdita editor;
+    editorCompila("Neppure questa", "4", "btnAnnulla");
+    EXPECT_EQ(editor.Edita({Modalita::Nuovo}), std::nullopt);
+    EXPECT_EQ(conta("CodiciIva"), 4);
     editor.EditaRecordset(2, false);
     EXPECT_EQ(trova<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
     editorCompila("Esente", QString());
@@ -155,6 +192,102 @@ TEST_F(Registro, F3CercaEscChiude) {
     EXPECT_TRUE(trova<QLineEdit>(registro.get(), "txtCerca")->hasFocus());
     QTest::keyClick(registro.get(), Qt::Key_Escape);
     EXPECT_FALSE(registro->isVisible());
+}
+
+using Condizioni = pattern::Archivio;
+
+std::vector<bool> abilitate(const frmCondizioniPagamentoEdita& e) {
+    std::vector<bool> a;
+    for (auto* b : e.txtRata) a.push_back(b->isEnabled());
+    return a;
+}
+
+std::vector<bool> prime(int n) {
+    std::vector<bool> a(12, false);
+    for (int i = 0; i < n; ++i) a[static_cast<size_t>(i)] = true;
+    return a;
+}
+
+// The days' boxes follow the number of instalments as it is typed: at most twelve, a box left out
+// back to 0, an empty number none. The term saved is shown in the side panel and opens again so.
+TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
+    frmCondizioniPagamento registro;
+    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* w) {
+        auto& e = *static_cast<frmCondizioniPagamentoEdita*>(w);
+        EXPECT_EQ(e.txtRate->testo(), "0");
+        EXPECT_EQ(abilitate(e), prime(0));
+        scrivi(w, "txtRate", "15");
+        EXPECT_EQ(e.txtRate->testo(), "12");
+        EXPECT_EQ(abilitate(e), prime(12));
+        scrivi(w, "txtRate", "3");
+        scrivi(w, "txtRata2", "90");
+        scrivi(w, "txtRate", "2");
+        EXPECT_EQ(e.txtRata[2]->testo(), "0");
+        EXPECT_EQ(abilitate(e), prime(2));
+        e.txtRate->clear();
+        EXPECT_EQ(abilitate(e), prime(0));
+
+        scrivi(w, "VText1", "60-30 fm");
+        scrivi(w, "txtRate", "2");
+        scrivi(w, "txtRata0", "60");
+        scrivi(w, "txtRata1", "30");
+        e.Check1->setChecked(true);
+        clicca(w, "btnConferma");
+        return true;
+    });
+    clicca(&registro, "btnNuovo");
+    EXPECT_EQ(conta("CondizioniPagamento", "ID=1 and DescPagamento='60-30 fm' and Rate=2 and Rata1=60 and Rata2=30 and "
+                                           "Rata3=0 and FineMese=True"), 1);
+    auto* pannello = registro.pannello();
+    EXPECT_EQ(pannello->testo("DescPagamento") + " " + pannello->testo("Rata1"), "60-30 fm 60");
+    EXPECT_TRUE(trova<QCheckBox>(&registro, "Check1")->isChecked());
+
+    frmCondizioniPagamentoEdita riaperta;
+    riaperta.EditaRecordset(1, false);
+    EXPECT_EQ(riaperta.txtRate->testo(), "2");
+    EXPECT_EQ(riaperta.txtRata[0]->testo(), "60");
+    EXPECT_EQ(abilitate(riaperta), prime(2));
+    EXPECT_TRUE(riaperta.Check1->isChecked());
+}
+
+using Tabelle = pattern::Archivio;
+
+TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
+    db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (1, 'Generali')");
+    db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (2, 'Ufficio')");
+    frmClassificazioniSpese r;
+    auto* cb = trova<QComboBox>(&r, "cbCerca");
+    ASSERT_EQ(cb->count(), 2);
+    cb->setCurrentIndex(1);
+    clicca(&r, "btnCerca");
+    ASSERT_EQ(script->messaggi().size(), 1u);
+    EXPECT_EQ(ultimoMessaggio().stile, core::vbCritical);
+    cb->setCurrentIndex(0);
+    pattern::scrivi(&r, "txtCerca", "uff");
+    clicca(&r, "btnCerca");
+    EXPECT_EQ(trova<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
+}
+
+TEST_F(Tabelle, CompletamentoNellEditor) {
+    for (const char* tipo : {"1, 'Consulenza'", "2, 'Consumi'", "3, 'L''affitto'"})
+        db->Execute(std::string("INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (") + tipo + ")");
+    frmTipiSpesaEdita e;
+    e.EditaRecordset(0, true);
+    auto* box = trova<ui::VText>(&e, "VText1");
+    QTest::keyClicks(box, "Consul");
+    EXPECT_EQ(box->text(), "Consulenza");
+    EXPECT_EQ(box->selectedText(), "enza");
+    // Typing on replaces the completed tail; a backspace does not complete again.
+    QTest::keyClicks(box, "t");
+    EXPECT_EQ(box->text(), "Consult");
+    QTest::keyClick(box, Qt::Key_Backspace);
+    EXPECT_EQ(box->text(), "Consul");
+    EXPECT_EQ(box->selectedText(), "");
+    // An apostrophe in the text does not break the statement.
+    box->clear();
+    QTest::keyClicks(box, "L'a");
+    EXPECT_EQ(box->text(), "L'affitto");
+    EXPECT_TRUE(script->messaggi().empty());
 }
 
 }  // namespace

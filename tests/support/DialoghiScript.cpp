@@ -1,6 +1,5 @@
 #include "support/DialoghiScript.h"
 
-
 namespace prova {
 
 namespace {
@@ -60,21 +59,17 @@ bool ScriptedDialogs::runModal(const std::string& screen, const std::function<bo
 
 std::optional<std::string> ScriptedDialogs::inputBox(const std::string&, const std::string&,
                                                      const std::string&) {
-    auto r = prendi(testi_);
-    return r ? *r : std::nullopt;
+    return prendi(testi_).value_or(std::nullopt);
 }
 
 std::optional<std::string> ScriptedDialogs::chooseFile(const std::string&, const std::string&, bool,
                                                        const std::string&) {
-    auto r = prendi(percorsi_);
-    return r ? *r : std::nullopt;
+    return prendi(percorsi_).value_or(std::nullopt);
 }
 
 std::optional<std::string> ScriptedDialogs::chooseFolder(const std::string&, const std::string&) {
-    auto r = prendi(percorsi_);
-    return r ? *r : std::nullopt;
+    return prendi(percorsi_).value_or(std::nullopt);
 }
-
 
 void installaRicercaSchermi(std::function<QWidget*(const std::string& nome)> ricerca) {
     ricercaSchermi() = std::move(ricerca);
@@ -85,6 +80,5 @@ std::shared_ptr<ScriptedDialogs> installaScript() {
     core::installDialogs(s);
     return s;
 }
-
 
 }  // namespace prova

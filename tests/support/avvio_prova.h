@@ -19,14 +19,18 @@
 #include "core/aziende.h"
 #include "core/esercizi.h"
 #include "core/impostazioni.h"
+#include "core/login.h"
 #include "core/pannello.h"
 #include "core/registro_schermi.h"
 #include "app/screens/Registra.h"
+#include "app/screens/frmConfigurazione.h"
 #include "app/screens/frmMain.h"
 #include "core/session.h"
 #include "store/convert.h"
 #include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
+#include "ui/VText.h"
+#include "ui/VetraPicker.h"
 
 namespace prova {
 
@@ -112,6 +116,52 @@ W* figlio(QWidget* schermo, const char* nome) {
 
 inline void clic(QWidget* schermo, const char* nome) {
     if (auto* b = figlio<QAbstractButton>(schermo, nome)) b->click();
+}
+
+// The data folder chosen, its master file holding the companies "Alfa" (1) and "Beta" (2).
+inline void aziendeAlfaEBeta(ProgrammaDiProva& p) {
+    core::ScegliCartellaDati(p.dati.string());
+    for (const char* a : {"1,'Alfa'", "2,'Beta'"})
+        core::session().dbAziende->Execute(std::string("Insert Into Aziende (ID,Denominazione) VALUES (") + a + ")");
+}
+
+// The next login, as a company without users has it.
+inline void loginVuoto(ScriptedDialogs& script) {
+    script.schermo("frmLogin", [](QWidget*) {
+        core::ApriLogin();
+        return core::ConfermaLogin("", "");
+    });
+}
+
+// The next showing of the company's editor: the name typed, then confirmed.
+inline void scriviAzienda(ScriptedDialogs& script, const std::string& nome) {
+    script.schermo("frmAziendeEdita", [nome](QWidget* e) {
+        figlio<ui::VText>(e, "VText1")->setTesto(nome);
+        clic(e, "btnConferma");
+        return true;
+    });
+}
+
+// The next showing of the period's editor: name and start typed, then confirmed (cancelled when refused).
+inline void scriviEsercizio(ScriptedDialogs& script, const std::string& nome, const std::string& dal) {
+    script.schermo("frmArchiviEdita", [nome, dal](QWidget* s) {
+        figlio<ui::VText>(s, "VText1")->setTesto(nome);
+        figlio<ui::VetraPicker>(s, "pkData")->setTesto(dal);
+        clic(s, "btnConferma");
+        if (s->isVisible()) clic(s, "btnAnnulla");
+        return true;
+    });
+}
+
+// The next configuration: the data folder given, a new company and a new period made through their
+// (scripted) editors, then confirmed.
+inline void configuraNuove(ScriptedDialogs& script, const fs::path& dati) {
+    script.percorso(dati.string());
+    script.schermo("frmConfigurazione", [](QWidget*) {
+        frmConfigurazione conf;
+        for (const char* comando : {"btnSfoglia", "imgNew3", "imgNew2", "btnConferma"}) clic(&conf, comando);
+        return conf.result() == QDialog::Accepted;
+    });
 }
 
 // The next showing of a register's search dialog: the criteria filled in, then the command clicked;
