@@ -106,7 +106,6 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         const store::DatabasePtr db = d.database ? d.database : core::ArchivioAperto();
         ui::VetraGrid* grid = r->griglia();
 
-        // Opens and lists every row of its source.
         EXPECT_EQ(grid->righeMostrate(), conta(db, d.sorgente));
 
         // The search goes into the source's own filter, on the field chosen by its caption.
@@ -164,7 +163,6 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
             EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
             EXPECT_TRUE(p.script->schermiMostrati().empty());
             EXPECT_EQ(conta(db, "Select * from " + tabella), prima + 1);
-            p.script->dimentica();
         }
         core::session().Privilegi = std::string(14, '1');
 

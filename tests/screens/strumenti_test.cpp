@@ -70,7 +70,7 @@ TEST_F(Strumenti, NoteSenzaCategorieNonApronoSchede) {
     EXPECT_TRUE(p.script->schermiMostrati().empty());
 }
 
-TEST_F(Strumenti, SchedaNuovaCambiataEliminata) {
+TEST_F(Strumenti, Schede) {
     categoriaContatti();
     auto& a = *core::session().dbArchivio;
     frmNote f;
@@ -105,22 +105,15 @@ TEST_F(Strumenti, SchedaNuovaCambiataEliminata) {
     EXPECT_EQ(g->idCorrente(), 5);
 
     p.script->dimentica();
-    p.script->rispondiNo();
-    clic(&f, "btnElimina");
-    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la scheda selezionata?"});
-    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=5"), 2);
     p.script->rispondiSi();
     clic(&f, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la scheda selezionata?"});
     EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=5"), 0);
     EXPECT_EQ(g->righeMostrate(), 2);
     EXPECT_EQ(contaArchivio("Select * from NoteDettagli"), 5);
-}
 
-// A record's values are written only for the category's own fields and within their size; a
-// refusal writes nothing at all.
-TEST_F(Strumenti, ValoriRifiutatiNonScrivonoNulla) {
-    categoriaContatti();
-    auto& a = *core::session().dbArchivio;
+    // Values are written only for the category's own fields and within their size; a refusal
+    // writes nothing at all.
     const struct {
         tools::ValoriScheda valori;
         const char* messaggio;
@@ -171,13 +164,13 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
     const struct {
         const char* nome;
         const char* dimensione;
-        const char* messaggio;
+        std::vector<std::string> messaggi;
     } campi[] = {
-        {"", "20", "Inserire il nome del campo!"},
-        {"id", "20", "Il nome ID è riservato: sceglierne un altro."},
-        {"annotazioni", "20", "Esiste già un campo annotazioni in questa categoria!"},
-        {"Nome", "10", "Impossibile inserire una dimensione inferiore a quella precedente !"},
-        {"Nome", "0", nullptr},
+        {"", "20", {"Inserire il nome del campo!"}},
+        {"id", "20", {"Il nome ID è riservato: sceglierne un altro."}},
+        {"annotazioni", "20", {"Esiste già un campo annotazioni in questa categoria!"}},
+        {"Nome", "10", {"Impossibile inserire una dimensione inferiore a quella precedente !"}},
+        {"Nome", "0", {}},
     };
     for (const auto& c : campi) {
         p.script->dimentica();
@@ -187,7 +180,7 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
                 figlio<ui::VText>(x, "VText1")->setText(c.nome);
                 figlio<ui::VText>(x, "VText2")->setText(c.dimensione);
                 clic(x, "btnConferma");
-                if (c.messaggio) clic(x, "btnAnnulla");
+                if (!c.messaggi.empty()) clic(x, "btnAnnulla");
                 return true;
             });
             clic(e, "btnModificaDettaglio");
@@ -195,9 +188,7 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
             return true;
         });
         clic(&f, "imgEdit");
-        const std::vector<std::string> attesi = c.messaggio ? std::vector<std::string>{c.messaggio}
-                                                            : std::vector<std::string>{};
-        EXPECT_EQ(testiMostrati(*p.script), attesi) << c.nome << " " << c.dimensione;
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi) << c.nome << " " << c.dimensione;
     }
     EXPECT_EQ(valore(a, "Select Dimensione from NoteCampi where ID=1"), "0");
     // Once with no limit, any size is smaller.
@@ -293,11 +284,12 @@ TEST_F(Strumenti, CittaDegliIndirizzi) {
 TEST_F(Strumenti, ComuneEditatoEdEliminato) {
     auto& u = *core::session().dbUtilita;
     const struct {
-        const char *comune, *cap, *provincia, *messaggio;
+        const char *comune, *cap, *provincia;
+        std::vector<std::string> messaggi;
     } casi[] = {
-        {"Borgo Nuovo", "", "TO", "Inserire CAP e comune!"},
-        {"Borgo Nuovo", "10100", "", "Inserire la provincia!"},
-        {"Borgo Nuovo", "10100", "TO", nullptr},
+        {"Borgo Nuovo", "", "TO", {"Inserire CAP e comune!"}},
+        {"Borgo Nuovo", "10100", "", {"Inserire la provincia!"}},
+        {"Borgo Nuovo", "10100", "TO", {}},
     };
     const long prima = conta(u, "Select * from Comuni");
     for (const auto& c : casi) {
@@ -308,10 +300,8 @@ TEST_F(Strumenti, ComuneEditatoEdEliminato) {
         e.txtCap->setText(c.cap);
         e.txtProvincia->setText(c.provincia);
         e.Conferma();
-        const std::vector<std::string> attesi = c.messaggio ? std::vector<std::string>{c.messaggio}
-                                                            : std::vector<std::string>{};
-        EXPECT_EQ(testiMostrati(*p.script), attesi) << c.comune << c.cap << c.provincia;
-        EXPECT_EQ(conta(u, "Select * from Comuni"), prima + (c.messaggio ? 0 : 1));
+        EXPECT_EQ(testiMostrati(*p.script), c.messaggi) << c.comune << c.cap << c.provincia;
+        EXPECT_EQ(conta(u, "Select * from Comuni"), prima + (c.messaggi.empty() ? 1 : 0));
     }
     EXPECT_EQ(conta(u, "Select * from Comuni where Comune='Borgo Nuovo' and Cap='10100' and Provincia='TO'"), 1);
 }
