@@ -5,16 +5,11 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QPushButton>
 
 #include "app/screens/Registra.h"
-#include "core/aziende.h"
-#include "core/esercizi.h"
-#include "core/pannello.h"
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/documenti.h"
-#include "core/impostazioni.h"
 #include "store/convert.h"
 #include "support/avvio_prova.h"
 #include "sales/totali.h"

@@ -1,18 +1,14 @@
 // The documents a user issues: the register of each kind opened from its menu, the header editor
 // with its ladder of checks and what choosing a customer pulls in, and the delete that takes a
 // document's rows along.
-#include <QApplication>
 #include <QCheckBox>
 #include <QTableWidget>
 #include <functional>
-#include <QLineEdit>
 
 #include <sqlite3.h>
 
 #include "core/archivio_sql.h"
-#include "core/diritti.h"
 #include "core/documenti.h"
-#include "core/impostazioni.h"
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiCerca.h"
@@ -22,7 +18,6 @@
 #include "core/stampa.h"
 #include "store/clock.h"
 #include "store/convert.h"
-#include "store/format.h"
 #include "support/avvio_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VText.h"

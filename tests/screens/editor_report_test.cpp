@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QTest>
 
 #include <filesystem>
@@ -16,7 +15,6 @@
 #include "output/screens/frmStampa.h"
 #include "support/avvio_prova.h"
 #include "support/sessione_prova.h"
-#include "ui/Dialoghi.h"
 #include "ui/report/EditorReport.h"
 
 using namespace prova;

@@ -17,7 +17,6 @@
 #include "core/archivio_sql.h"
 #include "core/esportazione.h"
 #include "core/pannello.h"
-#include "core/registro_schermi.h"
 #include "core/stampa.h"
 #include "store/clock.h"
 #include "store/convert.h"

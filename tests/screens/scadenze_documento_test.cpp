@@ -2,7 +2,6 @@
 // right and its refusals, the rows it writes or deletes, the flags a payment delete refreshes, and
 // the figures of both summaries worked out by hand. Then the instalment editor's checks.
 #include <QLabel>
-#include <QPushButton>
 #include <QTabWidget>
 
 #include "core/archivio_sql.h"

@@ -4,11 +4,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 
 #include <functional>
 
-#include "app/screens/frmMain.h"
 #include "core/diritti.h"
 #include "core/pannello.h"
 #include "core/stampa.h"

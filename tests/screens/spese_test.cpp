@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
 #include <QUrl>
@@ -14,7 +13,6 @@
 
 #include "core/diritti.h"
 #include "core/varie.h"
-#include "core/stampa.h"
 #include "expenses/screens/frmSpese.h"
 #include "expenses/screens/frmSpeseCerca.h"
 #include "expenses/screens/frmSpeseEdita.h"
