@@ -302,8 +302,9 @@ TEST_F(Documenti, FatturaTipica) {
     EXPECT_EQ(r.Scadenze->fmScadenze->griglia()->righeMostrate(), 1);
 }
 
-// The amount of a line follows quantity, price and its two discounts as they are typed.
-TEST_F(Documenti, ImportoDellaRiga) {
+// The amount of a line follows quantity, price and its two discounts as they are typed; the checks
+// of a line and of a charge, and what each confirm writes.
+TEST_F(Documenti, RigheESpese) {
     struct Caso {
         const char *quantita, *prezzo, *sc1, *sc2, *importo;
     };
@@ -322,10 +323,7 @@ TEST_F(Documenti, ImportoDellaRiga) {
         e.txtPrezzo->setText(c.prezzo);
         EXPECT_EQ(e.txtImporto->text().toStdString(), c.importo);
     }
-}
 
-// The checks of a line and of a charge, and what each confirm writes.
-TEST_F(Documenti, ControlliDiRigheESpese) {
     documento(1, 1, "03/10/2026");
     const std::tuple<const char*, long, std::vector<std::string>, long> movimenti[] = {
         {"0", 1, {"La quantità è uguale a zero!"}, 0},

@@ -142,11 +142,9 @@ TEST_F(TabScadenze, ComandiDelleScadenze) {
         EXPECT_EQ(conta("Select * from Scadenze where Documento=1"), c.scadenzeDopo);
         EXPECT_EQ(conta("Select * from Pagamenti"), 1);
     }
-}
 
-// A new instalment on the free document: the document comes picked with all of it left, and the
-// row is written with its counterpart; the tab lists it at once.
-TEST_F(TabScadenze, NuovaScadenzaSulDocumento) {
+    // A new one on the free fattura 2: the document comes picked with all of it left, and the row
+    // is written with its counterpart; the tab lists it at once.
     auto r = registro(2);
     p.script->schermo("frmScadenzeEdita", [](QWidget* w) {
         static_cast<frmScadenzeEdita*>(w)->pkData->setTesto("30/04/2026");

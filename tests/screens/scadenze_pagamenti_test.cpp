@@ -129,7 +129,6 @@ TEST_F(Registri, ScadenzeComandiEDiritti) {
     const Comando<frmScadenze> casi[] = {
         {"modifica di una scadenza pagata", 0, 2, "btnModifica", 0, {}, "", {},
          {"Impossibile modificare la scadenza: risultano dei pagamenti registrati!"}, {}},
-        {"modifica su documento", 0, 1, "btnModifica", 0, {}, "frmScadenzeEdita", {}, {}, {}},
         {"nuova passiva", 1, 3, "btnNuovo", 0, {}, "frmScadenzeEdita", {}, {},
          [](frmScadenze&) { EXPECT_EQ(core::ModoSchermo("frmScadenzeEdita"), 1); }},
         {"elimina, risposta si", 0, 5, "btnElimina", 0, {core::vbYes}, "", {}, {"Eliminare la scadenza selezionata?"},

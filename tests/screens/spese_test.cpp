@@ -225,7 +225,6 @@ TEST_F(Acquisti, SpeseComandi) {
         {"btnModifica", core::SpeseModificare, core::vbYes, {domanda, kNegato}},
         {"btnModifica", 0, core::vbNo, {domanda}},
         {"btnModificaMov", 0, core::vbNo, {domanda}},
-        {"btnGeneraScadenze", core::ScadenzeModificare, 0, {kNegato}},
         {"btnPaga", core::PagamentiModificare, 0, {kNegato}},
         {"btnFile", 0, 0, {}},   // no linked file: nothing
     };
