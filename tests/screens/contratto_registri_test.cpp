@@ -11,7 +11,7 @@
 #include "core/diritti.h"
 #include "core/documenti.h"
 #include "store/convert.h"
-#include "support/avvio_prova.h"
+#include "support/acquisti_prova.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
 #include "ui/RegistroBase.h"
@@ -23,18 +23,14 @@ using namespace prova;
 
 namespace {
 
-class Contratto : public ::testing::Test {
+class Contratto : public Acquisti {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        Acquisti::SetUp();
         core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione,Citta) VALUES (2,'Beta','Milano')");
         auto& s = core::session();
-        s.dbArchivio->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
-        s.dbArchivio->Execute("Insert Into TipiSpesa (ID,DescTipoSpesa) VALUES (1,'Cancelleria')");
-        s.dbArchivio->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
         s.dbArchivio->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
         s.dbArchivio->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Srl')");
-        s.dbArchivio->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Bianchi')");
         s.dbArchivio->Execute("Insert Into [Note] (ID,Descrizione,Predefinita) VALUES (1,'Contatti',True)");
         s.dbArchivio->Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) VALUES (1,1,'Nome',40)");
         s.dbArchivio->Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) VALUES (2,1,'Telefono',0)");
@@ -74,7 +70,6 @@ protected:
         });
     }
 
-    ProgrammaDiProva p;
     int cambi_ = 0;
     std::string campoCambiato_, testoCambiato_;
 };
@@ -150,8 +145,7 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         for (const auto& [pulsante, posizione] : guardati) {
             if (posizione == 0) continue;
             SCOPED_TRACE(pulsante);
-            core::session().Privilegi = std::string(14, '1');
-            core::session().Privilegi[static_cast<size_t>(posizione - 1)] = '0';
+            senzaDiritto(posizione);
             p.script->dimentica();
             p.script->rispondiSi();
             clic(r.get(), pulsante);

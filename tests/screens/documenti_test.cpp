@@ -18,7 +18,7 @@
 #include "core/stampa.h"
 #include "store/clock.h"
 #include "store/convert.h"
-#include "support/avvio_prova.h"
+#include "support/acquisti_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -29,35 +29,27 @@ using namespace prova;
 
 namespace {
 
-class Documenti : public ::testing::Test {
+class Documenti : public Acquisti {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
-        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
+        Acquisti::SetUp();
         db->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (2,'Bonifico 30 gg',1)");
         db->Execute("Insert Into Clienti (ID,DescCliente,CondizioniPagamento,Sconto1,Sconto2) "
                     "VALUES (1,'Rossi Impianti Srl',2,5,3)");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
-        db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
         db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
                     "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
     }
 
-    double campoDocumento(long id, const char* campo) {
-        return store::CDbl(db->OpenRecordset("Select * from Documenti where ID=" + std::to_string(id))->get(campo));
+    double campoDocumento(long id, const char* nome) {
+        return store::CDbl(db->OpenRecordset("Select * from Documenti where ID=" + std::to_string(id))->get(nome));
     }
-
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
 
     void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
         db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
                     std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," +
                     "#" + data + "#," + std::to_string(cliente) + ",False)");
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 // The ladder of checks, each rung with its message, and what is written.

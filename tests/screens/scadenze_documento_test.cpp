@@ -12,7 +12,7 @@
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
 #include "store/convert.h"
-#include "support/avvio_prova.h"
+#include "support/acquisti_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -25,11 +25,10 @@ namespace {
 
 // Fattura 1 of 300.00 in three instalments of 100.00, the first paid (payment 1, with its journal
 // row); fattura 2 of 50.00 with nothing on it; a journal row typed by hand.
-class TabScadenze : public ::testing::Test {
+class TabScadenze : public Acquisti {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        Acquisti::SetUp();
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
         documento(1, 1, "03/10/2026", 300);
         documento(2, 2, "03/11/2026", 50);
@@ -54,7 +53,6 @@ protected:
                     core::NumeroSql(importo) + ")");
         db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (" + s + "," + s + "," + core::NumeroSql(importo) + ")");
     }
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
     bool flag(const char* tabella, const char* campo, long id) {
         return store::CBool(db->OpenRecordset(std::string("Select * from ") + tabella + " where ID=" + std::to_string(id))
                                 ->get(campo));
@@ -76,9 +74,6 @@ protected:
             v.push_back(figlio<QLabel>(r.Scadenze, l)->text().toStdString());
         return v;
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 // Each part of the tab shows with its right to see it.
@@ -87,8 +82,7 @@ TEST_F(TabScadenze, PartiVisibiliConIDiritti) {
         SCOPED_TRACE(parte);
         const int vedere = parte[2] == 'S' ? core::ScadenzeVedere : parte[2] == 'P' ? core::PagamentiVedere
                                                                                    : core::PrimaNotaVedere;
-        core::session().Privilegi = std::string(14, '1');
-        core::session().Privilegi[static_cast<size_t>(vedere - 1)] = '0';
+        senzaDiritto(vedere);
         auto s = registro(1);
         for (const char* altra : {"fmScadenze", "fmPagamenti", "fmResoconto"})
             EXPECT_EQ(figlio<QWidget>(s->Scadenze, altra)->isVisible(), std::string(altra) != parte) << altra;
@@ -128,8 +122,7 @@ TEST_F(TabScadenze, ComandiDelleScadenze) {
     };
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.nome);
-        core::session().Privilegi = std::string(14, '1');
-        if (c.negato) core::session().Privilegi[static_cast<size_t>(c.negato - 1)] = '0';
+        senzaDiritto(c.negato);
         auto r = registro(1);
         if (c.scadenza) {
             ASSERT_TRUE(r->Scadenze->fmScadenze->griglia()->vaiAId(c.scadenza));
