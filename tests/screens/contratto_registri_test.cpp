@@ -167,7 +167,6 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
 // A register's own right to be seen: opened from the registry without it, nothing opens.
 TEST_F(Contratto, RegistroSenzaDirittoDiVedereNonSiApre) {
     core::session().Privilegi = "0" + std::string(13, '1');
-    p.script->dimentica();
     core::MostraPannello("frmUtenti");
     for (QWidget* w : QApplication::topLevelWidgets()) EXPECT_FALSE(w->objectName() == "frmUtenti" && w->isVisible());
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});

@@ -88,8 +88,8 @@ protected:
     bool tipoNascosto = false;
 };
 
-// The figures of each view, worked out by hand from the rows above.
-TEST_F(PrimaNota, VisteESaldi) {
+// The figures of each view and of a search, worked out by hand from the rows above.
+TEST_F(PrimaNota, VisteRicercaESaldi) {
     frmPrimaNota r;
     struct Vista {
         const char* nome;
@@ -120,10 +120,8 @@ TEST_F(PrimaNota, VisteESaldi) {
         ASSERT_TRUE(r.griglia()->vaiAId(id));
         EXPECT_EQ(testo(r.lblSaldoRiga), saldo) << id;
     }
-}
 
-TEST_F(PrimaNota, Ricerca) {
-    frmPrimaNota r;
+    // The search, its statement and figures.
     struct Caso {
         const char* nome;
         std::function<void(frmPrimaNotaCerca*)> compila;

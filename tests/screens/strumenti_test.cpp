@@ -62,9 +62,6 @@ protected:
 
 TEST_F(Strumenti, NoteSenzaCategorieNonApronoSchede) {
     frmNote f;
-    EXPECT_EQ(f.cbCat->count(), 0);
-    EXPECT_EQ(f.griglia()->righeMostrate(), 0);
-    p.script->dimentica();
     clic(&f, "btnNuovo");
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Creare o selezionare una categoria!"});
     EXPECT_TRUE(p.script->schermiMostrati().empty());
