@@ -6,6 +6,7 @@
 //   Bilancio         the ten figures of the bilancio on 1,000,000 documents and 1,000,000 payments,
 //                    over the whole year (the screen's first entry) and over one month; SQLite: the
 //                    six statements' text stepped.
+//   BilancioGrafico  the chart's twelve months on the same archive, each month's six statements.
 // The archives are made once under the system's temporary folder: the statement's by itself, the
 // bilancio's as a copy of the register benchmark's archive of 1,000,000 documents whose payments are
 // brought to 1,000,000 by copying rows.
@@ -21,6 +22,7 @@
 #include "books/bilancio.h"
 #include "books/estratto.h"
 #include "core/archivio_sql.h"
+#include "core/calendario.h"
 #include "core/session.h"
 #include "sales/totali.h"
 #include "store/catalog_database.h"
@@ -286,6 +288,32 @@ void BM_Bilancio(benchmark::State& state) {
     s = core::Session{};
 }
 BENCHMARK(BM_Bilancio)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// The chart under the figures: the twelve months from January, each the six statements over its days.
+void BM_BilancioGrafico(benchmark::State& state) {
+    const std::string path = archivioBilancio();
+    auto& s = core::session();
+    s.dbArchivio = store::Workspace::Default().OpenDatabase(path);
+    Grezzo grezzo(path, *s.dbArchivio);
+    const double dal = store::DateSerial(2024, 1, 1);
+    Misure m;
+    for (auto _ : state) {
+        m.via();
+        benchmark::DoNotOptimize(books::MesiBilancio(dal));
+        m.motoreFatto();
+        m.via();
+        for (int mese = 1; mese <= 12; ++mese)
+            for (const auto& st : statementiBilancio(store::DateSerial(2024, mese, 1),
+                                                     store::DateSerial(2024, mese, core::GiorniMese(mese, 2024))))
+                benchmark::DoNotOptimize(grezzo.primoNumero(st));
+        m.grezzoFatto();
+        ++m.volte;
+    }
+    m.riporta(state);
+    s.dbArchivio->Close();
+    s = core::Session{};
+}
+BENCHMARK(BM_BilancioGrafico)->Unit(benchmark::kMillisecond)->Iterations(2);
 
 }  // namespace
 

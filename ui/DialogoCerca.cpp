@@ -1,6 +1,6 @@
 #include "ui/DialogoCerca.h"
 
-#include <QCheckBox>
+#include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -61,6 +61,23 @@ VetraCombo* DialogoCerca::elenco(const char* nome, const std::string& sorgente, 
     protetto([c] { c->Aggiorna(); });
     c->setValore(store::Value::Long(static_cast<std::int32_t>(valore)));
     return c;
+}
+
+QComboBox* DialogoCerca::scelta(const char* nome, const QStringList& voci, int indice) {
+    auto* c = new QComboBox(this);
+    c->setObjectName(nome);
+    c->addItems(voci);
+    c->setCurrentIndex(indice);
+    return c;
+}
+
+void DialogoCerca::aggiungiRigheDate() {
+    campi_->addRow(chkDataDal, pkDataDal);
+    campi_->addRow(chkDataAl, pkDataAl);
+}
+
+bool DialogoCerca::DateValide() const {
+    return DataSpuntataValida(chkDataDal, pkDataDal) && DataSpuntataValida(chkDataAl, pkDataAl);
 }
 
 bool DialogoCerca::Esegui() {

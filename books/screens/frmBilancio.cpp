@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QValueAxis>
 #include <QVBoxLayout>
 
@@ -140,6 +141,9 @@ frmBilancio::frmBilancio(QWidget* parent) : QDialog(parent) {
 
     resize(760, 720);
     ui::protetto([this] { CambioMese(); });
+    // The chart is the period's and does not follow the dates; on a large archive its twelve months
+    // cost more than the figures, so it is drawn once the figures are on screen.
+    QTimer::singleShot(0, this, [this] { ui::protetto([this] { DisegnaPeriodo(); }); });
 }
 
 // Runs a change unless another is under way: setting the dates from the month must not run the
@@ -186,7 +190,11 @@ void frmBilancio::AggiornaBilancio() {
         {lblImponibile, figure_.imponibile}, {lblIva, figure_.iva},         {lblSaldoFuoriCassa, figure_.saldoFuoriCassa},
         {lblSaldoInCassa, figure_.saldoInCassa}};
     for (const auto& [etichetta, valore] : cifre) etichetta->setText(QString::fromStdString(Importo(valore)));
-    mesi_ = books::MesiBilancio(dal);
+}
+
+void frmBilancio::DisegnaPeriodo() {
+    core::CursoreOccupato occupato;
+    mesi_ = books::MesiBilancio(core::DataInizioEsercizio());
     Disegna();
 }
 
@@ -229,6 +237,7 @@ void frmBilancio::Disegna() {
     asseY->setLabelFormat("%.0f");
     asseY->setMin(0);
     asseY->setMax(massimo > 0 ? massimo * 1.1 : 1);
+    asseY->applyNiceNumbers();  // round steps on the amounts' axis
     chart->addAxis(asseY, Qt::AlignLeft);
     serie->attachAxis(asseY);
     chart->legend()->setAlignment(Qt::AlignBottom);

@@ -53,6 +53,7 @@ private:
     void SenzaRientro(const std::function<void()>& cambio);
     void CambioMese();
     void CambioData();
+    void DisegnaPeriodo();
     void Disegna();
 
     bool Aggiornando = false;

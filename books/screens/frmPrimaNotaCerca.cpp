@@ -27,25 +27,16 @@ frmPrimaNotaCerca::frmPrimaNotaCerca(const books::CriteriPrimaNota& criteri, QWi
     cbMese->addItem("Esercizio fino ad oggi");
     for (const char* m : kMesi) cbMese->addItem(m);
     cbMese->setCurrentIndex(-1);
-    chkDataDal = spunta("chkDataDal", "Data &inizio", criteri.dataDal);
-    pkDataDal = data("pkDataDal", criteri.dal);
-    chkDataAl = spunta("chkDataAl", "Data &fine", criteri.dataAl);
-    pkDataAl = data("pkDataAl", criteri.al);
-    OpPagate = new QComboBox(this);
-    OpPagate->setObjectName("OpPagate");
-    OpPagate->addItems({"Entrata", "Uscita", "Entrambi"});
-    OpPagate->setCurrentIndex(criteri.tipo);
+    QFormLayout* campi = campiRicerca();
+    campi->addRow("&Mese", cbMese);
+    righeDate(criteri, "Data &inizio", "Data &fine");
+    OpPagate = scelta("OpPagate", {"Entrata", "Uscita", "Entrambi"}, criteri.tipo);
     chkCC = spunta("chkCC", "&Conto Corrente", criteri.cc);
     txtCC = new QLineEdit(QString::fromStdString(criteri.testoCC), this);
     txtCC->setObjectName("txtCC");
 
-    QFormLayout* campi = campiRicerca();
-    campi->addRow("&Mese", cbMese);
-    campi->addRow(chkDataDal, pkDataDal);
-    campi->addRow(chkDataAl, pkDataAl);
     campi->addRow("&Tipo", OpPagate);
     campi->addRow(chkCC, txtCC);
-    Command2->setText("&Annulla");
     connect(cbMese, &QComboBox::activated, this, [this](int i) { ui::protetto([this, i] { ScegliMese(i); }); });
     setMinimumWidth(420);
 }
@@ -66,13 +57,10 @@ void frmPrimaNotaCerca::ScegliMese(int indice) {
 }
 
 bool frmPrimaNotaCerca::Conferma() {
-    if (!ui::DataSpuntataValida(chkDataDal, pkDataDal) || !ui::DataSpuntataValida(chkDataAl, pkDataAl)) return false;
+    if (!DateValide()) return false;
     books::CriteriPrimaNota c;
-    c.dataDal = chkDataDal->isChecked();
-    c.dataAl = chkDataAl->isChecked();
+    leggiDate(c);
     c.cc = chkCC->isChecked();
-    c.dal = pkDataDal->testo();
-    c.al = pkDataAl->testo();
     c.testoCC = txtCC->text().toStdString();
     c.tipo = OpPagate->currentIndex() < 0 ? 2 : OpPagate->currentIndex();
     criteri_ = c;

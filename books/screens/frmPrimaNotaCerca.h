@@ -7,11 +7,9 @@
 #include "books/prima_nota.h"
 #include "ui/DialogoCerca.h"
 
-class QCheckBox;
 class QComboBox;
 class QLineEdit;
 namespace ui {
-class VetraPicker;
 }  // namespace ui
 
 class frmPrimaNotaCerca : public ui::DialogoCerca {
@@ -27,8 +25,7 @@ public:
     // cbMese: the first entry is the fiscal period up to today, the others the months of this year.
     void ScegliMese(int indice);
 
-    QCheckBox *chkDataDal, *chkDataAl, *chkCC;
-    ui::VetraPicker *pkDataDal, *pkDataAl;
+    QCheckBox* chkCC;
     QComboBox* OpPagate;   // "Entrata", "Uscita", "Entrambi"
     QComboBox* cbMese;
     QLineEdit* txtCC;

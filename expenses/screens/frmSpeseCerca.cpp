@@ -21,10 +21,7 @@ constexpr int kPagate[] = {2, 1, 0};
 
 frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* parent)
     : ui::DialogoCerca(Nome, "Ricerca spese", "T&rova", parent), criteri_(criteri) {
-    chkDataDal = spunta("chkDataDal", "Dalla &Data", criteri.dataDal);
-    pkDataDal = data("pkDataDal", criteri.dal);
-    chkDataAl = spunta("chkDataAl", "&Alla Data", criteri.dataAl);
-    pkDataAl = data("pkDataAl", criteri.al);
+    righeDate(criteri, "Dalla &Data", "&Alla Data");
     chkDest = spunta("chkDest", "&Fornitore", criteri.fornitore);
     cbDest = elenco("cbDest", "Select * from Fornitori order by DescFornitore", "DescFornitore",
                     core::Testo("s77"), criteri.idFornitore);
@@ -34,14 +31,9 @@ frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* par
     chkClassificazione = spunta("chkClassificazione", "C&lassificazione", criteri.classificazione);
     cbClassificazione = elenco("cbClassificazione", "Select * from ClassificazioniSpese order by DescClassificazione",
                                "DescClassificazione", core::Testo("s77"), criteri.idClassificazione);
-    OpPagate = new QComboBox(this);
-    OpPagate->setObjectName("OpPagate");
-    OpPagate->addItems({"Entrambi", "Pagati", "Non Pagati"});
-    OpPagate->setCurrentIndex(2 - criteri.pagate);
+    OpPagate = scelta("OpPagate", {"Entrambi", "Pagati", "Non Pagati"}, 2 - criteri.pagate);
 
     QFormLayout* campi = campiRicerca();
-    campi->addRow(chkDataDal, pkDataDal);
-    campi->addRow(chkDataAl, pkDataAl);
     campi->addRow(chkDest, cbDest);
     campi->addRow(chkTipoSpesa, cbTipoSpesa);
     campi->addRow(chkClassificazione, cbClassificazione);
@@ -51,15 +43,12 @@ frmSpeseCerca::frmSpeseCerca(const expenses::CriteriSpese& criteri, QWidget* par
 }
 
 bool frmSpeseCerca::Conferma() {
-    if (!ui::DataSpuntataValida(chkDataDal, pkDataDal) || !ui::DataSpuntataValida(chkDataAl, pkDataAl)) return false;
+    if (!DateValide()) return false;
     expenses::CriteriSpese c;
-    c.dataDal = chkDataDal->isChecked();
-    c.dataAl = chkDataAl->isChecked();
+    leggiDate(c);
     c.fornitore = chkDest->isChecked();
     c.tipoSpesa = chkTipoSpesa->isChecked();
     c.classificazione = chkClassificazione->isChecked();
-    c.dal = pkDataDal->testo();
-    c.al = pkDataAl->testo();
     c.idFornitore = ui::IdDi(cbDest->valore());
     c.idTipoSpesa = ui::IdDi(cbTipoSpesa->valore());
     c.idClassificazione = ui::IdDi(cbClassificazione->valore());

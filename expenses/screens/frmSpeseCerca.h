@@ -6,11 +6,9 @@
 #include "expenses/spese.h"
 #include "ui/DialogoCerca.h"
 
-class QCheckBox;
 class QComboBox;
 namespace ui {
 class VetraCombo;
-class VetraPicker;
 }  // namespace ui
 
 class frmSpeseCerca : public ui::DialogoCerca {
@@ -23,8 +21,7 @@ public:
     // Shows modally; the criteria confirmed, or nothing when cancelled.
     std::optional<expenses::CriteriSpese> Cerca();
 
-    QCheckBox *chkDataDal, *chkDataAl, *chkDest, *chkTipoSpesa, *chkClassificazione;
-    ui::VetraPicker *pkDataDal, *pkDataAl;
+    QCheckBox *chkDest, *chkTipoSpesa, *chkClassificazione;
     ui::VetraCombo *cbDest, *cbTipoSpesa, *cbClassificazione;
     QComboBox* OpPagate;   // "Entrambi", "Pagati", "Non Pagati"
 

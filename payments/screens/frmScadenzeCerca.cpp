@@ -24,35 +24,15 @@ frmScadenzeCerca::frmScadenzeCerca(int modo, const payments::FiltroScadenze& fil
     : ui::DialogoCerca(Nome, QString::fromStdString(core::Testo(payments::TitoloScadenze(modo))) + " - Ricerca",
                        "T&rova", parent),
       filtro_(filtro) {
-    auto spunta = [this](const char* nome, const char* testo, bool attiva) {
-        auto* c = new QCheckBox(testo, this);
-        c->setObjectName(nome);
-        c->setChecked(attiva);
-        return c;
-    };
-    auto data = [this](const char* nome, const std::string& testo) {
-        auto* p = new ui::VetraPicker(this);
-        p->setObjectName(nome);
-        p->setTesto(testo);
-        return p;
-    };
-    chkDataDal = spunta("chkDataDal", "Scadenze a partire &dal", filtro.dataDal);
-    pkDataDal = data("pkDataDal", filtro.dal);
-    chkDataAl = spunta("chkDataAl", "Scadenze &fino al", filtro.dataAl);
-    pkDataAl = data("pkDataAl", filtro.al);
+    righeDate(filtro, "Scadenze a partire &dal", "Scadenze &fino al");
     chkDest = spunta("chkDest", "&Intestatario", filtro.destinatario);
     cbCliente = elenco("cbCliente", "Select * from qrClienti Order by DescCliente", "Denominazione",
                        core::Testo("s40"), filtro.cliente);
     cbFornitore = elenco("cbFornitore", "Select * from Fornitori Order By DescFornitore", "DescFornitore",
                          core::Testo("s41"), filtro.fornitore);
-    OpPagate = new QComboBox(this);
-    OpPagate->setObjectName("OpPagate");
-    OpPagate->addItems({"Entrambe", "Pagate", "Non Pagate"});
-    OpPagate->setCurrentIndex(posizioneStato(filtro.stato));
+    OpPagate = scelta("OpPagate", {"Entrambe", "Pagate", "Non Pagate"}, posizioneStato(filtro.stato));
 
     QFormLayout* campi = campiRicerca();
-    campi->addRow(chkDataDal, pkDataDal);
-    campi->addRow(chkDataAl, pkDataAl);
     campi->addRow(chkDest, cbCliente);
     campi->addRow("oppure", cbFornitore);
     campi->addRow("&Stato", OpPagate);
@@ -61,12 +41,9 @@ frmScadenzeCerca::frmScadenzeCerca(int modo, const payments::FiltroScadenze& fil
 }
 
 bool frmScadenzeCerca::Conferma() {
-    if (!ui::DataSpuntataValida(chkDataDal, pkDataDal) || !ui::DataSpuntataValida(chkDataAl, pkDataAl)) return false;
+    if (!DateValide()) return false;
     payments::FiltroScadenze f;
-    f.dataDal = chkDataDal->isChecked();
-    f.dataAl = chkDataAl->isChecked();
-    f.dal = pkDataDal->testo();
-    f.al = pkDataAl->testo();
+    leggiDate(f);
     f.destinatario = chkDest->isChecked();
     f.cliente = ui::IdDi(cbCliente->valore());
     f.fornitore = ui::IdDi(cbFornitore->valore());

@@ -6,11 +6,9 @@
 #include "payments/registri.h"
 #include "ui/DialogoCerca.h"
 
-class QCheckBox;
 class QComboBox;
 namespace ui {
 class VetraCombo;
-class VetraPicker;
 }  // namespace ui
 
 class frmScadenzeCerca : public ui::DialogoCerca {
@@ -23,8 +21,7 @@ public:
     // Shows modally; the filter confirmed (the reminder date dropped), nothing when cancelled.
     std::optional<payments::FiltroScadenze> Cerca();
 
-    QCheckBox *chkDataDal, *chkDataAl, *chkDest;
-    ui::VetraPicker *pkDataDal, *pkDataAl;
+    QCheckBox* chkDest;
     ui::VetraCombo *cbCliente, *cbFornitore;
     QComboBox* OpPagate;   // "Entrambe", "Pagate", "Non Pagate"
 

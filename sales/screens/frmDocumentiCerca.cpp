@@ -39,38 +39,18 @@ frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWi
     : ui::DialogoCerca(Nome, "Ricerca documenti", "&Conferma", parent), criteri_(criteri) {
     const auto prefissi = sales::CaricaPrefissi(criteri.tipo);
     const auto suffissi = sales::CaricaSuffissi(criteri.tipo);
-    chkDataDal = nominato(new QCheckBox("Dal", this), "chkDataDal");
-    chkDataAl = nominato(new QCheckBox("Al", this), "chkDataAl");
-    chkDest = nominato(new QCheckBox("Cliente", this), "chkDest");
-    chkNumDal = nominato(new QCheckBox("Dal numero", this), "chkNumDal");
-    chkNumAl = nominato(new QCheckBox("Al numero", this), "chkNumAl");
-    pkDataDal = nominato(new ui::VetraPicker(this), "pkDataDal");
-    pkDataAl = nominato(new ui::VetraPicker(this), "pkDataAl");
-    cbDest = nominato(new ui::VetraCombo(this), "cbDest");
-    cbDest->setSorgente("Select * from qrClienti");
-    cbDest->setCampoTesto("Denominazione");
-    cbDest->setColonne({{"Denominazione", core::Testo("s101"), 3000}});
-    ui::protetto([this] { cbDest->Aggiorna(); });
-    OpPagate = nominato(new QComboBox(this), "OpPagate");
-    OpPagate->addItems({"Non Pagati", "Pagati", "Entrambi"});
+    righeDate(criteri, "Dal", "Al");
+    chkDest = spunta("chkDest", "Cliente", criteri.dest);
+    cbDest = elenco("cbDest", "Select * from qrClienti", "Denominazione", core::Testo("s101"), criteri.cliente);
+    OpPagate = scelta("OpPagate", {"Non Pagati", "Pagati", "Entrambi"}, criteri.pagate);
+    chkNumDal = spunta("chkNumDal", "Dal numero", criteri.numDal);
     cbPrefissoDal = serie("cbPrefissoDal", prefissi, criteri.prefissoDal, this);
-    cbPrefissoAl = serie("cbPrefissoAl", prefissi, criteri.prefissoAl, this);
+    txtNumDal = nominato(new QLineEdit(criteri.numDal ? QString::number(criteri.numeroDal) : QString(), this), "txtNumDal");
     cbSuffissoDal = serie("cbSuffissoDal", suffissi, criteri.suffissoDal, this);
+    chkNumAl = spunta("chkNumAl", "Al numero", criteri.numAl);
+    cbPrefissoAl = serie("cbPrefissoAl", prefissi, criteri.prefissoAl, this);
+    txtNumAl = nominato(new QLineEdit(criteri.numAl ? QString::number(criteri.numeroAl) : QString(), this), "txtNumAl");
     cbSuffissoAl = serie("cbSuffissoAl", suffissi, criteri.suffissoAl, this);
-    txtNumDal = nominato(new QLineEdit(this), "txtNumDal");
-    txtNumAl = nominato(new QLineEdit(this), "txtNumAl");
-
-    chkDataDal->setChecked(criteri.dataDal);
-    chkDataAl->setChecked(criteri.dataAl);
-    chkDest->setChecked(criteri.dest);
-    chkNumDal->setChecked(criteri.numDal);
-    chkNumAl->setChecked(criteri.numAl);
-    pkDataDal->setTesto(criteri.dal);
-    pkDataAl->setTesto(criteri.al);
-    cbDest->setValore(store::Value::Long(static_cast<std::int32_t>(criteri.cliente)));
-    OpPagate->setCurrentIndex(criteri.pagate);
-    txtNumDal->setText(criteri.numDal ? QString::number(criteri.numeroDal) : QString());
-    txtNumAl->setText(criteri.numAl ? QString::number(criteri.numeroAl) : QString());
 
     QFormLayout* campi = campiRicerca();
     auto riga = [this](QWidget* a, QWidget* b, QWidget* c) {
@@ -80,8 +60,6 @@ frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWi
         for (QWidget* x : {a, b, c}) if (x) l->addWidget(x, 1);
         return w;
     };
-    campi->addRow(chkDataDal, pkDataDal);
-    campi->addRow(chkDataAl, pkDataAl);
     campi->addRow(chkDest, cbDest);
     campi->addRow("Pagamento", OpPagate);
     campi->addRow(chkNumDal, riga(cbPrefissoDal, txtNumDal, cbSuffissoDal));
@@ -89,18 +67,14 @@ frmDocumentiCerca::frmDocumentiCerca(const sales::CriteriDocumenti& criteri, QWi
 }
 
 bool frmDocumentiCerca::Conferma() {
-    if (!ui::DataSpuntataValida(chkDataDal, pkDataDal) || !ui::DataSpuntataValida(chkDataAl, pkDataAl)) return false;
+    if (!DateValide()) return false;
     sales::CriteriDocumenti c;
     c.tipo = criteri_.tipo;
-    c.dataDal = chkDataDal->isChecked();
-    c.dataAl = chkDataAl->isChecked();
+    leggiDate(c);
     c.dest = chkDest->isChecked();
     c.numDal = chkNumDal->isChecked();
     c.numAl = chkNumAl->isChecked();
-    c.dal = pkDataDal->testo();
-    c.al = pkDataAl->testo();
-    const store::Value cliente = cbDest->valore();
-    c.cliente = cliente.isNull() ? 0 : store::CLng(cliente);
+    c.cliente = ui::IdDi(cbDest->valore());
     c.pagate = OpPagate->currentIndex();
     c.prefissoDal = cbPrefissoDal->testo();
     c.prefissoAl = cbPrefissoAl->testo();

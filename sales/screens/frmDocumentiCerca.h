@@ -6,12 +6,10 @@
 #include "sales/documenti.h"
 #include "ui/DialogoCerca.h"
 
-class QCheckBox;
 class QComboBox;
 class QLineEdit;
 namespace ui {
 class VetraCombo;
-class VetraPicker;
 }  // namespace ui
 
 class frmDocumentiCerca : public ui::DialogoCerca {
@@ -25,8 +23,7 @@ public:
     std::optional<sales::CriteriDocumenti> Cerca();
     const sales::CriteriDocumenti& criteri() const { return criteri_; }
 
-    QCheckBox *chkDataDal, *chkDataAl, *chkDest, *chkNumDal, *chkNumAl;
-    ui::VetraPicker *pkDataDal, *pkDataAl;
+    QCheckBox *chkDest, *chkNumDal, *chkNumAl;
     ui::VetraCombo* cbDest;
     QComboBox* OpPagate;
     ui::VetraCombo *cbPrefissoDal, *cbPrefissoAl, *cbSuffissoDal, *cbSuffissoAl;

@@ -18,6 +18,7 @@
 #include "store/errors.h"
 #include "store/format.h"
 #include "store/sql/functions.h"
+#include "store/sql/calc.h"
 #include "store/sql/limits.h"
 #include "store/sql/translator.h"
 
@@ -845,6 +846,7 @@ void registerFunctions(sqlite3* db) {
     sqlite3_create_function_v2(db, "jet_date", 0, SQLITE_UTF8, nullptr, sqlToday, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "jet_time", 0, SQLITE_UTF8, nullptr, sqlTime, nullptr, nullptr, nullptr);
     registerLimitFunctions(db);
+    registerCalcFunction(db);
 }
 
 void bindParams(sqlite3_stmt* stmt, const std::vector<Value>& params) {

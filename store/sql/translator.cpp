@@ -14,6 +14,7 @@
 #include "store/errors.h"
 #include "store/names.h"
 #include "store/sql/ast.h"
+#include "store/sql/calc.h"
 #include "store/sql/functions.h"
 #include "store/sql/limits.h"
 
@@ -87,8 +88,37 @@ std::string numText(double d) {
 }
 
 // Double arithmetic done by SQLite gives infinity where the platform raises Overflow (6).
-std::string finite(SqlType t, std::string sql) {
-    return t == SqlType::Dbl || t == SqlType::Sng || t == SqlType::Cur ? "jet_finite(" + sql + ")" : sql;
+bool checksFinite(SqlType t) { return t == SqlType::Dbl || t == SqlType::Sng || t == SqlType::Cur; }
+std::string finite(SqlType t, std::string sql) { return checksFinite(t) ? "jet_finite(" + sql + ")" : sql; }
+
+// For each literal, the first literal of the statement with the same number (itself when none, and
+// for a text or a date).
+void firstEqualLiterals(const std::vector<Value>& lits, std::vector<std::size_t>& first) {
+    auto isNumber = [](const Value& v) { return v.kind() == Value::Kind::Long || v.kind() == Value::Kind::Double; };
+    auto same = [](const Value& a, const Value& b) {
+        const double x = a.number(), y = b.number();
+        return a.kind() == b.kind() && std::memcmp(&x, &y, sizeof x) == 0;
+    };
+    first.resize(lits.size());
+    for (std::size_t i = 0; i < lits.size(); ++i) first[i] = i;
+    if (lits.size() <= 32) {  // the usual statement: no table to build
+        for (std::size_t i = 1; i < lits.size(); ++i)
+            for (std::size_t j = 0; j < i && isNumber(lits[i]); ++j)
+                if (same(lits[j], lits[i])) {
+                    first[i] = j;
+                    break;
+                }
+        return;
+    }
+    std::unordered_map<std::string, std::size_t> seen;
+    for (std::size_t i = 0; i < lits.size(); ++i) {
+        const Value& v = lits[i];
+        if (!isNumber(v)) continue;
+        const double x = v.number();
+        std::string k(1, v.kind() == Value::Kind::Long ? 'l' : 'd');
+        k.append(reinterpret_cast<const char*>(&x), sizeof x);
+        first[i] = seen.emplace(std::move(k), i).first->second;
+    }
 }
 
 // ---- scopes ------------------------------------------------------------------------------------
@@ -128,6 +158,9 @@ struct SqlExpr {
     // becomes a range on the column (see dayRange).
     std::string dayOf;
     bool constantDate = false;  // DateValue of a literal
+    int lit = -1;               // a literal's index among the statement's literals
+    // + - * / over numeric columns and literals: the tree, for the operation above to extend (see calc.h)
+    std::shared_ptr<const Calc> calc;
 };
 
 // The value form: what a select list shows, what functions and operators receive.
@@ -190,8 +223,9 @@ struct SelectOutput {
 // ---- compiler ----------------------------------------------------------------------------------
 class Compiler {
 public:
-    Compiler(const Catalog& cat, std::string_view text, const std::vector<Value>& lits, bool inlineLits)
-        : cat_(cat), text_(text), lits_(lits), inline_(inlineLits) {}
+    Compiler(const Catalog& cat, std::string_view text, const std::vector<Value>& lits,
+             const std::vector<std::size_t>& firstEqual, bool inlineLits)
+        : cat_(cat), text_(text), lits_(lits), firstEqual_(firstEqual), inline_(inlineLits) {}
 
     Translation run(Statement& st);
     bool cacheable() const { return cacheable_; }
@@ -201,6 +235,7 @@ private:
     const Catalog& cat_;
     std::string_view text_;
     const std::vector<Value>& lits_;
+    const std::vector<std::size_t>& firstEqual_;  // see firstEqualLiterals
     bool inline_;
     bool cacheable_ = true;
     int maxParam_ = 0;
@@ -230,6 +265,7 @@ private:
     SqlExpr literal(const Expr& e) {
         SqlExpr r;
         r.literal = true;
+        r.lit = e.litIndex;
         switch (e.lit) {
             case 'N': r.sql = "NULL"; r.type = SqlType::Null; return r;
             case 'B': r.sql = e.num != 0 ? "-1" : "0"; r.type = SqlType::Bool; return r;
@@ -700,7 +736,7 @@ private:
                     r.agg = a.agg || b.agg;
                     r.type = SqlType::Dbl;
                     r.sql = "jet_div(" + val(a) + "," + val(b) + ")";
-                    return r;
+                    return joinCalc('/', false, a, b, std::move(r));
                 }
                 return typedArithCall("/", SqlType::Dbl, a, b);
             case Operator::IDiv: return typedArithCall("\\", SqlType::Long, a, b);
@@ -710,12 +746,42 @@ private:
         }
     }
 
-    static SqlExpr nativeArith(const char* op, SqlType type, const SqlExpr& a, const SqlExpr& b) {
+    SqlExpr nativeArith(const char* op, SqlType type, const SqlExpr& a, const SqlExpr& b) {
         SqlExpr r;
         r.agg = a.agg || b.agg;
         r.type = type;
         r.sql = finite(type, "(" + val(a) + " " + op + " " + val(b) + ")");
+        return joinCalc(op[0], checksFinite(type), a, b, std::move(r));
+    }
+
+    // The operation r, of a and b, as part of a tree of arithmetic; written as one jet_calc call
+    // when operator by operator it would call functions more than once (see calc.h).
+    SqlExpr joinCalc(char op, bool finite, const SqlExpr& a, const SqlExpr& b, SqlExpr r) {
+        const auto x = operandCalc(a), y = operandCalc(b);
+        if (!x || !y || (isLiteralOnly(*x) && isLiteralOnly(*y))) return r;
+        r.calc = CalcJoin(op, finite, *x, *y);
+        if (r.calc->calls >= 2) r.sql = CalcSql(*r.calc);
         return r;
+    }
+
+    // An operand a tree may take: a tree already, a numeric column, a numeric literal. Anything
+    // else (a function, an aggregate, a condition) stays SQLite's to evaluate, at its own time.
+    std::shared_ptr<const Calc> operandCalc(const SqlExpr& e) const {
+        if (e.calc) return e.calc;
+        if (!isNumber(e.type) || e.logical || e.agg) return nullptr;
+        if (e.col) return CalcOperand(e.sql, "c" + e.sql);
+        if (!e.literal || e.lit < 0) return nullptr;
+        // literals of the same value are one value: the cached translation serves only statements whose
+        // literals are equal in the same places (see the cache key)
+        if (inline_) return CalcOperand(e.sql, "l" + e.sql);
+        return CalcOperand(e.sql, "l" + std::to_string(firstEqual_.at(static_cast<std::size_t>(e.lit))));
+    }
+
+    // A tree of literals alone stays as it was: SQLite works it out once, before the first row.
+    static bool isLiteralOnly(const Calc& c) {
+        for (const std::string& k : c.keys)
+            if (k.empty() || k[0] != 'l') return false;
+        return true;
     }
 
     static SqlExpr typedArithCall(const char* name, SqlType type, const SqlExpr& a, const SqlExpr& b) {
@@ -1579,6 +1645,7 @@ struct Translator::Impl {
     std::unordered_map<std::string, Entry> cache;
     std::vector<Token> toks;
     std::vector<Value> lits;
+    std::vector<std::size_t> firstEqual;
     std::string key;
     explicit Impl(const Catalog& c) : catalog(c), version(c.schemaVersion()) {}
 };
@@ -1611,6 +1678,10 @@ Translation Translator::translate(std::string_view text, const Options& options)
         m.version = v;
     }
     literalValues(text, m.toks, m.lits);
+    // equal numbers are shared by the arithmetic written as one call, so they are part of the shape
+    firstEqualLiterals(m.lits, m.firstEqual);
+    for (std::size_t i = 0; i < m.lits.size(); ++i)
+        if (m.firstEqual[i] != i) m.key += "\x02" + std::to_string(i) + "=" + std::to_string(m.firstEqual[i]);
     if (!options.inlineLiterals) {
         auto it = m.cache.find(m.key);
         if (it != m.cache.end()) {
@@ -1620,7 +1691,7 @@ Translation Translator::translate(std::string_view text, const Options& options)
         }
     }
     Statement st = parse(text, m.toks);
-    Compiler comp(m.catalog, text, m.lits, options.inlineLiterals);
+    Compiler comp(m.catalog, text, m.lits, m.firstEqual, options.inlineLiterals);
     Translation t = comp.run(st);
     if (nesting(t.sql) > kMaxSqlNesting) raiseNestingLimit(kMaxSqlNesting);
     checkSqliteDepth(t.sql);
