@@ -194,7 +194,7 @@ TEST_F(Documenti, ConversioneDiUnPreventivo) {
 }
 
 // The search dialog: a ticked date box needs a date; its statement becomes the list's source and
-// its criteria the register's; Command2 changes nothing.
+// its criteria the register's.
 TEST_F(Documenti, RicercaDeiDocumenti) {
     documento(1, 1, "03/10/2026", 1);
     documento(2, 2, "03/11/2026", 2);

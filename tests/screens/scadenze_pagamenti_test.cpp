@@ -196,9 +196,7 @@ TEST_F(Registri, ScadenzeRicerca) {
         SCOPED_TRACE(c.nome);
         clic(&r, "Command1");
         p.script->dimentica();
-        p.script->schermo("frmScadenzeCerca", [&c](QWidget* w) {
-            auto* f = qobject_cast<frmScadenzeCerca*>(w);
-            if (!f) return false;
+        cercaCon<frmScadenzeCerca>(*p.script, [&c](frmScadenzeCerca* f) {
             f->chkDataDal->setChecked(*c.dal);
             f->pkDataDal->setTesto(c.dal);
             f->chkDataAl->setChecked(*c.al);
@@ -207,10 +205,7 @@ TEST_F(Registri, ScadenzeRicerca) {
             f->cbCliente->setValore(store::Value::Long(c.cliente));
             f->cbFornitore->setValore(store::Value::Long(c.fornitore));
             f->OpPagate->setCurrentIndex(c.stato);
-            clic(f, "Command1");
-            if (f->isVisible()) clic(f, "Command2");
-            return true;
-        });
+        }, "Command1");
         clic(&r, "imgCerca");
         EXPECT_EQ(r.griglia()->sorgente(), c.istruzione.empty() ? payments::SorgenteScadenze(0) : c.istruzione);
         EXPECT_EQ(idMostrati(r.griglia()), c.righe);
