@@ -41,10 +41,6 @@ protected:
                     "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
     }
 
-    double campoDocumento(long id, const char* nome) {
-        return store::CDbl(db->OpenRecordset("Select * from Documenti where ID=" + std::to_string(id))->get(nome));
-    }
-
     void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
         db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
                     std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," +
@@ -189,7 +185,7 @@ TEST_F(Documenti, ConversioneDiUnPreventivo) {
     const std::string oggi = store::DateText(store::Oggi());
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Generata la fattura n.5 del " + oggi});
     EXPECT_EQ(conta("Select * from Documenti where ID=2 and Tipo=5 and Numero=5 and Prefisso='A' and ImportoTotale=50"), 1);
-    EXPECT_EQ(store::DateText(campoDocumento(2, "Data")), oggi);
+    EXPECT_EQ(store::DateText(store::CDbl(campo("Select * from Documenti where ID=2", "Data"))), oggi);
     EXPECT_EQ(r.griglia()->righeMostrate(), 0);
 }
 
@@ -333,7 +329,7 @@ TEST_F(Documenti, RigheESpese) {
         EXPECT_EQ(conta("Select * from Movimenti where Documento=1"), scritte);
     }
     // Opened alone, the line brings the totals up to date itself: 2 x 50 plus 22%.
-    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 122);
+    EXPECT_DOUBLE_EQ(store::CDbl(campo("Select * from Documenti where ID=1", "ImportoTotale")), 122);
 
     const std::tuple<const char*, long, std::vector<std::string>, long> spese[] = {
         {"  ", 1, {"Inserire la descrizione!"}, 0},
@@ -352,8 +348,8 @@ TEST_F(Documenti, RigheESpese) {
         EXPECT_EQ(testiMostrati(*p.script), messaggi);
         EXPECT_EQ(conta("Select * from SpeseDocumenti where Documento=1"), righe);
     }
-    EXPECT_DOUBLE_EQ(campoDocumento(1, "TotSpese"), 12.2);
-    EXPECT_DOUBLE_EQ(campoDocumento(1, "ImportoTotale"), 134.2);
+    EXPECT_DOUBLE_EQ(store::CDbl(campo("Select * from Documenti where ID=1", "TotSpese")), 12.2);
+    EXPECT_DOUBLE_EQ(store::CDbl(campo("Select * from Documenti where ID=1", "ImportoTotale")), 134.2);
 }
 
 }  // namespace

@@ -53,10 +53,6 @@ protected:
                     core::NumeroSql(importo) + ")");
         db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (" + s + "," + s + "," + core::NumeroSql(importo) + ")");
     }
-    bool flag(const char* tabella, const char* campo, long id) {
-        return store::CBool(db->OpenRecordset(std::string("Select * from ") + tabella + " where ID=" + std::to_string(id))
-                                ->get(campo));
-    }
 
     // The register of fatture, shown, on tab 3, with the document in front.
     std::unique_ptr<frmDocumenti> registro(long documento, long tipo = core::TipoFatturaEmessa) {
@@ -167,9 +163,9 @@ TEST_F(TabScadenze, EliminazioneDiUnPagamento) {
     p.script->rispondiSi();
     clic(r.get(), "btnEliminaPagamento");
     EXPECT_EQ(conta("Select * from Pagamenti"), 2);
-    EXPECT_FALSE(flag("Documenti", "Pagato", 1));
-    EXPECT_FALSE(flag("Scadenze", "Pagata", 3));
-    EXPECT_TRUE(flag("Scadenze", "Pagata", 2));
+    EXPECT_FALSE(store::CBool(campo("Select * from Documenti where ID=1", "Pagato")));
+    EXPECT_FALSE(store::CBool(campo("Select * from Scadenze where ID=3", "Pagata")));
+    EXPECT_TRUE(store::CBool(campo("Select * from Scadenze where ID=2", "Pagata")));
     EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=3"), 0);
     EXPECT_EQ(conta("Select * from PrimaNota"), 3);   // the other two payments' and the one typed by hand
     EXPECT_EQ(pagamenti->righeMostrate(), 2);
