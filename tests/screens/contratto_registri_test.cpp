@@ -41,8 +41,6 @@ protected:
         s.dbUtilita->Execute("Delete from Comuni where Provincia<>'PD'");   // a list short enough to show whole
     }
 
-    long conta(const store::DatabasePtr& db, const std::string& sql) { return contaRighe(*db, sql); }
-
     // The editor's script: every empty text box gets a value of its kind, the first one the text
     // given, then confirm.
     void compila(const std::string& editor, const QString& testo) {
@@ -96,7 +94,7 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         const store::DatabasePtr db = d.database ? d.database : core::ArchivioAperto();
         ui::VetraGrid* grid = r->griglia();
 
-        EXPECT_EQ(grid->righeMostrate(), conta(db, d.sorgente));
+        EXPECT_EQ(grid->righeMostrate(), contaRighe(*db, d.sorgente));
 
         // The search goes into the source's own filter, on the field chosen by its caption.
         ASSERT_FALSE(d.ricerca.empty());
@@ -120,15 +118,15 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         }
         const std::string editore = editor->objectName().toStdString();
         const std::string tabella = editor->tabella();
-        const long prima = conta(db, "Select * from " + tabella);
+        const long prima = contaRighe(*db, "Select * from " + tabella);
 
         // New through the editor: the row is written with the next id and shown current.
         p.script->dimentica();
         compila(editore, "Voce di prova");
         clic(r.get(), "btnNuovo");
-        ASSERT_EQ(conta(db, "Select * from " + tabella), prima + 1);
+        ASSERT_EQ(contaRighe(*db, "Select * from " + tabella), prima + 1);
         const long nuovo = grid->idCorrente();
-        EXPECT_EQ(conta(db, "Select * from " + tabella + " where ID=" + std::to_string(nuovo)), 1);
+        EXPECT_EQ(contaRighe(*db, "Select * from " + tabella + " where ID=" + std::to_string(nuovo)), 1);
 
         // Change through the editor, on the current row; the list shows the change on return.
         compila(editore, "Voce cambiata");
@@ -149,7 +147,7 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
             clic(r.get(), pulsante);
             EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
             EXPECT_TRUE(p.script->schermiMostrati().empty());
-            EXPECT_EQ(conta(db, "Select * from " + tabella), prima + 1);
+            EXPECT_EQ(contaRighe(*db, "Select * from " + tabella), prima + 1);
         }
         core::session().Privilegi = std::string(14, '1');
 
@@ -157,7 +155,7 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         grid->vaiAId(nuovo);
         for (int i = 0; i < 3; ++i) p.script->rispondiSi();
         clic(r.get(), "btnElimina");
-        EXPECT_EQ(conta(db, "Select * from " + tabella), prima);
+        EXPECT_EQ(contaRighe(*db, "Select * from " + tabella), prima);
         EXPECT_NE(grid->idCorrente(), nuovo);
     }
 }
@@ -250,8 +248,8 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
     riga("Consulenza", "100");
     clic(&e, "btnNuovoDettaglio");
     ASSERT_EQ(e.id(), 1);
-    EXPECT_EQ(conta(db, "Select * from Documenti where ID=1 and Numero=7 and Tipo=5"), 1);
-    EXPECT_EQ(conta(db, "Select * from Movimenti where Documento=1 and DescMovimento='Consulenza'"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Documenti where ID=1 and Numero=7 and Tipo=5"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Movimenti where Documento=1 and DescMovimento='Consulenza'"), 1);
     EXPECT_EQ(e.righe->griglia()->righeMostrate(), 1);
     EXPECT_DOUBLE_EQ(totale(1), 122);   // 100 plus VAT at 22%
     EXPECT_EQ(e.windowTitle().toStdString(), "Documento - Modifica");
@@ -267,7 +265,7 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
     EXPECT_DOUBLE_EQ(totale(1), 134.2);
     p.script->rispondiSi();
     QTest::keyClick(e.righe->griglia(), Qt::Key_Delete);
-    EXPECT_EQ(conta(db, "Select * from Movimenti where Documento=1"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Movimenti where Documento=1"), 1);
     EXPECT_DOUBLE_EQ(totale(1), 122);
     EXPECT_EQ(e.ricalcoli, 4);
 
@@ -277,7 +275,7 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
     clic(&e, "btnNuovoDettaglio");
     clic(&e, "btnEliminaDettaglio");
     EXPECT_EQ(testiMostrati(*p.script), (std::vector<std::string>{kNegato, kNegato}));
-    EXPECT_EQ(conta(db, "Select * from Movimenti"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Movimenti"), 1);
     EXPECT_EQ(e.ricalcoli, 4);
 
     // Without the right to see them, the lines show nothing.

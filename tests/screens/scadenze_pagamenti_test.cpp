@@ -74,10 +74,6 @@ protected:
         for (int r = 0; r < m->rowCount(); ++r) ids.push_back(store::CLng(m->valore(r, "ID")));
         return ids;
     }
-    bool vero(const std::string& sql, const char* campo) {
-        const store::Value v = Acquisti::campo(sql, campo);
-        return !v.isNull() && store::CBool(v);
-    }
 
     // What the payment editor would write: a payment against a document or an expense.
     void paga(long id, long documento, long spesa, long scadenza, double importo) {
@@ -146,8 +142,8 @@ TEST_F(Registri, ScadenzeComandiEDiritti) {
          [this] { paga(10, 1, 0, 1, 60); }, {},
          [this](frmScadenze& r) {
              EXPECT_EQ(core::ModoSchermo("frmPagamentiEdita"), 1);
-             EXPECT_TRUE(vero("Select * from Scadenze where ID=1", "Pagata"));
-             EXPECT_TRUE(vero("Select * from Documenti where ID=1", "Pagato"));
+             EXPECT_TRUE(store::CBool(campo("Select * from Scadenze where ID=1", "Pagata")));
+             EXPECT_TRUE(store::CBool(campo("Select * from Documenti where ID=1", "Pagato")));
              EXPECT_EQ(r.griglia()->idCorrente(), 1);
              EXPECT_EQ(store::ConcatText(r.griglia()->valore("Stato")), "Incassata");
          }},
@@ -161,8 +157,8 @@ TEST_F(Registri, ScadenzeComandiEDiritti) {
          },
          {},
          [this](frmScadenze&) {
-             EXPECT_TRUE(vero("Select * from Scadenze where ID=3", "Pagata"));
-             EXPECT_FALSE(vero("Select * from Spese where ID=1", "Pagata"));
+             EXPECT_TRUE(store::CBool(campo("Select * from Scadenze where ID=3", "Pagata")));
+             EXPECT_FALSE(store::CBool(campo("Select * from Spese where ID=1", "Pagata")));
          }},
         {"paga documento passivo", 1, 4, "btnPaga", 0, {}, "frmPagamentiEdita", {}, {},
          [](frmScadenze&) { EXPECT_EQ(core::ModoSchermo("frmPagamentiEdita"), 0); }},
@@ -242,14 +238,14 @@ TEST_F(Registri, PagamentiComandiEDiritti) {
              EXPECT_EQ(conta("Select * from Pagamenti where ID=1"), 0);
              EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=1"), 0);
              EXPECT_EQ(conta("Select * from PrimaNota"), 1);
-             EXPECT_TRUE(vero("Select * from Scadenze where ID=2", "Pagata"));
+             EXPECT_TRUE(store::CBool(campo("Select * from Scadenze where ID=2", "Pagata")));
              EXPECT_TRUE(idMostrati(r.griglia()).empty());
          }},
         // An expense still partly open after the payment goes loses its stale flag.
         {"elimina l'acconto della spesa", 0, 2, "btnElimina", 0, {core::vbYes}, "", {}, {domanda},
          [this](frmPagamenti&) {
              EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=2"), 0);
-             EXPECT_FALSE(vero("Select * from Spese where ID=1", "Pagata"));
+             EXPECT_FALSE(store::CBool(campo("Select * from Spese where ID=1", "Pagata")));
          }},
     };
     for (const auto& c : casi) esegui(c);

@@ -34,7 +34,6 @@ protected:
         s.dbUtilita = store::Workspace::Default().OpenDatabase((p.programma / "Utilità.mdb").string());
     }
 
-    long conta(store::Database& db, const std::string& sql) { return contaRighe(db, sql); }
     long contaArchivio(const std::string& sql) { return contaRighe(*core::session().dbArchivio, sql); }
     std::string valore(store::Database& db, const std::string& sql) {
         auto rs = db.OpenRecordset(sql);
@@ -272,7 +271,7 @@ TEST_F(Strumenti, CittaDegliIndirizzi) {
 // The towns' editor refuses a town without its CAP or its province and writes nothing.
 TEST_F(Strumenti, ComuneRifiutato) {
     auto& u = *core::session().dbUtilita;
-    const long prima = conta(u, "Select * from Comuni");
+    const long prima = contaRighe(u, "Select * from Comuni");
     const struct {
         const char *cap, *provincia, *messaggio;
     } casi[] = {
@@ -288,7 +287,7 @@ TEST_F(Strumenti, ComuneRifiutato) {
         e.txtProvincia->setText(c.provincia);
         e.Conferma();
         EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{c.messaggio});
-        EXPECT_EQ(conta(u, "Select * from Comuni"), prima);
+        EXPECT_EQ(contaRighe(u, "Select * from Comuni"), prima);
     }
 }
 
