@@ -154,9 +154,7 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
     EXPECT_EQ(f.cbCat->currentText().toStdString(), "Auto aziendali");
     EXPECT_EQ(f.cbCat->itemText(0).toStdString(), "Auto aziendali");
 
-    // A field of Contatti changed: each check of the field editor, then a size grown.
-    f.cbCat->setCurrentIndex(f.cbCat->findText("Contatti"));
-    f.MostraCategoria();
+    // Field 1 of Contatti changed: each check of the field editor, then a size grown.
     const struct {
         const char* nome;
         const char* dimensione;
@@ -182,7 +180,9 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
     EXPECT_EQ(tools::ControllaCampo(a, 2, 1, "Nome", 500),
               "Impossibile inserire una dimensione inferiore a quella precedente !");
 
-    // The category goes after both questions, with its fields and records.
+    // Contatti goes after both questions, with its fields and records.
+    f.cbCat->setCurrentIndex(f.cbCat->findText("Contatti"));
+    f.MostraCategoria();
     p.script->dimentica();
     p.script->rispondiSi();
     p.script->rispondiNo();
