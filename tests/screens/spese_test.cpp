@@ -29,8 +29,6 @@ using namespace prova;
 
 namespace {
 
-double numero(const store::Value& v) { return v.isNull() ? 0 : store::CDbl(v); }
-
 // Types into a box as the keyboard does, so that its accepted characters and its point count.
 void digita(ui::VText* box, const QString& testo) {
     box->clear();
@@ -133,10 +131,10 @@ TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
     // Taxable 100 + 50.50 + 12.34 - 10 = 152.84; VAT per line 22.00 + 11.11 + 1.23 - 2.20 = 32.14;
     // withholding 30.568, unrounded; total 152.84 - 30.568 + 32.14 = 154.412.
     const std::string spesa = "Select * from Spese where ID=1";
-    EXPECT_DOUBLE_EQ(numero(campo(spesa, "Imponibile")), 152.84);
-    EXPECT_DOUBLE_EQ(numero(campo(spesa, "TotIva")), 32.14);
-    EXPECT_NEAR(numero(campo(spesa, "ImportoSpesa")), 154.412, 1e-9);
-    EXPECT_NEAR(numero(r.griglia()->valore("ImportoSpesa")), 154.412, 1e-9);
+    EXPECT_DOUBLE_EQ(store::CDbl(campo(spesa, "Imponibile")), 152.84);
+    EXPECT_DOUBLE_EQ(store::CDbl(campo(spesa, "TotIva")), 32.14);
+    EXPECT_NEAR(store::CDbl(campo(spesa, "ImportoSpesa")), 154.412, 1e-9);
+    EXPECT_NEAR(store::CDbl(r.griglia()->valore("ImportoSpesa")), 154.412, 1e-9);
     QApplication::processEvents();  // the sums follow once the row is shown
     EXPECT_EQ(r.BarTotali->testo("ImportoSpesa"), "154,41");
     EXPECT_EQ(r.BarTotali->testo("TotRitenutaAcconto"), "30,57");
@@ -145,8 +143,8 @@ TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
     ui::VetraGrid* iva = r.GridIva->griglia();
     ASSERT_EQ(iva->righeMostrate(), 2);
     iva->vaiAId(1);
-    EXPECT_DOUBLE_EQ(numero(iva->valore("Imponibile")), 140.5);
-    EXPECT_DOUBLE_EQ(numero(iva->valore("Imposta")), 30.91);
+    EXPECT_DOUBLE_EQ(store::CDbl(iva->valore("Imponibile")), 140.5);
+    EXPECT_DOUBLE_EQ(store::CDbl(iva->valore("Imposta")), 30.91);
 
     // The negative line goes: its question, then the totals follow.
     r.sTab->setCurrentIndex(0);
@@ -156,8 +154,8 @@ TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
     p.script->rispondiSi();
     clic(&r, "btnEliminaMov");
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare il movimento 'Reso carta' ?"});
-    EXPECT_DOUBLE_EQ(numero(campo(spesa, "Imponibile")), 162.84);
-    EXPECT_NEAR(numero(r.griglia()->valore("ImportoSpesa")), 162.84 - 32.568 + 34.34, 1e-9);
+    EXPECT_DOUBLE_EQ(store::CDbl(campo(spesa, "Imponibile")), 162.84);
+    EXPECT_NEAR(store::CDbl(r.griglia()->valore("ImportoSpesa")), 162.84 - 32.568 + 34.34, 1e-9);
     EXPECT_FALSE(store::CBool(campo(spesa, "Pagata")));
 
     // The plan is read among the documents by the expense's id: with no document 1 the archive's
@@ -204,7 +202,7 @@ TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
                   1);
     }
     EXPECT_EQ(r.GridScadenze->griglia()->righeMostrate(), 2);
-    EXPECT_NEAR(numero(campo("Select Sum(ImportoScadenza) as S from Scadenze where Spesa=1", "S")), 164.61, 1e-9);
+    EXPECT_NEAR(store::CDbl(campo("Select Sum(ImportoScadenza) as S from Scadenze where Spesa=1", "S")), 164.61, 1e-9);
 }
 
 // Each command of the register on an expense with an open instalment and one line.
