@@ -116,7 +116,8 @@ protected:
         }
         clic(&r, c.comando);
         EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
-        EXPECT_EQ(p.script->schermiMostrati(), *c.editor ? std::vector<std::string>{c.editor} : std::vector<std::string>{});
+        EXPECT_EQ(p.script->schermiMostrati(),
+                  *c.editor ? std::vector<std::string>{c.editor} : std::vector<std::string>{});
         if (c.poi) c.poi(r);
     }
 };
