@@ -315,8 +315,8 @@ TEST_F(Acquisti, ScorporoDellIvaDiUnaRiga) {
     }
 }
 
-// The search: a ticked date must hold one; each criterion narrows the list and the sums of all
-// expenses follow it; cancelling changes nothing; everything again with Seleziona tutto.
+// The search: each criterion narrows the list and the sums of all expenses follow it; cancelling
+// changes nothing; everything again with Seleziona tutto.
 TEST_F(Acquisti, RicercaDelleSpese) {
     db->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (2,'Rossi')");
     spesa(1, "1", "03/10/2026");
@@ -331,17 +331,14 @@ TEST_F(Acquisti, RicercaDelleSpese) {
         const char* nome;
         std::function<void(frmSpeseCerca*)> compila;
         const char* comando;
-        std::vector<std::string> messaggi;
         std::string sorgente;
         long spese;          // expense rows listed
         const char* importo; // the sum of all expenses shown
     };
     const std::string tutte = frmSpese::SorgenteBase;
     const Caso casi[] = {
-        {"data mancante", [](frmSpeseCerca* c) { c->chkDataDal->setChecked(true); }, "Command1", {"Inserire la data!"},
-         tutte, 2, "150,00"},
-        {"annullata", [](frmSpeseCerca* c) { c->chkDest->setChecked(true); }, "Command2", {}, tutte, 2, "150,00"},
-        {"non pagate", [](frmSpeseCerca* c) { c->OpPagate->setCurrentIndex(2); }, "Command1", {},
+        {"annullata", [](frmSpeseCerca* c) { c->chkDest->setChecked(true); }, "Command2", tutte, 2, "150,00"},
+        {"non pagate", [](frmSpeseCerca* c) { c->OpPagate->setCurrentIndex(2); }, "Command1",
          "Select * from qrSpese  where Pagata=False", 1, "100,00"},
         {"fornitore e periodo", [](frmSpeseCerca* c) {
              c->OpPagate->setCurrentIndex(0);
@@ -349,7 +346,7 @@ TEST_F(Acquisti, RicercaDelleSpese) {
              c->cbDest->setValore(store::Value::Long(2));
              c->chkDataDal->setChecked(true);
              c->pkDataDal->setTesto("01/04/2026");
-         }, "Command1", {},
+         }, "Command1",
          "Select * from qrSpese  where DateValue(Data)>=DateValue('01/04/2026') and Fornitore=2", 1, "50,00"},
     };
     for (const Caso& c : casi) {
@@ -357,7 +354,7 @@ TEST_F(Acquisti, RicercaDelleSpese) {
         p.script->dimentica();
         cercaCon<frmSpeseCerca>(*p.script, c.compila, c.comando);
         clic(&r, "btnRicerca");
-        EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
+        EXPECT_TRUE(testiMostrati(*p.script).empty());
         EXPECT_EQ(r.griglia()->sorgente(), c.sorgente);
         EXPECT_EQ(conta(r.griglia()->sorgente()), c.spese);
         EXPECT_EQ(r.lblImportoTutti->text().toStdString(), c.importo);
