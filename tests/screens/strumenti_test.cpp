@@ -217,55 +217,39 @@ TEST_F(Strumenti, ComuniDellInstallazione) {
     }
 }
 
-// The address of both editors: typing a town offers each CAP, choosing fills the three boxes; a
-// town typed whole with one CAP fills an empty CAP and province as the box is left.
+// The address boxes: in the customer editor typing a town offers each CAP, and choosing fills the
+// three boxes; in the company editor a town typed whole with one CAP fills an empty CAP and province
+// as the box is left.
 TEST_F(Strumenti, CittaDegliIndirizzi) {
-    struct Editore {
-        const char* nome;
-        std::function<std::unique_ptr<QWidget>()> crea;
-        const char *citta, *cap, *provincia;
-    };
-    const Editore editori[] = {
-        {"frmClientiEdita", [] { return std::make_unique<frmClientiEdita>(); }, "VText5", "VText4", "txtProvincia"},
-        {"frmAziendeEdita", [] { return std::make_unique<frmAziendeEdita>(); }, "VText4", "VText3", "VText5"},
-    };
-    for (const Editore& e : editori) {
-        SCOPED_TRACE(e.nome);
-        auto w = e.crea();
-        w->show();
-        auto* citta = figlio<QLineEdit>(w.get(), e.citta);
-        auto* cap = figlio<QLineEdit>(w.get(), e.cap);
-        auto* provincia = figlio<QLineEdit>(w.get(), e.provincia);
-        ASSERT_TRUE(citta && cap && provincia);
-        auto* suggeriti = citta->findChild<QCompleter*>("ComuniSuggeriti");
-        ASSERT_NE(suggeriti, nullptr);
+    frmClientiEdita clienti;
+    clienti.show();
+    auto* citta = figlio<QLineEdit>(&clienti, "VText5");
+    ASSERT_TRUE(citta);
+    auto* suggeriti = citta->findChild<QCompleter*>("ComuniSuggeriti");
+    ASSERT_NE(suggeriti, nullptr);
+    citta->setFocus();
+    QTest::keyClicks(citta, "Milano");
+    ASSERT_EQ(suggeriti->model()->rowCount(), 42);   // every CAP of Milano
+    // Chosen from the keyboard: down to the fourth, Enter.
+    ASSERT_TRUE(suggeriti->popup()->isVisible());
+    for (int i = 0; i < 4; ++i) QTest::keyClick(suggeriti->popup(), Qt::Key_Down);
+    QTest::keyClick(suggeriti->popup(), Qt::Key_Return);
+    EXPECT_EQ(QStringList({citta->text(), figlio<QLineEdit>(&clienti, "VText4")->text(),
+                           figlio<QLineEdit>(&clienti, "txtProvincia")->text()}),
+              QStringList({"Milano", "20124", "MI"}));
+    clienti.hide();
 
-        citta->setFocus();
-        QTest::keyClicks(citta, "Milano");
-        QAbstractItemModel* m = suggeriti->model();
-        ASSERT_EQ(m->rowCount(), 42);   // every CAP of Milano
-        // Chosen from the keyboard: down to the fourth, Enter.
-        ASSERT_TRUE(suggeriti->popup()->isVisible());
-        for (int i = 0; i < 4; ++i) QTest::keyClick(suggeriti->popup(), Qt::Key_Down);
-        QTest::keyClick(suggeriti->popup(), Qt::Key_Return);
-        EXPECT_EQ(citta->text().toStdString(), "Milano");
-        EXPECT_EQ(cap->text().toStdString(), "20124");
-        EXPECT_EQ(provincia->text().toStdString(), "MI");
-
-        // A town with one CAP, typed whole and left.
-        citta->clear();
-        cap->clear();
-        provincia->clear();
-        citta->setFocus();
-        QTest::keyClicks(citta, "abano terme");
-        suggeriti->popup()->hide();
-        emit citta->editingFinished();
-        EXPECT_EQ(citta->text().toStdString(), "Abano Terme");
-        EXPECT_EQ(cap->text().toStdString(), "35031");
-        EXPECT_EQ(provincia->text().toStdString(), "PD");
-
-        w->hide();
-    }
+    frmAziendeEdita aziende;
+    aziende.show();
+    citta = figlio<QLineEdit>(&aziende, "VText4");
+    ASSERT_TRUE(citta);
+    citta->setFocus();
+    QTest::keyClicks(citta, "abano terme");
+    citta->findChild<QCompleter*>("ComuniSuggeriti")->popup()->hide();
+    emit citta->editingFinished();
+    EXPECT_EQ(QStringList({citta->text(), figlio<QLineEdit>(&aziende, "VText3")->text(),
+                           figlio<QLineEdit>(&aziende, "VText5")->text()}),
+              QStringList({"Abano Terme", "35031", "PD"}));
 }
 
 // The towns' editor refuses a town without its CAP or its province and writes nothing.
