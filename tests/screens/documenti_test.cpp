@@ -7,7 +7,6 @@
 
 #include <sqlite3.h>
 
-#include "core/archivio_sql.h"
 #include "core/documenti.h"
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
