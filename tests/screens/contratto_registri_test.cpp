@@ -5,18 +5,13 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QPushButton>
 
 #include "app/screens/Registra.h"
-#include "core/aziende.h"
-#include "core/esercizi.h"
-#include "core/pannello.h"
 #include "core/archivio_sql.h"
 #include "core/diritti.h"
 #include "core/documenti.h"
-#include "core/impostazioni.h"
 #include "store/convert.h"
-#include "support/avvio_prova.h"
+#include "support/acquisti_prova.h"
 #include "sales/totali.h"
 #include "ui/Dettaglio.h"
 #include "ui/RegistroBase.h"
@@ -28,18 +23,14 @@ using namespace prova;
 
 namespace {
 
-class Contratto : public ::testing::Test {
+class Contratto : public Acquisti {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        Acquisti::SetUp();
         core::session().dbAziende->Execute("Insert Into Aziende (ID,Denominazione,Citta) VALUES (2,'Beta','Milano')");
         auto& s = core::session();
-        s.dbArchivio->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
-        s.dbArchivio->Execute("Insert Into TipiSpesa (ID,DescTipoSpesa) VALUES (1,'Cancelleria')");
-        s.dbArchivio->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
         s.dbArchivio->Execute("Insert Into CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)");
         s.dbArchivio->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Srl')");
-        s.dbArchivio->Execute("Insert Into Fornitori (ID,DescFornitore) VALUES (1,'Cartoleria Bianchi')");
         s.dbArchivio->Execute("Insert Into [Note] (ID,Descrizione,Predefinita) VALUES (1,'Contatti',True)");
         s.dbArchivio->Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) VALUES (1,1,'Nome',40)");
         s.dbArchivio->Execute("Insert Into NoteCampi (ID,[Note],NomeCampo,Dimensione) VALUES (2,1,'Telefono',0)");
@@ -49,8 +40,6 @@ protected:
         s.dbUtilita = store::Workspace::Default().OpenDatabase((p.programma / "Utilità.mdb").string());
         s.dbUtilita->Execute("Delete from Comuni where Provincia<>'PD'");   // a list short enough to show whole
     }
-
-    long conta(const store::DatabasePtr& db, const std::string& sql) { return contaRighe(*db, sql); }
 
     // The editor's script: every empty text box gets a value of its kind, the first one the text
     // given, then confirm.
@@ -79,7 +68,6 @@ protected:
         });
     }
 
-    ProgrammaDiProva p;
     int cambi_ = 0;
     std::string campoCambiato_, testoCambiato_;
 };
@@ -106,17 +94,14 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         const store::DatabasePtr db = d.database ? d.database : core::ArchivioAperto();
         ui::VetraGrid* grid = r->griglia();
 
-        // Opens and lists every row of its source.
-        EXPECT_EQ(grid->righeMostrate(), conta(db, d.sorgente));
+        EXPECT_EQ(grid->righeMostrate(), contaRighe(*db, d.sorgente));
 
         // The search goes into the source's own filter, on the field chosen by its caption.
         ASSERT_FALSE(d.ricerca.empty());
-        auto* cb = figlio<QComboBox>(r.get(), "cbCerca");
-        cb->setCurrentIndex(0);
+        figlio<QComboBox>(r.get(), "cbCerca")->setCurrentIndex(0);
         figlio<QLineEdit>(r.get(), "txtCerca")->setText("a'");
         clic(r.get(), "btnCerca");
-        const std::string cercata = core::AggiungiCondizione(d.sorgente, d.ricerca[0] + " Like '*a''*'");
-        EXPECT_EQ(grid->sorgente(), cercata);
+        EXPECT_EQ(grid->sorgente(), core::AggiungiCondizione(d.sorgente, d.ricerca[0] + " Like '*a''*'"));
         EXPECT_EQ(grid->righeMostrate(), 0);
         figlio<QLineEdit>(r.get(), "txtCerca")->clear();
         clic(r.get(), "btnCerca");
@@ -133,15 +118,15 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         }
         const std::string editore = editor->objectName().toStdString();
         const std::string tabella = editor->tabella();
-        const long prima = conta(db, "Select * from " + tabella);
+        const long prima = contaRighe(*db, "Select * from " + tabella);
 
         // New through the editor: the row is written with the next id and shown current.
         p.script->dimentica();
         compila(editore, "Voce di prova");
         clic(r.get(), "btnNuovo");
-        ASSERT_EQ(conta(db, "Select * from " + tabella), prima + 1);
+        ASSERT_EQ(contaRighe(*db, "Select * from " + tabella), prima + 1);
         const long nuovo = grid->idCorrente();
-        EXPECT_EQ(conta(db, "Select * from " + tabella + " where ID=" + std::to_string(nuovo)), 1);
+        EXPECT_EQ(contaRighe(*db, "Select * from " + tabella + " where ID=" + std::to_string(nuovo)), 1);
 
         // Change through the editor, on the current row; the list shows the change on return.
         compila(editore, "Voce cambiata");
@@ -156,15 +141,13 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         for (const auto& [pulsante, posizione] : guardati) {
             if (posizione == 0) continue;
             SCOPED_TRACE(pulsante);
-            core::session().Privilegi = std::string(14, '1');
-            core::session().Privilegi[static_cast<size_t>(posizione - 1)] = '0';
+            senzaDiritto(posizione);
             p.script->dimentica();
             p.script->rispondiSi();
             clic(r.get(), pulsante);
             EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
             EXPECT_TRUE(p.script->schermiMostrati().empty());
-            EXPECT_EQ(conta(db, "Select * from " + tabella), prima + 1);
-            p.script->dimentica();
+            EXPECT_EQ(contaRighe(*db, "Select * from " + tabella), prima + 1);
         }
         core::session().Privilegi = std::string(14, '1');
 
@@ -172,7 +155,7 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
         grid->vaiAId(nuovo);
         for (int i = 0; i < 3; ++i) p.script->rispondiSi();
         clic(r.get(), "btnElimina");
-        EXPECT_EQ(conta(db, "Select * from " + tabella), prima);
+        EXPECT_EQ(contaRighe(*db, "Select * from " + tabella), prima);
         EXPECT_NE(grid->idCorrente(), nuovo);
     }
 }
@@ -180,7 +163,6 @@ TEST_F(Contratto, OgniRegistroRegistrato) {
 // A register's own right to be seen: opened from the registry without it, nothing opens.
 TEST_F(Contratto, RegistroSenzaDirittoDiVedereNonSiApre) {
     core::session().Privilegi = "0" + std::string(13, '1');
-    p.script->dimentica();
     core::MostraPannello("frmUtenti");
     for (QWidget* w : QApplication::topLevelWidgets()) EXPECT_FALSE(w->objectName() == "frmUtenti" && w->isVisible());
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{kNegato});
@@ -266,8 +248,8 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
     riga("Consulenza", "100");
     clic(&e, "btnNuovoDettaglio");
     ASSERT_EQ(e.id(), 1);
-    EXPECT_EQ(conta(db, "Select * from Documenti where ID=1 and Numero=7 and Tipo=5"), 1);
-    EXPECT_EQ(conta(db, "Select * from Movimenti where Documento=1 and DescMovimento='Consulenza'"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Documenti where ID=1 and Numero=7 and Tipo=5"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Movimenti where Documento=1 and DescMovimento='Consulenza'"), 1);
     EXPECT_EQ(e.righe->griglia()->righeMostrate(), 1);
     EXPECT_DOUBLE_EQ(totale(1), 122);   // 100 plus VAT at 22%
     EXPECT_EQ(e.windowTitle().toStdString(), "Documento - Modifica");
@@ -283,7 +265,7 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
     EXPECT_DOUBLE_EQ(totale(1), 134.2);
     p.script->rispondiSi();
     QTest::keyClick(e.righe->griglia(), Qt::Key_Delete);
-    EXPECT_EQ(conta(db, "Select * from Movimenti where Documento=1"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Movimenti where Documento=1"), 1);
     EXPECT_DOUBLE_EQ(totale(1), 122);
     EXPECT_EQ(e.ricalcoli, 4);
 
@@ -293,7 +275,7 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
     clic(&e, "btnNuovoDettaglio");
     clic(&e, "btnEliminaDettaglio");
     EXPECT_EQ(testiMostrati(*p.script), (std::vector<std::string>{kNegato, kNegato}));
-    EXPECT_EQ(conta(db, "Select * from Movimenti"), 1);
+    EXPECT_EQ(contaRighe(*db, "Select * from Movimenti"), 1);
     EXPECT_EQ(e.ricalcoli, 4);
 
     // Without the right to see them, the lines show nothing.

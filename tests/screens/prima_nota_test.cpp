@@ -17,7 +17,6 @@
 #include "core/archivio_sql.h"
 #include "core/esportazione.h"
 #include "core/pannello.h"
-#include "core/registro_schermi.h"
 #include "core/stampa.h"
 #include "store/clock.h"
 #include "store/convert.h"
@@ -89,8 +88,8 @@ protected:
     bool tipoNascosto = false;
 };
 
-// The figures of each view, worked out by hand from the rows above.
-TEST_F(PrimaNota, VisteESaldi) {
+// The figures of each view and of a search, worked out by hand from the rows above.
+TEST_F(PrimaNota, VisteRicercaESaldi) {
     frmPrimaNota r;
     struct Vista {
         const char* nome;
@@ -121,10 +120,8 @@ TEST_F(PrimaNota, VisteESaldi) {
         ASSERT_TRUE(r.griglia()->vaiAId(id));
         EXPECT_EQ(testo(r.lblSaldoRiga), saldo) << id;
     }
-}
 
-TEST_F(PrimaNota, Ricerca) {
-    frmPrimaNota r;
+    // The search, its statement and figures.
     struct Caso {
         const char* nome;
         std::function<void(frmPrimaNotaCerca*)> compila;
@@ -161,54 +158,9 @@ TEST_F(PrimaNota, Ricerca) {
     }
 }
 
-TEST_F(PrimaNota, VociDigitateCambiateEliminate) {
-    frmPrimaNota r;
-    r.cbDest->setCurrentIndex(1);
-    compila("Spese postali", "12,40", 1, "13/03/2026", 1);
-    clic(&r, "btnNuovo");
-    const long nuovo = r.griglia()->idCorrente();
-    EXPECT_EQ(nuovo, 7);
-    EXPECT_EQ(conta("Select * from PrimaNota where ID=7 and Tipo=1 and Destinazione=1 and Pagamento=0 and "
-                    "Importo=12.4"), 1);
-    EXPECT_EQ(cifre(r), (std::vector<std::string>{"0,00", "80,00", "12,40", "67,60"}));
-
-    // Changed to an entrata moved to the bank: gone from the till's list, figures again.
-    compila("Spese postali rimborsate", "20", 0, "13/03/2026", 0);
-    QTest::keyClick(r.griglia(), Qt::Key_Return);
-    EXPECT_EQ(conta("Select * from PrimaNota where ID=7 and Tipo=0 and Destinazione=0 and Importo=20"), 1);
-    EXPECT_EQ(cifre(r), (std::vector<std::string>{"0,00", "80,00", "0,00", "80,00"}));
-
-    r.cbDest->setCurrentIndex(0);
-    ASSERT_TRUE(r.griglia()->vaiAId(7));
-    p.script->rispondiSi();
-    p.script->dimentica();
-    QTest::keyClick(r.griglia(), Qt::Key_Delete);
-    EXPECT_EQ(p.script->messaggi().at(0).testo, "Eliminare la voce di prima nota selezionata?");
-    EXPECT_EQ(conta("Select * from PrimaNota where ID=7"), 0);
-    EXPECT_EQ(cifre(r), (std::vector<std::string>{"749,50", "300,00", "49,50", "1.000,00"}));
-}
-
-// A row mirroring a payment: never deleted here; its amount and type stay, its text and date go
-// back to the payment.
-TEST_F(PrimaNota, VoceDiUnPagamento) {
-    frmPrimaNota r;
-    ASSERT_TRUE(r.griglia()->vaiAId(4));
-    p.script->rispondiSi();
-    clic(&r, "btnElimina");
-    EXPECT_EQ(testiMostrati(*p.script),
-              std::vector<std::string>{"Impossibile eliminare la voce in quanto collegata ad un pagamento!"});
-    EXPECT_EQ(conta("Select * from PrimaNota where ID=4"), 1);
-
-    compila("Pagamento fattura Bianchi n. 12", "999", 2, "11/03/2026", 0);
-    clic(&r, "btnModifica");
-    EXPECT_TRUE(tipoNascosto);
-    EXPECT_EQ(conta("Select * from PrimaNota where ID=4 and Importo=49.5 and Tipo=1 and Destinazione=2"), 1);
-    EXPECT_EQ(conta("Select * from Pagamenti where ID=7 and DescPagamento='Pagamento fattura Bianchi n. 12' and "
-                    "DataPagamento=#03/11/2026# and ImportoPagamento=49.5"), 1);
-}
-
-// A bad row: its message, the editor stays open, nothing written.
-TEST_F(PrimaNota, VociRifiutate) {
+// A bad row: its message, the editor stays open, nothing written. A good one typed, changed and
+// deleted, the figures following; one of a payment kept.
+TEST_F(PrimaNota, Voci) {
     frmPrimaNota r;
     struct Caso {
         QString descrizione, importo;
@@ -230,15 +182,53 @@ TEST_F(PrimaNota, VociRifiutate) {
         EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{c.messaggio});
         EXPECT_EQ(conta("Select * from PrimaNota"), 6);
     }
+
+    r.cbDest->setCurrentIndex(1);
+    compila("Spese postali", "12,40", 1, "13/03/2026", 1);
+    clic(&r, "btnNuovo");
+    EXPECT_EQ(r.griglia()->idCorrente(), 7);
+    EXPECT_EQ(conta("Select * from PrimaNota where ID=7 and Tipo=1 and Destinazione=1 and Pagamento=0 and "
+                    "Importo=12.4"), 1);
+    EXPECT_EQ(cifre(r), (std::vector<std::string>{"0,00", "80,00", "12,40", "67,60"}));
+
+    // Changed to an entrata moved to the bank: gone from the till's list, figures again.
+    compila("Spese postali rimborsate", "20", 0, "13/03/2026", 0);
+    QTest::keyClick(r.griglia(), Qt::Key_Return);
+    EXPECT_EQ(conta("Select * from PrimaNota where ID=7 and Tipo=0 and Destinazione=0 and Importo=20"), 1);
+    EXPECT_EQ(cifre(r), (std::vector<std::string>{"0,00", "80,00", "0,00", "80,00"}));
+
+    r.cbDest->setCurrentIndex(0);
+    ASSERT_TRUE(r.griglia()->vaiAId(7));
+    p.script->rispondiSi();
+    p.script->dimentica();
+    QTest::keyClick(r.griglia(), Qt::Key_Delete);
+    EXPECT_EQ(p.script->messaggi().at(0).testo, "Eliminare la voce di prima nota selezionata?");
+    EXPECT_EQ(conta("Select * from PrimaNota where ID=7"), 0);
+    EXPECT_EQ(cifre(r), (std::vector<std::string>{"749,50", "300,00", "49,50", "1.000,00"}));
+
+    // A row mirroring a payment: never deleted here; its amount and type stay, its text and date go
+    // back to the payment.
+    p.script->dimentica();
+    ASSERT_TRUE(r.griglia()->vaiAId(4));
+    p.script->rispondiSi();
+    clic(&r, "btnElimina");
+    EXPECT_EQ(testiMostrati(*p.script),
+              std::vector<std::string>{"Impossibile eliminare la voce in quanto collegata ad un pagamento!"});
+    EXPECT_EQ(conta("Select * from PrimaNota where ID=4"), 1);
+
+    compila("Pagamento fattura Bianchi n. 12", "999", 2, "11/03/2026", 0);
+    clic(&r, "btnModifica");
+    EXPECT_TRUE(tipoNascosto);
+    EXPECT_EQ(conta("Select * from PrimaNota where ID=4 and Importo=49.5 and Tipo=1 and Destinazione=2"), 1);
+    EXPECT_EQ(conta("Select * from Pagamenti where ID=7 and DescPagamento='Pagamento fattura Bianchi n. 12' and "
+                    "DataPagamento=#03/11/2026# and ImportoPagamento=49.5"), 1);
 }
 
 // The register's print: the previous balance as a row dated the day before the period, under
 // uscite when negative; the rows "saldo precedente" out of the printed totals.
 TEST_F(PrimaNota, StampaDelRegistro) {
-    frmPrimaNota r;
-    r.cbDest->setCurrentIndex(1);
     Riga(8, "28/02/2026", "Prelievo", 30, 1, 1, 0);   // the till goes 30 below zero before March
-    r.cbDest->setCurrentIndex(0);
+    frmPrimaNota r;
     r.cbDest->setCurrentIndex(1);
     clic(&r, "btnStampa");
     ASSERT_EQ(stampe.size(), 1u);

@@ -2,7 +2,6 @@
 // right and its refusals, the rows it writes or deletes, the flags a payment delete refreshes, and
 // the figures of both summaries worked out by hand. Then the instalment editor's checks.
 #include <QLabel>
-#include <QPushButton>
 #include <QTabWidget>
 
 #include "core/archivio_sql.h"
@@ -13,7 +12,7 @@
 #include "sales/screens/SchedaScadenze.h"
 #include "sales/screens/frmDocumenti.h"
 #include "store/convert.h"
-#include "support/avvio_prova.h"
+#include "support/acquisti_prova.h"
 #include "ui/Dettaglio.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
@@ -26,11 +25,10 @@ namespace {
 
 // Fattura 1 of 300.00 in three instalments of 100.00, the first paid (payment 1, with its journal
 // row); fattura 2 of 50.00 with nothing on it; a journal row typed by hand.
-class TabScadenze : public ::testing::Test {
+class TabScadenze : public Acquisti {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        Acquisti::SetUp();
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
         documento(1, 1, "03/10/2026", 300);
         documento(2, 2, "03/11/2026", 50);
@@ -55,11 +53,6 @@ protected:
                     core::NumeroSql(importo) + ")");
         db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (" + s + "," + s + "," + core::NumeroSql(importo) + ")");
     }
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
-    bool flag(const char* tabella, const char* campo, long id) {
-        return store::CBool(db->OpenRecordset(std::string("Select * from ") + tabella + " where ID=" + std::to_string(id))
-                                ->get(campo));
-    }
 
     // The register of fatture, shown, on tab 3, with the document in front.
     std::unique_ptr<frmDocumenti> registro(long documento, long tipo = core::TipoFatturaEmessa) {
@@ -77,55 +70,29 @@ protected:
             v.push_back(figlio<QLabel>(r.Scadenze, l)->text().toStdString());
         return v;
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
-// Every command tests its own right first. Each part of
-// the tab shows with its right to see it.
-TEST_F(TabScadenze, Diritti) {
-    auto r = registro(1);
-    ASSERT_TRUE(r->Scadenze->fmScadenze->griglia()->vaiAId(2));
-    const std::pair<int, std::vector<const char*>> casi[] = {
-        {core::ScadenzeModificare, {"btnNuovaScadenza", "btnGeneraScadenze"}},
-        {core::IncassiModificare, {"btnIncassa", "btnEliminaPagamento"}},
-        {0, {"btnIncassa"}},
-    };
-    for (const auto& [negato, comandi] : casi) {
-        core::session().Privilegi = std::string(14, '1');
-        if (negato) core::session().Privilegi[static_cast<size_t>(negato - 1)] = '0';
-        for (const char* comando : comandi) {
-            SCOPED_TRACE(comando);
-            p.script->dimentica();
-            clic(r.get(), comando);
-            // Allowed, the payment editor opens (the script does not confirm it).
-            EXPECT_EQ(testiMostrati(*p.script), negato ? std::vector<std::string>{kNegato} : std::vector<std::string>{});
-            EXPECT_EQ(p.script->schermiMostrati(),
-                      negato ? std::vector<std::string>{} : std::vector<std::string>{"frmPagamentiEdita"});
-        }
-    }
-    EXPECT_EQ(conta("Select * from Scadenze"), 3);
-    EXPECT_EQ(conta("Select * from Pagamenti"), 1);
-
+// Each part of the tab shows with its right to see it.
+TEST_F(TabScadenze, PartiVisibiliConIDiritti) {
     for (const char* parte : {"fmScadenze", "fmPagamenti", "fmResoconto"}) {
         SCOPED_TRACE(parte);
         const int vedere = parte[2] == 'S' ? core::ScadenzeVedere : parte[2] == 'P' ? core::PagamentiVedere
                                                                                    : core::PrimaNotaVedere;
-        core::session().Privilegi = std::string(14, '1');
-        core::session().Privilegi[static_cast<size_t>(vedere - 1)] = '0';
+        senzaDiritto(vedere);
         auto s = registro(1);
         for (const char* altra : {"fmScadenze", "fmPagamenti", "fmResoconto"})
             EXPECT_EQ(figlio<QWidget>(s->Scadenze, altra)->isVisible(), std::string(altra) != parte) << altra;
     }
 }
 
-// New, change and delete of an instalment, with the refusals of a paid document and instalment.
+// Each command on fattura 1: its own right first, then the refusals of a paid document and
+// instalment; allowed, the editor opens (the script does not confirm it) or the row goes.
 TEST_F(TabScadenze, ComandiDelleScadenze) {
     struct Caso {
         const char* nome;
-        long documento, scadenza;
+        long scadenza;
         const char* comando;
+        int negato;   // the right taken away, 0 none
         int risposta;
         std::vector<std::string> messaggi;
         std::vector<std::string> schermi;
@@ -134,18 +101,25 @@ TEST_F(TabScadenze, ComandiDelleScadenze) {
     const std::string movimentata =
         "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n1) Pagamenti\r\n";
     const Caso casi[] = {
-        {"nuova su un documento pagato", 1, 0, "btnNuovaScadenza", 0,
+        {"nuova senza diritto", 0, "btnNuovaScadenza", core::ScadenzeModificare, 0, {kNegato}, {}, 3},
+        {"generazione senza diritto", 0, "btnGeneraScadenze", core::ScadenzeModificare, 0, {kNegato}, {}, 3},
+        {"incasso senza diritto", 2, "btnIncassa", core::IncassiModificare, 0, {kNegato}, {}, 3},
+        {"eliminazione di un pagamento senza diritto", 0, "btnEliminaPagamento", core::IncassiModificare, 0,
+         {kNegato}, {}, 3},
+        {"incasso", 2, "btnIncassa", 0, 0, {}, {"frmPagamentiEdita"}, 3},
+        {"nuova su un documento pagato", 0, "btnNuovaScadenza", 0, 0,
          {"Impossibile generare scadenze se sono già stati emessi dei pagamenti!"}, {}, 3},
-        {"modifica di una scadenza pagata", 1, 1, "btnModificaScadenza", 0,
+        {"modifica di una scadenza pagata", 1, "btnModificaScadenza", 0, 0,
          {"Impossibile modificare la scadenza: risultano dei pagamenti registrati!"}, {}, 3},
-        {"modifica di una scadenza aperta", 1, 2, "btnModificaScadenza", 0, {}, {"frmScadenzeEdita"}, 3},
-        {"eliminazione di una scadenza pagata", 1, 1, "btnEliminaScadenza", 0, {movimentata}, {}, 3},
-        {"eliminazione confermata", 1, 2, "btnEliminaScadenza", core::vbYes,
+        {"modifica di una scadenza aperta", 2, "btnModificaScadenza", 0, 0, {}, {"frmScadenzeEdita"}, 3},
+        {"eliminazione di una scadenza pagata", 1, "btnEliminaScadenza", 0, 0, {movimentata}, {}, 3},
+        {"eliminazione confermata", 2, "btnEliminaScadenza", 0, core::vbYes,
          {"Eliminare la scadenza selezionata?"}, {}, 2},
     };
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.nome);
-        auto r = registro(c.documento);
+        senzaDiritto(c.negato);
+        auto r = registro(1);
         if (c.scadenza) {
             ASSERT_TRUE(r->Scadenze->fmScadenze->griglia()->vaiAId(c.scadenza));
         }
@@ -155,12 +129,11 @@ TEST_F(TabScadenze, ComandiDelleScadenze) {
         EXPECT_EQ(testiMostrati(*p.script), c.messaggi);
         EXPECT_EQ(p.script->schermiMostrati(), c.schermi);
         EXPECT_EQ(conta("Select * from Scadenze where Documento=1"), c.scadenzeDopo);
+        EXPECT_EQ(conta("Select * from Pagamenti"), 1);
     }
-}
 
-// A new instalment on the free document: the document comes picked with all of it left, and the
-// row is written with its counterpart; the tab lists it at once.
-TEST_F(TabScadenze, NuovaScadenzaSulDocumento) {
+    // A new one on the free fattura 2: the document comes picked with all of it left, and the row
+    // is written with its counterpart; the tab lists it at once.
     auto r = registro(2);
     p.script->schermo("frmScadenzeEdita", [](QWidget* w) {
         static_cast<frmScadenzeEdita*>(w)->pkData->setTesto("30/04/2026");
@@ -190,9 +163,9 @@ TEST_F(TabScadenze, EliminazioneDiUnPagamento) {
     p.script->rispondiSi();
     clic(r.get(), "btnEliminaPagamento");
     EXPECT_EQ(conta("Select * from Pagamenti"), 2);
-    EXPECT_FALSE(flag("Documenti", "Pagato", 1));
-    EXPECT_FALSE(flag("Scadenze", "Pagata", 3));
-    EXPECT_TRUE(flag("Scadenze", "Pagata", 2));
+    EXPECT_FALSE(store::CBool(campo("Select * from Documenti where ID=1", "Pagato")));
+    EXPECT_FALSE(store::CBool(campo("Select * from Scadenze where ID=3", "Pagata")));
+    EXPECT_TRUE(store::CBool(campo("Select * from Scadenze where ID=2", "Pagata")));
     EXPECT_EQ(conta("Select * from PrimaNota where Pagamento=3"), 0);
     EXPECT_EQ(conta("Select * from PrimaNota"), 3);   // the other two payments' and the one typed by hand
     EXPECT_EQ(pagamenti->righeMostrate(), 2);

@@ -68,6 +68,15 @@ protected:
         return r;
     }
 
+    // No message shown when none is expected, else one that holds the text expected.
+    void Messaggio(const std::string& atteso) {
+        const auto testi = testiMostrati(*p.script);
+        ASSERT_EQ(testi.size(), atteso.empty() ? 0u : 1u) << (testi.empty() ? "" : testi[0]);
+        if (!atteso.empty()) {
+            EXPECT_NE(testi[0].find(atteso), std::string::npos) << testi[0];
+        }
+    }
+
     std::vector<std::string> Elenco(frmStampa& f) {
         std::vector<std::string> v;
         for (int i = 0; i < f.VetraCombo1->count(); ++i) v.push_back(f.VetraCombo1->itemText(i).toStdString());
@@ -106,6 +115,7 @@ TEST_F(Stampa, AnteprimaConINomiDelChiamante) {
          "3078; Secondo.rpf: la query del sub-report Elenco non si esegue"},
     };
     for (const auto& c : casi) {
+        SCOPED_TRACE(c.nome);
         core::RichiestaStampa r = Richiesta();
         c.cambia(r);
         p.script->dimentica();
@@ -115,15 +125,8 @@ TEST_F(Stampa, AnteprimaConINomiDelChiamante) {
             return false;
         });
         Apri(r, [&](frmStampa& f) { clic(&f, "btnAnteprima"); });
-        const auto testi = testiMostrati(*p.script);
-        if (c.messaggio.empty()) {
-            EXPECT_TRUE(testi.empty()) << c.nome << ": " << (testi.empty() ? "" : testi[0]);
-            EXPECT_EQ(pagina, "Pagina 1 di 1") << c.nome;
-        } else {
-            ASSERT_EQ(testi.size(), 1u) << c.nome;
-            EXPECT_NE(testi[0].find(c.messaggio), std::string::npos) << c.nome << ": " << testi[0];
-            EXPECT_EQ(pagina, "") << c.nome;
-        }
+        Messaggio(c.messaggio);
+        EXPECT_EQ(pagina, c.messaggio.empty() ? "Pagina 1 di 1" : "");
     }
 }
 
@@ -150,13 +153,7 @@ TEST_F(Stampa, DuplicaConNomiBuoniECattivi) {
             clic(&f, "btnDuplica");
             scelto = f.VetraCombo1->currentText().toStdString();
         });
-        const auto testi = testiMostrati(*p.script);
-        if (c.messaggio.empty()) {
-            EXPECT_TRUE(testi.empty()) << testi[0];
-        } else {
-            ASSERT_EQ(testi.size(), 1u);
-            EXPECT_NE(testi[0].find(c.messaggio), std::string::npos) << testi[0];
-        }
+        Messaggio(c.messaggio);
         if (c.file.empty()) {
             EXPECT_EQ(Predefiniti(), prima);
             EXPECT_FALSE(anteprima);
