@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "store/errors.h"
+#include "store/sql/translator.h"
 
 namespace store::sql {
 
@@ -164,8 +165,7 @@ Numero operando(sqlite3_value* v) {
     switch (sqlite3_value_numeric_type(v)) {
         case SQLITE_NULL: return {};
         case SQLITE_INTEGER: return Numero::intero(sqlite3_value_int64(v));
-        case SQLITE_FLOAT: return Numero::reale(sqlite3_value_double(v));
-        default: return Numero::reale(sqlite3_value_double(v));
+        default: return Numero::reale(sqlite3_value_double(v));  // a real, or a text SQLite read as one
     }
 }
 
@@ -203,11 +203,6 @@ const Numero& esegui(Programma& p, sqlite3_value** argv) {
     return p.valori.back();
 }
 
-void erroreJet(sqlite3_context* ctx, int numero) {
-    const std::string m = "JET:" + std::to_string(numero) + ":" + errorText(numero);
-    sqlite3_result_error(ctx, m.c_str(), static_cast<int>(m.size()));
-}
-
 void sqlCalc(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     auto* p = static_cast<Programma*>(sqlite3_get_auxdata(ctx, 0));
     std::unique_ptr<Programma> nuovo;
@@ -215,7 +210,7 @@ void sqlCalc(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
         nuovo = std::make_unique<Programma>();
         const auto* testo = reinterpret_cast<const char*>(sqlite3_value_text(argv[0]));
         if (!testo || !leggiProgramma(testo, argc - 1, *nuovo)) {
-            erroreJet(ctx, err::ChiamataNonValida);
+            resultJetError(ctx, err::ChiamataNonValida);
             return;
         }
         p = nuovo.get();
@@ -226,7 +221,7 @@ void sqlCalc(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
         else if (r.tipo == Numero::Tipo::Intero) sqlite3_result_int64(ctx, r.i);
         else sqlite3_result_double(ctx, r.d);
     } catch (const Errore& e) {
-        erroreJet(ctx, e.numero);
+        resultJetError(ctx, e.numero);
     }
     // SQLite keeps the parsed program for the next row while the text stays the same; it may also
     // free it at once, so it is handed over only after its last use here.

@@ -80,21 +80,16 @@ void encode(sqlite3_context* ctx, const Value& v) {
     }
 }
 
-void resultError(sqlite3_context* ctx, int number, const std::string& text) {
-    std::string m = "JET:" + std::to_string(number) + ":" + text;
-    sqlite3_result_error(ctx, m.c_str(), static_cast<int>(m.size()));
-}
-
 template <typename F>
 void guarded(sqlite3_context* ctx, F&& f) {
     try {
         f();
     } catch (const JetError& e) {
-        resultError(ctx, e.number(), e.what());
+        resultJetError(ctx, e.number(), e.what());
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(ctx);
     } catch (const std::exception& e) {
-        resultError(ctx, err::ChiamataNonValida, errorText(err::ChiamataNonValida));
+        resultJetError(ctx, err::ChiamataNonValida);
     }
 }
 
@@ -870,6 +865,13 @@ void bindParams(sqlite3_stmt* stmt, const std::vector<Value>& params) {
         }
     }
 }
+
+void resultJetError(sqlite3_context* ctx, int number, const std::string& text) {
+    std::string m = "JET:" + std::to_string(number) + ":" + text;
+    sqlite3_result_error(ctx, m.c_str(), static_cast<int>(m.size()));
+}
+
+void resultJetError(sqlite3_context* ctx, int number) { resultJetError(ctx, number, errorText(number)); }
 
 void raiseFromSqlite(sqlite3* db, int rc, std::string_view context) {
     const char* m = db ? sqlite3_errmsg(db) : nullptr;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "store/errors.h"
+#include "store/sql/translator.h"
 
 namespace store::sql {
 
@@ -16,8 +17,7 @@ constexpr double kEndDateSerial = 2958466.0;    // 1/1/10000
 
 void jetFinite(sqlite3_context* ctx, int, sqlite3_value** argv) {
     if (sqlite3_value_type(argv[0]) == SQLITE_FLOAT && !std::isfinite(sqlite3_value_double(argv[0]))) {
-        std::string m = "JET:6:" + errorText(6);
-        sqlite3_result_error(ctx, m.c_str(), static_cast<int>(m.size()));
+        resultJetError(ctx, err::Overflow);
         return;
     }
     sqlite3_result_value(ctx, argv[0]);

@@ -13,6 +13,7 @@
 #include "store/value.h"
 
 struct sqlite3;
+struct sqlite3_context;
 struct sqlite3_stmt;
 
 namespace store::sql {
@@ -129,5 +130,10 @@ Value storeValue(const Value& v, FieldType type, int size);
 // A SQLite failure as the engine's error: a function that raised a JetError passes its number and
 // text through the SQLite message; constraint failures become 3022, busy/locked 3218/3260, and so on.
 [[noreturn]] void raiseFromSqlite(sqlite3* db, int rc, std::string_view context = {});
+
+// The engine's error number and text as an SQL function's error, for raiseFromSqlite to read back;
+// without a text, the number's own.
+void resultJetError(sqlite3_context* ctx, int number, const std::string& text);
+void resultJetError(sqlite3_context* ctx, int number);
 
 }  // namespace store::sql
