@@ -183,24 +183,23 @@ void frmBilancio::AggiornaBilancio() {
     core::CursoreOccupato occupato;
     const double dal = store::DateValue(pkDataDal->valore());
     const double al = store::DateValue(pkDataAl->valore());
-    figure_ = books::CalcolaBilancio(dal, al);
+    const books::FigureBilancio f = books::CalcolaBilancio(dal, al);
     const std::pair<QLabel*, double> cifre[] = {
-        {lblSpese, figure_.spese},         {lblIvaSpese, figure_.ivaSpese},  {lblVendite, figure_.vendite},
-        {lblIvaVendite, figure_.ivaVendite}, {lblPagamenti, figure_.pagamenti}, {lblIncassi, figure_.incassi},
-        {lblImponibile, figure_.imponibile}, {lblIva, figure_.iva},         {lblSaldoFuoriCassa, figure_.saldoFuoriCassa},
-        {lblSaldoInCassa, figure_.saldoInCassa}};
+        {lblSpese, f.spese},         {lblIvaSpese, f.ivaSpese},  {lblVendite, f.vendite},
+        {lblIvaVendite, f.ivaVendite}, {lblPagamenti, f.pagamenti}, {lblIncassi, f.incassi},
+        {lblImponibile, f.imponibile}, {lblIva, f.iva},         {lblSaldoFuoriCassa, f.saldoFuoriCassa},
+        {lblSaldoInCassa, f.saldoInCassa}};
     for (const auto& [etichetta, valore] : cifre) etichetta->setText(QString::fromStdString(Importo(valore)));
 }
 
 void frmBilancio::DisegnaPeriodo() {
     core::CursoreOccupato occupato;
-    mesi_ = books::MesiBilancio(core::DataInizioEsercizio());
-    Disegna();
+    Disegna(books::MesiBilancio(core::DataInizioEsercizio()));
 }
 
 // Four bars a month: what was registered and what moved, in and out, each from the same routine
 // as the figures above.
-void frmBilancio::Disegna() {
+void frmBilancio::Disegna(const std::vector<books::MeseBilancio>& mesi) {
     auto* serie = new QBarSeries;
     const std::pair<const char*, QColor> insiemi[] = {{"Entrate registrate", QColor(46, 125, 50)},
                                                       {"Entrate incassate", QColor(129, 199, 132)},
@@ -212,25 +211,25 @@ void frmBilancio::Disegna() {
         barre[i]->setColor(insiemi[i].second);
         barre[i]->setBorderColor(insiemi[i].second);
     }
-    QStringList mesi;
+    QStringList etichette;
     double massimo = 0;
-    for (const auto& m : mesi_) {
+    for (const auto& m : mesi) {
         const double v[4] = {m.figure.entrateRegistrate(), m.figure.incassi, m.figure.usciteRegistrate(),
                              m.figure.pagamenti};
         for (int i = 0; i < 4; ++i) {
             *barre[i] << v[i];
             massimo = std::max(massimo, v[i]);
         }
-        mesi << QString::fromStdString(store::MonthName(m.mese, true));
+        etichette << QString::fromStdString(store::MonthName(m.mese, true));
     }
     for (auto* b : barre) serie->append(b);
     auto* chart = new QChart;
     chart->addSeries(serie);
-    if (!mesi_.empty())
-        chart->setTitle(QString::fromStdString("Andamento mensile da " + store::MonthName(mesi_.front().mese) + " " +
-                                               std::to_string(mesi_.front().anno)));
+    if (!mesi.empty())
+        chart->setTitle(QString::fromStdString("Andamento mensile da " + store::MonthName(mesi.front().mese) + " " +
+                                               std::to_string(mesi.front().anno)));
     auto* asseX = new QBarCategoryAxis;
-    asseX->append(mesi);
+    asseX->append(etichette);
     chart->addAxis(asseX, Qt::AlignBottom);
     serie->attachAxis(asseX);
     auto* asseY = new QValueAxis;

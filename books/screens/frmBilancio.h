@@ -28,9 +28,6 @@ public:
 
     void AggiornaBilancio();
     void Stampa();
-    // The figures the labels show, as last computed.
-    const books::FigureBilancio& figure() const { return figure_; }
-    const std::vector<books::MeseBilancio>& mesi() const { return mesi_; }
 
     QComboBox* cbMese;
     ui::VetraPicker* pkDataDal;
@@ -54,9 +51,7 @@ private:
     void CambioMese();
     void CambioData();
     void DisegnaPeriodo();
-    void Disegna();
+    void Disegna(const std::vector<books::MeseBilancio>& mesi);
 
     bool Aggiornando = false;
-    books::FigureBilancio figure_;
-    std::vector<books::MeseBilancio> mesi_;
 };
