@@ -14,8 +14,9 @@ namespace store::sql {
 
 // ---- building ----------------------------------------------------------------------------------
 
-std::shared_ptr<const Calc> CalcOperand(std::string sql, std::string key) {
+std::shared_ptr<const Calc> CalcOperand(std::string sql, std::string key, bool literal) {
     auto c = std::make_shared<Calc>();
+    c->literalsOnly = literal;
     c->args.push_back(std::move(sql));
     c->keys.push_back(std::move(key));
     c->nodes.push_back({'$', 0, -1, false});
@@ -79,6 +80,7 @@ std::shared_ptr<const Calc> CalcJoin(char op, bool finite, const Calc& a, const 
     const int y = f.copia(b);
     f.nodo({op, x, y, finite});
     c->calls = a.calls + b.calls + (finite || op == '/' ? 1 : 0);
+    c->literalsOnly = a.literalsOnly && b.literalsOnly;
     return c;
 }
 

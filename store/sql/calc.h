@@ -28,10 +28,12 @@ struct Calc {
     std::vector<std::string> args;  // SQL of each argument
     std::vector<std::string> keys;  // what makes two arguments the same value; "" for never
     int calls = 0;                  // function calls the same tree written operator by operator makes
+    bool literalsOnly = false;      // every argument a literal
 };
 
-// One operand: its SQL, and its identity for sharing (a column's SQL, a literal's value).
-std::shared_ptr<const Calc> CalcOperand(std::string sql, std::string key);
+// One operand: its SQL, its identity for sharing (a column's SQL, a literal's value), and whether
+// it is a literal.
+std::shared_ptr<const Calc> CalcOperand(std::string sql, std::string key, bool literal);
 
 // a op b, with what a and b already share counted once.
 std::shared_ptr<const Calc> CalcJoin(char op, bool finite, const Calc& a, const Calc& b);

@@ -758,7 +758,8 @@ private:
     // when operator by operator it would call functions more than once (see calc.h).
     SqlExpr joinCalc(char op, bool finite, const SqlExpr& a, const SqlExpr& b, SqlExpr r) {
         const auto x = operandCalc(a), y = operandCalc(b);
-        if (!x || !y || (isLiteralOnly(*x) && isLiteralOnly(*y))) return r;
+        // a tree of literals alone stays as it was: SQLite works it out once, before the first row
+        if (!x || !y || (x->literalsOnly && y->literalsOnly)) return r;
         r.calc = CalcJoin(op, finite, *x, *y);
         if (r.calc->calls >= 2) r.sql = CalcSql(*r.calc);
         return r;
@@ -769,19 +770,12 @@ private:
     std::shared_ptr<const Calc> operandCalc(const SqlExpr& e) const {
         if (e.calc) return e.calc;
         if (!isNumber(e.type) || e.logical || e.agg) return nullptr;
-        if (e.col) return CalcOperand(e.sql, "c" + e.sql);
+        if (e.col) return CalcOperand(e.sql, e.sql, false);
         if (!e.literal || e.lit < 0) return nullptr;
         // literals of the same value are one value: the cached translation serves only statements whose
         // literals are equal in the same places (see the cache key)
-        if (inline_) return CalcOperand(e.sql, "l" + e.sql);
-        return CalcOperand(e.sql, "l" + std::to_string(firstEqual_.at(static_cast<std::size_t>(e.lit))));
-    }
-
-    // A tree of literals alone stays as it was: SQLite works it out once, before the first row.
-    static bool isLiteralOnly(const Calc& c) {
-        for (const std::string& k : c.keys)
-            if (k.empty() || k[0] != 'l') return false;
-        return true;
+        if (inline_) return CalcOperand(e.sql, e.sql, true);
+        return CalcOperand(e.sql, "?" + std::to_string(firstEqual_.at(static_cast<std::size_t>(e.lit)) + 1), true);
     }
 
     static SqlExpr typedArithCall(const char* name, SqlType type, const SqlExpr& a, const SqlExpr& b) {
