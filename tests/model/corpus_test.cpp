@@ -30,7 +30,6 @@ DatabasePtr programDatabase() {
     return db;
 }
 
-// A SELECT is opened and read to its end, anything else executed.
 void run(Database& db, const std::string& text) {
     if (text.size() < 6 || !detail::sameName(std::string_view(text).substr(0, 6), "select")) {
         db.Execute(text);

@@ -24,7 +24,6 @@ protected:
         scadenzeEPagamenti();
     }
 
-    // One table's rows: the columns once, then the values of each row.
     void tabella(const char* nome, const std::vector<std::string>& colonne, const std::vector<std::vector<Value>>& righe) {
         store::model::InserisciRighe(*db, nome, colonne, righe);
     }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "convert_support.h"
 #include "store/catalog_database.h"
 #include "store/convert.h"
 #include "store/errors.h"
@@ -192,14 +193,7 @@ public:
     std::string one(const std::string& expr) { return run("SELECT " + expr).text(); }
 
     // The error number a statement gives (translation or execution), 0 when none.
-    int error(const std::string& jet) {
-        try {
-            run(jet);
-        } catch (const store::JetError& e) {
-            return e.number();
-        }
-        return 0;
-    }
+    int error(const std::string& jet) { return errorOf([&] { run(jet); }); }
 
 private:
     MemCatalog cat_;
