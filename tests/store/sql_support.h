@@ -41,8 +41,8 @@ private:
     std::uint64_t version_ = 1;
 };
 
-// Column shorthand: "Name:L" Long, ":I" Integer, ":B" Yes/No, ":D" Double, ":T" Date,
-// ":S50" Text(50), ":M" Memo, ":Y" Byte, ":C" Currency.
+// Column shorthand: "Name:L" Long, ":B" Yes/No, ":D" Double, ":T" Date, ":S50" Text(50), ":M" Memo,
+// ":C" Currency.
 inline ColumnInfo col(const std::string& forma) {
     ColumnInfo c;
     auto p = forma.find(':');
@@ -50,8 +50,6 @@ inline ColumnInfo col(const std::string& forma) {
     std::string t = p == std::string::npos ? "S" : forma.substr(p + 1);
     switch (t[0]) {
         case 'L': c.type = FieldType::Long; break;
-        case 'I': c.type = FieldType::Integer; break;
-        case 'Y': c.type = FieldType::Byte; break;
         case 'B': c.type = FieldType::Boolean; break;
         case 'D': c.type = FieldType::Double; break;
         case 'C': c.type = FieldType::Currency; break;
