@@ -36,9 +36,8 @@ TEST(Cifra, AndataERitornoPerOgniCodice) {
     std::string byte;
     for (int codice = 0; codice <= 254; ++codice) byte += static_cast<char>(codice);
     const std::string testo = store::Cp1252ToUtf8(byte);
-    for (const std::string chiave : {"", "Mario", "d'Àngelo", "ÿÿ"}) {
+    for (const std::string chiave : {"", "Mario", "d'Àngelo", "ÿÿ"})
         EXPECT_EQ(core::Decifra(core::Cifra(testo, chiave), chiave), testo) << chiave;
-    }
 }
 
 TEST(Cifra, IlCodice255TornaComeZero) {
