@@ -46,14 +46,9 @@ TEST(Cifra, IlCodice255TornaComeZero) {
     EXPECT_EQ(core::Decifra(core::Cifra("x" + y255, "A"), "A"), std::string("x") + '\0');
 }
 
-class HaPrivilegio : public ::testing::Test {
-protected:
-    void SetUp() override { script = test::SessioneNuova("/nessuna"); }
-    std::shared_ptr<prova::ScriptedDialogs> script;
-};
-
 // The positions of the rights are walked by the registers' and the instalments tab's tests.
-TEST_F(HaPrivilegio, SenzaUtenteChiedeLAccessoFinoAlLogin) {
+TEST(HaPrivilegio, SenzaUtenteChiedeLAccessoFinoAlLogin) {
+    auto script = test::SessioneNuova("/nessuna");
     int tentativi = 0;
     script->sempre("frmLogin", [&] {
         if (++tentativi == 2) core::session().Privilegi = "01";

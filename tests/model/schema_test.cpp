@@ -13,11 +13,6 @@ namespace {
 
 using namespace modeltest;
 
-class FileTemporanei : public ::testing::Test {
-protected:
-    test::CartellaTemporanea cartella;
-};
-
 store::DatabasePtr archivioVuoto() {
     auto db = store::Workspace::Default().OpenMemory();
     store::model::CreaArchivio(*db);
@@ -79,7 +74,8 @@ TEST(Modello, BulkRowsReadBackAsGiven) {
 
 // What the files hold is what every start-up screen test starts from (the municipalities offered, the
 // layouts' rows of a new company); here a second run replaces them rather than adding to them.
-TEST_F(FileTemporanei, InstallationFilesWrittenTwice) {
+TEST(Modello, InstallationFilesWrittenTwice) {
+    test::CartellaTemporanea cartella;
     for (int volta = 0; volta < 2; ++volta)
         store::model::ScriviFileInstallazione(cartella.percorso(), store::model::CartellaDatiSorgente());
     auto aziende = store::Workspace::Default().OpenDatabase(cartella / "Base/Aziende.mdb");
@@ -88,7 +84,8 @@ TEST_F(FileTemporanei, InstallationFilesWrittenTwice) {
     EXPECT_EQ(ids(*aziende, "Select * from FormReport").size(), 16u);
 }
 
-TEST_F(FileTemporanei, BadMunicipalityListIsReportedWithItsLine) {
+TEST(Modello, BadMunicipalityListIsReportedWithItsLine) {
+    test::CartellaTemporanea cartella;
     struct Caso {
         const char* contenuto;
         const char* messaggio;
