@@ -64,13 +64,12 @@ protected:
     }
 
     void Cambia(const std::string& tabella, const std::string& campo, FieldType tipo, int dimensione) {
-        FieldDef f = *Campo(tabella, campo);
+        FieldDef f = *Campo(db(), tabella, campo);
         f.Type = tipo;
         f.Size = dimensione;
         db().SetFieldProperties(tabella, f);
     }
 
-    std::optional<FieldDef> Campo(const std::string& tabella, const std::string& campo) { return Campo(db(), tabella, campo); }
     static std::optional<FieldDef> Campo(store::Database& d, const std::string& tabella, const std::string& campo) {
         const auto def = d.GetTableDef(tabella);
         for (const FieldDef& f : def->Fields)
@@ -130,15 +129,15 @@ TEST_F(Aggiornamento, ArchivioVecchioPortatoAlModelloConIDati) {
 
     // What was missing is back, in the model's shape.
     EXPECT_TRUE(db().TableExists("Assistenze"));
-    EXPECT_EQ(Campo("Clienti", "DescCliente")->Size, 100);
-    EXPECT_EQ(Campo("CodiciIva", "DescIva")->Size, 30);
-    EXPECT_EQ(Campo("PrimaNota", "Numero")->Type, FieldType::Long);
+    EXPECT_EQ(Campo(db(), "Clienti", "DescCliente")->Size, 100);
+    EXPECT_EQ(Campo(db(), "CodiciIva", "DescIva")->Size, 30);
+    EXPECT_EQ(Campo(db(), "PrimaNota", "Numero")->Type, FieldType::Long);
     const auto indici = db().GetTableDef("Documenti")->Indexes;
     for (const char* indice : {"TipoData", "TipoClienteData"})
         EXPECT_TRUE(std::any_of(indici.begin(), indici.end(), [&](const auto& i) { return i.Name == indice; })) << indice;
     // What the model no longer has is gone.
     EXPECT_FALSE(db().TableExists("Vecchia"));
-    EXPECT_FALSE(Campo("Clienti", "Fax2"));
+    EXPECT_FALSE(Campo(db(), "Clienti", "Fax2"));
     EXPECT_FALSE(db().QueryExists("qrVecchia"));
     EXPECT_TRUE(db().TableExists("MSysProva"));  // the engine's own tables are never compared
 
