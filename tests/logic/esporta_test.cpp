@@ -1,13 +1,11 @@
 // The exports on a real archive: the two files of the outside accounting program compared byte for
 // byte with files written by hand from their format, the list export and its remembered choice, the
 // spreadsheet read back from its XML, and the faults of folder, name and file.
-#include <sys/stat.h>
 
 #include <cstdio>
 #include <fstream>
 #include <map>
 #include <regex>
-#include <sstream>
 
 #include "core/esporta_excel.h"
 #include "core/esportazione.h"

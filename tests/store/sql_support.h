@@ -6,7 +6,6 @@
 #include <sqlite3.h>
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
