@@ -333,16 +333,10 @@ TEST(FormatTest, ValuesOfEveryKind) {
 }
 
 TEST(FormatTest, WhatFormatWritesReadsBack) {
-    for (const char* mask : {"Long Date", "Medium Date", "Short Date", "dd/mm/yyyy", "d mmmm yyyy"}) {
-        const auto back = ParseDateText(Format(Value::Date(45356), mask));
-        ASSERT_TRUE(back.has_value()) << mask;
-        EXPECT_EQ(*back, 45356) << mask;
-    }
-    for (const char* mask : {"#,0.00", "Currency", "0.000", "Standard"}) {
-        const auto back = ParseNumberText(Format(Value::Double(-1234.5), mask));
-        ASSERT_TRUE(back.has_value()) << mask;
-        EXPECT_EQ(*back, -1234.5) << mask;
-    }
+    for (const char* mask : {"Long Date", "Medium Date", "Short Date", "dd/mm/yyyy", "d mmmm yyyy"})
+        EXPECT_EQ(ParseDateText(Format(Value::Date(45356), mask)), 45356.0) << mask;
+    for (const char* mask : {"#,0.00", "Currency", "0.000", "Standard"})
+        EXPECT_EQ(ParseNumberText(Format(Value::Double(-1234.5), mask)), -1234.5) << mask;
 }
 
 TEST(FormatTest, FormatNumberRoundsHalfAwayAndGroups) {
