@@ -84,8 +84,6 @@ protected:
         return nomi;
     }
 
-    using Schermi = std::vector<std::string>;
-
     test::CartellaTemporanea programma;
     std::shared_ptr<prova::ScriptedDialogs> script;
     int pannelliAperti = 0;
@@ -152,7 +150,7 @@ TEST_F(Avvio, EsercizioEliminatoCostaUnRiavvio) {
         return true;
     });
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
-    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmConfigurazione"});
+    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmConfigurazione"});
     EXPECT_EQ(pannelliAperti, 0);
 
     EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);  // the next start uses the choice just made
@@ -170,7 +168,7 @@ TEST_F(Avvio, ArchivioSenzaRigaInEserciziMostraS325ETermina) {
 TEST_F(Avvio, ConUtentiChiedeIlLogin) {
     Master()->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (2, 1, 'anna')");
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);  // login cancelled
-    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmLogin"});
+    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmLogin"});
     EXPECT_EQ(pannelliAperti, 0);
 
     // A login accepted is walked by the users' screens; the language stays the user's.

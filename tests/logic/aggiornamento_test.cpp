@@ -124,8 +124,7 @@ TEST_F(Aggiornamento, ArchivioVecchioPortatoAlModelloConIDati) {
 
     Registro r;
     const double data = store::DateSerial(2026, 6, 1) + 0.5;
-    const auto esito = Aggiorna(r, data);
-    ASSERT_TRUE(esito.riuscito()) << ::testing::PrintToString(r.righe);
+    ASSERT_TRUE(Aggiorna(r, data).riuscito()) << ::testing::PrintToString(r.righe);
 
     // What was missing is back, in the model's shape.
     EXPECT_TRUE(db().TableExists("Assistenze"));

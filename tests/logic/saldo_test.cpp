@@ -187,8 +187,7 @@ TEST_F(SaldoArchivio, GiornaleRicostruitoUnaRigaPerPagamentoSullaBanca) {
            "VALUES (9,6,3,0,'Rimborso nota di credito',#05/11/2026#,40)");
 
     std::vector<std::pair<long, long>> passi;
-    const long scritte = books::RicostruisciPrimaNota([&](long pos, long tot) { passi.emplace_back(pos, tot); });
-    EXPECT_EQ(scritte, 3);
+    EXPECT_EQ(books::RicostruisciPrimaNota([&](long pos, long tot) { passi.emplace_back(pos, tot); }), 3);
     EXPECT_EQ(passi, (std::vector<std::pair<long, long>>{{1, 3}, {2, 3}, {3, 3}}));
 
     // ID, date, description, amount, type and payment; the new rows on the bank (0), without the

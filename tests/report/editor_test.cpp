@@ -147,8 +147,7 @@ TEST(EditorReport, ValoriRifiutatiNonCambianoNulla) {
         EditorModello ed(m);
         ed.Seleziona({2, c.elemento});
         ASSERT_EQ(ed.NomeBanda(2), "Dettaglio");
-        const std::string errore = ed.Imposta(c.p, c.valore);
-        EXPECT_EQ(errore.substr(0, c.messaggio.size()), c.messaggio) << c.valore;
+        EXPECT_EQ(ed.Imposta(c.p, c.valore).substr(0, c.messaggio.size()), c.messaggio) << c.valore;
         EXPECT_TRUE(ed.modello() == m) << c.valore;
         EXPECT_FALSE(ed.PuoAnnullare()) << c.valore;
     }
