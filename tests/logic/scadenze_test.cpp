@@ -144,8 +144,7 @@ TEST_F(ScadenzeArchivio, TreRateDallaCondizione) {
     const auto documento = LeggiDocumentoDaScadenzare(1);
     ASSERT_TRUE(HaCondizionePagamento(documento));
     const auto condizione = LeggiCondizionePagamento(documento.condizioniPagamento);
-    auto regola = RegolaIniziale(documento, &condizione);
-    ScriviScadenze(documento, PianoScadenze(regola, true));
+    ScriviScadenze(documento, PianoScadenze(RegolaIniziale(documento, &condizione), true));
 
     // ID, description, due and reminder dates, amount and customer of each instalment:
     // 31/01 + 30 = 2 March -> 31 March (Tue); +60 = 1 April -> 30 April (Thu);
@@ -161,8 +160,7 @@ TEST_F(ScadenzeArchivio, SenzaCondizioneUnaRataDaOggiESenzaDocumentoNessuna) {
     Documento(1, {.importoTotale = 250.5});
     const auto documento = LeggiDocumentoDaScadenzare(1);
     EXPECT_FALSE(HaCondizionePagamento(documento));
-    const auto regola = RegolaIniziale(documento, nullptr);
-    ScriviScadenze(documento, PianoScadenze(regola, true));
+    ScriviScadenze(documento, PianoScadenze(RegolaIniziale(documento, nullptr), true));
     // Today is Monday 15 June 2026.
     EXPECT_EQ(Rate(), std::vector<std::string>{"1|Saldo FATTURA N.1 del 10/03/2026|15/06/2026|15/06/2026|250,5|1"});
     EXPECT_EQ(errorOf([] { LeggiDocumentoDaScadenzare(5); }), 3021);

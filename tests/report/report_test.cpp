@@ -223,10 +223,7 @@ TEST(PdfReport, ListaSuTrePagineSfogliataESalvata) {
     prova::applicazioneDiProva();
     auto script = prova::installaScript();
     test::CartellaTemporanea cartella;
-    {
-        auto db = store::Workspace::Default().CreateDatabase(cartella / "archivio.mdb");
-        prova::CreaMovimenti(*db, 15);
-    }
+    prova::CreaMovimenti(*store::Workspace::Default().CreateDatabase(cartella / "archivio.mdb"), 15);
     test::ScriviFile(cartella / "Prova.rpf", prova::ReportElenco());
     Motore motore;
     motore.File = cartella / "Prova.rpf";
