@@ -36,9 +36,22 @@ protected:
         script = test::SessioneNuova(programma.percorso());
         core::registraSchermo("frmMain", [this] { return ++pannelliAperti, true; });
         core::installaFineCaricamento([this] { caricamentoFinito = true; });
-        CreaEseguibile();
+        const std::string eseguibile = programma / "brevano";
+        test::ScriviFile(eseguibile, "");
+        std::tm t{};
+        t.tm_year = 2024 - 1900, t.tm_mon = 2, t.tm_mday = 15, t.tm_hour = 10, t.tm_min = 20, t.tm_sec = 30;
+        t.tm_isdst = -1;
+        const timespec istante{std::mktime(&t), 700'000'000};  // a fraction of a second does not count
+        const timespec tempi[2] = {istante, istante};
+        ASSERT_EQ(::utimensat(AT_FDCWD, eseguibile.c_str(), tempi, 0), 0);
+        core::fissaEseguibile(eseguibile);
         fs::create_directory(dati());
-        CreaMaster();
+        auto master = store::Workspace::Default().CreateDatabase(dati() + "/Aziende.mdb");
+        store::model::CreaAziende(*master);
+        master->Execute("INSERT INTO Esercizi (ID, Azienda, Nome, Dal, File, DataAggiornamento) VALUES (1, 1, "
+                        "'2024', #01/01/2024#, '" + archivio() + "', " + kDataEseguibile + ")");
+        master->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (1, 2, 'altra azienda')");
+        master->Close();
         store::model::GeneraArchivioVuoto(archivio());
         auto temp = store::Workspace::Default().CreateDatabase(programma / "temp.mdb");
         store::model::CreaTemp(*temp);
@@ -49,8 +62,7 @@ protected:
         utilita->Close();
         test::ScriviFile(programma / "Lang.lng", kLingua);
         test::ScriviFile(programma / "Italiano.lng", kItaliano);
-        test::ScriviFile(programma / "Impostazioni.ini",
-                         "[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n[Archivio]\r\nID=1\r\n");
+        ImpostaIni("[Azienda]\r\nPATH=" + dati() + "\r\nID=1\r\n[Archivio]\r\nID=1\r\n");
     }
     void TearDown() override {
         core::fissaEseguibile(std::nullopt);
@@ -61,34 +73,7 @@ protected:
     std::string dati() const { return programma / "dati"; }
     std::string archivio() const { return programma / "dati/2024.mdb"; }
 
-    void CreaEseguibile() {
-        const std::string eseguibile = programma / "brevano";
-        test::ScriviFile(eseguibile, "");
-        std::tm t{};
-        t.tm_year = 2024 - 1900, t.tm_mon = 2, t.tm_mday = 15, t.tm_hour = 10, t.tm_min = 20, t.tm_sec = 30;
-        t.tm_isdst = -1;
-        const timespec istante{std::mktime(&t), 700'000'000};  // a fraction of a second does not count
-        const timespec tempi[2] = {istante, istante};
-        ASSERT_EQ(::utimensat(AT_FDCWD, eseguibile.c_str(), tempi, 0), 0);
-        core::fissaEseguibile(eseguibile);
-    }
-
-    void CreaMaster() {
-        auto master = store::Workspace::Default().CreateDatabase(dati() + "/Aziende.mdb");
-        store::model::CreaAziende(*master);
-        master->Execute("INSERT INTO Esercizi (ID, Azienda, Nome, Dal, File, DataAggiornamento) VALUES (1, 1, "
-                        "'2024', #01/01/2024#, '" + archivio() + "', " + kDataEseguibile + ")");
-        master->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (1, 2, 'altra azienda')");
-        master->Close();
-    }
-
     store::DatabasePtr Master() { return store::Workspace::Default().OpenDatabase(dati() + "/Aziende.mdb"); }
-
-    void EseguiSuArchivio(const std::string& sql) {
-        auto db = store::Workspace::Default().OpenDatabase(archivio());
-        db->Execute(sql);
-        db->Close();
-    }
 
     void ImpostaIni(const std::string& testo) { test::ScriviFile(programma / "Impostazioni.ini", testo); }
 
@@ -98,8 +83,6 @@ protected:
         std::sort(nomi.begin(), nomi.end());
         return nomi;
     }
-
-    using Schermi = std::vector<std::string>;
 
     test::CartellaTemporanea programma;
     std::shared_ptr<prova::ScriptedDialogs> script;
@@ -167,7 +150,7 @@ TEST_F(Avvio, EsercizioEliminatoCostaUnRiavvio) {
         return true;
     });
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);
-    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmConfigurazione"});
+    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmConfigurazione"});
     EXPECT_EQ(pannelliAperti, 0);
 
     EXPECT_EQ(core::Main(), EsitoAvvio::Aperto);  // the next start uses the choice just made
@@ -185,7 +168,7 @@ TEST_F(Avvio, ArchivioSenzaRigaInEserciziMostraS325ETermina) {
 TEST_F(Avvio, ConUtentiChiedeIlLogin) {
     Master()->Execute("INSERT INTO Utenti (ID, Azienda, Username) VALUES (2, 1, 'anna')");
     EXPECT_EQ(core::Main(), EsitoAvvio::Termina);  // login cancelled
-    EXPECT_EQ(script->schermiMostrati(), Schermi{"frmLogin"});
+    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmLogin"});
     EXPECT_EQ(pannelliAperti, 0);
 
     // A login accepted is walked by the users' screens; the language stays the user's.
@@ -200,7 +183,7 @@ TEST_F(Avvio, ConUtentiChiedeIlLogin) {
 }
 
 TEST_F(Avvio, ErroriDellaPiattaformaArrivanoAlChiamante) {
-    EseguiSuArchivio("DROP TABLE PrimaNota");
+    store::Workspace::Default().OpenDatabase(archivio())->Execute("DROP TABLE PrimaNota");
     EXPECT_THROW(core::Main(), store::JetError);
 
     test::ScriviFile(programma / "tempCompact.mdb", "avanzo di un arresto");

@@ -36,9 +36,8 @@ TEST(Cifra, AndataERitornoPerOgniCodice) {
     std::string byte;
     for (int codice = 0; codice <= 254; ++codice) byte += static_cast<char>(codice);
     const std::string testo = store::Cp1252ToUtf8(byte);
-    for (const std::string chiave : {"", "Mario", "d'Àngelo", "ÿÿ"}) {
+    for (const std::string chiave : {"", "Mario", "d'Àngelo", "ÿÿ"})
         EXPECT_EQ(core::Decifra(core::Cifra(testo, chiave), chiave), testo) << chiave;
-    }
 }
 
 TEST(Cifra, IlCodice255TornaComeZero) {
@@ -47,14 +46,9 @@ TEST(Cifra, IlCodice255TornaComeZero) {
     EXPECT_EQ(core::Decifra(core::Cifra("x" + y255, "A"), "A"), std::string("x") + '\0');
 }
 
-class HaPrivilegio : public ::testing::Test {
-protected:
-    void SetUp() override { script = test::SessioneNuova("/nessuna"); }
-    std::shared_ptr<prova::ScriptedDialogs> script;
-};
-
 // The positions of the rights are walked by the registers' and the instalments tab's tests.
-TEST_F(HaPrivilegio, SenzaUtenteChiedeLAccessoFinoAlLogin) {
+TEST(HaPrivilegio, SenzaUtenteChiedeLAccessoFinoAlLogin) {
+    auto script = test::SessioneNuova("/nessuna");
     int tentativi = 0;
     script->sempre("frmLogin", [&] {
         if (++tentativi == 2) core::session().Privilegi = "01";

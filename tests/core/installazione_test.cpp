@@ -12,8 +12,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Leggi(const fs::path& p) { return test::LeggiFile(p.string()); }
-
 TEST(Installazione, CartellaDiLavoro) {
     test::CartellaTemporanea radice;
     const fs::path installata = radice / "usr/lib/brevano", utente = radice / "home/.local/share/Brevano";
@@ -30,7 +28,7 @@ TEST(Installazione, CartellaDiLavoro) {
 
     // The first start of a user: every program file copied, the executable not.
     EXPECT_EQ(core::CartellaDiLavoro(installata.string(), false, utente.string()), utente.string());
-    for (const char* f : fileDelProgramma) EXPECT_EQ(Leggi(utente / f), std::string("installato ") + f);
+    for (const char* f : fileDelProgramma) EXPECT_EQ(test::LeggiFile(utente / f), std::string("installato ") + f);
     EXPECT_FALSE(fs::exists(utente / "brevano"));
 
     // Later starts keep the user's files and add only what is missing (a file a new version brings).
@@ -38,9 +36,9 @@ TEST(Installazione, CartellaDiLavoro) {
     fs::remove(utente / "Italiano.lng");
     std::ofstream(installata / "Nuovo.rpf") << "installato Nuovo.rpf";
     core::CartellaDiLavoro(installata.string(), false, utente.string());
-    EXPECT_EQ(Leggi(utente / "temp.mdb"), "dell'utente");
-    EXPECT_EQ(Leggi(utente / "Italiano.lng"), "installato Italiano.lng");
-    EXPECT_EQ(Leggi(utente / "Nuovo.rpf"), "installato Nuovo.rpf");
+    EXPECT_EQ(test::LeggiFile(utente / "temp.mdb"), "dell'utente");
+    EXPECT_EQ(test::LeggiFile(utente / "Italiano.lng"), "installato Italiano.lng");
+    EXPECT_EQ(test::LeggiFile(utente / "Nuovo.rpf"), "installato Nuovo.rpf");
     for (const auto& voce : fs::recursive_directory_iterator(utente))
         EXPECT_NE(voce.path().filename().string()[0], '.') << voce.path();
 }

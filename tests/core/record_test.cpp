@@ -6,16 +6,13 @@
 
 namespace {
 
-class Record : public ::testing::Test {
-protected:
-    void SetUp() override {
-        test::SessioneNuova(cartella.percorso());
-        archivio = test::NuovoDatabase(cartella / "2024.mdb",
-                                       {"CREATE TABLE Clienti (ID LONG, DescCliente TEXT(50))",
-                                        "CREATE TABLE Senza (Codice LONG)"});
-        core::session().dbArchivio = archivio;
-    }
-    long NuovoCliente(const std::string& sql) {
+TEST(Record, NuovoIdSuTabellaVuotaEDopoIlMassimo) {
+    test::CartellaTemporanea cartella;
+    test::SessioneNuova(cartella.percorso());
+    auto archivio = test::NuovoDatabase(cartella / "2024.mdb", {"CREATE TABLE Clienti (ID LONG, DescCliente TEXT(50))",
+                                                                 "CREATE TABLE Senza (Codice LONG)"});
+    core::session().dbArchivio = archivio;
+    auto NuovoCliente = [&](const std::string& sql) {
         auto rs = archivio->OpenRecordset(sql);
         rs->AddNew();
         core::NuovoID(*rs);
@@ -23,12 +20,7 @@ protected:
         rs->set("DescCliente", store::Value::Text("nuovo"));
         rs->Update();
         return store::CLng(rs->get("ID"));
-    }
-    test::CartellaTemporanea cartella;
-    store::DatabasePtr archivio;
-};
-
-TEST_F(Record, NuovoIdSuTabellaVuotaEDopoIlMassimo) {
+    };
     EXPECT_EQ(core::ProssimoID("Clienti"), 1);
     EXPECT_EQ(NuovoCliente("Select * from Clienti"), 1);
     archivio->Execute("INSERT INTO Clienti (ID, DescCliente) VALUES (41, 'alto')");

@@ -1,13 +1,11 @@
 // The exports on a real archive: the two files of the outside accounting program compared byte for
 // byte with files written by hand from their format, the list export and its remembered choice, the
 // spreadsheet read back from its XML, and the faults of folder, name and file.
-#include <sys/stat.h>
 
 #include <cstdio>
 #include <fstream>
 #include <map>
 #include <regex>
-#include <sstream>
 
 #include "core/esporta_excel.h"
 #include "core/esportazione.h"
@@ -30,7 +28,6 @@ protected:
         rs->set(campo, store::Value::Text(valore));
         rs->Update();
     }
-    std::string File(const std::string& nome) { return cartella / nome; }
     test::CartellaTemporanea cartella;
 };
 
@@ -65,7 +62,7 @@ protected:
 
     output::EsitoFatture Scrivi() {
         return output::EsportaFatture(db(), store::DateSerial(2026, 3, 1), store::DateSerial(2026, 3, 31),
-                                      File("FATS.txt"), File("ANAS.txt"));
+                                      cartella / "FATS.txt", cartella / "ANAS.txt");
     }
 };
 
@@ -89,13 +86,13 @@ TEST_F(FileFatture, ScrittiByteperByte) {
     const output::EsitoFatture esito = Scrivi();
     EXPECT_EQ(esito.documenti, 4);
     EXPECT_EQ(esito.clienti, 3);
-    EXPECT_EQ(test::LeggiFile(File("FATS.txt")), fats);
-    EXPECT_EQ(test::LeggiFile(File("ANAS.txt")), anas);
-    EXPECT_FALSE(fs::exists(File("FATS.txt.~tmp")));
+    EXPECT_EQ(test::LeggiFile(cartella / "FATS.txt"), fats);
+    EXPECT_EQ(test::LeggiFile(cartella / "ANAS.txt"), anas);
+    EXPECT_FALSE(fs::exists(cartella / "FATS.txt.~tmp"));
 }
 
 TEST_F(FileFatture, NumeroTroppoLungoNonToccaIFile) {
-    test::ScriviFile(File("FATS.txt"), "precedente");
+    test::ScriviFile(cartella / "FATS.txt", "precedente");
     Doc("7,5,123456,'15/03/2026',12,1,1,0");
     try {
         Scrivi();
@@ -103,7 +100,7 @@ TEST_F(FileFatture, NumeroTroppoLungoNonToccaIFile) {
     } catch (const core::ErroreEsportazione& e) {
         EXPECT_NE(std::string(e.what()).find("123456"), std::string::npos) << e.what();
     }
-    EXPECT_EQ(test::LeggiFile(File("FATS.txt")), "precedente");
+    EXPECT_EQ(test::LeggiFile(cartella / "FATS.txt"), "precedente");
     EXPECT_EQ(fs::directory_iterator(cartella.percorso())->path().filename(), "FATS.txt");
 }
 
@@ -175,7 +172,7 @@ TEST_F(Elenchi, FileScrittoNellOrdineDellaLista) {
         {"nessun campo incluso: righe vuote", {{"DescFornitore", false, 0}}, ";", "\r\n\r\n\r\n"},
     };
     for (const Caso& c : casi) {
-        const std::string file = File("elenco.txt");
+        const std::string file = cartella / "elenco.txt";
         EXPECT_EQ(output::EsportaElenco(db(), "Fornitori", c.campi, c.separatore, file), 2) << c.nome;
         EXPECT_EQ(test::LeggiFile(file), c.atteso) << c.nome;
     }
@@ -237,7 +234,7 @@ protected:
 
 TEST_F(FoglioExcel, CelleTipizzateEIntestazioneFissa) {
     auto rs = db().OpenRecordset("Select Prefisso,Numero,ImportoTotale,Data,Pagato from Documenti Order By ID");
-    const std::string file = File("foglio.xlsx");
+    const std::string file = cartella / "foglio.xlsx";
     EXPECT_EQ(core::ScriviExcel(*rs, {"Totale 1.234,50", "Fine"}, file), 2);
     const std::string foglio = Decomprimi(file, "xl/worksheets/sheet1.xml");
     const auto c = Celle(foglio);
@@ -271,9 +268,9 @@ TEST_F(FoglioExcel, ComandoCheNonScriveNulla) {
         std::string sql;
         std::string messaggio;
     } casi[] = {
-        {File("vuoto.xlsx"), "Select * from Documenti where ID=0", "Nessun dato da esportare!"},
+        {cartella / "vuoto.xlsx", "Select * from Documenti where ID=0", "Nessun dato da esportare!"},
         {std::nullopt, "Select * from Documenti", ""},
-        {File("manca/x.xlsx"), "Select * from Documenti", "non esiste"},
+        {cartella / "manca/x.xlsx", "Select * from Documenti", "non esiste"},
     };
     for (const Caso& c : casi) {
         auto script = prova::installaScript();

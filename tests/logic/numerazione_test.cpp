@@ -32,10 +32,9 @@ TEST_F(Numerazione, ProssimoNumeroPerPeriodoESequenza) {
         {5, "", "", 6}, {5, "A", "", 4}, {5, "", "B", 8}, {5, "A", "B", 1}, {6, "", "", 31}, {7, "", "", 1},
         {5, "a", "", 4},  // text compares without case
     };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(testing::Message() << c.tipo << " '" << c.prefisso << "' '" << c.suffisso << "'");
-        EXPECT_EQ(ProssimoNumeroDocumento(c.tipo, c.prefisso, c.suffisso), c.atteso);
-    }
+    for (const auto& c : casi)
+        EXPECT_EQ(ProssimoNumeroDocumento(c.tipo, c.prefisso, c.suffisso), c.atteso)
+            << c.tipo << " '" << c.prefisso << "' '" << c.suffisso << "'";
 }
 
 TEST_F(Numerazione, NumeroDuplicato) {
@@ -55,10 +54,8 @@ TEST_F(Numerazione, NumeroDuplicato) {
         {"altro suffisso", 6, "B", 0, false},
         {"nessun limite di data", 40, "", 0, true},
     };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.nome);
-        EXPECT_EQ(NumeroDuplicato(5, c.numero, "", c.suffisso, c.attuale), c.duplicato);
-    }
+    for (const auto& c : casi)
+        EXPECT_EQ(NumeroDuplicato(5, c.numero, "", c.suffisso, c.attuale), c.duplicato) << c.nome;
 }
 
 TEST_F(Numerazione, SequenzaCronologica) {
@@ -80,10 +77,8 @@ TEST_F(Numerazione, SequenzaCronologica) {
         {"altra sequenza", 12, DateSerial(2026, 1, 1), "A", true},
         {"l'ora non conta", 10, DateSerial(2026, 3, 10) + 0.9, "", true},
     };
-    for (const auto& c : casi) {
-        SCOPED_TRACE(c.nome);
-        EXPECT_EQ(SequenzaCronologicaValida(5, c.numero, c.data, c.prefisso, ""), c.valida);
-    }
+    for (const auto& c : casi)
+        EXPECT_EQ(SequenzaCronologicaValida(5, c.numero, c.data, c.prefisso, ""), c.valida) << c.nome;
 }
 
 TEST_F(Numerazione, ProssimoNumeroSpesa) {

@@ -15,6 +15,17 @@ protected:
         return store::CDbl(Valore("Select " + campo + " from " + tabella + " where ID=" + std::to_string(id), campo));
     }
     void Fattura(long id, double totale, long tipo = 5) { Documento(id, {.tipo = tipo, .importoTotale = totale}); }
+    // The journal's rows of a condition, each as its date and the fields named, joined by '|'.
+    std::vector<std::string> Giornale(const std::string& dove, const std::vector<const char*>& campi) {
+        std::vector<std::string> righe;
+        for (auto rs = db().OpenRecordset("Select * from PrimaNota where " + dove + " order by ID"); !rs->Eof();
+             rs->MoveNext()) {
+            std::string riga = store::ShortDate(store::CDate(rs->get("Data")));
+            for (const char* campo : campi) riga += "|" + store::ConcatText(rs->get(campo));
+            righe.push_back(riga);
+        }
+        return righe;
+    }
 };
 
 // Paying exactly, and deleting the payment, are walked with the recording of payments.
@@ -132,34 +143,26 @@ TEST(Saldo, TipoDelGiornaleERestoNullo) {
     EXPECT_FALSE(Saldato(false, store::Value()));
 }
 
-class PrimaNotaArchivio : public prova::ArchivioProva {};
-
-TEST_F(PrimaNotaArchivio, InserimentoEAggiornamento) {
+TEST_F(SaldoArchivio, GiornaleInserimentoEAggiornamento) {
     Esegui("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento) "
            "VALUES (4,'01/01/2026','Apertura',0,0,1,0)");
     ScriviPrimaNota(true, Voce(7, 1, 1234.5, "Incasso dell'acconto"));
-    // ID, date, description, amount, type and destination of the payment's row.
-    auto riga = [this] {
-        auto rs = db().OpenRecordset("Select * from PrimaNota where Pagamento=7");
-        std::string r = store::ShortDate(store::CDate(rs->get("Data")));
-        for (const char* campo : {"ID", "Descrizione", "Importo", "Tipo", "Destinazione"})
-            r += "|" + store::ConcatText(rs->get(campo));
-        return r;
-    };
-    EXPECT_EQ(riga(), "20/03/2026|5|Incasso dell'acconto|1234,5|0|0");
+    const std::vector<const char*> campi{"ID", "Descrizione", "Importo", "Tipo", "Destinazione"};
+    EXPECT_EQ(Giornale("Pagamento=7", campi), std::vector<std::string>{"20/03/2026|5|Incasso dell'acconto|1234,5|0|0"});
 
     auto cambiata = Voce(7, 2, 99.99, "Rettifica");
     cambiata.destinazione = store::Value::Long(2);
     cambiata.data = store::DateSerial(2026, 3, 21);
     ScriviPrimaNota(false, cambiata);
-    EXPECT_EQ(riga(), "21/03/2026|5|Rettifica|99,99|0|0");   // type and destination kept
+    // Type and destination kept.
+    EXPECT_EQ(Giornale("Pagamento=7", campi), std::vector<std::string>{"21/03/2026|5|Rettifica|99,99|0|0"});
 
     // A payment older than the journal: nothing changes, nothing is created.
     ScriviPrimaNota(false, Voce(9, 1, 5, "Vecchio"));
     EXPECT_EQ(Conta("PrimaNota"), 2);
 }
 
-TEST_F(PrimaNotaArchivio, SaldoPrecedente) {
+TEST_F(SaldoArchivio, GiornaleSaldoPrecedente) {
     // ID, date, amount, type, destination: the first outside the period, the last on another destination.
     for (const char* r : {"1,'31/12/2025',1000,0,0", "2,'01/01/2026',100.006,0,0", "3,'15/02/2026',30,1,0",
                           "4,'01/03/2026',500,0,0", "5,'10/02/2026',70,0,1"})
@@ -171,9 +174,7 @@ TEST_F(PrimaNotaArchivio, SaldoPrecedente) {
     EXPECT_DOUBLE_EQ(SaldoPrecedente(store::DateSerial(2026, 3, 2), 1), 70);
 }
 
-class RicostruzionePrimaNota : public prova::ArchivioProva {};
-
-TEST_F(RicostruzionePrimaNota, UnaRigaPerPagamentoSullaBanca) {
+TEST_F(SaldoArchivio, GiornaleRicostruitoUnaRigaPerPagamentoSullaBanca) {
     // A row typed by hand stays: nothing is deleted first, and the new rows follow its ID.
     Esegui("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento,TipoPagamento,CC) "
            "VALUES (1,'02/01/2026','Versamento',500,0,1,0,'Contanti','')");
@@ -186,23 +187,17 @@ TEST_F(RicostruzionePrimaNota, UnaRigaPerPagamentoSullaBanca) {
            "VALUES (9,6,3,0,'Rimborso nota di credito',#05/11/2026#,40)");
 
     std::vector<std::pair<long, long>> passi;
-    const long scritte = books::RicostruisciPrimaNota([&](long pos, long tot) { passi.emplace_back(pos, tot); });
-    EXPECT_EQ(scritte, 3);
+    EXPECT_EQ(books::RicostruisciPrimaNota([&](long pos, long tot) { passi.emplace_back(pos, tot); }), 3);
     EXPECT_EQ(passi, (std::vector<std::pair<long, long>>{{1, 3}, {2, 3}, {3, 3}}));
 
     // ID, date, description, amount, type and payment; the new rows on the bank (0), without the
     // payment's means or account: those are to be set by hand.
-    std::vector<std::string> righe;
-    for (auto rs = db().OpenRecordset("Select * from PrimaNota order by ID"); !rs->Eof(); rs->MoveNext()) {
-        std::string riga = store::ShortDate(store::CDate(rs->get("Data")));
-        for (const char* campo : {"ID", "Descrizione", "Importo", "Tipo", "Pagamento", "Destinazione", "TipoPagamento", "CC"})
-            riga += "|" + store::ConcatText(rs->get(campo));
-        righe.push_back(riga);
-    }
-    EXPECT_EQ(righe, (std::vector<std::string>{"02/01/2026|1|Versamento|500|0|0|1|Contanti|",
-                                               "20/03/2026|2|Incasso fattura n. 1|1234,5|0|4|0||",
-                                               "02/04/2026|3|Pagamento dell'affitto|80,25|1|7|0||",
-                                               "11/05/2026|4|Rimborso nota di credito|40|0|9|0||"}));
+    EXPECT_EQ(Giornale("1=1", {"ID", "Descrizione", "Importo", "Tipo", "Pagamento", "Destinazione", "TipoPagamento",
+                               "CC"}),
+              (std::vector<std::string>{"02/01/2026|1|Versamento|500|0|0|1|Contanti|",
+                                        "20/03/2026|2|Incasso fattura n. 1|1234,5|0|4|0||",
+                                        "02/04/2026|3|Pagamento dell'affitto|80,25|1|7|0||",
+                                        "11/05/2026|4|Rimborso nota di credito|40|0|9|0||"}));
 
     // In the journal's query a collection stands under Entrate, a payment under Uscite.
     EXPECT_DOUBLE_EQ(Numero("Select Sum(Entrate) as E from qrPrimaNota where Pagamento>0", "E"), 1274.5);

@@ -6,7 +6,7 @@
 #include "payments/generazione_scadenze.h"
 #include "store/clock.h"
 #include "store/convert.h"
-#include "store/errors.h"
+#include "store/convert_support.h"
 #include "support/archivio_logica.h"
 
 namespace {
@@ -115,12 +115,7 @@ TEST_F(OrologioFisso, GiorniDopoInScritturaLettiComeData) {
     auto regola = Regola(DateSerial(2026, 8, 10), 0, {});
     regola.verso = VersoAvviso::GiorniDopo;
     regola.giorniAvviso = "3";
-    try {
-        PianoScadenze(regola, true);
-        FAIL() << "a bare number is no date";
-    } catch (const store::JetError& e) {
-        EXPECT_EQ(e.number(), 13);
-    }
+    EXPECT_EQ(errorOf([&] { PianoScadenze(regola, true); }), 13);  // a bare number is no date
     // "Giorni Prima" reads a number in writing as well.
     regola.verso = VersoAvviso::GiorniPrima;
     EXPECT_EQ(PianoScadenze(regola, true)[0].dataAvviso, DateSerial(2026, 8, 7));
@@ -149,8 +144,7 @@ TEST_F(ScadenzeArchivio, TreRateDallaCondizione) {
     const auto documento = LeggiDocumentoDaScadenzare(1);
     ASSERT_TRUE(HaCondizionePagamento(documento));
     const auto condizione = LeggiCondizionePagamento(documento.condizioniPagamento);
-    auto regola = RegolaIniziale(documento, &condizione);
-    ScriviScadenze(documento, PianoScadenze(regola, true));
+    ScriviScadenze(documento, PianoScadenze(RegolaIniziale(documento, &condizione), true));
 
     // ID, description, due and reminder dates, amount and customer of each instalment:
     // 31/01 + 30 = 2 March -> 31 March (Tue); +60 = 1 April -> 30 April (Thu);
@@ -166,16 +160,10 @@ TEST_F(ScadenzeArchivio, SenzaCondizioneUnaRataDaOggiESenzaDocumentoNessuna) {
     Documento(1, {.importoTotale = 250.5});
     const auto documento = LeggiDocumentoDaScadenzare(1);
     EXPECT_FALSE(HaCondizionePagamento(documento));
-    const auto regola = RegolaIniziale(documento, nullptr);
-    ScriviScadenze(documento, PianoScadenze(regola, true));
+    ScriviScadenze(documento, PianoScadenze(RegolaIniziale(documento, nullptr), true));
     // Today is Monday 15 June 2026.
     EXPECT_EQ(Rate(), std::vector<std::string>{"1|Saldo FATTURA N.1 del 10/03/2026|15/06/2026|15/06/2026|250,5|1"});
-    try {
-        LeggiDocumentoDaScadenzare(5);
-        FAIL();
-    } catch (const store::JetError& e) {
-        EXPECT_EQ(e.number(), 3021);
-    }
+    EXPECT_EQ(errorOf([] { LeggiDocumentoDaScadenzare(5); }), 3021);
 }
 
 }  // namespace

@@ -126,10 +126,7 @@ TEST_F(Visite, TariffeDigitate) {
     };
     const Tariffa tariffe[] = {{"0,20", 0.2},        {"0.35", 0.35},        {" 1.234,5 ", 1234.5},
                                {"", std::nullopt}, {"abc", std::nullopt}, {"-3", std::nullopt}};
-    for (const Tariffa& t : tariffe) {
-        SCOPED_TRACE(t.testo);
-        EXPECT_EQ(sales::LeggiTariffa(t.testo), t.valore);
-    }
+    for (const Tariffa& t : tariffe) EXPECT_EQ(sales::LeggiTariffa(t.testo), t.valore) << t.testo;
 }
 
 }  // namespace

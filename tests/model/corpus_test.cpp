@@ -11,6 +11,7 @@
 #include "store/convert.h"
 #include "store/dao.h"
 #include "store/model/model.h"
+#include "store/convert_support.h"
 
 namespace {
 
@@ -30,7 +31,6 @@ DatabasePtr programDatabase() {
     return db;
 }
 
-// A SELECT is opened and read to its end, anything else executed.
 void run(Database& db, const std::string& text) {
     if (text.size() < 6 || !detail::sameName(std::string_view(text).substr(0, 6), "select")) {
         db.Execute(text);
@@ -73,14 +73,7 @@ TEST(SqlCorpus, EveryStatementTranslatesAndRuns) {
     int ok = 0, refused = 0;
     for (const CorpusLine& c : corpus) {
         SCOPED_TRACE("statements.txt:" + std::to_string(c.line) + ": " + c.text);
-        int error = 0;
-        std::string message;
-        try {
-            run(*db, c.text);
-        } catch (const JetError& e) {
-            error = e.number();
-            message = e.what();
-        }
+        const auto [error, message] = jetErrorOf([&] { run(*db, c.text); });
         EXPECT_EQ(error, c.expectedError) << message;
         (c.expectedError ? refused : ok) += error == c.expectedError;
     }

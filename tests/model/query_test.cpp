@@ -19,17 +19,6 @@ protected:
     void SetUp() override {
         db = store::Workspace::Default().OpenMemory();
         store::model::CreaArchivio(*db);
-        registri();
-        documenti();
-        scadenzeEPagamenti();
-    }
-
-    // One table's rows: the columns once, then the values of each row.
-    void tabella(const char* nome, const std::vector<std::string>& colonne, const std::vector<std::vector<Value>>& righe) {
-        store::model::InserisciRighe(*db, nome, colonne, righe);
-    }
-
-    void registri() {
         tabella("CodiciIva", {"ID", "DescIva", "AliquotaIva"}, {{L(1), T("Iva 22%"), D(22)}});
         tabella("CondizioniPagamento", {"ID", "DescPagamento", "Rate"}, {{L(1), T("30 gg"), L(1)}});
         tabella("Clienti", {"ID", "DescCliente", "DescCliente2", "Indirizzo", "Citta", "mail", "IvaApplicata",
@@ -41,9 +30,6 @@ protected:
                 {{L(1), T("Assistenza"), L(1), D(40), D(5)}});
         tabella("TipiSpesa", {"ID", "DescTipoSpesa"}, {{L(1), T("Cancelleria")}});
         tabella("ClassificazioniSpese", {"ID", "DescClassificazione"}, {{L(1), T("Generali")}});
-    }
-
-    void documenti() {
         const Value N = Value::Null(), F = B(false);
         tabella("Documenti", {"ID", "Tipo", "Numero", "Prefisso", "Suffisso", "Data", "Cliente", "Fornitore",
                               "CondizioniPagamento", "RitenutaAcconto", "Imponibile", "TotIva", "TotRitenutaAcconto",
@@ -65,9 +51,6 @@ protected:
                           "RitenutaAcconto", "Imponibile", "TotIva", "ImportoSpesa"},
                 {{L(1), T("7"), Giorno(2, 2, 2024), L(1), L(1), L(1), L(1), D(20), D(100), D(22), D(122)},
                  {L(2), T("X1"), Giorno(3, 2, 2024), L(5), L(0), L(0), L(0), D(0), D(0), D(0), D(50)}});
-    }
-
-    void scadenzeEPagamenti() {
         auto scadenza = [](long id, long documento, long spesa, long cliente, long fornitore, double importo, bool pagata) {
             return std::vector<Value>{L(id), L(documento), L(spesa), L(cliente), L(fornitore), T("Rata"),
                                       Giorno(30, 4, 2024), D(importo), L(1), L(2), B(pagata)};
@@ -99,12 +82,15 @@ protected:
                  pagamento(9, 2, 0, 0, 0, 1, 0.01)});
     }
 
+    void tabella(const char* nome, const std::vector<std::string>& colonne, const std::vector<std::vector<Value>>& righe) {
+        store::model::InserisciRighe(*db, nome, colonne, righe);
+    }
+
     double numero(const std::string& sql, const std::string& nome) {
         Value v = campo(*db, sql, nome);
         EXPECT_FALSE(v.isNull()) << nome << " of " << sql;
         return v.number();
     }
-    std::string parole(const std::string& sql, const std::string& nome) { return testo(campo(*db, sql, nome)); }
 
     store::DatabasePtr db;
 };
@@ -184,7 +170,7 @@ TEST_F(QueryArchivio, DescriptionsAndNamesAreNeverNull) {
         {"Select * from qrClienti where ID=1", "Mail", "rossi@posta.it"},
         {"Select * from qrFornitori where ID=1", "Web", "bianchi.it"},
     };
-    for (const Testo& c : casi) EXPECT_EQ(parole(c.sql, c.colonna), c.atteso) << c.sql << " -> " << c.colonna;
+    for (const Testo& c : casi) EXPECT_EQ(testo(campo(*db, c.sql, c.colonna)), c.atteso) << c.sql << " -> " << c.colonna;
 }
 
 TEST_F(QueryArchivio, DerivedAmounts) {
@@ -200,11 +186,7 @@ TEST_F(QueryArchivio, DerivedAmounts) {
         {"Select * from qrIncPN where Cliente=0", "TotaleDaPagare", 0},
         {"Select * from qrPagPN where Cliente=99", "TotalePagato", 61},
     };
-    for (const Numero& c : casi) {
-        Value v = campo(*db, c.sql, c.colonna);
-        ASSERT_FALSE(v.isNull()) << c.sql << " -> " << c.colonna;
-        EXPECT_NEAR(v.number(), c.atteso, 1e-9) << c.sql << " -> " << c.colonna << " = " << testo(v);
-    }
+    for (const Numero& c : casi) EXPECT_NEAR(numero(c.sql, c.colonna), c.atteso, 1e-9) << c.sql << " -> " << c.colonna;
     EXPECT_TRUE(campo(*db, "Select * from qrScadenzeAttive where ID=4", "ImportoTotale").isNull());
     EXPECT_TRUE(campo(*db, "Select * from qrScadenzePagamenti where ID=3", "Tipo").isNull());
     EXPECT_TRUE(db->OpenRecordset("Select * from qrPagPN where Cliente=1")->Eof()) << "a quote is never settled";

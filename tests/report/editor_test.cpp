@@ -16,8 +16,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-Modello Fattura() { return Carica((fs::path(BREVANO_SOURCE_DIR) / "data/report/Fatture.rpf").string()); }
-
 // The band of that name among the editor's bands.
 int BandaDi(const EditorModello& ed, const std::string& nome) {
     for (int i = 0; i < ed.Bande(); ++i)
@@ -65,7 +63,7 @@ TEST(EditorReport, OgniModificaSiSalvaSiRileggeESiAnnulla) {
         {"campo aggiunto", "Piede pagina", {}, "", [](E& ed) { return ed.Aggiungi(TipoElemento::Campo, "Documento.Numero"); }},
         {"elemento eliminato", "Intestazione pagina", T::Testo, "Prezzo", [](E& ed) { return ed.Elimina(); }},
     };
-    const Modello originale = Fattura();
+    const Modello originale = Carica((fs::path(BREVANO_SOURCE_DIR) / "data/report/Fatture.rpf").string());
     for (const auto& c : casi) {
         EditorModello ed(originale);
         const int banda = BandaDi(ed, c.banda);
@@ -149,8 +147,7 @@ TEST(EditorReport, ValoriRifiutatiNonCambianoNulla) {
         EditorModello ed(m);
         ed.Seleziona({2, c.elemento});
         ASSERT_EQ(ed.NomeBanda(2), "Dettaglio");
-        const std::string errore = ed.Imposta(c.p, c.valore);
-        EXPECT_EQ(errore.substr(0, c.messaggio.size()), c.messaggio) << c.valore;
+        EXPECT_EQ(ed.Imposta(c.p, c.valore).substr(0, c.messaggio.size()), c.messaggio) << c.valore;
         EXPECT_TRUE(ed.modello() == m) << c.valore;
         EXPECT_FALSE(ed.PuoAnnullare()) << c.valore;
     }

@@ -34,15 +34,6 @@ struct Archivi {
         aziende->Execute("Insert Into Aziende (ID,Denominazione,Indirizzo,Cap,Citta,Provincia,PartitaIva,CodiceFiscale,"
                          "Telefono) VALUES (1,'Studio Tecnico Bianchi & C. snc','Via Garibaldi 8','40121','Bologna','BO',"
                          "'03456780372','03456780372','051 234567')");
-        Riempi();
-    }
-
-    // The rows of one table: the statement's head once, then the values of each row.
-    static void Righe(store::Database& db, const std::string& testa, std::initializer_list<const char*> valori) {
-        for (const char* v : valori) db.Execute(testa + " VALUES " + v);
-    }
-
-    void Riempi() {
         store::Database& a = *archivio;
         Righe(a, "Insert Into CodiciIva (ID,DescIva,AliquotaIva)", {"(1,'22%',22)", "(2,'10%',10)"});
         Righe(a, "Insert Into CondizioniPagamento (ID,DescPagamento,Rate)", {"(1,'Bonifico 30-60 gg d.f.',2)"});
@@ -85,6 +76,11 @@ struct Archivi {
               {"(1,'Fattura N.27','Consorzio Agrario',#03/10/2026#,1267.2,0,0,0)",
                "(2,'Acconto bonifico','Consorzio Agrario',#04/28/2026#,0,0,633.6,0)",
                "(3,'Spesa N.F-118','Ferramenta Emiliana',#03/05/2026#,0,488,0,0)"});
+    }
+
+    // The rows of one table: the statement's head once, then the values of each row.
+    static void Righe(store::Database& db, const std::string& testa, std::initializer_list<const char*> valori) {
+        for (const char* v : valori) db.Execute(testa + " VALUES " + v);
     }
 };
 

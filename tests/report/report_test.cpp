@@ -6,9 +6,9 @@
 #include <QPushButton>
 
 #include <filesystem>
-#include <functional>
 
 #include "report/report_support.h"
+#include "store/convert_support.h"
 #include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
 #include "ui/report/Anteprima.h"
@@ -34,16 +34,6 @@ Tabella Movimenti(int n, int perCliente = 1000) {
         t.righe.push_back({store::Value::Text("Cliente " + std::to_string((i - 1) / perCliente + 1)),
                            store::Value::Text("Riga " + std::to_string(i)), store::Value::Double(i + 0.5)});
     return t;
-}
-
-// The number and text of the error a call gives; 0 and "" when it gives none.
-std::pair<int, std::string> Errore(const std::function<void()>& chiamata) {
-    try {
-        chiamata();
-    } catch (const ErroreReport& e) {
-        return {e.number(), e.what()};
-    }
-    return {0, ""};
 }
 
 Documento Impagina(const std::string& xml, const Tabella& t) {
@@ -99,7 +89,7 @@ TEST(FileReport, FileGuastiRifiutatiConFileECausa) {
          "compare due volte"},
     };
     for (const auto& c : casi) {
-        const auto [numero, testo] = Errore([&] { Leggi(c.testo, "Fatture.rpf"); });
+        const auto [numero, testo] = jetErrorOf([&] { Leggi(c.testo, "Fatture.rpf"); });
         EXPECT_EQ(numero, ErrFormato) << c.nome;
         EXPECT_EQ(testo.rfind("Fatture.rpf: ", 0), 0u) << c.nome << ": " << testo;
         EXPECT_NE(testo.find(c.causa), std::string::npos) << c.nome << ": " << testo;
@@ -110,7 +100,7 @@ TEST(FileReport, FileGuastiRifiutatiConFileECausa) {
 TEST(FileReport, FileMancanteNonCaricato) {
     Motore motore;
     motore.File = "/nessuna/Manca.rpf";
-    const auto [numero, testo] = Errore([&] { motore.Carica(); });
+    const auto [numero, testo] = jetErrorOf([&] { motore.Carica(); });
     EXPECT_EQ(numero, ErrFileMancante);
     EXPECT_NE(testo.find("Manca.rpf: il file del report non esiste"), std::string::npos) << testo;
     EXPECT_FALSE(motore.Caricato());
@@ -216,7 +206,7 @@ TEST(DatiReport, QueryCampiEImmaginiMancantiNominanoFileECausa) {
     };
     for (const auto& c : casi) {
         carica(c.xml);
-        const auto [numero, testo] = Errore([&] { motore.Prepara(prova::MisuratoreFisso()); });
+        const auto [numero, testo] = jetErrorOf([&] { motore.Prepara(prova::MisuratoreFisso()); });
         EXPECT_EQ(numero, c.numero) << c.nome << ": " << testo;
         EXPECT_EQ(testo.rfind(c.testo, 0), 0u) << c.nome << ": " << testo;
     }
@@ -233,10 +223,7 @@ TEST(PdfReport, ListaSuTrePagineSfogliataESalvata) {
     prova::applicazioneDiProva();
     auto script = prova::installaScript();
     test::CartellaTemporanea cartella;
-    {
-        auto db = store::Workspace::Default().CreateDatabase(cartella / "archivio.mdb");
-        prova::CreaMovimenti(*db, 15);
-    }
+    prova::CreaMovimenti(*store::Workspace::Default().CreateDatabase(cartella / "archivio.mdb"), 15);
     test::ScriviFile(cartella / "Prova.rpf", prova::ReportElenco());
     Motore motore;
     motore.File = cartella / "Prova.rpf";

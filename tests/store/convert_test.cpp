@@ -30,8 +30,6 @@ protected:
 
 }  // namespace
 
-// ---- calendar ----------------------------------------------------------------------------------
-
 TEST(DateSerialTest, CountsDaysFromTheZeroDateBothWays) {
     struct Case { int y, m, d; double serial; };
     const Case cases[] = {
@@ -59,8 +57,6 @@ TEST(DateSerialTest, WeekdaysLeapYearsAndTheRange) {
     EXPECT_EQ(errorOf([] { SplitDate(NAN); }), 6);
     EXPECT_EQ(errorOf([] { DateText(1e300); }), 6);
 }
-
-// ---- date texts --------------------------------------------------------------------------------
 
 TEST(DateTextTest, ShowsDateTimeOrBoth) {
     struct Case { double serial; const char* text; const char* iso; };
@@ -130,8 +126,6 @@ TEST_F(FixedClock, ParseDateTextReadsTheItalianShortDateAndLiteralsMonthFirst) {
     }
 }
 
-// ---- numbers -----------------------------------------------------------------------------------
-
 TEST(NumberTest, ParseNumberTextUsesTheDecimalComma) {
     struct Case { const char* text; std::optional<double> value; };
     const Case cases[] = {
@@ -183,8 +177,6 @@ TEST(NumberTest, ValReadsOnlyThePoint) {
     for (const auto& c : cases) EXPECT_DOUBLE_EQ(Val(c.text), c.value) << c.text;
     EXPECT_EQ(errorOf([] { Val("1e400"); }), 6);
 }
-
-// ---- value conversions -------------------------------------------------------------------------
 
 TEST(ValueConversionTest, IntegersRoundHalfToEvenAndOverflow) {
     struct Case { Value v; int expected; };
@@ -247,8 +239,6 @@ TEST(ValueConversionTest, BooleansAsItalianWordsAndDateValueDropsTheTime) {
               (std::array{45657.0, 45356.0, -1.0, 0.0}));
 }
 
-// ---- text --------------------------------------------------------------------------------------
-
 TEST(CompareTextTest, IgnoresCaseAndTrailingBlanksButNotAccents) {
     struct Case { const char* a; const char* b; int sign; };
     const Case cases[] = {
@@ -292,8 +282,6 @@ TEST(Cp1252Test, ConvertsBothWays) {
     for (int b = 1; b < 256; ++b) everyByte += static_cast<char>(b);
     EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(everyByte)), everyByte);
 }
-
-// ---- format ------------------------------------------------------------------------------------
 
 TEST(FormatTest, NumberMasks) {
     struct Case { double x; const char* mask; const char* text; };
@@ -345,16 +333,10 @@ TEST(FormatTest, ValuesOfEveryKind) {
 }
 
 TEST(FormatTest, WhatFormatWritesReadsBack) {
-    for (const char* mask : {"Long Date", "Medium Date", "Short Date", "dd/mm/yyyy", "d mmmm yyyy"}) {
-        const auto back = ParseDateText(Format(Value::Date(45356), mask));
-        ASSERT_TRUE(back.has_value()) << mask;
-        EXPECT_EQ(*back, 45356) << mask;
-    }
-    for (const char* mask : {"#,0.00", "Currency", "0.000", "Standard"}) {
-        const auto back = ParseNumberText(Format(Value::Double(-1234.5), mask));
-        ASSERT_TRUE(back.has_value()) << mask;
-        EXPECT_EQ(*back, -1234.5) << mask;
-    }
+    for (const char* mask : {"Long Date", "Medium Date", "Short Date", "dd/mm/yyyy", "d mmmm yyyy"})
+        EXPECT_EQ(ParseDateText(Format(Value::Date(45356), mask)), 45356.0) << mask;
+    for (const char* mask : {"#,0.00", "Currency", "0.000", "Standard"})
+        EXPECT_EQ(ParseNumberText(Format(Value::Double(-1234.5), mask)), -1234.5) << mask;
 }
 
 TEST(FormatTest, FormatNumberRoundsHalfAwayAndGroups) {

@@ -22,14 +22,9 @@ TEST_F(FilesTest, FilesThatAreMissingOrNotOursAreRefused) {
     const std::pair<std::string, int> cases[] = {
         {path("Manca.mdb"), 3024}, {text, 3049}, {empty, 3049}, {foreign, 3049}, {folder_.percorso(), 3049}};
     for (const auto& [file, error] : cases) {
-        SCOPED_TRACE(file);
-        try {
-            Workspace::Default().OpenDatabase(file);
-            ADD_FAILURE() << "opened";
-        } catch (const JetError& e) {
-            EXPECT_EQ(e.number(), error);
-            EXPECT_NE(std::string(e.what()).find(file), std::string::npos) << e.what();
-        }
+        const auto [number, text] = jetErrorOf([&] { Workspace::Default().OpenDatabase(file); });
+        EXPECT_EQ(number, error) << file;
+        EXPECT_NE(text.find(file), std::string::npos) << text;
     }
     create("Nuovo.mdb");
     EXPECT_EQ(errorOf([&] { create("Nuovo.mdb"); }), 3204);

@@ -6,10 +6,10 @@
 #include <sqlite3.h>
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
+#include "convert_support.h"
 #include "store/catalog_database.h"
 #include "store/convert.h"
 #include "store/errors.h"
@@ -40,8 +40,8 @@ private:
     std::uint64_t version_ = 1;
 };
 
-// Column shorthand: "Name:L" Long, ":I" Integer, ":B" Yes/No, ":D" Double, ":T" Date,
-// ":S50" Text(50), ":M" Memo, ":Y" Byte, ":C" Currency.
+// Column shorthand: "Name:L" Long, ":B" Yes/No, ":D" Double, ":T" Date, ":S50" Text(50), ":M" Memo,
+// ":C" Currency.
 inline ColumnInfo col(const std::string& forma) {
     ColumnInfo c;
     auto p = forma.find(':');
@@ -49,8 +49,6 @@ inline ColumnInfo col(const std::string& forma) {
     std::string t = p == std::string::npos ? "S" : forma.substr(p + 1);
     switch (t[0]) {
         case 'L': c.type = FieldType::Long; break;
-        case 'I': c.type = FieldType::Integer; break;
-        case 'Y': c.type = FieldType::Byte; break;
         case 'B': c.type = FieldType::Boolean; break;
         case 'D': c.type = FieldType::Double; break;
         case 'C': c.type = FieldType::Currency; break;
@@ -192,14 +190,7 @@ public:
     std::string one(const std::string& expr) { return run("SELECT " + expr).text(); }
 
     // The error number a statement gives (translation or execution), 0 when none.
-    int error(const std::string& jet) {
-        try {
-            run(jet);
-        } catch (const store::JetError& e) {
-            return e.number();
-        }
-        return 0;
-    }
+    int error(const std::string& jet) { return errorOf([&] { run(jet); }); }
 
 private:
     MemCatalog cat_;

@@ -11,6 +11,7 @@
 #include "store/convert.h"
 #include "store/model/model.h"
 #include "ui/VetraGrid.h"
+#include "ui/griglia_support.h"
 
 namespace {
 
@@ -36,18 +37,6 @@ protected:
                           std::to_string(documenti[i][2]) + ")");
     }
 
-    // Every row of the grid, read to its end: ids, and captions as "#caption".
-    static Righe righe(ui::VetraGrid& g) {
-        ui::VetraGridModel* m = g.modello();
-        while (m->canFetchMore({})) m->fetchMore({});
-        Righe out;
-        for (int r = 0; r < m->rowCount(); ++r) {
-            if (m->rigaDiGruppo(r)) out.push_back("#" + m->data(m->index(r, 0), Qt::DisplayRole).toString().toStdString());
-            else out.push_back(std::to_string(store::CLng(m->valore(r, "ID"))));
-        }
-        return out;
-    }
-
     prova::ArchivioProva a;
 };
 
@@ -65,12 +54,10 @@ TEST_P(OrdineDocumenti, LaGrigliaElencaLeFattureNellOrdineDellIstruzione) {
     g.aggiungiColonna({"Data", "Data", 1200, "dd/mm/yyyy"});
     if (raggruppato) g.aggiungiGruppo("Denominazione");
     g.Aggiorna();
-    EXPECT_EQ(righe(g), attese);
+    EXPECT_EQ(prova::righeGriglia(g), attese);
     // Read from its end (Ctrl+End) and up to its start, the list is the same.
     g.VaiAllUltima();
-    while (g.modello()->puoLeggereSopra()) g.modello()->leggiSopra();
-    EXPECT_EQ(righe(g), attese);
-
+    EXPECT_EQ(prova::righeGriglia(g), attese);
 }
 
 INSTANTIATE_TEST_SUITE_P(PerDataEPerCliente, OrdineDocumenti, ::testing::Values(false, true));

@@ -8,6 +8,7 @@
 #include "ui/Tratti.h"
 #include "ui/VText.h"
 #include "ui/VetraGrid.h"
+#include "ui/griglia_support.h"
 
 namespace {
 
@@ -40,17 +41,6 @@ protected:
         g.aggiungiColonna({"Numero", "Numero", 1000});
         g.aggiungiGruppo("DescClasse");
         if (aTratti) g.collegaGruppo(kClasse);
-    }
-    // Every row of the grid, read to the end: captions as "#title", records by ID.
-    static std::vector<std::string> righe(ui::VetraGrid& g) {
-        g.modello()->leggiFinoAllaFine();
-        while (g.modello()->puoLeggereSopra()) g.modello()->leggiSopra();
-        std::vector<std::string> out;
-        for (int r = 0; r < g.righeMostrate(); ++r)
-            out.push_back(g.modello()->rigaDiGruppo(r)
-                              ? "#" + g.modello()->data(g.modello()->index(r, 0), Qt::DisplayRole).toString().toStdString()
-                              : store::ConcatText(g.modello()->valore(r, "ID")));
-        return out;
     }
 
     prova::ArchivioProva a;
@@ -90,10 +80,10 @@ TEST_F(Tratti, LaGrigliaATrattiMostraLeRigheDellIstruzioneUnica) {
     unica.Aggiorna();
     aTratti.Aggiorna();
     EXPECT_EQ(aTratti.istruzione(), unica.istruzione());
-    const std::vector<std::string> attese = righe(unica);
+    const std::vector<std::string> attese = prova::righeGriglia(unica);
     ASSERT_EQ(std::count_if(attese.begin(), attese.end(), [](const std::string& r) { return r[0] != '#'; }), 441);
     EXPECT_EQ(attese[0], "#(vuoto)");
-    EXPECT_EQ(righe(aTratti), attese);
+    EXPECT_EQ(prova::righeGriglia(aTratti), attese);
 
     // The current row's recordset is the piece it came from, for the controls that follow the row too.
     ui::VText numero;
@@ -114,7 +104,7 @@ TEST_F(Tratti, LaGrigliaATrattiMostraLeRigheDellIstruzioneUnica) {
     dallaFine.VaiAllUltima();
     EXPECT_TRUE(dallaFine.modello()->inverso());
     EXPECT_EQ(store::CLng(dallaFine.Recordset()->get("ID")), std::stol(attese.back()));
-    EXPECT_EQ(righe(dallaFine), attese);
+    EXPECT_EQ(prova::righeGriglia(dallaFine), attese);
 
     // A short list is read by the single statement: one recordset for every row.
     a.db->Execute("DELETE FROM Voci WHERE ID>100");
@@ -133,7 +123,7 @@ TEST_F(Tratti, EliminaAllaFineDiUnTrattoELetturaContinua) {
     const long tolto = store::CLng(g.modello()->valore(ultima, "ID"));
     g.setCurrentIndex(g.modello()->index(ultima, 0));
     ASSERT_TRUE(g.EliminaRiga());
-    std::vector<std::string> letti = righe(g);
+    std::vector<std::string> letti = prova::righeGriglia(g);
     EXPECT_EQ(std::count(letti.begin(), letti.end(), std::to_string(tolto)), 0);
     EXPECT_EQ(std::count_if(letti.begin(), letti.end(), [](const std::string& r) { return r[0] != '#'; }), 440);
     EXPECT_EQ(g.modello()->righeLette(), 440);
