@@ -24,16 +24,14 @@ std::string UnGigabyte() {
     if (fs::exists(path)) return path.string();
     const fs::path parziale = path.string() + ".parziale";
     fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), parziale, fs::copy_options::overwrite_existing);
-    {
-        auto db = store::Workspace::Default().OpenDatabase(parziale.string());
-        const long righe = store::CLng(db->OpenRecordset("Select Max(ID) As M from Movimenti")->get("M"));
-        for (long volta = 1; volta <= 2; ++volta)
-            db->Execute("Insert Into Movimenti (ID,Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,"
-                        "Sconto1,Sconto2,Importo,Iva) Select ID+" + std::to_string(volta * righe) +
-                        ",Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,Sconto1,Sconto2,Importo,Iva "
-                        "from Movimenti where ID<=" + std::to_string(righe));
-        db->Close();
-    }
+    auto db = store::Workspace::Default().OpenDatabase(parziale.string());
+    const long righe = store::CLng(db->OpenRecordset("Select Max(ID) As M from Movimenti")->get("M"));
+    for (long volta = 1; volta <= 2; ++volta)
+        db->Execute("Insert Into Movimenti (ID,Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,"
+                    "Sconto1,Sconto2,Importo,Iva) Select ID+" + std::to_string(volta * righe) +
+                    ",Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,Sconto1,Sconto2,Importo,Iva "
+                    "from Movimenti where ID<=" + std::to_string(righe));
+    db->Close();
     fs::rename(parziale, path);
     return path.string();
 }

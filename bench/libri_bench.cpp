@@ -104,14 +104,13 @@ void BM_EstrattoCliente(benchmark::State& state) {
             grezzo.prepara("Select * from qrIncassi where Documento=987654321 Order by DataPagamento", 987654321, &postoI);
         sqlite3_stmt* pagP =
             grezzo.prepara("Select * from qrPagamenti where Documento=987654321 Order by DataPagamento", 987654321, &postoP);
-        sqlite3_stmt* pag = pagI;
         sqlite3_stmt* ins = nullptr;
         sqlite3_prepare_v2(grezzo.db(), "INSERT INTO t.Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo) VALUES (?,0,?,?,?,?,?)",
                            -1, &ins, nullptr);
         const int cId = 0, cData = colonna(doc, "Data"), cDesc = colonna(doc, "DescDocumento"),
                   cTot = colonna(doc, "ImportoTotale"), cTipo = colonna(doc, "Tipo");
-        const int pData = colonna(pag, "DataPagamento"), pDesc = colonna(pag, "DescPagamento"),
-                  pImp = colonna(pag, "ImportoPagamento");
+        const int pData = colonna(pagI, "DataPagamento"), pDesc = colonna(pagI, "DescPagamento"),
+                  pImp = colonna(pagI, "ImportoPagamento");
         long id = 0;
         double saldo = 0;
         auto scrivi = [&](sqlite3_stmt* da, int data, int desc, double dare, double avere) {
@@ -129,7 +128,7 @@ void BM_EstrattoCliente(benchmark::State& state) {
             const bool attivo = sqlite3_column_int(doc, cTipo) == 5;
             const double totale = sqlite3_column_double(doc, cTot);
             scrivi(doc, cData, cDesc, attivo ? totale : 0, attivo ? 0 : totale);
-            pag = attivo ? pagI : pagP;
+            sqlite3_stmt* pag = attivo ? pagI : pagP;
             sqlite3_bind_int64(pag, attivo ? postoI : postoP, sqlite3_column_int64(doc, cId));
             while (sqlite3_step(pag) == SQLITE_ROW) {
                 const double importo = sqlite3_column_double(pag, pImp);
@@ -137,10 +136,7 @@ void BM_EstrattoCliente(benchmark::State& state) {
             }
             sqlite3_reset(pag);
         }
-        sqlite3_finalize(doc);
-        sqlite3_finalize(pagI);
-        sqlite3_finalize(pagP);
-        sqlite3_finalize(ins);
+        for (sqlite3_stmt* s : {doc, pagI, pagP, ins}) sqlite3_finalize(s);
         sqlite3_exec(grezzo.db(), "COMMIT", nullptr, nullptr, nullptr);
         righe = id;
     });

@@ -41,7 +41,8 @@ Copia& copia(int dove) {
     static std::map<int, Copia> copie;
     Copia& c = copie[dove];
     if (!c.db) {
-        const fs::path path = (dove == 0 ? fs::temp_directory_path() : fs::path("/dev/shm")) / "brevano-pagamenti-1M.mdb";
+        const fs::path cartella = dove == 0 ? fs::temp_directory_path() : fs::path("/dev/shm");
+        const fs::path path = cartella / "brevano-pagamenti-1M.mdb";
         fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), path, fs::copy_options::overwrite_existing);
         c.db = store::Workspace::Default().OpenDatabase(path.string());
         bench::AggiungiIndiciMancanti(*c.db);
@@ -50,7 +51,8 @@ Copia& copia(int dove) {
             "Scadenze.Documento = Documenti.ID where Documenti.Tipo=5 and Documenti.Cliente>0");
         for (int i = 0; !rs->Eof(); rs->MoveNext(), ++i)
             if (i % 37 == 0)
-                c.rate.push_back({store::CLng(rs->get("ID")), store::CLng(rs->get("Documento")), store::CLng(rs->get("Cliente"))});
+                c.rate.push_back(
+                    {store::CLng(rs->get("ID")), store::CLng(rs->get("Documento")), store::CLng(rs->get("Cliente"))});
         sqlite3_open_v2(path.c_str(), &c.grezzo, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
         sqlite3_busy_timeout(c.grezzo, 4000);
     }
@@ -106,7 +108,6 @@ void registraGrezzo(sqlite3* db, const Rata& r) {
     esegui(db, "COMMIT");
 }
 
-// Wall and processor time of each side, per payment.
 void BM_RegistraPagamento(benchmark::State& state) {
     const int dove = static_cast<int>(state.range(0));
     const Copia& c = copia(dove);

@@ -40,18 +40,11 @@ struct Ambiente : bench::Sessione {
     }
 };
 
-std::unique_ptr<frmPrimaNota> apri() {
-    auto f = std::make_unique<frmPrimaNota>();
-    f->show();
-    QApplication::processEvents();
-    return f;
-}
-
 void BM_PrimaSchermata(benchmark::State& state) {
     Ambiente& a = bench::unica<Ambiente>();
     bench::Grezzo grezzo(a.path, a.db);
     bench::Misure m;
-    bench::PrimaSchermata(state, a, grezzo, m, [](Clock::time_point&) { return apri(); });
+    bench::PrimaSchermata(state, a, grezzo, m, [](Clock::time_point&) { return bench::Apri<frmPrimaNota>(); });
     state.counters["righe_archivio"] = static_cast<double>(a.righe);
 }
 BENCHMARK(BM_PrimaSchermata)->Unit(benchmark::kMillisecond)->Iterations(5);
@@ -60,7 +53,7 @@ void BM_Cifre(benchmark::State& state) {
     Ambiente& a = bench::unica<Ambiente>();
     bench::Grezzo grezzo(a.path, a.db);
     bench::Misure m;
-    auto f = apri();
+    auto f = bench::Apri<frmPrimaNota>();
     const books::PeriodoPrimaNota periodo = f->periodo();
     const std::string precedente = "Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota "
                                    "where Destinazione=0 and Data<#" + store::ShortDate(periodo.dataDal) + "#";

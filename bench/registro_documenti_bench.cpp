@@ -63,18 +63,18 @@ struct Ambiente : bench::Sessione {
     }
 };
 
-std::unique_ptr<frmDocumenti> apriRegistro() {
-    auto f = std::make_unique<frmDocumenti>(nullptr, 5);
-    f->show();
-    QApplication::processEvents();
-    return f;
-}
-
 void raggruppa(frmDocumenti& f, bool si) {
     QSignalBlocker blocco(f.chkRaggruppa);
     f.chkRaggruppa->setChecked(si);
     f.Raggruppa();
     QApplication::processEvents();
+}
+
+// Shown as it opens, grouped by customer; the list plain (by date) unless raggruppato.
+std::unique_ptr<frmDocumenti> apriRegistro(bool raggruppato = true) {
+    auto f = bench::Apri<frmDocumenti>(nullptr, 5);
+    if (!raggruppato) raggruppa(*f, false);
+    return f;
 }
 
 // ---- the benchmarks ------------------------------------------------------------------------------
@@ -102,12 +102,7 @@ void BM_UltimaRiga(benchmark::State& state) {
     Misure m;
     long righe = 0;
     double tutte = 0;
-    auto apri = [raggruppato] {
-        auto f = apriRegistro();
-        if (!raggruppato) raggruppa(*f, false);
-        return f;
-    };
-    bench::UltimaRiga(state, a, grezzo, m, apri, [&](ui::VetraGrid& g) {
+    bench::UltimaRiga(state, a, grezzo, m, [raggruppato] { return apriRegistro(raggruppato); }, [&](ui::VetraGrid& g) {
         righe = g.modello()->righeLette();
         if (g.currentIndex().row() != g.righeMostrate() - 1 || g.modello()->canFetchMore({}))
             state.SkipWithError("Ctrl+End did not reach the last row");
@@ -137,8 +132,7 @@ void BM_SalvaRiga(benchmark::State& state) {
         if (!f || prima) {
             state.PauseTiming();
             f.reset();
-            f = apriRegistro();
-            raggruppa(*f, false);
+            f = apriRegistro(false);
             if (!f->griglia()->vaiAId(a.documento)) state.SkipWithError("the document is not in the list");
             state.ResumeTiming();
         }
@@ -186,13 +180,15 @@ void BM_ApriDocumento(benchmark::State& state) {
         },
         [&] { return a.senzaMessaggi(state); },
         [&] {
-            for (const std::string& sql : std::initializer_list<std::string>
-                 {"Select * from qrClienti order by Denominazione", "Select * from CondizioniPagamento order by DescPagamento",
-                  "Select Prefisso From Documenti where Tipo=5 Group By Prefisso",
-                  "Select Suffisso From Documenti where Tipo=5 Group By Suffisso",
-                  "Select Max(Numero) as dNum from Documenti where Tipo=5 and Prefisso='' and Suffisso='' and "
-                  "DateValue(Data)>=DateValue('01/01/2024')",
-                  "Select * from qrDocumenti where ID=" + d, "Select * from qrMovimenti where Documento=" + d + " Order By ID"})
+            for (const std::string& sql : std::initializer_list<std::string>{
+                     "Select * from qrClienti order by Denominazione",
+                     "Select * from CondizioniPagamento order by DescPagamento",
+                     "Select Prefisso From Documenti where Tipo=5 Group By Prefisso",
+                     "Select Suffisso From Documenti where Tipo=5 Group By Suffisso",
+                     "Select Max(Numero) as dNum from Documenti where Tipo=5 and Prefisso='' and Suffisso='' and "
+                     "DateValue(Data)>=DateValue('01/01/2024')",
+                     "Select * from qrDocumenti where ID=" + d,
+                     "Select * from qrMovimenti where Documento=" + d + " Order By ID"})
                 benchmark::DoNotOptimize(grezzo.leggi(sql));
         });
 }

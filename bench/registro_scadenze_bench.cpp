@@ -38,10 +38,7 @@ struct Ambiente : bench::Sessione {
 
 std::unique_ptr<frmScadenze> apriRegistro(int modo) {
     core::ImpostaModoSchermo(frmScadenze::Nome, modo);
-    auto f = std::make_unique<frmScadenze>();
-    f->show();
-    QApplication::processEvents();
-    return f;
+    return bench::Apri<frmScadenze>();
 }
 
 // range(0): the register's mode (0 active, 2 active from the day's reminders).

@@ -124,9 +124,11 @@ void BM_SalvaRiga(benchmark::State& state) {
         },
         [&] { return a.senzaMessaggi(state); },
         [&] {
-            grezzo.esegui("UPDATE MovimentiSpese SET Importo=" + core::NumeroSql(importo) + " WHERE ID=" + std::to_string(riga));
+            grezzo.esegui("UPDATE MovimentiSpese SET Importo=" + core::NumeroSql(importo) +
+                          " WHERE ID=" + std::to_string(riga));
             benchmark::DoNotOptimize(grezzo.leggi(expenses::SqlTotaliSpesa(a.spesa)));
-            grezzo.esegui("UPDATE Spese SET Imponibile=Imponibile+0, TotIva=TotIva+0, ImportoSpesa=ImportoSpesa+0 WHERE ID=" + s);
+            grezzo.esegui("UPDATE Spese SET Imponibile=Imponibile+0, TotIva=TotIva+0, ImportoSpesa=ImportoSpesa+0 "
+                          "WHERE ID=" + s);
             benchmark::DoNotOptimize(grezzo.leggi("Select * from qrSpese where ID=" + s));
         });
 }

@@ -17,18 +17,17 @@ namespace {
 
 using store::sql::RelationInfo;
 
-using Cat = sqltest::MemCatalog;
-
 RelationInfo table(const std::string& name, std::initializer_list<const char*> columns) {
     RelationInfo r{name, false, {}, {}};
     for (const char* c : columns) r.columns.push_back(sqltest::col(c));
     return r;
 }
 
-Cat& catalog() {
-    static Cat* c = [] {
-        auto* c = new Cat();
-        c->put(table("Documenti", {"ID:L", "Tipo:L", "Data:T", "Cliente:L", "Pagato:B", "Prefisso:S10", "ImportoTotale:D"}));
+sqltest::MemCatalog& catalog() {
+    static auto* c = [] {
+        auto* c = new sqltest::MemCatalog();
+        c->put(table("Documenti",
+                     {"ID:L", "Tipo:L", "Data:T", "Cliente:L", "Pagato:B", "Prefisso:S10", "ImportoTotale:D"}));
         c->put(table("Movimenti", {"ID:L", "Documento:L", "DescMovimento:S255", "Importo:D", "Iva:L"}));
         c->put(table("CodiciIva", {"ID:L", "DescIva:S30", "AliquotaIva:D"}));
         c->put(table("Utenti", {"ID:L", "Azienda:L", "Username:S50", "Password:S50"}));
@@ -119,10 +118,9 @@ struct Archive {
 // Translate (from the cache), prepare, bind and run the totals of one document, as the program does.
 // keepInHaving: the same totals with an aggregate condition that must stay in HAVING (for contrast).
 void havingRun(benchmark::State& state, bool keepInHaving) {
-    static std::map<int, Archive*> archives;
-    int n = static_cast<int>(state.range(0));
-    if (!archives.count(n)) archives[n] = new Archive(n);
-    Archive& a = *archives[n];
+    static std::map<int, Archive> archives;
+    const int n = static_cast<int>(state.range(0));
+    Archive& a = archives.try_emplace(n, n).first->second;
     store::sql::Translator tr(catalog());
     int doc = 0;
     double total = 0;

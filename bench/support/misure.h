@@ -54,7 +54,8 @@ public:
         sqlite3_stmt* s = prepara(dialetto);
         long righe = 0;
         while ((n < 0 || righe < n) && sqlite3_step(s) == SQLITE_ROW) {
-            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c) benchmark::DoNotOptimize(sqlite3_column_text(s, c));
+            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c)
+                benchmark::DoNotOptimize(sqlite3_column_text(s, c));
             ++righe;
         }
         sqlite3_finalize(s);

@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/impostazioni.h"
@@ -113,6 +114,15 @@ void PrimaSchermata(benchmark::State& state, const Sessione& s, Grezzo& g, Tempi
         m.sqlite(g, istruzione, kRigheSchermata);
     }
     m.riporta(state);
+}
+
+// A register of type R made with args and shown, its pending events run.
+template <class R, class... A>
+std::unique_ptr<R> Apri(A&&... args) {
+    auto f = std::make_unique<R>(std::forward<A>(args)...);
+    f->show();
+    QApplication::processEvents();
+    return f;
 }
 
 // The one session of type A of a benchmark program, made at its first use.
