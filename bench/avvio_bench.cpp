@@ -5,47 +5,21 @@
 
 #include <QApplication>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
-#include "core/avvio.h"
-#include "core/aziende.h"
-#include "core/impostazioni.h"
-#include "core/login.h"
-#include "core/registro_schermi.h"
-#include "app/screens/Registra.h"
-#include "app/screens/frmMain.h"
-#include "core/session.h"
 #include "core/utenti.h"
 #include "core/varie.h"
-#include "store/convert.h"
-#include "store/model/model.h"
 #include "support/archive_gen.h"
-#include "support/DialoghiScript.h"
+#include "support/avvio_prova.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-// A program folder with the installation files and a data folder with one company, one period on
-// the generated archive and one user, all in the settings.
-struct Installazione {
-    fs::path radice = fs::temp_directory_path() / "brevano-avvio-bench";
-    fs::path programma = radice / "programma";
-    fs::path dati = radice / "dati";
-
+// The test program folder with a data folder of one company, one period on the generated archive
+// and one user, all in the settings.
+struct Installazione : prova::ProgrammaDiProva {
     Installazione() {
-        fs::remove_all(radice);
-        fs::create_directories(programma);
-        fs::create_directories(dati);
-        store::model::ScriviFileInstallazione(programma.string(), store::model::CartellaDatiSorgente());
-        fs::copy_file(fs::path(store::model::CartellaDatiSorgente()) / "Italiano.lng", programma / "Italiano.lng");
-        std::ofstream(programma / "brevano") << "x";
-        core::fissaEseguibile((programma / "brevano").string());
-        core::session().CartellaProgramma = programma.string();
-        core::RipristinaLingua();
-
         const fs::path archivio = dati / "Esercizio 2024.mdb";
         fs::copy_file(bench::ArchivioProva(), archivio);
         core::ScegliCartellaDati(dati.string());
@@ -58,30 +32,13 @@ struct Installazione {
         core::ConfermaConfigurazione(dati.string(), 1, 1);
         core::session().dbAziende.reset();
     }
-    ~Installazione() {
-        std::error_code ec;
-        fs::remove_all(radice, ec);
-    }
 };
-
-void ChiudiPannello() {
-    if (frmMain* p = frmMain::istanza()) {
-        p->setAttribute(Qt::WA_DeleteOnClose, false);
-        p->hide();
-        delete p;
-    }
-    core::Session& s = core::session();
-    for (auto* db : {&s.dbAziende, &s.dbArchivio, &s.dbTemp, &s.dbUtilita}) db->reset();
-}
 
 void BM_AvvioFinoAlPannello(benchmark::State& state) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    prova::applicazioneDiProva();
     Installazione inst;
-    RegistraSchermi();
-    auto script = prova::installaScript();
     for (auto _ : state) {
-        script->schermo("frmLogin", [](QWidget*) {
+        inst.script->schermo("frmLogin", [](QWidget*) {
             core::ApriLogin();
             return core::ConfermaLogin("mario", "pw");
         });
@@ -91,11 +48,11 @@ void BM_AvvioFinoAlPannello(benchmark::State& state) {
         }
         QApplication::processEvents();
         state.PauseTiming();
-        ChiudiPannello();
+        prova::ProgrammaDiProva::chiudiFinestre();
+        core::Session& s = core::session();
+        for (auto* db : {&s.dbAziende, &s.dbArchivio, &s.dbTemp, &s.dbUtilita}) db->reset();
         state.ResumeTiming();
     }
-    core::svuotaRegistroSchermi();
-    core::installDialogs(nullptr);
 }
 BENCHMARK(BM_AvvioFinoAlPannello)->Unit(benchmark::kMillisecond)->Iterations(5);
 

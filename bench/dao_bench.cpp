@@ -8,12 +8,12 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <chrono>
 #include <filesystem>
 #include <string>
 
 #include "store/dao.h"
 #include "support/archive_gen.h"
+#include "support/misure.h"
 
 namespace {
 
@@ -36,35 +36,25 @@ const char* const kLines = "SELECT * FROM Movimenti";
 
 // 50,000 documents of twelve lines each: Movimenti holds 600,000 rows.
 const std::string& archive() {
-    static const std::string path = [] {
-        bench::Dimensioni d;
-        d.documenti = static_cast<int>(kDocumenti);
-        d.righe = 12;
-        return bench::ArchivioProva(d);
-    }();
+    static const std::string path = bench::ArchivioProva({.documenti = static_cast<int>(kDocumenti), .righe = 12});
     return path;
-}
-
-// The same connection flags as the engine's own: no mutex, one user per connection.
-sqlite3* openRaw() {
-    sqlite3* db = nullptr;
-    sqlite3_open_v2(archive().c_str(), &db, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
-    return db;
 }
 
 // ---- the two sides -------------------------------------------------------------------------------
 
-[[gnu::noinline]] double engineWalk(store::Database& db, const char* sql) {
-    auto rs = db.OpenRecordset(sql);
+// Every field of the rows from the current one on: a text by its length, the rest by its value.
+double engineRest(store::Recordset& rs) {
     double sum = 0;
-    const int n = rs->FieldCount();
-    for (; !rs->Eof(); rs->MoveNext())
+    const int n = rs.FieldCount();
+    for (; !rs.Eof(); rs.MoveNext())
         for (int i = 0; i < n; ++i) {
-            store::Value v = rs->Fields(i).value();
+            store::Value v = rs.Fields(i).value();
             sum += v.kind() == store::Value::Kind::Text ? static_cast<double>(v.text().size()) : v.number();
         }
     return sum;
 }
+
+[[gnu::noinline]] double engineWalk(store::Database& db, const char* sql) { return engineRest(*db.OpenRecordset(sql)); }
 
 [[gnu::noinline]] double sqliteWalk(sqlite3* db, const char* sql) {
     sqlite3_stmt* s = nullptr;
@@ -108,14 +98,9 @@ sqlite3* openRaw() {
 [[gnu::noinline]] double engineCountThenWalk(store::Database& db) {
     auto rs = db.OpenRecordset(kLines);
     rs->MoveLast();
-    double sum = static_cast<double>(rs->RecordCount());
-    const int n = rs->FieldCount();
-    for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext())
-        for (int i = 0; i < n; ++i) {
-            store::Value v = rs->Fields(i).value();
-            sum += v.kind() == store::Value::Kind::Text ? static_cast<double>(v.text().size()) : v.number();
-        }
-    return sum;
+    const double count = static_cast<double>(rs->RecordCount());
+    rs->MoveFirst();
+    return count + engineRest(*rs);
 }
 
 [[gnu::noinline]] double sqliteCountThenWalk(sqlite3* db) { return sqliteMoveLast(db) + sqliteWalk(db, kLines); }
@@ -125,16 +110,22 @@ sqlite3* openRaw() {
     return rs->get("ImportoTotale").number();
 }
 
-[[gnu::noinline]] double sqliteByKey(sqlite3* db, long id) {
-    const std::string sql = "SELECT * FROM Documenti WHERE ID = " + std::to_string(id);
-    sqlite3_stmt* s = nullptr;
-    sqlite3_prepare_v2(db, sql.c_str(), -1, &s, nullptr);
+// The ImportoTotale of the statement's next row, found by its name as the engine finds it.
+double sqliteTotal(sqlite3_stmt* s) {
     double v = 0;
     if (sqlite3_step(s) == SQLITE_ROW) {
         const int n = sqlite3_column_count(s);
         for (int i = 0; i < n; ++i)
             if (std::string(sqlite3_column_name(s, i)) == "ImportoTotale") v = sqlite3_column_double(s, i);
     }
+    return v;
+}
+
+[[gnu::noinline]] double sqliteByKey(sqlite3* db, long id) {
+    const std::string sql = "SELECT * FROM Documenti WHERE ID = " + std::to_string(id);
+    sqlite3_stmt* s = nullptr;
+    sqlite3_prepare_v2(db, sql.c_str(), -1, &s, nullptr);
+    const double v = sqliteTotal(s);
     sqlite3_finalize(s);
     return v;
 }
@@ -149,31 +140,25 @@ sqlite3* openRaw() {
 [[gnu::noinline]] double sqliteByKeyPrepared(sqlite3_stmt* s, long id) {
     sqlite3_reset(s);
     sqlite3_bind_int64(s, 1, id);
-    double v = 0;
-    if (sqlite3_step(s) == SQLITE_ROW) {
-        const int n = sqlite3_column_count(s);
-        for (int i = 0; i < n; ++i)
-            if (std::string(sqlite3_column_name(s, i)) == "ImportoTotale") v = sqlite3_column_double(s, i);
-    }
-    return v;
+    return sqliteTotal(s);
 }
 
 // ---- side by side --------------------------------------------------------------------------------
 
-using Clock = std::chrono::steady_clock;
-
 template <typename F>
 double timed(F&& f) {
-    const auto start = Clock::now();
+    const auto start = bench::Clock::now();
     benchmark::DoNotOptimize(f());
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    return bench::ms(start);
 }
 
 // `repeat` calls of each side per turn, for the short ones; engine(database, i) and raw(connection, i).
 template <typename Engine, typename Raw>
 void sideBySide(benchmark::State& state, Engine engine, Raw raw, int repeat = 1) {
     auto db = store::Workspace::Default().OpenDatabase(archive());
-    sqlite3* connection = openRaw();
+    // The same connection flags as the engine's own: no mutex, one user per connection.
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(archive().c_str(), &connection, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
     double engineMs = 0, rawMs = 0;
     for (auto _ : state) {
         engineMs += timed([&] { double s = 0; for (int i = 0; i < repeat; ++i) s += engine(*db, i); return s; });
@@ -186,25 +171,19 @@ void sideBySide(benchmark::State& state, Engine engine, Raw raw, int repeat = 1)
     state.counters["ratio"] = rawMs > 0 ? engineMs / rawMs : 0;
 }
 
+// A side that does the same whatever the turn.
+template <typename F>
+auto whole(F f) {
+    return [f](auto& db, int) { return f(db); };
+}
+
 long key(int i) { return (static_cast<long>(i) * 7919 + 17) % kDocumenti + 1; }
 
-void BM_Register(benchmark::State& state) {
-    sideBySide(state, [](store::Database& db, int) { return engineRegister(db); },
-               [](sqlite3* db, int) { return sqliteRegister(db); });
-}
-
-void BM_DocumentJoin(benchmark::State& state) {
-    sideBySide(state, [](store::Database& db, int) { return engineJoin(db); }, [](sqlite3* db, int) { return sqliteJoin(db); });
-}
-
-void BM_MoveLast600k(benchmark::State& state) {
-    sideBySide(state, [](store::Database& db, int) { return engineMoveLast(db); },
-               [](sqlite3* db, int) { return sqliteMoveLast(db); });
-}
-
+void BM_Register(benchmark::State& state) { sideBySide(state, whole(engineRegister), whole(sqliteRegister)); }
+void BM_DocumentJoin(benchmark::State& state) { sideBySide(state, whole(engineJoin), whole(sqliteJoin)); }
+void BM_MoveLast600k(benchmark::State& state) { sideBySide(state, whole(engineMoveLast), whole(sqliteMoveLast)); }
 void BM_CountThenWalk600k(benchmark::State& state) {
-    sideBySide(state, [](store::Database& db, int) { return engineCountThenWalk(db); },
-               [](sqlite3* db, int) { return sqliteCountThenWalk(db); });
+    sideBySide(state, whole(engineCountThenWalk), whole(sqliteCountThenWalk));
 }
 
 // What an editor or a recomputation does over and over: one row by its key, from the statement's text.

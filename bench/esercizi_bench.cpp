@@ -7,16 +7,10 @@
 #include <ctime>
 #include <filesystem>
 
-#include "core/aziende.h"
 #include "core/backup.h"
-#include "core/esercizi.h"
-#include "core/impostazioni.h"
-#include "core/session.h"
 #include "payments/primanota.h"
-#include "store/clock.h"
-#include "store/convert.h"
-#include "store/model/model.h"
 #include "support/archive_gen.h"
+#include "support/avvio_prova.h"
 
 namespace fs = std::filesystem;
 
@@ -30,34 +24,24 @@ std::string UnGigabyte() {
     if (fs::exists(path)) return path.string();
     const fs::path parziale = path.string() + ".parziale";
     fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), parziale, fs::copy_options::overwrite_existing);
-    {
-        auto db = store::Workspace::Default().OpenDatabase(parziale.string());
-        const long righe = store::CLng(db->OpenRecordset("Select Max(ID) As M from Movimenti")->get("M"));
-        for (long volta = 1; volta <= 2; ++volta)
-            db->Execute("Insert Into Movimenti (ID,Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,"
-                        "Sconto1,Sconto2,Importo,Iva) Select ID+" + std::to_string(volta * righe) +
-                        ",Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,Sconto1,Sconto2,Importo,Iva "
-                        "from Movimenti where ID<=" + std::to_string(righe));
-        db->Close();
-    }
+    auto db = store::Workspace::Default().OpenDatabase(parziale.string());
+    const long righe = store::CLng(db->OpenRecordset("Select Max(ID) As M from Movimenti")->get("M"));
+    for (long volta = 1; volta <= 2; ++volta)
+        db->Execute("Insert Into Movimenti (ID,Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,"
+                    "Sconto1,Sconto2,Importo,Iva) Select ID+" + std::to_string(volta * righe) +
+                    ",Documento,Servizio,DescMovimento,Riferimenti,Quantita,PrezzoUnitario,Sconto1,Sconto2,Importo,Iva "
+                    "from Movimenti where ID<=" + std::to_string(righe));
+    db->Close();
     fs::rename(parziale, path);
     return path.string();
 }
 
-// A program folder and a data folder with company 1 and its 2026 period on a copy of the archive,
-// opened as the session's; half of the documents and expenses paid.
-struct Dati {
-    fs::path radice = fs::temp_directory_path() / "brevano-esercizi-bench";
-    fs::path dati = radice / "dati";
+// The test program folder, with company 1 and its 2026 period on a copy of the archive in the data
+// folder, opened as the session's; half of the documents and expenses paid.
+struct Dati : prova::ProgrammaDiProva {
     fs::path archivio = dati / "Alfa 2026.mdb";
 
     explicit Dati(const std::string& sorgente) {
-        fs::remove_all(radice);
-        const fs::path programma = radice / "programma";
-        fs::create_directories(programma);
-        fs::create_directories(dati);
-        store::model::ScriviFileInstallazione(programma.string(), store::model::CartellaDatiSorgente());
-        core::session().CartellaProgramma = programma.string();
         fs::copy_file(sorgente, archivio);
         core::ScegliCartellaDati(dati.string());
         auto& master = *core::session().dbAziende;
@@ -71,17 +55,11 @@ struct Dati {
         s.dbArchivio->Execute("Update Documenti set Pagato=True where ID Mod 2 = 0");
         s.dbArchivio->Execute("Update Spese set Pagata=True where ID Mod 2 = 0");
     }
-    ~Dati() {
-        core::Session& s = core::session();
-        for (auto* db : {&s.dbAziende, &s.dbArchivio}) db->reset();
-        std::error_code ec;
-        fs::remove_all(radice, ec);
-    }
 };
 
 void BM_CopiaDiBackup(benchmark::State& state) {
     Dati d(UnGigabyte());
-    const fs::path copie = d.radice / "copie";
+    const fs::path copie = d.dati / "copie";
     fs::create_directories(copie);
     std::tm istante{};
     istante.tm_year = 126;
@@ -104,7 +82,7 @@ BENCHMARK(BM_CopiaDiBackup)->Unit(benchmark::kSecond)->Iterations(1)->UseRealTim
 // The floor: SQLite's console copying the archive alone, page by page, without compaction or check.
 void BM_BackupGrezzoSqlite3(benchmark::State& state) {
     Dati d(UnGigabyte());
-    const fs::path copia = d.radice / "grezza.db";
+    const fs::path copia = d.dati / "grezza.db";
     for (auto _ : state) {
         const std::string comando = "sqlite3 '" + d.archivio.string() + "' \".backup '" + copia.string() + "'\"";
         if (std::system(comando.c_str()) != 0) state.SkipWithError("sqlite3 .backup");

@@ -13,16 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bench::Dimensioni Dimensioni() {
-    bench::Dimensioni d;
-    d.clienti = 10000;
-    d.documenti = 50000;
-    d.scadenze = 100000;
-    return d;
-}
-
 store::DatabasePtr Archivio() {
-    static store::DatabasePtr db = store::Workspace::Default().OpenDatabase(bench::ArchivioProva(Dimensioni()));
+    static store::DatabasePtr db = store::Workspace::Default().OpenDatabase(
+        bench::ArchivioProva({.clienti = 10000, .documenti = 50000, .scadenze = 100000}));
     return db;
 }
 

@@ -13,8 +13,6 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <chrono>
-#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -25,71 +23,27 @@
 #include "core/calendario.h"
 #include "core/session.h"
 #include "sales/totali.h"
-#include "store/catalog_database.h"
-#include "store/convert.h"
 #include "store/model/model.h"
-#include "store/sql/translator.h"
 #include "support/archive_gen.h"
+#include "support/misure.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-// The processor's time of this process, apart from the wall clock: on a loaded machine the wall
-// clock also counts the time others had the processor.
-double cpuMs() { return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-
-struct Misure {
-    double motore = 0, grezzo = 0, motoreCpu = 0, grezzoCpu = 0;
-    int volte = 0;
-    double t0 = 0, c0 = 0;
-    void via() { t0 = ora(), c0 = cpuMs(); }
-    void motoreFatto() { motore += ora() - t0, motoreCpu += cpuMs() - c0; }
-    void grezzoFatto() { grezzo += ora() - t0, grezzoCpu += cpuMs() - c0; }
-    static double ora() { return std::chrono::duration<double, std::milli>(Clock::now().time_since_epoch()).count(); }
-    void riporta(benchmark::State& state) const {
-        if (volte == 0) return;
-        state.counters["motore_ms"] = motore / volte;
-        state.counters["sqlite_ms"] = grezzo / volte;
-        state.counters["motore_cpu_ms"] = motoreCpu / volte;
-        state.counters["sqlite_cpu_ms"] = grezzoCpu / volte;
-        state.counters["rapporto_cpu"] = grezzoCpu > 0 ? motoreCpu / grezzoCpu : 0;
+// The session's archive at path, with SQLite alone on the same file beside it; the session is
+// emptied when it goes.
+struct Archivio {
+    explicit Archivio(const std::string& path)
+        : db((core::session().dbArchivio = store::Workspace::Default().OpenDatabase(path))), grezzo(path, db) {}
+    ~Archivio() {
+        core::Session& s = core::session();
+        if (s.dbTemp) s.dbTemp->Close();
+        db->Close();
+        s = core::Session{};
     }
-};
-
-// SQLite alone on a file, with the engine's functions, running the engine's text of a statement.
-class Grezzo {
-public:
-    Grezzo(const std::string& path, store::Database& motore) : motore_(motore) {
-        sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-        store::sql::registerFunctions(db_);
-        sqlite3_busy_timeout(db_, 4000);
-    }
-    ~Grezzo() { sqlite3_close_v2(db_); }
-    sqlite3* db() { return db_; }
-
-    // segnaposto: a number of the statement whose placeholder is answered, for binding it again.
-    sqlite3_stmt* prepara(const std::string& dialetto, double segnaposto = 0, int* posto = nullptr) {
-        const store::sql::Translation t = motore_.impl().translate(dialetto);
-        sqlite3_stmt* s = nullptr;
-        sqlite3_prepare_v2(db_, t.sql.c_str(), static_cast<int>(t.sql.size()), &s, nullptr);
-        store::sql::bindParams(s, t.params);
-        for (size_t i = 0; posto && i < t.params.size(); ++i)
-            if (t.params[i].isNumeric() && store::CDbl(t.params[i]) == segnaposto) *posto = static_cast<int>(i) + 1;
-        return s;
-    }
-    double primoNumero(const std::string& dialetto) {
-        sqlite3_stmt* s = prepara(dialetto);
-        const double v = sqlite3_step(s) == SQLITE_ROW ? sqlite3_column_double(s, 0) : 0;
-        sqlite3_finalize(s);
-        return v;
-    }
-
-private:
-    sqlite3* db_ = nullptr;
-    store::Database& motore_;
+    store::DatabasePtr db;
+    bench::Grezzo grezzo;
 };
 
 // ---- the statement ---------------------------------------------------------------------------
@@ -125,24 +79,23 @@ std::string archivioEstratto() {
     return path.string();
 }
 
+int colonna(sqlite3_stmt* s, const std::string& nome) {
+    for (int c = 0; c < sqlite3_column_count(s); ++c)
+        if (nome == sqlite3_column_name(s, c)) return c;
+    return -1;
+}
+
 void BM_EstrattoCliente(benchmark::State& state) {
-    const std::string path = archivioEstratto();
-    auto& s = core::session();
-    s.dbArchivio = store::Workspace::Default().OpenDatabase(path);
+    Archivio a(archivioEstratto());
+    bench::Grezzo& grezzo = a.grezzo;
     const fs::path temp = fs::temp_directory_path() / "brevano-estratto-temp.mdb";
     fs::remove(temp);
-    s.dbTemp = store::Workspace::Default().CreateDatabase(temp.string());
-    store::model::CreaTemp(*s.dbTemp);
-    Grezzo grezzo(path, *s.dbArchivio);
+    core::session().dbTemp = store::Workspace::Default().CreateDatabase(temp.string());
+    store::model::CreaTemp(*core::session().dbTemp);
     sqlite3_exec(grezzo.db(), ("ATTACH '" + temp.string() + "' AS t").c_str(), nullptr, nullptr, nullptr);
-    Misure m;
+    bench::MisureCpu m;
     long righe = 0;
-    for (auto _ : state) {
-        m.via();
-        books::GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false);
-        m.motoreFatto();
-
-        m.via();
+    m.inTurno(state, true, [] { books::GeneraEstratto(1, books::EstrattoCliente, false, 0, 0, false); }, [&] {
         sqlite3_exec(grezzo.db(), "BEGIN; DELETE FROM t.Estratto WHERE Tipo=0", nullptr, nullptr, nullptr);
         sqlite3_stmt* doc = grezzo.prepara("Select * from qrDocumentiDesc where EscludiEstrattoConto=0 And (Tipo=5 Or "
                                            "Tipo=6) and Cliente=1 Order By Data");
@@ -151,25 +104,13 @@ void BM_EstrattoCliente(benchmark::State& state) {
             grezzo.prepara("Select * from qrIncassi where Documento=987654321 Order by DataPagamento", 987654321, &postoI);
         sqlite3_stmt* pagP =
             grezzo.prepara("Select * from qrPagamenti where Documento=987654321 Order by DataPagamento", 987654321, &postoP);
-        sqlite3_stmt* pag = pagI;
         sqlite3_stmt* ins = nullptr;
         sqlite3_prepare_v2(grezzo.db(), "INSERT INTO t.Estratto (ID,Tipo,Data,Descrizione,Dare,Avere,Saldo) VALUES (?,0,?,?,?,?,?)",
                            -1, &ins, nullptr);
-        const int cId = 0;
-        int cData = -1, cDesc = -1, cTot = -1, cTipo = -1, pData = -1, pDesc = -1, pImp = -1;
-        for (int c = 0; c < sqlite3_column_count(doc); ++c) {
-            const std::string n = sqlite3_column_name(doc, c);
-            if (n == "Data") cData = c;
-            if (n == "DescDocumento") cDesc = c;
-            if (n == "ImportoTotale") cTot = c;
-            if (n == "Tipo") cTipo = c;
-        }
-        for (int c = 0; c < sqlite3_column_count(pag); ++c) {
-            const std::string n = sqlite3_column_name(pag, c);
-            if (n == "DataPagamento") pData = c;
-            if (n == "DescPagamento") pDesc = c;
-            if (n == "ImportoPagamento") pImp = c;
-        }
+        const int cId = 0, cData = colonna(doc, "Data"), cDesc = colonna(doc, "DescDocumento"),
+                  cTot = colonna(doc, "ImportoTotale"), cTipo = colonna(doc, "Tipo");
+        const int pData = colonna(pagI, "DataPagamento"), pDesc = colonna(pagI, "DescPagamento"),
+                  pImp = colonna(pagI, "ImportoPagamento");
         long id = 0;
         double saldo = 0;
         auto scrivi = [&](sqlite3_stmt* da, int data, int desc, double dare, double avere) {
@@ -187,7 +128,7 @@ void BM_EstrattoCliente(benchmark::State& state) {
             const bool attivo = sqlite3_column_int(doc, cTipo) == 5;
             const double totale = sqlite3_column_double(doc, cTot);
             scrivi(doc, cData, cDesc, attivo ? totale : 0, attivo ? 0 : totale);
-            pag = attivo ? pagI : pagP;
+            sqlite3_stmt* pag = attivo ? pagI : pagP;
             sqlite3_bind_int64(pag, attivo ? postoI : postoP, sqlite3_column_int64(doc, cId));
             while (sqlite3_step(pag) == SQLITE_ROW) {
                 const double importo = sqlite3_column_double(pag, pImp);
@@ -195,20 +136,11 @@ void BM_EstrattoCliente(benchmark::State& state) {
             }
             sqlite3_reset(pag);
         }
-        sqlite3_finalize(doc);
-        sqlite3_finalize(pagI);
-        sqlite3_finalize(pagP);
-        sqlite3_finalize(ins);
+        for (sqlite3_stmt* s : {doc, pagI, pagP, ins}) sqlite3_finalize(s);
         sqlite3_exec(grezzo.db(), "COMMIT", nullptr, nullptr, nullptr);
-        m.grezzoFatto();
-        ++m.volte;
         righe = id;
-    }
-    m.riporta(state);
+    });
     state.counters["righe"] = static_cast<double>(righe);
-    s.dbTemp->Close();
-    s.dbArchivio->Close();
-    s = core::Session{};
 }
 BENCHMARK(BM_EstrattoCliente)->Unit(benchmark::kMillisecond)->Iterations(5);
 
@@ -263,55 +195,31 @@ std::vector<std::string> statementiBilancio(double dal, double al) {
 }
 
 void BM_Bilancio(benchmark::State& state) {
-    const std::string path = archivioBilancio();
-    auto& s = core::session();
-    s.dbArchivio = store::Workspace::Default().OpenDatabase(path);
-    Grezzo grezzo(path, *s.dbArchivio);
+    Archivio a(archivioBilancio());
     const double dal = state.range(0) ? store::DateSerial(2024, 3, 1) : store::DateSerial(2024, 1, 1);
     const double al = state.range(0) ? store::DateSerial(2024, 3, 31) : store::DateSerial(2024, 12, 31);
     const auto statementi = statementiBilancio(dal, al);
-    Misure m;
+    bench::MisureCpu m;
     books::FigureBilancio f;
-    for (auto _ : state) {
-        m.via();
-        f = books::CalcolaBilancio(dal, al);
-        m.motoreFatto();
-        m.via();
-        for (const auto& st : statementi) benchmark::DoNotOptimize(grezzo.primoNumero(st));
-        m.grezzoFatto();
-        ++m.volte;
-    }
-    m.riporta(state);
+    m.inTurno(state, true, [&] { f = books::CalcolaBilancio(dal, al); }, [&] {
+        for (const auto& st : statementi) benchmark::DoNotOptimize(a.grezzo.primoNumero(st));
+    });
     state.counters["incassi"] = f.incassi;
     state.SetLabel(state.range(0) ? "marzo" : "anno intero");
-    s.dbArchivio->Close();
-    s = core::Session{};
 }
 BENCHMARK(BM_Bilancio)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // The chart under the figures: the twelve months from January, each the six statements over its days.
 void BM_BilancioGrafico(benchmark::State& state) {
-    const std::string path = archivioBilancio();
-    auto& s = core::session();
-    s.dbArchivio = store::Workspace::Default().OpenDatabase(path);
-    Grezzo grezzo(path, *s.dbArchivio);
+    Archivio a(archivioBilancio());
     const double dal = store::DateSerial(2024, 1, 1);
-    Misure m;
-    for (auto _ : state) {
-        m.via();
-        benchmark::DoNotOptimize(books::MesiBilancio(dal));
-        m.motoreFatto();
-        m.via();
+    bench::MisureCpu m;
+    m.inTurno(state, true, [dal] { benchmark::DoNotOptimize(books::MesiBilancio(dal)); }, [&] {
         for (int mese = 1; mese <= 12; ++mese)
             for (const auto& st : statementiBilancio(store::DateSerial(2024, mese, 1),
                                                      store::DateSerial(2024, mese, core::GiorniMese(mese, 2024))))
-                benchmark::DoNotOptimize(grezzo.primoNumero(st));
-        m.grezzoFatto();
-        ++m.volte;
-    }
-    m.riporta(state);
-    s.dbArchivio->Close();
-    s = core::Session{};
+                benchmark::DoNotOptimize(a.grezzo.primoNumero(st));
+    });
 }
 BENCHMARK(BM_BilancioGrafico)->Unit(benchmark::kMillisecond)->Iterations(2);
 

@@ -7,10 +7,8 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <chrono>
-#include <ctime>
-#include <map>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,53 +17,47 @@
 #include "store/convert.h"
 #include "store/dao.h"
 #include "support/archive_gen.h"
+#include "support/misure.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 struct Rata {
     long id, documento, cliente;
 };
 
-// Where the private copy lies: 0 the temporary folder on disk, 1 /dev/shm, in memory, which
-// leaves out the wait for the disk at each commit and shows the work of the two sides alone.
-fs::path copia(int dove) {
-    return (dove == 0 ? fs::temp_directory_path() : fs::path("/dev/shm")) / "brevano-pagamenti-1M.mdb";
-}
+// A private copy of the archive (the benchmark writes), opened by the engine as the session's archive
+// and by SQLite alone, with the instalments of fatture it pays, spread over the whole archive. Where
+// it lies: 0 the temporary folder on disk, 1 /dev/shm, in memory, which leaves out the wait for the
+// disk at each commit and shows the work of the two sides alone.
+struct Copia {
+    store::DatabasePtr db;
+    sqlite3* grezzo = nullptr;
+    std::vector<Rata> rate;
+};
 
-// A private copy of the archive (the benchmark writes), opened as the session's archive, and the
-// instalments of fatture it pays, spread over the whole archive.
-const std::vector<Rata>& rate(int dove) {
-    static std::map<int, std::vector<Rata>> elenchi;
-    static std::map<int, store::DatabasePtr> aperti;
-    if (!aperti[dove]) {
-        fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), copia(dove), fs::copy_options::overwrite_existing);
-        store::DatabasePtr db = store::Workspace::Default().OpenDatabase(copia(dove).string());
-        bench::AggiungiIndiciMancanti(*db);
-        aperti[dove] = db;
-        std::vector<Rata>& r = elenchi[dove];
-        auto rs = db->OpenRecordset(
+Copia& copia(int dove) {
+    static std::map<int, Copia> copie;
+    Copia& c = copie[dove];
+    if (!c.db) {
+        const fs::path cartella = dove == 0 ? fs::temp_directory_path() : fs::path("/dev/shm");
+        const fs::path path = cartella / "brevano-pagamenti-1M.mdb";
+        fs::copy_file(bench::ArchivioProva(bench::MilioneDiDocumenti()), path, fs::copy_options::overwrite_existing);
+        c.db = store::Workspace::Default().OpenDatabase(path.string());
+        bench::AggiungiIndiciMancanti(*c.db);
+        auto rs = c.db->OpenRecordset(
             "Select Scadenze.ID, Scadenze.Documento, Documenti.Cliente from Scadenze INNER JOIN Documenti ON "
             "Scadenze.Documento = Documenti.ID where Documenti.Tipo=5 and Documenti.Cliente>0");
         for (int i = 0; !rs->Eof(); rs->MoveNext(), ++i)
             if (i % 37 == 0)
-                r.push_back({store::CLng(rs->get("ID")), store::CLng(rs->get("Documento")), store::CLng(rs->get("Cliente"))});
+                c.rate.push_back(
+                    {store::CLng(rs->get("ID")), store::CLng(rs->get("Documento")), store::CLng(rs->get("Cliente"))});
+        sqlite3_open_v2(path.c_str(), &c.grezzo, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+        sqlite3_busy_timeout(c.grezzo, 4000);
     }
-    core::session().dbArchivio = aperti[dove];
-    return elenchi[dove];
-}
-
-sqlite3* grezzo(int dove) {
-    static std::map<int, sqlite3*> aperti;
-    sqlite3*& h = aperti[dove];
-    if (!h) {
-        sqlite3_open_v2(copia(dove).c_str(), &h, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-        sqlite3_busy_timeout(h, 4000);
-    }
-    return h;
+    core::session().dbArchivio = c.db;
+    return c;
 }
 
 void esegui(sqlite3* db, const std::string& sql) {
@@ -116,34 +108,14 @@ void registraGrezzo(sqlite3* db, const Rata& r) {
     esegui(db, "COMMIT");
 }
 
-double msDa(Clock::time_point t) { return std::chrono::duration<double, std::milli>(Clock::now() - t).count(); }
-double msCpuDa(std::clock_t c) { return 1000.0 * static_cast<double>(std::clock() - c) / CLOCKS_PER_SEC; }
-
-// Wall and processor time of each side, per payment.
 void BM_RegistraPagamento(benchmark::State& state) {
     const int dove = static_cast<int>(state.range(0));
-    const std::vector<Rata>& elenco = rate(dove);
-    sqlite3* db = grezzo(dove);
+    const Copia& c = copia(dove);
+    const std::vector<Rata>& elenco = c.rate;
     std::size_t cursore = 0;
-    double motore = 0, sqlite = 0, motoreCpu = 0, sqliteCpu = 0;
-    for (auto _ : state) {
-        auto t = Clock::now();
-        std::clock_t c = std::clock();
-        registra(elenco[cursore++ % elenco.size()]);
-        motore += msDa(t);
-        motoreCpu += msCpuDa(c);
-        t = Clock::now();
-        c = std::clock();
-        registraGrezzo(db, elenco[cursore++ % elenco.size()]);
-        sqlite += msDa(t);
-        sqliteCpu += msCpuDa(c);
-    }
-    const double n = static_cast<double>(state.iterations());
-    state.counters["motore_ms"] = motore / n;
-    state.counters["sqlite_ms"] = sqlite / n;
-    state.counters["motore_cpu_ms"] = motoreCpu / n;
-    state.counters["sqlite_cpu_ms"] = sqliteCpu / n;
-    state.counters["rapporto"] = sqlite > 0 ? motore / sqlite : 0;
+    bench::MisureCpu m;
+    m.inTurno(state, false, [&] { registra(elenco[cursore++ % elenco.size()]); },
+              [&] { registraGrezzo(c.grezzo, elenco[cursore++ % elenco.size()]); });
 }
 BENCHMARK(BM_RegistraPagamento)->ArgName("inMemoria")->Arg(0)->Arg(1)->Iterations(300)->Unit(benchmark::kMillisecond);
 

@@ -6,40 +6,25 @@
 //                   the grid's statement prepared and its first 40 rows read.
 //   Cifre           the four figures and the running balance at the current row alone (what each
 //                   reload costs); SQLite: the sum of the destination before the month.
-// The archive is generated once into the system's temporary folder; the model's indexes are added
-// to it when missing, as the structure update does to an old archive.
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
-#include <QApplication>
-#include <QLabel>
-
-#include <chrono>
-#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "books/prima_nota.h"
 #include "books/screens/frmPrimaNota.h"
-#include "core/impostazioni.h"
 #include "core/session.h"
 #include "store/clock.h"
-#include "store/convert.h"
-#include "store/model/model.h"
-#include "support/DialoghiScript.h"
-#include "support/archive_gen.h"
 #include "support/registro_misure.h"
-#include "ui/VetraGrid.h"
 
 namespace {
 
+using bench::Clock;
+using bench::ms;
 
 bench::Dimensioni dimensioni() {
     return {.clienti = 2000, .fornitori = 300, .righe = 1, .scadenze = 60000, .pagamenti = 1000000, .spese = 1000};
 }
-
-using bench::Clock;
-using bench::ms;
 
 struct Ambiente : bench::Sessione {
     long righe = 0;
@@ -55,57 +40,26 @@ struct Ambiente : bench::Sessione {
     }
 };
 
-Ambiente& ambiente() {
-    static Ambiente a;
-    return a;
-}
-
-bool senzaMessaggi(benchmark::State& state) { return ambiente().senzaMessaggi(state); }
-
-struct Grezzo : bench::Grezzo {
-    Grezzo() : bench::Grezzo(ambiente()) {}
-};
-
-struct Misure : bench::Misure {
-    void riporta(benchmark::State& state) const {
-        bench::Misure::riporta(state);
-        state.counters["righe_archivio"] = static_cast<double>(ambiente().righe);
-    }
-};
-
-std::unique_ptr<frmPrimaNota> apri() {
-    auto f = std::make_unique<frmPrimaNota>();
-    f->show();
-    QApplication::processEvents();
-    return f;
-}
-
 void BM_PrimaSchermata(benchmark::State& state) {
-    Grezzo grezzo;
-    Misure m;
-    bench::PrimaSchermata(state, ambiente(), grezzo, m, [](Clock::time_point&) { return apri(); });
+    Ambiente& a = bench::unica<Ambiente>();
+    bench::Grezzo grezzo(a.path, a.db);
+    bench::Misure m;
+    bench::PrimaSchermata(state, a, grezzo, m, [](Clock::time_point&) { return bench::Apri<frmPrimaNota>(); });
+    state.counters["righe_archivio"] = static_cast<double>(a.righe);
 }
 BENCHMARK(BM_PrimaSchermata)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_Cifre(benchmark::State& state) {
-    Grezzo grezzo;
-    Misure m;
-    auto f = apri();
-    const std::string istruzione = f->griglia()->sorgente();
+    Ambiente& a = bench::unica<Ambiente>();
+    bench::Grezzo grezzo(a.path, a.db);
+    bench::Misure m;
+    auto f = bench::Apri<frmPrimaNota>();
     const books::PeriodoPrimaNota periodo = f->periodo();
     const std::string precedente = "Select Sum(Entrate) as TotEntrate, Sum(Uscite) as TotUscite from qrPrimaNota "
                                    "where Destinazione=0 and Data<#" + store::ShortDate(periodo.dataDal) + "#";
-    for (auto _ : state) {
-        auto t = Clock::now();
-        f->RefResoconto();
-        m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
-        t = Clock::now();
-        benchmark::DoNotOptimize(grezzo.leggi(precedente));
-        m.grezzo += ms(t);
-        ++m.volte;
-    }
-    m.riporta(state);
+    m.inTurno(state, [&] { f->RefResoconto(); }, [&] { return a.senzaMessaggi(state); },
+              [&] { benchmark::DoNotOptimize(grezzo.leggi(precedente)); });
+    state.counters["righe_archivio"] = static_cast<double>(a.righe);
 }
 BENCHMARK(BM_Cifre)->Unit(benchmark::kMillisecond)->Iterations(5);
 

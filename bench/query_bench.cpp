@@ -25,54 +25,46 @@ long percorri(store::Recordset& rs, const char* colonna) {
     return righe;
 }
 
-// The ids looked at move through the archive so no answer comes from a cache of the same row.
-long prossimoId(long& cursore, long massimo) {
-    cursore = (cursore * 7919 + 17) % massimo;
-    return cursore + 1;
+// One document's rows a time, the id put between testa and coda; the ids move through the archive so
+// no answer comes from a cache of the same row.
+void UnDocumento(benchmark::State& state, const std::string& testa, const std::string& coda, long cursore) {
+    store::Database& db = archivio();
+    for (auto _ : state) {
+        cursore = (cursore * 7919 + 17) % 50000;
+        auto rs = db.OpenRecordset(testa + std::to_string(cursore + 1) + coda);
+        benchmark::DoNotOptimize(percorri(*rs, "DaPagare"));
+    }
+}
+
+// A whole list opened and walked, its rows counted.
+void Elenco(benchmark::State& state, const char* sql, const char* colonna) {
+    store::Database& db = archivio();
+    long righe = 0;
+    for (auto _ : state) {
+        auto rs = db.OpenRecordset(sql);
+        righe = percorri(*rs, colonna);
+    }
+    state.counters["righe"] = static_cast<double>(righe);
 }
 
 void BM_ScadenzeAperteDiUnDocumento(benchmark::State& state) {
-    store::Database& db = archivio();
-    long cursore = 1;
-    for (auto _ : state) {
-        auto rs = db.OpenRecordset("Select * from qrScadenzePagamenti where Documento=" +
-                                   std::to_string(prossimoId(cursore, 50000)) + " and DaPagare<>0");
-        benchmark::DoNotOptimize(percorri(*rs, "DaPagare"));
-    }
+    UnDocumento(state, "Select * from qrScadenzePagamenti where Documento=", " and DaPagare<>0", 1);
 }
 BENCHMARK(BM_ScadenzeAperteDiUnDocumento)->Unit(benchmark::kMicrosecond);
 
 void BM_SaldoDiUnDocumento(benchmark::State& state) {
-    store::Database& db = archivio();
-    long cursore = 3;
-    for (auto _ : state) {
-        auto rs = db.OpenRecordset("Select * from qrDocumentiIncassi Where ID=" +
-                                   std::to_string(prossimoId(cursore, 50000)));
-        benchmark::DoNotOptimize(percorri(*rs, "DaPagare"));
-    }
+    UnDocumento(state, "Select * from qrDocumentiIncassi Where ID=", "", 3);
 }
 BENCHMARK(BM_SaldoDiUnDocumento)->Unit(benchmark::kMicrosecond);
 
 void BM_RegistroFatture(benchmark::State& state) {
-    store::Database& db = archivio();
-    long righe = 0;
-    for (auto _ : state) {
-        auto rs = db.OpenRecordset("Select * from qrDocumenti where Tipo=5");
-        righe = percorri(*rs, "Denominazione");
-    }
-    state.counters["righe"] = static_cast<double>(righe);
+    Elenco(state, "Select * from qrDocumenti where Tipo=5", "Denominazione");
 }
 BENCHMARK(BM_RegistroFatture)->Unit(benchmark::kMillisecond);
 
 // The payment editor's list of documents still to collect: every fattura's payments are summed.
 void BM_DocumentiDaIncassare(benchmark::State& state) {
-    store::Database& db = archivio();
-    long righe = 0;
-    for (auto _ : state) {
-        auto rs = db.OpenRecordset("Select * from qrDocumentiIncassi where DaPagare<>0");
-        righe = percorri(*rs, "DaPagare");
-    }
-    state.counters["righe"] = static_cast<double>(righe);
+    Elenco(state, "Select * from qrDocumentiIncassi where DaPagare<>0", "DaPagare");
 }
 BENCHMARK(BM_DocumentiDaIncassare)->Unit(benchmark::kMillisecond);
 

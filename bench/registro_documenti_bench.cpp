@@ -13,17 +13,10 @@
 //   ApriDocumento   the header editor made and loaded on that fattura, and the register's list of its
 //                   lines; SQLite: the statements the editor runs to fill its lists (customers, terms,
 //                   prefixes, suffixes, next number), the document's row and its 500 lines.
-// Each iteration runs the two sides in turn, so whatever else loads the machine weighs on both;
-// the counters give each side's mean in milliseconds and their ratio.
-// The archive is generated once into the system's temporary folder (several minutes the first time);
-// the structure update's indexes are added to it when missing, as the update does to an old archive.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QTest>
 
-#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -31,11 +24,8 @@
 #include "sales/screens/frmDocumenti.h"
 #include "sales/screens/frmDocumentiEdita.h"
 #include "sales/totali.h"
-#include "store/convert.h"
-#include "support/archive_gen.h"
 #include "support/registro_misure.h"
 #include "ui/Dettaglio.h"
-#include "ui/VetraGrid.h"
 
 namespace {
 
@@ -43,6 +33,7 @@ constexpr int kRigheGrandeDocumento = 500;
 const char* const kNotaGrandeDocumento = "Documento di 500 righe per le misure";
 
 using bench::Clock;
+using bench::Misure;
 using bench::ms;
 
 // A fattura of 500 lines in the middle of the year, made once and found again by its note.
@@ -72,26 +63,6 @@ struct Ambiente : bench::Sessione {
     }
 };
 
-Ambiente& ambiente() {
-    static Ambiente a;
-    return a;
-}
-
-bool senzaMessaggi(benchmark::State& state) { return ambiente().senzaMessaggi(state); }
-
-using Misure = bench::Misure;
-
-struct Grezzo : bench::Grezzo {
-    Grezzo() : bench::Grezzo(ambiente()) {}
-};
-
-std::unique_ptr<frmDocumenti> apriRegistro() {
-    auto f = std::make_unique<frmDocumenti>(nullptr, 5);
-    f->show();
-    QApplication::processEvents();
-    return f;
-}
-
 void raggruppa(frmDocumenti& f, bool si) {
     QSignalBlocker blocco(f.chkRaggruppa);
     f.chkRaggruppa->setChecked(si);
@@ -99,13 +70,21 @@ void raggruppa(frmDocumenti& f, bool si) {
     QApplication::processEvents();
 }
 
+// Shown as it opens, grouped by customer; the list plain (by date) unless raggruppato.
+std::unique_ptr<frmDocumenti> apriRegistro(bool raggruppato = true) {
+    auto f = bench::Apri<frmDocumenti>(nullptr, 5);
+    if (!raggruppato) raggruppa(*f, false);
+    return f;
+}
+
 // ---- the benchmarks ------------------------------------------------------------------------------
 
 void BM_PrimaSchermata(benchmark::State& state) {
     const bool raggruppato = state.range(0) != 0;
-    Grezzo grezzo;
+    Ambiente& a = bench::unica<Ambiente>();
+    bench::Grezzo grezzo(a.path, a.db);
     Misure m;
-    bench::PrimaSchermata(state, ambiente(), grezzo, m, [raggruppato](Clock::time_point& inizio) {
+    bench::PrimaSchermata(state, a, grezzo, m, [raggruppato](Clock::time_point& inizio) {
         auto f = apriRegistro();
         if (!raggruppato) {
             inizio = Clock::now();   // the grouped list is what opens; the plain one is measured alone
@@ -118,36 +97,23 @@ BENCHMARK(BM_PrimaSchermata)->ArgName("raggruppato")->Arg(0)->Arg(1)->Unit(bench
 
 void BM_UltimaRiga(benchmark::State& state) {
     const bool raggruppato = state.range(0) != 0;
-    Grezzo grezzo;
+    Ambiente& a = bench::unica<Ambiente>();
+    bench::Grezzo grezzo(a.path, a.db);
     Misure m;
     long righe = 0;
     double tutte = 0;
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto f = apriRegistro();
-        if (!raggruppato) raggruppa(*f, false);
-        ui::VetraGrid* g = f->griglia();
-        state.ResumeTiming();
-        auto t = Clock::now();
-        QTest::keyClick(g, Qt::Key_End, Qt::ControlModifier);
-        QApplication::processEvents();
-        m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
-        righe = g->modello()->righeLette();
-        if (g->currentIndex().row() != g->righeMostrate() - 1 || g->modello()->canFetchMore({}))
+    bench::UltimaRiga(state, a, grezzo, m, [raggruppato] { return apriRegistro(raggruppato); }, [&](ui::VetraGrid& g) {
+        righe = g.modello()->righeLette();
+        if (g.currentIndex().row() != g.righeMostrate() - 1 || g.modello()->canFetchMore({}))
             state.SkipWithError("Ctrl+End did not reach the last row");
-        const std::string istruzione = g->istruzione(), inversa = g->istruzioneInversa();
-        state.PauseTiming();
-        f.reset();
-        state.ResumeTiming();
-        m.sqlite(grezzo, inversa, ui::VetraGridModel::RighePerBlocco);
-        t = Clock::now();
-        benchmark::DoNotOptimize(grezzo.leggi(istruzione));
-        tutte += ms(t);
-    }
+        return [&, istruzione = g.istruzione()] {
+            const auto t = Clock::now();
+            benchmark::DoNotOptimize(grezzo.leggi(istruzione));
+            tutte += ms(t);
+        };
+    });
     state.counters["righe"] = static_cast<double>(righe);
     state.counters["sqlite_tutte_ms"] = m.volte ? tutte / m.volte : 0;
-    m.riporta(state);
 }
 BENCHMARK(BM_UltimaRiga)->ArgName("raggruppato")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
 
@@ -155,8 +121,8 @@ BENCHMARK(BM_UltimaRiga)->ArgName("raggruppato")->Arg(0)->Arg(1)->Unit(benchmark
 // 0: the saves after it.
 void BM_SalvaRiga(benchmark::State& state) {
     const bool prima = state.range(0) != 0;
-    Ambiente& a = ambiente();
-    Grezzo grezzo;
+    Ambiente& a = bench::unica<Ambiente>();
+    bench::Grezzo grezzo(a.path, a.db);
     Misure m;
     std::unique_ptr<frmDocumenti> f;
     long riga = store::CLng(a.db->OpenRecordset("Select Min(ID) as M from Movimenti where Documento=" +
@@ -166,8 +132,7 @@ void BM_SalvaRiga(benchmark::State& state) {
         if (!f || prima) {
             state.PauseTiming();
             f.reset();
-            f = apriRegistro();
-            raggruppa(*f, false);
+            f = apriRegistro(false);
             if (!f->griglia()->vaiAId(a.documento)) state.SkipWithError("the document is not in the list");
             state.ResumeTiming();
         }
@@ -183,7 +148,7 @@ void BM_SalvaRiga(benchmark::State& state) {
         sales::CalcolaTotaliDocumento(a.documento, f->griglia()->Recordset());
         f->griglia()->AggiornaRiga();
         m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
+        if (!a.senzaMessaggi(state)) break;
         t = Clock::now();
         const std::string d = std::to_string(a.documento);
         grezzo.esegui("UPDATE Movimenti SET Quantita=" + std::to_string(quantita) + ", Importo=" +
@@ -200,34 +165,32 @@ BENCHMARK(BM_SalvaRiga)->ArgName("prima")->Arg(1)->Iterations(3)->Unit(benchmark
 BENCHMARK(BM_SalvaRiga)->ArgName("prima")->Arg(0)->Iterations(50)->Unit(benchmark::kMillisecond);
 
 void BM_ApriDocumento(benchmark::State& state) {
-    Ambiente& a = ambiente();
-    Grezzo grezzo;
+    Ambiente& a = bench::unica<Ambiente>();
+    bench::Grezzo grezzo(a.path, a.db);
     Misure m;
     auto f = apriRegistro();
     const std::string d = std::to_string(a.documento);
-    for (auto _ : state) {
-        auto t = Clock::now();
-        {
+    m.inTurno(
+        state,
+        [&] {
             frmDocumentiEdita e(f.get(), 5);
             e.Prepara({Modalita::Modifica, a.documento, nullptr});
             f->Movimenti->Carica(a.documento);
             QApplication::processEvents();
-        }
-        m.motore += ms(t);
-        if (!senzaMessaggi(state)) break;
-        t = Clock::now();
-        for (const std::string& sql : std::initializer_list<std::string>
-             {"Select * from qrClienti order by Denominazione", "Select * from CondizioniPagamento order by DescPagamento",
-              "Select Prefisso From Documenti where Tipo=5 Group By Prefisso",
-              "Select Suffisso From Documenti where Tipo=5 Group By Suffisso",
-              "Select Max(Numero) as dNum from Documenti where Tipo=5 and Prefisso='' and Suffisso='' and "
-              "DateValue(Data)>=DateValue('01/01/2024')",
-              "Select * from qrDocumenti where ID=" + d, "Select * from qrMovimenti where Documento=" + d + " Order By ID"})
-            benchmark::DoNotOptimize(grezzo.leggi(sql));
-        m.grezzo += ms(t);
-        ++m.volte;
-    }
-    m.riporta(state);
+        },
+        [&] { return a.senzaMessaggi(state); },
+        [&] {
+            for (const std::string& sql : std::initializer_list<std::string>{
+                     "Select * from qrClienti order by Denominazione",
+                     "Select * from CondizioniPagamento order by DescPagamento",
+                     "Select Prefisso From Documenti where Tipo=5 Group By Prefisso",
+                     "Select Suffisso From Documenti where Tipo=5 Group By Suffisso",
+                     "Select Max(Numero) as dNum from Documenti where Tipo=5 and Prefisso='' and Suffisso='' and "
+                     "DateValue(Data)>=DateValue('01/01/2024')",
+                     "Select * from qrDocumenti where ID=" + d,
+                     "Select * from qrMovimenti where Documento=" + d + " Order By ID"})
+                benchmark::DoNotOptimize(grezzo.leggi(sql));
+        });
 }
 BENCHMARK(BM_ApriDocumento)->Iterations(10)->Unit(benchmark::kMillisecond);
 

@@ -2,11 +2,10 @@
 // what the user waits for before the preview shows its first page.
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
-
 #include <filesystem>
 
 #include "report/report_support.h"
+#include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
 #include "ui/report/Motore.h"
 #include "ui/report/Pittore.h"
@@ -15,19 +14,10 @@ namespace {
 
 constexpr int kRighe = 10000;
 
-QApplication& applicazione() {
-    static int argc = 1;
-    static char nome[] = "report_bench";
-    static char* argv[] = {nome, nullptr};
-    if (!std::getenv("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    static auto* app = new QApplication(argc, argv);
-    return *app;
-}
-
 // An A4 list of rows of 5 mm with headings, the carried total and page numbers.
 struct Lista {
     Lista() {
-        applicazione();
+        prova::applicazioneDiProva();
         db = store::Workspace::Default().CreateDatabase(cartella / "archivio.mdb");
         prova::CreaMovimenti(*db, kRighe, 40);
         std::string xml = prova::ReportElenco();

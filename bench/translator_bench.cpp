@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
+#include <initializer_list>
 #include <map>
 #include <string>
 
@@ -14,63 +15,60 @@
 
 namespace {
 
-using store::FieldType;
 using store::sql::RelationInfo;
 
-using Cat = sqltest::MemCatalog;
+RelationInfo table(const std::string& name, std::initializer_list<const char*> columns) {
+    RelationInfo r{name, false, {}, {}};
+    for (const char* c : columns) r.columns.push_back(sqltest::col(c));
+    return r;
+}
 
-Cat& catalog() {
-    static Cat* c = [] {
-        auto* c = new Cat();
-        c->put({"Documenti", false,
-                {{"ID", FieldType::Long, 0, {}}, {"Tipo", FieldType::Long, 0, {}}, {"Data", FieldType::Date, 0, {}},
-                 {"Cliente", FieldType::Long, 0, {}}, {"Pagato", FieldType::Boolean, 0, {}},
-                 {"Prefisso", FieldType::Text, 10, {}}, {"ImportoTotale", FieldType::Double, 0, {}}},
-                {}});
-        c->put({"Movimenti", false,
-                {{"ID", FieldType::Long, 0, {}}, {"Documento", FieldType::Long, 0, {}},
-                 {"DescMovimento", FieldType::Text, 255, {}}, {"Importo", FieldType::Double, 0, {}},
-                 {"Iva", FieldType::Long, 0, {}}},
-                {}});
-        c->put({"CodiciIva", false,
-                {{"ID", FieldType::Long, 0, {}}, {"DescIva", FieldType::Text, 30, {}},
-                 {"AliquotaIva", FieldType::Double, 0, {}}},
-                {}});
-        c->put({"Utenti", false,
-                {{"ID", FieldType::Long, 0, {}}, {"Azienda", FieldType::Long, 0, {}},
-                 {"Username", FieldType::Text, 50, {}}, {"Password", FieldType::Text, 50, {}}},
-                {}});
+sqltest::MemCatalog& catalog() {
+    static auto* c = [] {
+        auto* c = new sqltest::MemCatalog();
+        c->put(table("Documenti",
+                     {"ID:L", "Tipo:L", "Data:T", "Cliente:L", "Pagato:B", "Prefisso:S10", "ImportoTotale:D"}));
+        c->put(table("Movimenti", {"ID:L", "Documento:L", "DescMovimento:S255", "Importo:D", "Iva:L"}));
+        c->put(table("CodiciIva", {"ID:L", "DescIva:S30", "AliquotaIva:D"}));
+        c->put(table("Utenti", {"ID:L", "Azienda:L", "Username:S50", "Password:S50"}));
         return c;
     }();
     return *c;
 }
 
-// A statement the program sends many times with other ids.
-void BM_CachedTranslation(benchmark::State& state) {
+// A statement the program sends many times with other literals: testo(1), testo(2)...
+template <class Testo>
+void cached(benchmark::State& state, Testo testo) {
     store::sql::Translator tr(catalog());
     int id = 0;
     for (auto _ : state) {
-        auto t = tr.translate("Select * from Documenti where ID=" + std::to_string(++id % 100000));
+        auto t = tr.translate(testo(++id));
         benchmark::DoNotOptimize(t);
     }
     state.SetItemsProcessed(state.iterations());
+}
+
+void BM_CachedTranslation(benchmark::State& state) {
+    cached(state, [](int id) { return "Select * from Documenti where ID=" + std::to_string(id % 100000); });
 }
 BENCHMARK(BM_CachedTranslation);
 
 void BM_CachedTranslationLong(benchmark::State& state) {
-    store::sql::Translator tr(catalog());
-    int id = 0;
-    for (auto _ : state) {
-        ++id;
-        auto t = tr.translate(
-            "Select * from Utenti where Azienda=" + std::to_string(id % 7) + " and Username='utente" +
-            std::to_string(id) + "' and Password='pa''ss' and ID<>" + std::to_string(id) +
-            " and DateValue(Now)>=DateValue('0" + std::to_string(id % 9 + 1) + "/01/2024')");
-        benchmark::DoNotOptimize(t);
-    }
-    state.SetItemsProcessed(state.iterations());
+    cached(state, [](int id) {
+        return "Select * from Utenti where Azienda=" + std::to_string(id % 7) + " and Username='utente" +
+               std::to_string(id) + "' and Password='pa''ss' and ID<>" + std::to_string(id) +
+               " and DateValue(Now)>=DateValue('0" + std::to_string(id % 9 + 1) + "/01/2024')";
+    });
 }
 BENCHMARK(BM_CachedTranslationLong);
+
+// The totals of one document, the key's condition in HAVING.
+std::string totaliDocumento(const std::string& chiave, int documento) {
+    return "SELECT Documenti.ID, Sum(Round([Importo],2)) AS Imponibile1, Sum(Round([Importo]/100*[AliquotaIva],2)) "
+           "AS Imposta1 FROM (Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID) LEFT JOIN "
+           "CodiciIva ON Movimenti.Iva = CodiciIva.ID GROUP BY Documenti.ID HAVING (((" + chiave + ")=" +
+           std::to_string(documento) + "))";
+}
 
 // The first translation of a shape: lexer, parser, binder and generator.
 void BM_FirstTranslation(benchmark::State& state) {
@@ -79,11 +77,7 @@ void BM_FirstTranslation(benchmark::State& state) {
         state.PauseTiming();
         auto* tr = new store::sql::Translator(catalog());
         state.ResumeTiming();
-        auto t = tr->translate(
-            "SELECT Documenti.ID, Sum(Round([Importo],2)) AS Imponibile1, Sum(Round([Importo]/100*[AliquotaIva],2)) "
-            "AS Imposta1 FROM (Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID) LEFT JOIN "
-            "CodiciIva ON Movimenti.Iva = CodiciIva.ID GROUP BY Documenti.ID HAVING (((Documenti.ID)=" +
-            std::to_string(++n) + "))");
+        auto t = tr->translate(totaliDocumento("Documenti.ID", ++n));
         benchmark::DoNotOptimize(t);
         state.PauseTiming();
         delete tr;
@@ -93,71 +87,46 @@ void BM_FirstTranslation(benchmark::State& state) {
 }
 BENCHMARK(BM_FirstTranslation);
 
+// n documents of five lines each, in memory.
 struct Archive {
     sqlite3* db = nullptr;
-    int documents = 0;
-    explicit Archive(int n) : documents(n) {
+    explicit Archive(int n) {
         sqlite3_open(":memory:", &db);
         store::sql::registerFunctions(db);
+        const std::string righe = std::to_string(5 * n - 1);
         sqlite3_exec(db,
-                     "CREATE TABLE Documenti (ID INTEGER, Tipo INTEGER, Data TEXT, Cliente INTEGER, Pagato INTEGER, "
-                     "Prefisso TEXT COLLATE JET, ImportoTotale REAL);"
-                     "CREATE UNIQUE INDEX Documenti_ID ON Documenti (ID);"
-                     "CREATE TABLE Movimenti (ID INTEGER, Documento INTEGER, DescMovimento TEXT COLLATE JET, "
-                     "Importo REAL, Iva INTEGER);"
-                     "CREATE UNIQUE INDEX Movimenti_ID ON Movimenti (ID);"
-                     "CREATE INDEX Movimenti_Documento ON Movimenti (Documento);"
-                     "CREATE TABLE CodiciIva (ID INTEGER, DescIva TEXT COLLATE JET, AliquotaIva REAL);"
-                     "CREATE UNIQUE INDEX CodiciIva_ID ON CodiciIva (ID);"
-                     "INSERT INTO CodiciIva VALUES (1,'Iva 22',22),(2,'Iva 10',10),(3,'Iva 4',4);"
-                     "BEGIN",
+                     ("CREATE TABLE Documenti (ID INTEGER, Tipo INTEGER, Data TEXT, Cliente INTEGER, Pagato INTEGER, "
+                      "Prefisso TEXT COLLATE JET, ImportoTotale REAL);"
+                      "CREATE UNIQUE INDEX Documenti_ID ON Documenti (ID);"
+                      "CREATE TABLE Movimenti (ID INTEGER, Documento INTEGER, DescMovimento TEXT COLLATE JET, "
+                      "Importo REAL, Iva INTEGER);"
+                      "CREATE UNIQUE INDEX Movimenti_ID ON Movimenti (ID);"
+                      "CREATE INDEX Movimenti_Documento ON Movimenti (Documento);"
+                      "CREATE TABLE CodiciIva (ID INTEGER, DescIva TEXT COLLATE JET, AliquotaIva REAL);"
+                      "CREATE UNIQUE INDEX CodiciIva_ID ON CodiciIva (ID);"
+                      "INSERT INTO CodiciIva VALUES (1,'Iva 22',22),(2,'Iva 10',10),(3,'Iva 4',4);"
+                      "WITH RECURSIVE r(x) AS (SELECT 0 UNION ALL SELECT x+1 FROM r WHERE x<" + righe + ") "
+                      "INSERT INTO Movimenti SELECT x+1, x/5+1, 'riga', 10.5*(x%5+1)+(x/5+1)%7, x%5%3+1 FROM r;"
+                      "INSERT INTO Documenti SELECT DISTINCT Documento,5,'2024-03-05',1,0,'A',0 FROM Movimenti;"
+                      "ANALYZE")
+                         .c_str(),
                      nullptr, nullptr, nullptr);
-        sqlite3_stmt* d = nullptr;
-        sqlite3_stmt* m = nullptr;
-        sqlite3_prepare_v2(db, "INSERT INTO Documenti VALUES (?,5,'2024-03-05',1,0,'A',0)", -1, &d, nullptr);
-        sqlite3_prepare_v2(db, "INSERT INTO Movimenti VALUES (?,?,'riga',?,?)", -1, &m, nullptr);
-        int line = 0;
-        for (int i = 1; i <= n; ++i) {
-            sqlite3_bind_int(d, 1, i);
-            sqlite3_step(d);
-            sqlite3_reset(d);
-            for (int k = 0; k < 5; ++k) {
-                sqlite3_bind_int(m, 1, ++line);
-                sqlite3_bind_int(m, 2, i);
-                sqlite3_bind_double(m, 3, 10.5 * (k + 1) + i % 7);
-                sqlite3_bind_int(m, 4, k % 3 + 1);
-                sqlite3_step(m);
-                sqlite3_reset(m);
-            }
-        }
-        sqlite3_finalize(d);
-        sqlite3_finalize(m);
-        sqlite3_exec(db, "COMMIT; ANALYZE", nullptr, nullptr, nullptr);
     }
     ~Archive() { sqlite3_close(db); }
 };
 
 // Translate (from the cache), prepare, bind and run the totals of one document, as the program does.
 // keepInHaving: the same totals with an aggregate condition that must stay in HAVING (for contrast).
-void havingRun(benchmark::State& state, bool keepInHaving);
-void BM_HavingOneDocument(benchmark::State& state) { havingRun(state, false); }
-void BM_HavingLeftInHaving(benchmark::State& state) { havingRun(state, true); }
-
 void havingRun(benchmark::State& state, bool keepInHaving) {
-    static std::map<int, Archive*> archives;
-    int n = static_cast<int>(state.range(0));
-    if (!archives.count(n)) archives[n] = new Archive(n);
-    Archive& a = *archives[n];
+    static std::map<int, Archive> archives;
+    const int n = static_cast<int>(state.range(0));
+    Archive& a = archives.try_emplace(n, n).first->second;
     store::sql::Translator tr(catalog());
     int doc = 0;
     double total = 0;
     for (auto _ : state) {
         doc = doc % n + 1;
-        auto t = tr.translate(
-            "SELECT Documenti.ID, Sum(Round([Importo],2)) AS Imponibile1, Sum(Round([Importo]/100*[AliquotaIva],2)) "
-            "AS Imposta1 FROM (Movimenti LEFT JOIN Documenti ON Movimenti.Documento = Documenti.ID) LEFT JOIN "
-            "CodiciIva ON Movimenti.Iva = CodiciIva.ID GROUP BY Documenti.ID HAVING (((" +
-            std::string(keepInHaving ? "Max(Documenti.ID)" : "Documenti.ID") + ")=" + std::to_string(doc) + "))");
+        auto t = tr.translate(totaliDocumento(keepInHaving ? "Max(Documenti.ID)" : "Documenti.ID", doc));
         sqlite3_stmt* st = nullptr;
         if (sqlite3_prepare_v2(a.db, t.sql.c_str(), -1, &st, nullptr) != SQLITE_OK) {
             state.SkipWithError(sqlite3_errmsg(a.db));
@@ -171,6 +140,8 @@ void havingRun(benchmark::State& state, bool keepInHaving) {
     state.SetItemsProcessed(state.iterations());
     state.counters["documents"] = n;
 }
+void BM_HavingOneDocument(benchmark::State& state) { havingRun(state, false); }
+void BM_HavingLeftInHaving(benchmark::State& state) { havingRun(state, true); }
 BENCHMARK(BM_HavingOneDocument)->Arg(1000)->Arg(50000);
 BENCHMARK(BM_HavingLeftInHaving)->Arg(1000)->Arg(50000);
 

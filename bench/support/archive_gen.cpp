@@ -1,5 +1,6 @@
 #include "support/archive_gen.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
@@ -386,9 +387,8 @@ void AggiungiIndiciMancanti(store::Database& db) {
         const auto def = db.GetTableDef(t.nome);
         if (!def) continue;
         for (const store::IndexDef& ix : t.definizione().Indexes) {
-            bool ha = false;
-            for (const store::IndexDef& a : def->Indexes) ha = ha || store::CompareText(a.Name, ix.Name) == 0;
-            if (!ha) db.AppendIndex(t.nome, ix);
+            const auto stesso = [&](const store::IndexDef& a) { return store::CompareText(a.Name, ix.Name) == 0; };
+            if (std::none_of(def->Indexes.begin(), def->Indexes.end(), stesso)) db.AppendIndex(t.nome, ix);
         }
     }
 }

@@ -1,32 +1,34 @@
-// What the benchmarks of the registers share: the program's session on a generated archive, the
-// indexes the structure update would add to it, SQLite alone on the same file running the text the
-// engine runs, and each side's mean with their ratio.
+// What the benchmarks of the registers share: the program's session on a generated archive, and the
+// first screen and Ctrl+End measured side by side. The archive is generated once into the system's
+// temporary folder (minutes the first time); the structure update's indexes are added to it when
+// missing, as the update does to an old archive. Each iteration runs the two sides in turn, so
+// whatever else loads the machine weighs on both; the counters give each side's mean in milliseconds
+// and their ratio.
 #pragma once
 
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
+#include <QApplication>
 #include <QByteArray>
+#include <QTest>
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/impostazioni.h"
 #include "core/session.h"
-#include "store/catalog_database.h"
 #include "store/convert.h"
 #include "store/model/model.h"
 #include "support/DialoghiScript.h"
 #include "support/archive_gen.h"
+#include "support/misure.h"
+#include "ui/VetraGrid.h"
 
 namespace bench {
-
-using Clock = std::chrono::steady_clock;
-inline double ms(Clock::time_point da) { return std::chrono::duration<double, std::milli>(Clock::now() - da).count(); }
 
 struct RecordConRighe {
     std::string tabella, tabellaRighe, nota;
@@ -91,64 +93,6 @@ struct Sessione {
     }
 };
 
-// SQLite alone on the same file, with the engine's functions and collation, running the text the
-// engine runs for a statement of the dialect.
-class Grezzo {
-public:
-    explicit Grezzo(const Sessione& s) : motore_(s.db) {
-        sqlite3_open_v2(s.path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-        store::sql::registerFunctions(db_);
-        sqlite3_busy_timeout(db_, 4000);
-    }
-    ~Grezzo() { sqlite3_close_v2(db_); }
-    Grezzo(const Grezzo&) = delete;
-    Grezzo& operator=(const Grezzo&) = delete;
-
-    sqlite3_stmt* prepara(const std::string& dialetto) {
-        const store::sql::Translation t = motore_->impl().translate(dialetto);
-        sqlite3_stmt* s = nullptr;
-        sqlite3_prepare_v2(db_, t.sql.c_str(), static_cast<int>(t.sql.size()), &s, nullptr);
-        store::sql::bindParams(s, t.params);
-        return s;
-    }
-
-    // Steps up to n rows (all with n < 0), reading every column as a row shown would be.
-    long leggi(const std::string& dialetto, long n = -1) {
-        sqlite3_stmt* s = prepara(dialetto);
-        long righe = 0;
-        while ((n < 0 || righe < n) && sqlite3_step(s) == SQLITE_ROW) {
-            for (int c = 0, k = sqlite3_column_count(s); c < k; ++c) benchmark::DoNotOptimize(sqlite3_column_text(s, c));
-            ++righe;
-        }
-        sqlite3_finalize(s);
-        return righe;
-    }
-
-    void esegui(const std::string& sqlite) { sqlite3_exec(db_, sqlite.c_str(), nullptr, nullptr, nullptr); }
-
-private:
-    store::DatabasePtr motore_;
-    sqlite3* db_ = nullptr;
-};
-
-struct Misure {
-    double motore = 0, grezzo = 0;
-    int volte = 0;
-    void riporta(benchmark::State& state) const {
-        if (volte == 0) return;
-        state.counters["motore_ms"] = motore / volte;
-        state.counters["sqlite_ms"] = grezzo / volte;
-        state.counters["rapporto"] = grezzo > 0 ? motore / grezzo : 0;
-    }
-    // SQLite's side of one iteration, timed: up to n rows of the statement (all with n < 0).
-    void sqlite(Grezzo& g, const std::string& istruzione, long n) {
-        const auto t = Clock::now();
-        benchmark::DoNotOptimize(g.leggi(istruzione, n));
-        grezzo += ms(t);
-        ++volte;
-    }
-};
-
 // The first screen of a register, side by side: apri opens the register and shows it (it may move
 // the start of the time forward, to leave out what is not to be measured); then SQLite alone reads
 // the same first rows of the statement the grid ran. full: a first screen short of rows is an error.
@@ -168,6 +112,48 @@ void PrimaSchermata(benchmark::State& state, const Sessione& s, Grezzo& g, Tempi
         registro.reset();
         state.ResumeTiming();
         m.sqlite(g, istruzione, kRigheSchermata);
+    }
+    m.riporta(state);
+}
+
+// A register of type R made with args and shown, its pending events run.
+template <class R, class... A>
+std::unique_ptr<R> Apri(A&&... args) {
+    auto f = std::make_unique<R>(std::forward<A>(args)...);
+    f->show();
+    QApplication::processEvents();
+    return f;
+}
+
+// The one session of type A of a benchmark program, made at its first use.
+template <class A>
+A& unica() {
+    static A a;
+    return a;
+}
+
+// Ctrl+End on the list of a register apri opens (not timed), until its last row is current; then
+// SQLite alone reads a block of rows of the statement in the opposite order. dopo(grid) looks at the
+// grid before the register goes and gives what is to run after SQLite's block.
+template <class Apri, class Dopo>
+void UltimaRiga(benchmark::State& state, const Sessione& s, Grezzo& g, Misure& m, Apri apri, Dopo dopo) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto registro = apri();
+        ui::VetraGrid* griglia = registro->griglia();
+        state.ResumeTiming();
+        const auto inizio = Clock::now();
+        QTest::keyClick(griglia, Qt::Key_End, Qt::ControlModifier);
+        QApplication::processEvents();
+        m.motore += ms(inizio);
+        if (!s.senzaMessaggi(state)) break;
+        const std::string inversa = griglia->istruzioneInversa();
+        auto poi = dopo(*griglia);
+        state.PauseTiming();
+        registro.reset();
+        state.ResumeTiming();
+        m.sqlite(g, inversa, ui::VetraGridModel::RighePerBlocco);
+        poi();
     }
     m.riporta(state);
 }
