@@ -34,7 +34,6 @@ protected:
         db = core::ArchivioAperto();
         core::session().dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
         core::installaGeneraEstratto(GeneraEstrattoConProgresso);
-        core::installaStampa([this](const core::RichiestaStampa& r) { stampe.push_back(r); });
 
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'22',22)");
         db->Execute("Insert Into Clienti (ID,DescCliente,DescCliente2,Indirizzo,Cap,Citta,Provincia,PartitaIva) "
@@ -56,7 +55,6 @@ protected:
                     "VALUES (3,1,1,'Bonifico',#03/15/2026#,100)");
     }
     void TearDown() override {
-        core::installaStampa(nullptr);
         core::installaGeneraEstratto(nullptr);
         store::fissaOrologio(std::nullopt);
     }
@@ -69,7 +67,7 @@ protected:
 
     ProgrammaDiProva p;
     store::DatabasePtr db;
-    std::vector<core::RichiestaStampa> stampe;
+    StampeRaccolte stampe;
 };
 
 TEST_F(Libri, EstrattoClienteSullaSchedaRifattoAOgniOpzione) {

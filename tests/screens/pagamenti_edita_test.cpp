@@ -45,7 +45,6 @@ protected:
 
     void TearDown() override { store::fissaOrologio(std::nullopt); }
 
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
     static std::string testo(QWidget* w) {
         if (auto* l = qobject_cast<QLineEdit*>(w)) return l->text().toStdString();
         return static_cast<QLabel*>(w)->text().toStdString();
@@ -79,16 +78,13 @@ TEST_F(PagamentiEdita, AccontoSaldoEdEliminazione) {
         SCOPED_TRACE(s.nome);
         ASSERT_TRUE(r.Scadenze->fmScadenze->griglia()->vaiAId(1));
         std::string proposto, descrizione;
-        p.script->schermo("frmPagamentiEdita", [&](QWidget* w) {
-            auto* e = static_cast<frmPagamentiEdita*>(w);
+        confermaCon<frmPagamentiEdita>(*p.script, [&](frmPagamentiEdita* e) {
             proposto = testo(e->txtImporto);
             if (s.importo) {
                 e->txtDescrizione->setText("scritta a mano");
                 e->txtImporto->setText(s.importo);
             }
             descrizione = testo(e->txtDescrizione);
-            clic(e, "btnConferma");
-            return true;
         });
         clic(&r, "btnIncassa");
         EXPECT_EQ(proposto, s.proposto);

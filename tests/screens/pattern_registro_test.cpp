@@ -21,9 +21,11 @@
 
 namespace {
 
-using pattern::clicca;
 using pattern::scrivi;
-using pattern::trova;
+using prova::campo;
+using prova::clic;
+using prova::conta;
+using prova::figlio;
 
 const std::string kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
 
@@ -36,11 +38,7 @@ protected:
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (3, 'Fuori campo l''iva', 0)");
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (5, 'Ridotta 10%', 10)");
         registro = std::make_unique<frmCodiciIva>();
-        grid = trova<ui::VetraGrid>(registro.get(), "Grid");
-    }
-    void TearDown() override {
-        registro.reset();
-        Archivio::TearDown();
+        grid = figlio<ui::VetraGrid>(registro.get(), "Grid");
     }
     QString cella(int riga, int colonna = 0) const {
         return grid->modello()->data(grid->modello()->index(riga, colonna), Qt::DisplayRole).toString();
@@ -50,7 +48,7 @@ protected:
             if (!e) return false;
             if (!desc.isNull()) scrivi(e, "VText1", desc);
             if (!aliquota.isNull()) scrivi(e, "VText2", aliquota);
-            clicca(e, comando);
+            clic(e, comando);
             return true;
         });
     }
@@ -66,11 +64,11 @@ TEST_F(Registro, Ricerca) {
         {0, "r*a", {"Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
         {1, "10", {"Ridotta 10%"}},
     };
-    auto* cb = trova<QComboBox>(registro.get(), "cbCerca");
+    auto* cb = figlio<QComboBox>(registro.get(), "cbCerca");
     for (const auto& [campo, testo, attese] : casi) {
         cb->setCurrentIndex(campo);
         scrivi(registro.get(), "txtCerca", testo);
-        QTest::keyClick(trova<QLineEdit>(registro.get(), "txtCerca"), Qt::Key_Return);
+        QTest::keyClick(figlio<QLineEdit>(registro.get(), "txtCerca"), Qt::Key_Return);
         std::vector<QString> righe;
         for (int r = 0; r < grid->righeMostrate(); ++r) righe.push_back(cella(r));
         EXPECT_EQ(righe, attese) << testo;
@@ -128,24 +126,25 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.tabella);
         for (const char* sql : c.righe) db->Execute(sql);
-        const long prima = conta(c.tabella);
+        const std::string tutti = std::string("Select * from ") + c.tabella;
+        const long prima = conta(tutti);
         auto r = c.apri();
         script->dimentica();
         ASSERT_TRUE(r->griglia()->vaiAId(c.usato));
-        clicca(r.get(), "btnElimina");
+        clic(r.get(), "btnElimina");
         ASSERT_TRUE(r->griglia()->vaiAId(c.libero));
         script->rispondiNo();
-        clicca(r.get(), "btnElimina");
-        EXPECT_EQ(conta(c.tabella), prima);
+        clic(r.get(), "btnElimina");
+        EXPECT_EQ(conta(tutti), prima);
         script->rispondiSi();
-        clicca(r.get(), "btnElimina");
+        clic(r.get(), "btnElimina");
         std::vector<std::string> mostrati;
         for (const auto& m : script->messaggi()) mostrati.push_back(m.testo);
         EXPECT_EQ(mostrati, (std::vector<std::string>{kMovimentato + c.tabelleCheUsano, c.domanda, c.domanda}));
-        EXPECT_EQ(conta(c.tabella, "ID=" + std::to_string(c.libero)), 0);
+        EXPECT_EQ(conta(tutti + " where ID=" + std::to_string(c.libero)), 0);
         EXPECT_EQ(r->griglia()->righeMostrate(), prima - 1);
     }
-    EXPECT_EQ(conta("Spese"), 3);   // none went with the records it used
+    EXPECT_EQ(conta("Select * from Spese"), 3);   // none went with the records it used
 }
 
 // A new record cancelled leaves no row, and the grid's recordset is back out of AddNew: the change
@@ -153,31 +152,30 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
 // own: cancelled it writes nothing, confirmed it saves the record it loaded.
 TEST_F(Registro, NuovoAnnullatoPoiModificaAttraversoIControlliLegati) {
     editorCompila("Da non salvare", "4", "btnAnnulla");
-    clicca(registro.get(), "btnNuovo");
+    clic(registro.get(), "btnNuovo");
     EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
-    EXPECT_EQ(conta("CodiciIva"), 4);
+    EXPECT_EQ(conta("Select * from CodiciIva"), 4);
     EXPECT_EQ(grid->righeMostrate(), 4);
 
     grid->vaiAId(1);
-    script->schermo("frmCodiciIvaEdita", [](QWidget* e) {
-        EXPECT_EQ(trova<ui::VText>(e, "VText1")->testo(), "Ordinaria 22%");
-        EXPECT_EQ(trova<ui::VText>(e, "VText2")->testo(), "22");
+    prova::confermaCon<frmCodiciIvaEdita>(*script, [](frmCodiciIvaEdita* e) {
+        EXPECT_EQ(figlio<ui::VText>(e, "VText1")->testo(), "Ordinaria 22%");
+        EXPECT_EQ(figlio<ui::VText>(e, "VText2")->testo(), "22");
         scrivi(e, "VText1", "Ordinaria ventidue per cento, aliquota piena di legge");
         scrivi(e, "VText2", "22,5");
-        clicca(e, "btnConferma");
-        return true;
     });
     QTest::keyClick(grid, Qt::Key_Return);
-    EXPECT_EQ(conta("CodiciIva", "ID=1 and DescIva='Ordinaria ventidue per cento, ' and AliquotaIva=22.5"), 1);
+    EXPECT_EQ(conta("Select * from CodiciIva where ID=1 and DescIva='Ordinaria ventidue per cento, ' and "
+                    "AliquotaIva=22.5"), 1);
     EXPECT_EQ(grid->idCorrente(), 1);
     EXPECT_EQ(cella(grid->currentIndex().row(), 1), "22,5");
 
     frmCodiciIvaEdita editor;
     editorCompila("Neppure questa", "4", "btnAnnulla");
     EXPECT_EQ(editor.Edita({Modalita::Nuovo}), std::nullopt);
-    EXPECT_EQ(conta("CodiciIva"), 4);
+    EXPECT_EQ(conta("Select * from CodiciIva"), 4);
     editor.EditaRecordset(2, false);
-    EXPECT_EQ(trova<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
+    EXPECT_EQ(figlio<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
     editorCompila("Esente", QString());
     EXPECT_EQ(editor.Mostra(), 2);
     EXPECT_EQ(store::ConcatText(campo("Select * from CodiciIva where ID=2", "DescIva")), "Esente");
@@ -189,7 +187,7 @@ TEST_F(Registro, F3CercaEscChiude) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(registro.get()));
     grid->setFocus();
     QTest::keyClick(grid, Qt::Key_F3);
-    EXPECT_TRUE(trova<QLineEdit>(registro.get(), "txtCerca")->hasFocus());
+    EXPECT_TRUE(figlio<QLineEdit>(registro.get(), "txtCerca")->hasFocus());
     QTest::keyClick(registro.get(), Qt::Key_Escape);
     EXPECT_FALSE(registro->isVisible());
 }
@@ -232,15 +230,15 @@ TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
         scrivi(w, "txtRata0", "60");
         scrivi(w, "txtRata1", "30");
         e.Check1->setChecked(true);
-        clicca(w, "btnConferma");
+        clic(w, "btnConferma");
         return true;
     });
-    clicca(&registro, "btnNuovo");
-    EXPECT_EQ(conta("CondizioniPagamento", "ID=1 and DescPagamento='60-30 fm' and Rate=2 and Rata1=60 and Rata2=30 and "
-                                           "Rata3=0 and FineMese=True"), 1);
+    clic(&registro, "btnNuovo");
+    EXPECT_EQ(conta("Select * from CondizioniPagamento where ID=1 and DescPagamento='60-30 fm' and Rate=2 and "
+                    "Rata1=60 and Rata2=30 and Rata3=0 and FineMese=True"), 1);
     auto* pannello = registro.pannello();
     EXPECT_EQ(pannello->testo("DescPagamento") + " " + pannello->testo("Rata1"), "60-30 fm 60");
-    EXPECT_TRUE(trova<QCheckBox>(&registro, "Check1")->isChecked());
+    EXPECT_TRUE(figlio<QCheckBox>(&registro, "Check1")->isChecked());
 
     frmCondizioniPagamentoEdita riaperta;
     riaperta.EditaRecordset(1, false);
@@ -256,16 +254,16 @@ TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (1, 'Generali')");
     db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (2, 'Ufficio')");
     frmClassificazioniSpese r;
-    auto* cb = trova<QComboBox>(&r, "cbCerca");
+    auto* cb = figlio<QComboBox>(&r, "cbCerca");
     ASSERT_EQ(cb->count(), 2);
     cb->setCurrentIndex(1);
-    clicca(&r, "btnCerca");
+    clic(&r, "btnCerca");
     ASSERT_EQ(script->messaggi().size(), 1u);
     EXPECT_EQ(ultimoMessaggio().stile, core::vbCritical);
     cb->setCurrentIndex(0);
     pattern::scrivi(&r, "txtCerca", "uff");
-    clicca(&r, "btnCerca");
-    EXPECT_EQ(trova<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
+    clic(&r, "btnCerca");
+    EXPECT_EQ(figlio<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
 }
 
 TEST_F(Tabelle, CompletamentoNellEditor) {
@@ -273,7 +271,7 @@ TEST_F(Tabelle, CompletamentoNellEditor) {
         db->Execute(std::string("INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (") + tipo + ")");
     frmTipiSpesaEdita e;
     e.EditaRecordset(0, true);
-    auto* box = trova<ui::VText>(&e, "VText1");
+    auto* box = figlio<ui::VText>(&e, "VText1");
     QTest::keyClicks(box, "Consul");
     EXPECT_EQ(box->text(), "Consulenza");
     EXPECT_EQ(box->selectedText(), "enza");

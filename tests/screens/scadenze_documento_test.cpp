@@ -135,11 +135,7 @@ TEST_F(TabScadenze, ComandiDelleScadenze) {
     // A new one on the free fattura 2: the document comes picked with all of it left, and the row
     // is written with its counterpart; the tab lists it at once.
     auto r = registro(2);
-    p.script->schermo("frmScadenzeEdita", [](QWidget* w) {
-        static_cast<frmScadenzeEdita*>(w)->pkData->setTesto("30/04/2026");
-        clic(w, "btnConferma");
-        return true;
-    });
+    confermaCon<frmScadenzeEdita>(*p.script, [](frmScadenzeEdita* e) { e->pkData->setTesto("30/04/2026"); });
     clic(r.get(), "btnNuovaScadenza");
     EXPECT_EQ(conta("Select * from Scadenze where Documento=2 and Cliente=1 and ImportoScadenza=50 and "
                     "DescScadenza Like 'Saldo Fattura*'"), 1);

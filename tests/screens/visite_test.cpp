@@ -44,8 +44,6 @@ protected:
                     core::NumeroSql(km) + "," + (fattura ? "True" : "False") + ")");
     }
 
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
-
     // The customer's register on Rossi's visits tab, shown so that the tab reads its rows.
     std::unique_ptr<frmClienti> registro() {
         auto r = std::make_unique<frmClienti>();
@@ -119,12 +117,9 @@ TEST_F(VisiteSchermi, ModificaEdEliminaDalCliente) {
     auto r = registro();
     ui::VetraGrid* g = r->GridAssistenze->griglia();
     ASSERT_TRUE(g->vaiAId(2));
-    p.script->schermo(frmAssistenzeEdita::Nome, [](QWidget* w) {
-        auto* e = static_cast<frmAssistenzeEdita*>(w);
+    confermaCon<frmAssistenzeEdita>(*p.script, [](frmAssistenzeEdita* e) {
         EXPECT_EQ(e->VText3->text(), "14.45");
         e->VText3->setText("15.30");
-        clic(e, "btnConferma");
-        return true;
     });
     clic(r.get(), "btnModificaAssistenza");
     EXPECT_EQ(conta("Select * from qrAssistenze where ID=2 and TempoIntervento=90"), 1);

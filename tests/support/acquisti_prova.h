@@ -23,11 +23,6 @@ protected:
         db->Execute("Insert Into ClassificazioniSpese (ID,DescClassificazione) VALUES (1,'Ufficio')");
     }
 
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
-    store::Value campo(const std::string& sql, const std::string& nome) {
-        auto rs = db->OpenRecordset(sql);
-        return rs->Eof() ? store::Value::Null() : rs->get(nome);
-    }
     // An expense of supplier 1; the date as the archive reads it, month first.
     void spesa(long id, const std::string& numero, const std::string& data, long fornitore = 1) {
         db->Execute("Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Classificazione,Pagata) VALUES (" +

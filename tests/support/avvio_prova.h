@@ -26,6 +26,7 @@
 #include "app/screens/frmConfigurazione.h"
 #include "app/screens/frmMain.h"
 #include "core/session.h"
+#include "core/stampa.h"
 #include "store/convert.h"
 #include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
@@ -178,6 +179,24 @@ void cercaCon(ScriptedDialogs& script, std::function<void(Dialogo*)> compila, co
     });
 }
 
+// The next showing of an editor: filled in by compila, then confirmed.
+template <class Editor>
+void confermaCon(ScriptedDialogs& script, std::function<void(Editor*)> compila,
+                 const std::string& nome = Editor::Nome) {
+    script.schermo(nome, [compila](QWidget* w) {
+        auto* e = static_cast<Editor*>(w);
+        compila(e);
+        clic(e, "btnConferma");
+        return true;
+    });
+}
+
+// The print requests made while it lives, collected instead of printed.
+struct StampeRaccolte : std::vector<core::RichiestaStampa> {
+    StampeRaccolte() { core::installaStampa([this](const core::RichiestaStampa& r) { push_back(r); }); }
+    ~StampeRaccolte() { core::installaStampa(nullptr); }
+};
+
 // The refusal of a command without its right.
 inline const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
 
@@ -186,6 +205,15 @@ inline long contaRighe(store::Database& db, const std::string& sql) {
     long n = 0;
     for (auto rs = db.OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
     return n;
+}
+
+// How many rows a statement returns on the open archive.
+inline long conta(const std::string& sql) { return contaRighe(*core::session().dbArchivio, sql); }
+
+// A field of the first row of a statement on the open archive; Null when there is no row.
+inline store::Value campo(const std::string& sql, const std::string& nome) {
+    auto rs = core::session().dbArchivio->OpenRecordset(sql);
+    return rs->Eof() ? store::Value::Null() : rs->get(nome);
 }
 
 // The texts of the messages shown so far.
