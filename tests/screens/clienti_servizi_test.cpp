@@ -20,8 +20,6 @@ using namespace prova;
 
 namespace {
 
-using pattern::scrivi;
-
 class Anagrafiche : public pattern::Archivio {
 protected:
     std::string testo(const std::string& sql, const std::string& nome) { return store::ConcatText(campo(sql, nome)); }

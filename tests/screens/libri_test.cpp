@@ -26,12 +26,11 @@ namespace {
 
 using namespace prova;
 
-class Libri : public ::testing::Test {
+class Libri : public EsercizioAperto {
 protected:
     void SetUp() override {
         store::fissaOrologio(store::DateSerial(2026, 6, 15));
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         core::session().dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
         core::installaGeneraEstratto(GeneraEstrattoConProgresso);
 
@@ -65,8 +64,6 @@ protected:
         return v;
     }
 
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
     StampeRaccolte stampe;
 };
 

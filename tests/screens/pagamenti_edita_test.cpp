@@ -23,12 +23,11 @@ using namespace prova;
 
 namespace {
 
-class PagamentiEdita : public ::testing::Test {
+class PagamentiEdita : public EsercizioAperto {
 protected:
     void SetUp() override {
         store::fissaOrologio(store::DateSerial(2026, 6, 15));   // a new payment is dated today
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
         // Fattura 1 of 100.00 to customer 1 with instalments 1 (60.00) and 2 (40.00); fattura 2 of
@@ -49,9 +48,6 @@ protected:
         if (auto* l = qobject_cast<QLineEdit*>(w)) return l->text().toStdString();
         return static_cast<QLabel*>(w)->text().toStdString();
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 // Instalment 1 collected in two goes from the fattura's tab: the proposal, the wording and the flags

@@ -21,11 +21,11 @@
 
 namespace {
 
-using pattern::scrivi;
 using prova::campo;
 using prova::clic;
 using prova::conta;
 using prova::figlio;
+using prova::scrivi;
 
 const std::string kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
 
@@ -261,7 +261,7 @@ TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     ASSERT_EQ(script->messaggi().size(), 1u);
     EXPECT_EQ(ultimoMessaggio().stile, core::vbCritical);
     cb->setCurrentIndex(0);
-    pattern::scrivi(&r, "txtCerca", "uff");
+    scrivi(&r, "txtCerca", "uff");
     clic(&r, "btnCerca");
     EXPECT_EQ(figlio<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
 }

@@ -31,10 +31,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class PrimaNota : public ::testing::Test {
+class PrimaNota : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         store::fissaOrologio(store::DateSerial(2026, 3, 15));
         auto& s = core::session();
         s.dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
@@ -78,7 +78,6 @@ protected:
         });
     }
 
-    ProgrammaDiProva p;
     StampeRaccolte stampe;
     bool tipoNascosto = false;
 };

@@ -29,12 +29,6 @@ using namespace prova;
 
 namespace {
 
-// Types into a box as the keyboard does, so that its accepted characters and its point count.
-void digita(ui::VText* box, const QString& testo) {
-    box->clear();
-    QTest::keyClicks(box, testo);
-}
-
 TEST_F(Acquisti, SpesaEditorControlliDellaTestata) {
     spesa(1, "7", "03/20/2026");   // 20 March
     struct Caso {

@@ -25,10 +25,10 @@ using namespace prova;
 
 namespace {
 
-class Strumenti : public ::testing::Test {
+class Strumenti : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         auto& s = core::session();
         s.dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
         s.dbUtilita = store::Workspace::Default().OpenDatabase((p.programma / "Utilità.mdb").string());
@@ -52,8 +52,6 @@ protected:
         a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (3,2,1,'D''Amico',5)");
         a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (4,1,3,'Ferramenta Neri',9)");
     }
-
-    ProgrammaDiProva p;
 };
 
 // ---- notes ----------------------------------------------------------------------------------------

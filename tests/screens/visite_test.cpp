@@ -24,11 +24,10 @@ namespace {
 
 const char* const kOrario = "Inserire un orario valido (per esempio 14.30)!";
 
-class VisiteSchermi : public ::testing::Test {
+class VisiteSchermi : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         for (const char* riga : {"CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Iva 22%',22)",
                                  "CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)",
                                  "Clienti (ID,DescCliente,CondizioniPagamento) VALUES (1,'Rossi Impianti',1)",
@@ -52,9 +51,6 @@ protected:
         r->sTab->setCurrentIndex(5);
         return r;
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 // A visit added from the customer's tab: the customer preset, an end before the start refused, then
@@ -64,11 +60,8 @@ TEST_F(VisiteSchermi, NuovaVisitaDalCliente) {
     p.script->schermo(frmAssistenzeEdita::Nome, [this](QWidget* w) {
         auto* e = static_cast<frmAssistenzeEdita*>(w);
         const auto orari = [e](const QString& inizio, const QString& fine, const QString& km) {
-            for (auto [nome, testo] : {std::pair{"VText2", inizio}, {"VText3", fine}, {"VText1", km}}) {
-                auto* t = figlio<ui::VText>(e, nome);
-                t->clear();
-                QTest::keyClicks(t, testo);
-            }
+            for (auto [nome, testo] : {std::pair{"VText2", inizio}, {"VText3", fine}, {"VText1", km}})
+                scrivi(e, nome, testo);
         };
         EXPECT_EQ(e->cbClienti->testo(), "Rossi Impianti");
         e->pkData->setTesto("14/03/2026");

@@ -10,11 +10,10 @@
 
 namespace prova {
 
-class Acquisti : public ::testing::Test {
+class Acquisti : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Ordinaria 22%',22)");
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (2,'Ridotta 10%',10)");
         db->Execute("Insert Into Fornitori (ID,DescFornitore,Telefono,Cellulare) "
@@ -33,9 +32,6 @@ protected:
         core::session().Privilegi = std::string(14, '1');
         if (posizione) core::session().Privilegi[static_cast<size_t>(posizione - 1)] = '0';
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 }  // namespace prova

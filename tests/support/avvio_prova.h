@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -16,6 +17,7 @@
 #include <string>
 
 #include "core/avvio.h"
+#include "core/archivio_sql.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
 #include "core/impostazioni.h"
@@ -108,6 +110,18 @@ inline void apriEsercizioDiProva(ProgrammaDiProva& p) {
     s.NomeUtente = "admin";
 }
 
+// A test on the period of apriEsercizioDiProva, its archive at hand.
+class EsercizioAperto : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
 template <class W>
 W* figlio(QWidget* schermo, const char* nome) {
     W* w = schermo ? schermo->findChild<W*>(nome) : nullptr;
@@ -117,6 +131,17 @@ W* figlio(QWidget* schermo, const char* nome) {
 
 inline void clic(QWidget* schermo, const char* nome) {
     if (auto* b = figlio<QAbstractButton>(schermo, nome)) b->click();
+}
+
+// Types into a box as the keyboard does, so that its accepted characters count.
+inline void digita(QLineEdit* box, const QString& testo) {
+    box->clear();
+    QTest::keyClicks(box, testo);
+}
+
+// The same into the box of that name.
+inline void scrivi(QWidget* schermo, const char* nome, const QString& testo) {
+    if (auto* box = figlio<QLineEdit>(schermo, nome)) digita(box, testo);
 }
 
 // The data folder chosen, its master file holding the companies "Alfa" (1) and "Beta" (2).

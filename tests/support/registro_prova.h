@@ -1,9 +1,6 @@
 // What the pattern and code-table tests share: the program's folder with an empty period open, its
-// archive and dialog script at hand, and typing into a box by its name.
+// archive and dialog script at hand.
 #pragma once
-
-#include <QLineEdit>
-#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -15,11 +12,10 @@
 
 namespace pattern {
 
-class Archivio : public ::testing::Test {
+class Archivio : public prova::EsercizioAperto {
 protected:
     void SetUp() override {
-        prova::apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         script = p.script;
     }
 
@@ -28,16 +24,7 @@ protected:
         return script->messaggi().empty() ? nessuno : script->messaggi().back();
     }
 
-    prova::ProgrammaDiProva p;
-    store::DatabasePtr db;
     std::shared_ptr<prova::ScriptedDialogs> script;
 };
-
-inline void scrivi(QWidget* schermo, const char* nome, const QString& testo) {
-    if (auto* e = prova::figlio<QLineEdit>(schermo, nome)) {
-        e->clear();
-        QTest::keyClicks(e, testo);
-    }
-}
 
 }  // namespace pattern
