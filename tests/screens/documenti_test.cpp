@@ -39,12 +39,6 @@ protected:
         db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
                     "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
     }
-
-    void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
-        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
-                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," +
-                    "#" + data + "#," + std::to_string(cliente) + ",False)");
-    }
 };
 
 // The ladder of checks, each rung with its message, and what is written.

@@ -2,6 +2,7 @@
 // 22% and one at 10%, a supplier, a kind and a class of expense, and helpers to count and read rows.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "core/archivio_sql.h"
@@ -26,6 +27,14 @@ protected:
     void spesa(long id, const std::string& numero, const std::string& data, long fornitore = 1) {
         db->Execute("Insert Into Spese (ID,Numero,Data,Fornitore,TipoSpesa,Classificazione,Pagata) VALUES (" +
                     std::to_string(id) + ",'" + numero + "',#" + data + "#," + std::to_string(fornitore) + ",1,1,False)");
+    }
+    // An unpaid document with no prefix or suffix, its total as given (none: Null); the date month first.
+    void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5,
+                   std::optional<double> totale = std::nullopt) {
+        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,ImportoTotale,Pagato) "
+                    "VALUES (" + std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) +
+                    ",'','',#" + data + "#," + std::to_string(cliente) + "," +
+                    (totale ? core::NumeroSql(*totale) : "Null") + ",False)");
     }
     // Every right but the one at that position (0: all of them).
     static void senzaDiritto(int posizione) {
