@@ -11,7 +11,6 @@
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
 #include "support/acquisti_prova.h"
-#include "support/registro_prova.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"
@@ -20,18 +19,19 @@ using namespace prova;
 
 namespace {
 
-class Anagrafiche : public pattern::Archivio {
+class Anagrafiche : public EsercizioAperto {
 protected:
     std::string testo(const std::string& sql, const std::string& nome) { return store::ConcatText(campo(sql, nome)); }
 
     // Confirms the editor as shown; a refusal must show its message and leave the table empty.
     template <class Editor>
     std::optional<long> conferma(Editor& e, const char* messaggio, const char* tabella) {
-        confermaCon<Editor>(*script, [](Editor*) {});
+        p.script->dimentica();
+        confermaCon<Editor>(*p.script, [](Editor*) {});
         const std::optional<long> id = e.Mostra();
         if (*messaggio) {
             EXPECT_FALSE(id);
-            EXPECT_EQ(ultimoMessaggio().testo, messaggio);
+            EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{messaggio});
             EXPECT_EQ(conta(std::string("Select * from ") + tabella), 0);
         }
         return id;
@@ -83,7 +83,7 @@ TEST_F(Anagrafiche, ServizioEditorControlliERigheScritte) {
     conferma(e, "Selezionare il codice IVA!", "Servizi");
     e.cbIva->setValore(store::Value::Long(1));
     const std::optional<long> id = conferma(e, "", "Servizi");
-    ASSERT_TRUE(id) << ultimoMessaggio().testo;
+    ASSERT_TRUE(id) << ::testing::PrintToString(testiMostrati(*p.script));
     EXPECT_EQ(conta("Select * from Servizi where ID=" + std::to_string(*id) + " and DescServizio='Sopralluogo "
                     "\"urgente\"' and CostoUnitario=1234.567 and CodiceIva=1 and NonStampare=True"), 1);
 }

@@ -12,27 +12,23 @@
 #include "payments/screens/frmCondizioniPagamento.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
-#include "support/registro_prova.h"
+#include "support/avvio_prova.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "tools/screens/frmTipiSpesa.h"
 #include "ui/VBars.h"
 #include "ui/VText.h"
 #include "ui/VetraGrid.h"
 
-namespace {
+using namespace prova;
 
-using prova::campo;
-using prova::clic;
-using prova::conta;
-using prova::figlio;
-using prova::scrivi;
+namespace {
 
 const std::string kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
 
-class Registro : public pattern::Archivio {
+class Registro : public EsercizioAperto {
 protected:
     void SetUp() override {
-        Archivio::SetUp();
+        EsercizioAperto::SetUp();
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (1, 'Ordinaria 22%', 22)");
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (2, 'Esente art. 10', 0)");
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (3, 'Fuori campo l''iva', 0)");
@@ -44,7 +40,7 @@ protected:
         return grid->modello()->data(grid->modello()->index(riga, colonna), Qt::DisplayRole).toString();
     }
     void editorCompila(const QString& desc, const QString& aliquota, const char* comando = "btnConferma") {
-        script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
+        p.script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
             if (!e) return false;
             if (!desc.isNull()) scrivi(e, "VText1", desc);
             if (!aliquota.isNull()) scrivi(e, "VText2", aliquota);
@@ -73,7 +69,7 @@ TEST_F(Registro, Ricerca) {
         for (int r = 0; r < grid->righeMostrate(); ++r) righe.push_back(cella(r));
         EXPECT_EQ(righe, attese) << testo;
     }
-    EXPECT_TRUE(script->messaggi().empty());
+    EXPECT_TRUE(p.script->messaggi().empty());
 }
 
 // Each register's delete: a record in use is refused, the tables that use it numbered in the
@@ -129,18 +125,17 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
         const std::string tutti = std::string("Select * from ") + c.tabella;
         const long prima = conta(tutti);
         auto r = c.apri();
-        script->dimentica();
+        p.script->dimentica();
         ASSERT_TRUE(r->griglia()->vaiAId(c.usato));
         clic(r.get(), "btnElimina");
         ASSERT_TRUE(r->griglia()->vaiAId(c.libero));
-        script->rispondiNo();
+        p.script->rispondiNo();
         clic(r.get(), "btnElimina");
         EXPECT_EQ(conta(tutti), prima);
-        script->rispondiSi();
+        p.script->rispondiSi();
         clic(r.get(), "btnElimina");
-        std::vector<std::string> mostrati;
-        for (const auto& m : script->messaggi()) mostrati.push_back(m.testo);
-        EXPECT_EQ(mostrati, (std::vector<std::string>{kMovimentato + c.tabelleCheUsano, c.domanda, c.domanda}));
+        EXPECT_EQ(testiMostrati(*p.script),
+                  (std::vector<std::string>{kMovimentato + c.tabelleCheUsano, c.domanda, c.domanda}));
         EXPECT_EQ(conta(tutti + " where ID=" + std::to_string(c.libero)), 0);
         EXPECT_EQ(r->griglia()->righeMostrate(), prima - 1);
     }
@@ -153,12 +148,12 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
 TEST_F(Registro, NuovoAnnullatoPoiModificaAttraversoIControlliLegati) {
     editorCompila("Da non salvare", "4", "btnAnnulla");
     clic(registro.get(), "btnNuovo");
-    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
+    EXPECT_EQ(p.script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
     EXPECT_EQ(conta("Select * from CodiciIva"), 4);
     EXPECT_EQ(grid->righeMostrate(), 4);
 
     grid->vaiAId(1);
-    prova::confermaCon<frmCodiciIvaEdita>(*script, [](frmCodiciIvaEdita* e) {
+    confermaCon<frmCodiciIvaEdita>(*p.script, [](frmCodiciIvaEdita* e) {
         EXPECT_EQ(figlio<ui::VText>(e, "VText1")->testo(), "Ordinaria 22%");
         EXPECT_EQ(figlio<ui::VText>(e, "VText2")->testo(), "22");
         scrivi(e, "VText1", "Ordinaria ventidue per cento, aliquota piena di legge");
@@ -192,7 +187,7 @@ TEST_F(Registro, F3CercaEscChiude) {
     EXPECT_FALSE(registro->isVisible());
 }
 
-using Condizioni = pattern::Archivio;
+using Condizioni = EsercizioAperto;
 
 std::vector<bool> abilitate(const frmCondizioniPagamentoEdita& e) {
     std::vector<bool> a;
@@ -210,7 +205,7 @@ std::vector<bool> prime(int n) {
 // back to 0, an empty number none. The term saved is shown in the side panel and opens again so.
 TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
     frmCondizioniPagamento registro;
-    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* w) {
+    p.script->schermo("frmCondizioniPagamentoEdita", [](QWidget* w) {
         auto& e = *static_cast<frmCondizioniPagamentoEdita*>(w);
         EXPECT_EQ(e.txtRate->testo(), "0");
         EXPECT_EQ(abilitate(e), prime(0));
@@ -248,7 +243,7 @@ TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
     EXPECT_TRUE(riaperta.Check1->isChecked());
 }
 
-using Tabelle = pattern::Archivio;
+using Tabelle = EsercizioAperto;
 
 TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (1, 'Generali')");
@@ -258,8 +253,8 @@ TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     ASSERT_EQ(cb->count(), 2);
     cb->setCurrentIndex(1);
     clic(&r, "btnCerca");
-    ASSERT_EQ(script->messaggi().size(), 1u);
-    EXPECT_EQ(ultimoMessaggio().stile, core::vbCritical);
+    ASSERT_EQ(p.script->messaggi().size(), 1u);
+    EXPECT_EQ(p.script->messaggi()[0].stile, core::vbCritical);
     cb->setCurrentIndex(0);
     scrivi(&r, "txtCerca", "uff");
     clic(&r, "btnCerca");
@@ -285,7 +280,7 @@ TEST_F(Tabelle, CompletamentoNellEditor) {
     box->clear();
     QTest::keyClicks(box, "L'a");
     EXPECT_EQ(box->text(), "L'affitto");
-    EXPECT_TRUE(script->messaggi().empty());
+    EXPECT_TRUE(p.script->messaggi().empty());
 }
 
 }  // namespace
