@@ -11,7 +11,6 @@
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
 #include "support/acquisti_prova.h"
-#include "support/registro_prova.h"
 #include "ui/VText.h"
 #include "ui/VetraCombo.h"
 #include "ui/VetraGrid.h"
@@ -20,25 +19,20 @@ using namespace prova;
 
 namespace {
 
-using pattern::clicca;
-using pattern::scrivi;
-
-class Anagrafiche : public pattern::Archivio {
+class Anagrafiche : public EsercizioAperto {
 protected:
     std::string testo(const std::string& sql, const std::string& nome) { return store::ConcatText(campo(sql, nome)); }
 
     // Confirms the editor as shown; a refusal must show its message and leave the table empty.
     template <class Editor>
     std::optional<long> conferma(Editor& e, const char* messaggio, const char* tabella) {
-        script->schermo(Editor::Nome, [](QWidget* w) {
-            clicca(w, "btnConferma");
-            return true;
-        });
+        p.script->dimentica();
+        confermaCon<Editor>(*p.script, [](Editor*) {});
         const std::optional<long> id = e.Mostra();
         if (*messaggio) {
             EXPECT_FALSE(id);
-            EXPECT_EQ(ultimoMessaggio().testo, messaggio);
-            EXPECT_EQ(conta(tabella), 0);
+            EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{messaggio});
+            EXPECT_EQ(conta(std::string("Select * from ") + tabella), 0);
         }
         return id;
     }
@@ -89,9 +83,9 @@ TEST_F(Anagrafiche, ServizioEditorControlliERigheScritte) {
     conferma(e, "Selezionare il codice IVA!", "Servizi");
     e.cbIva->setValore(store::Value::Long(1));
     const std::optional<long> id = conferma(e, "", "Servizi");
-    ASSERT_TRUE(id) << ultimoMessaggio().testo;
-    EXPECT_EQ(conta("Servizi", "ID=" + std::to_string(*id) + " and DescServizio='Sopralluogo \"urgente\"' and "
-                                 "CostoUnitario=1234.567 and CodiceIva=1 and NonStampare=True"), 1);
+    ASSERT_TRUE(id) << ::testing::PrintToString(testiMostrati(*p.script));
+    EXPECT_EQ(conta("Select * from Servizi where ID=" + std::to_string(*id) + " and DescServizio='Sopralluogo "
+                    "\"urgente\"' and CostoUnitario=1234.567 and CodiceIva=1 and NonStampare=True"), 1);
 }
 
 // The print of the services: the list as it stands, searched; the services marked out of print
@@ -100,19 +94,17 @@ TEST_F(Anagrafiche, StampaDegliElenchi) {
     db->Execute("INSERT INTO Servizi (ID, DescServizio, NonStampare) VALUES (1, 'Posa', False)");
     db->Execute("INSERT INTO Servizi (ID, DescServizio, NonStampare) VALUES (2, 'Posa interna', True)");
     db->Execute("INSERT INTO Servizi (ID, DescServizio, NonStampare) VALUES (3, 'Visita', False)");
-    std::vector<core::RichiestaStampa> stampe;
-    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
+    StampeRaccolte stampe;
     frmServizi servizi;
     scrivi(&servizi, "txtCerca", "Posa");
     EXPECT_EQ(servizi.griglia()->righeMostrate(), 2);
-    clicca(&servizi, "btnStampa");
+    clic(&servizi, "btnStampa");
     ASSERT_EQ(stampe.size(), 1u);
     const std::string elenco = stampe[0].subReports.Item("Elenco")->Query;
     std::vector<std::string> stampati;
     for (auto rs = db->OpenRecordset(elenco); !rs->Eof(); rs->MoveNext())
         stampati.push_back(store::ConcatText(rs->get("DescServizio")));
     EXPECT_EQ(stampati, std::vector<std::string>{"Posa"});
-    core::installaStampa(nullptr);
 }
 
 // The supplier's editor: the name required; then saved, its texts kept as typed, cut to the field's size.

@@ -232,12 +232,10 @@ TEST_F(Contratto, RigheDiUnDocumentoAggiornanoISuoiTotali) {
         return store::CDbl(db->OpenRecordset("Select ImportoTotale from Documenti where ID=" + std::to_string(id))->get("ImportoTotale"));
     };
     auto riga = [&](const QString& desc, const QString& importo) {
-        p.script->schermo("frmProvaRiga", [=](QWidget* e) {
+        confermaCon<QWidget>(*p.script, [=](QWidget* e) {
             figlio<ui::VText>(e, "DescMovimento")->setText(desc);
             figlio<ui::VText>(e, "Importo")->setText(importo);
-            clic(e, "btnConferma");
-            return true;
-        });
+        }, "frmProvaRiga");
     };
     EditorDocumento e;
     e.Prepara({Modalita::Nuovo});

@@ -39,12 +39,6 @@ protected:
         db->Execute("Insert Into Servizi (ID,DescServizio,CodiceInterno,CodiceIva,CostoUnitario,Sconto1) "
                     "VALUES (1,'Manutenzione caldaia','MC01',2,80,2)");
     }
-
-    void documento(long id, long numero, const char* data, long cliente = 1, long tipo = 5) {
-        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,Pagato) VALUES (" +
-                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," +
-                    "#" + data + "#," + std::to_string(cliente) + ",False)");
-    }
 };
 
 // The ladder of checks, each rung with its message, and what is written.
@@ -103,12 +97,10 @@ TEST_F(Documenti, NuovoClienteDalCombo) {
     frmDocumentiEdita e(nullptr, core::TipoFatturaEmessa);
     e.Prepara({Modalita::Nuovo});
     // The real customer editor, opened by name from the sales area's registry of editors.
-    p.script->schermo("frmClientiEdita", [](QWidget* c) {
+    confermaCon<QWidget>(*p.script, [](QWidget* c) {
         for (auto* box : c->findChildren<ui::VText*>())
             if (box->dataField() == "DescCliente") box->setText("Zeta Spa");
-        clic(c, "btnConferma");
-        return true;
-    });
+    }, "frmClientiEdita");
     clic(&e, "imgNew");
     EXPECT_EQ(conta("Select * from Clienti where DescCliente='Zeta Spa' and ID=" +
                     std::to_string(store::CLng(e.cbClienti->valore()))), 1);
@@ -234,14 +226,11 @@ TEST_F(Documenti, RicercaDeiDocumenti) {
 TEST_F(Documenti, FatturaTipica) {
     core::ImpostaModoSchermo("frmDocumenti", core::TipoFatturaEmessa);
     frmDocumenti r;
-    p.script->schermo("frmDocumentiEdita", [](QWidget* w) {
-        auto* e = static_cast<frmDocumentiEdita*>(w);
+    confermaCon<frmDocumentiEdita>(*p.script, [](frmDocumentiEdita* e) {
         EXPECT_EQ(e->txtNum->text(), "1");
         e->pkData->setTesto("20/03/2026");
         e->cbClienti->setValore(store::Value::Long(1));
         e->txtSconto2->setText("10");
-        clic(e, "btnConferma");
-        return true;
     });
     clic(&r, "btnNuovo");
     ASSERT_EQ(conta("Select * from Documenti where Tipo=5 and Numero=1 and Cliente=1 and Sconto1=3 and Sconto2=10"), 1);
@@ -252,12 +241,9 @@ TEST_F(Documenti, FatturaTipica) {
     // Its lines: a service picked brings price, VAT and the customer's discount; the document's
     // own discounts (3 and 10) apply on top when the totals are made.
     r.show();
-    p.script->schermo("frmMovimentiEdita", [](QWidget* w) {
-        auto* e = static_cast<frmMovimentiEdita*>(w);
+    confermaCon<frmMovimentiEdita>(*p.script, [](frmMovimentiEdita* e) {
         e->txtQuantita->setText("1");
         e->cbServizi->setValore(store::Value::Long(1));
-        clic(e, "btnConferma");
-        return true;
     });
     clic(&r, "btnNuovoMov");
     // 80 less 5% less 2% = 74.48; less 3% and 10% = 65.02 net, 10% VAT 6.50.
@@ -269,12 +255,9 @@ TEST_F(Documenti, FatturaTipica) {
     db->Execute("Update CondizioniPagamento set Rata1=30 where ID=2");
     std::vector<std::string> anteprima;
     p.script->lasciaAprire("frmGeneraScadenze");
-    p.script->schermo("frmGeneraScadenze", [&anteprima](QWidget* w) {
-        auto* g = static_cast<frmGeneraScadenze*>(w);
+    confermaCon<frmGeneraScadenze>(*p.script, [&anteprima](frmGeneraScadenze* g) {
         for (int i = 0; i < g->Grid->rowCount(); ++i)
             anteprima.push_back(g->Grid->item(i, 1)->text().toStdString() + " " + g->Grid->item(i, 4)->text().toStdString());
-        clic(g, "btnConferma");
-        return true;
     });
     p.script->dimentica();
     clic(&r, "btnGeneraScadenze");
@@ -359,8 +342,7 @@ TEST_F(Documenti, StampaDelRegistro) {
     documento(1, 7, "03/10/2026");
     core::ImpostaModoSchermo("frmDocumenti", 5);
     frmDocumenti r;
-    std::vector<core::RichiestaStampa> stampe;
-    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
+    StampeRaccolte stampe;
     const sales::CriteriDocumenti scelti{.tipo = 5, .dataDal = true, .dataAl = true, .dest = true, .numDal = true,
                                          .numAl = true, .dal = "01/01/2026", .al = "31/03/2026", .cliente = 1,
                                          .pagate = 0, .prefissoDal = "", .suffissoDal = "", .prefissoAl = "",
@@ -378,7 +360,6 @@ TEST_F(Documenti, StampaDelRegistro) {
 
     frmDocumenti fornitore(nullptr, core::TipoNotaCreditoRicevuta);
     EXPECT_FALSE(fornitore.findChild<QPushButton*>("btnStampa"));
-    core::installaStampa(nullptr);
 }
 
 // Another program holding the archive: the save says why it failed and writes nothing; once the

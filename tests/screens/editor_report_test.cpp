@@ -23,10 +23,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class EditorFattura : public ::testing::Test {
+class EditorFattura : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         file = core::CartellaReport() + "/Fatture.rpf";
         fs::create_directories(core::CartellaReport());
         fs::copy_file(fs::path(BREVANO_SOURCE_DIR) / "data/report/Fatture.rpf", file);
@@ -88,7 +88,6 @@ protected:
         return false;
     }
 
-    ProgrammaDiProva p;
     std::string file, originale;
 };
 

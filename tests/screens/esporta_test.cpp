@@ -18,10 +18,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class SchermiEsporta : public ::testing::Test {
+class SchermiEsporta : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         cartella = p.dati / "uscita";
         fs::create_directories(cartella);
         core::installaApriFile([this](const std::string& percorso) { aperti.push_back(percorso); });
@@ -35,7 +35,6 @@ protected:
     }
     std::vector<std::string> messaggi() { return testiMostrati(*p.script); }
 
-    ProgrammaDiProva p;
     fs::path cartella;
     std::vector<std::string> aperti;
 };

@@ -26,15 +26,13 @@ namespace {
 
 using namespace prova;
 
-class Libri : public ::testing::Test {
+class Libri : public EsercizioAperto {
 protected:
     void SetUp() override {
         store::fissaOrologio(store::DateSerial(2026, 6, 15));
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         core::session().dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
         core::installaGeneraEstratto(GeneraEstrattoConProgresso);
-        core::installaStampa([this](const core::RichiestaStampa& r) { stampe.push_back(r); });
 
         db->Execute("Insert Into CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'22',22)");
         db->Execute("Insert Into Clienti (ID,DescCliente,DescCliente2,Indirizzo,Cap,Citta,Provincia,PartitaIva) "
@@ -56,7 +54,6 @@ protected:
                     "VALUES (3,1,1,'Bonifico',#03/15/2026#,100)");
     }
     void TearDown() override {
-        core::installaStampa(nullptr);
         core::installaGeneraEstratto(nullptr);
         store::fissaOrologio(std::nullopt);
     }
@@ -67,9 +64,7 @@ protected:
         return v;
     }
 
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
-    std::vector<core::RichiestaStampa> stampe;
+    StampeRaccolte stampe;
 };
 
 TEST_F(Libri, EstrattoClienteSullaSchedaRifattoAOgniOpzione) {

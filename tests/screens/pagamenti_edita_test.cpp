@@ -23,12 +23,11 @@ using namespace prova;
 
 namespace {
 
-class PagamentiEdita : public ::testing::Test {
+class PagamentiEdita : public EsercizioAperto {
 protected:
     void SetUp() override {
         store::fissaOrologio(store::DateSerial(2026, 6, 15));   // a new payment is dated today
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (2,'Bianchi Mario')");
         // Fattura 1 of 100.00 to customer 1 with instalments 1 (60.00) and 2 (40.00); fattura 2 of
@@ -45,14 +44,10 @@ protected:
 
     void TearDown() override { store::fissaOrologio(std::nullopt); }
 
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
     static std::string testo(QWidget* w) {
         if (auto* l = qobject_cast<QLineEdit*>(w)) return l->text().toStdString();
         return static_cast<QLabel*>(w)->text().toStdString();
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 // Instalment 1 collected in two goes from the fattura's tab: the proposal, the wording and the flags
@@ -79,16 +74,13 @@ TEST_F(PagamentiEdita, AccontoSaldoEdEliminazione) {
         SCOPED_TRACE(s.nome);
         ASSERT_TRUE(r.Scadenze->fmScadenze->griglia()->vaiAId(1));
         std::string proposto, descrizione;
-        p.script->schermo("frmPagamentiEdita", [&](QWidget* w) {
-            auto* e = static_cast<frmPagamentiEdita*>(w);
+        confermaCon<frmPagamentiEdita>(*p.script, [&](frmPagamentiEdita* e) {
             proposto = testo(e->txtImporto);
             if (s.importo) {
                 e->txtDescrizione->setText("scritta a mano");
                 e->txtImporto->setText(s.importo);
             }
             descrizione = testo(e->txtDescrizione);
-            clic(e, "btnConferma");
-            return true;
         });
         clic(&r, "btnIncassa");
         EXPECT_EQ(proposto, s.proposto);

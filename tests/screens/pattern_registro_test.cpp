@@ -12,45 +12,39 @@
 #include "payments/screens/frmCondizioniPagamento.h"
 #include "sales/screens/frmClienti.h"
 #include "sales/screens/frmServizi.h"
-#include "support/registro_prova.h"
+#include "support/avvio_prova.h"
 #include "tools/screens/frmCodiciIva.h"
 #include "tools/screens/frmTipiSpesa.h"
 #include "ui/VBars.h"
 #include "ui/VText.h"
 #include "ui/VetraGrid.h"
 
-namespace {
+using namespace prova;
 
-using pattern::clicca;
-using pattern::scrivi;
-using pattern::trova;
+namespace {
 
 const std::string kMovimentato = "Impossibile eliminare. Il record risulta movimentato nelle seguenti tabelle:\r\n";
 
-class Registro : public pattern::Archivio {
+class Registro : public EsercizioAperto {
 protected:
     void SetUp() override {
-        Archivio::SetUp();
+        EsercizioAperto::SetUp();
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (1, 'Ordinaria 22%', 22)");
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (2, 'Esente art. 10', 0)");
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (3, 'Fuori campo l''iva', 0)");
         db->Execute("INSERT INTO CodiciIva (ID, DescIva, AliquotaIva) VALUES (5, 'Ridotta 10%', 10)");
         registro = std::make_unique<frmCodiciIva>();
-        grid = trova<ui::VetraGrid>(registro.get(), "Grid");
-    }
-    void TearDown() override {
-        registro.reset();
-        Archivio::TearDown();
+        grid = figlio<ui::VetraGrid>(registro.get(), "Grid");
     }
     QString cella(int riga, int colonna = 0) const {
         return grid->modello()->data(grid->modello()->index(riga, colonna), Qt::DisplayRole).toString();
     }
     void editorCompila(const QString& desc, const QString& aliquota, const char* comando = "btnConferma") {
-        script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
+        p.script->schermo("frmCodiciIvaEdita", [=](QWidget* e) {
             if (!e) return false;
             if (!desc.isNull()) scrivi(e, "VText1", desc);
             if (!aliquota.isNull()) scrivi(e, "VText2", aliquota);
-            clicca(e, comando);
+            clic(e, comando);
             return true;
         });
     }
@@ -66,16 +60,16 @@ TEST_F(Registro, Ricerca) {
         {0, "r*a", {"Fuori campo l'iva", "Ordinaria 22%", "Ridotta 10%"}},
         {1, "10", {"Ridotta 10%"}},
     };
-    auto* cb = trova<QComboBox>(registro.get(), "cbCerca");
+    auto* cb = figlio<QComboBox>(registro.get(), "cbCerca");
     for (const auto& [campo, testo, attese] : casi) {
         cb->setCurrentIndex(campo);
         scrivi(registro.get(), "txtCerca", testo);
-        QTest::keyClick(trova<QLineEdit>(registro.get(), "txtCerca"), Qt::Key_Return);
+        QTest::keyClick(figlio<QLineEdit>(registro.get(), "txtCerca"), Qt::Key_Return);
         std::vector<QString> righe;
         for (int r = 0; r < grid->righeMostrate(); ++r) righe.push_back(cella(r));
         EXPECT_EQ(righe, attese) << testo;
     }
-    EXPECT_TRUE(script->messaggi().empty());
+    EXPECT_TRUE(p.script->messaggi().empty());
 }
 
 // Each register's delete: a record in use is refused, the tables that use it numbered in the
@@ -128,24 +122,24 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
     for (const Caso& c : casi) {
         SCOPED_TRACE(c.tabella);
         for (const char* sql : c.righe) db->Execute(sql);
-        const long prima = conta(c.tabella);
+        const std::string tutti = std::string("Select * from ") + c.tabella;
+        const long prima = conta(tutti);
         auto r = c.apri();
-        script->dimentica();
+        p.script->dimentica();
         ASSERT_TRUE(r->griglia()->vaiAId(c.usato));
-        clicca(r.get(), "btnElimina");
+        clic(r.get(), "btnElimina");
         ASSERT_TRUE(r->griglia()->vaiAId(c.libero));
-        script->rispondiNo();
-        clicca(r.get(), "btnElimina");
-        EXPECT_EQ(conta(c.tabella), prima);
-        script->rispondiSi();
-        clicca(r.get(), "btnElimina");
-        std::vector<std::string> mostrati;
-        for (const auto& m : script->messaggi()) mostrati.push_back(m.testo);
-        EXPECT_EQ(mostrati, (std::vector<std::string>{kMovimentato + c.tabelleCheUsano, c.domanda, c.domanda}));
-        EXPECT_EQ(conta(c.tabella, "ID=" + std::to_string(c.libero)), 0);
+        p.script->rispondiNo();
+        clic(r.get(), "btnElimina");
+        EXPECT_EQ(conta(tutti), prima);
+        p.script->rispondiSi();
+        clic(r.get(), "btnElimina");
+        EXPECT_EQ(testiMostrati(*p.script),
+                  (std::vector<std::string>{kMovimentato + c.tabelleCheUsano, c.domanda, c.domanda}));
+        EXPECT_EQ(conta(tutti + " where ID=" + std::to_string(c.libero)), 0);
         EXPECT_EQ(r->griglia()->righeMostrate(), prima - 1);
     }
-    EXPECT_EQ(conta("Spese"), 3);   // none went with the records it used
+    EXPECT_EQ(conta("Select * from Spese"), 3);   // none went with the records it used
 }
 
 // A new record cancelled leaves no row, and the grid's recordset is back out of AddNew: the change
@@ -153,31 +147,30 @@ TEST_F(Registro, EliminazioneGuardataEDomandata) {
 // own: cancelled it writes nothing, confirmed it saves the record it loaded.
 TEST_F(Registro, NuovoAnnullatoPoiModificaAttraversoIControlliLegati) {
     editorCompila("Da non salvare", "4", "btnAnnulla");
-    clicca(registro.get(), "btnNuovo");
-    EXPECT_EQ(script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
-    EXPECT_EQ(conta("CodiciIva"), 4);
+    clic(registro.get(), "btnNuovo");
+    EXPECT_EQ(p.script->schermiMostrati(), std::vector<std::string>{"frmCodiciIvaEdita"});
+    EXPECT_EQ(conta("Select * from CodiciIva"), 4);
     EXPECT_EQ(grid->righeMostrate(), 4);
 
     grid->vaiAId(1);
-    script->schermo("frmCodiciIvaEdita", [](QWidget* e) {
-        EXPECT_EQ(trova<ui::VText>(e, "VText1")->testo(), "Ordinaria 22%");
-        EXPECT_EQ(trova<ui::VText>(e, "VText2")->testo(), "22");
+    confermaCon<frmCodiciIvaEdita>(*p.script, [](frmCodiciIvaEdita* e) {
+        EXPECT_EQ(figlio<ui::VText>(e, "VText1")->testo(), "Ordinaria 22%");
+        EXPECT_EQ(figlio<ui::VText>(e, "VText2")->testo(), "22");
         scrivi(e, "VText1", "Ordinaria ventidue per cento, aliquota piena di legge");
         scrivi(e, "VText2", "22,5");
-        clicca(e, "btnConferma");
-        return true;
     });
     QTest::keyClick(grid, Qt::Key_Return);
-    EXPECT_EQ(conta("CodiciIva", "ID=1 and DescIva='Ordinaria ventidue per cento, ' and AliquotaIva=22.5"), 1);
+    EXPECT_EQ(conta("Select * from CodiciIva where ID=1 and DescIva='Ordinaria ventidue per cento, ' and "
+                    "AliquotaIva=22.5"), 1);
     EXPECT_EQ(grid->idCorrente(), 1);
     EXPECT_EQ(cella(grid->currentIndex().row(), 1), "22,5");
 
     frmCodiciIvaEdita editor;
     editorCompila("Neppure questa", "4", "btnAnnulla");
     EXPECT_EQ(editor.Edita({Modalita::Nuovo}), std::nullopt);
-    EXPECT_EQ(conta("CodiciIva"), 4);
+    EXPECT_EQ(conta("Select * from CodiciIva"), 4);
     editor.EditaRecordset(2, false);
-    EXPECT_EQ(trova<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
+    EXPECT_EQ(figlio<ui::VText>(&editor, "VText1")->testo(), "Esente art. 10");
     editorCompila("Esente", QString());
     EXPECT_EQ(editor.Mostra(), 2);
     EXPECT_EQ(store::ConcatText(campo("Select * from CodiciIva where ID=2", "DescIva")), "Esente");
@@ -189,12 +182,12 @@ TEST_F(Registro, F3CercaEscChiude) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(registro.get()));
     grid->setFocus();
     QTest::keyClick(grid, Qt::Key_F3);
-    EXPECT_TRUE(trova<QLineEdit>(registro.get(), "txtCerca")->hasFocus());
+    EXPECT_TRUE(figlio<QLineEdit>(registro.get(), "txtCerca")->hasFocus());
     QTest::keyClick(registro.get(), Qt::Key_Escape);
     EXPECT_FALSE(registro->isVisible());
 }
 
-using Condizioni = pattern::Archivio;
+using Condizioni = EsercizioAperto;
 
 std::vector<bool> abilitate(const frmCondizioniPagamentoEdita& e) {
     std::vector<bool> a;
@@ -212,7 +205,7 @@ std::vector<bool> prime(int n) {
 // back to 0, an empty number none. The term saved is shown in the side panel and opens again so.
 TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
     frmCondizioniPagamento registro;
-    script->schermo("frmCondizioniPagamentoEdita", [](QWidget* w) {
+    p.script->schermo("frmCondizioniPagamentoEdita", [](QWidget* w) {
         auto& e = *static_cast<frmCondizioniPagamentoEdita*>(w);
         EXPECT_EQ(e.txtRate->testo(), "0");
         EXPECT_EQ(abilitate(e), prime(0));
@@ -232,15 +225,15 @@ TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
         scrivi(w, "txtRata0", "60");
         scrivi(w, "txtRata1", "30");
         e.Check1->setChecked(true);
-        clicca(w, "btnConferma");
+        clic(w, "btnConferma");
         return true;
     });
-    clicca(&registro, "btnNuovo");
-    EXPECT_EQ(conta("CondizioniPagamento", "ID=1 and DescPagamento='60-30 fm' and Rate=2 and Rata1=60 and Rata2=30 and "
-                                           "Rata3=0 and FineMese=True"), 1);
+    clic(&registro, "btnNuovo");
+    EXPECT_EQ(conta("Select * from CondizioniPagamento where ID=1 and DescPagamento='60-30 fm' and Rate=2 and "
+                    "Rata1=60 and Rata2=30 and Rata3=0 and FineMese=True"), 1);
     auto* pannello = registro.pannello();
     EXPECT_EQ(pannello->testo("DescPagamento") + " " + pannello->testo("Rata1"), "60-30 fm 60");
-    EXPECT_TRUE(trova<QCheckBox>(&registro, "Check1")->isChecked());
+    EXPECT_TRUE(figlio<QCheckBox>(&registro, "Check1")->isChecked());
 
     frmCondizioniPagamentoEdita riaperta;
     riaperta.EditaRecordset(1, false);
@@ -250,22 +243,22 @@ TEST_F(Condizioni, CaselleDeiGiorniSalvaECarica) {
     EXPECT_TRUE(riaperta.Check1->isChecked());
 }
 
-using Tabelle = pattern::Archivio;
+using Tabelle = EsercizioAperto;
 
 TEST_F(Tabelle, IlCampoDiRicercaSenzaTabellaDaUnErroreMostrato) {
     db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (1, 'Generali')");
     db->Execute("INSERT INTO ClassificazioniSpese (ID, DescClassificazione) VALUES (2, 'Ufficio')");
     frmClassificazioniSpese r;
-    auto* cb = trova<QComboBox>(&r, "cbCerca");
+    auto* cb = figlio<QComboBox>(&r, "cbCerca");
     ASSERT_EQ(cb->count(), 2);
     cb->setCurrentIndex(1);
-    clicca(&r, "btnCerca");
-    ASSERT_EQ(script->messaggi().size(), 1u);
-    EXPECT_EQ(ultimoMessaggio().stile, core::vbCritical);
+    clic(&r, "btnCerca");
+    ASSERT_EQ(p.script->messaggi().size(), 1u);
+    EXPECT_EQ(p.script->messaggi()[0].stile, core::vbCritical);
     cb->setCurrentIndex(0);
-    pattern::scrivi(&r, "txtCerca", "uff");
-    clicca(&r, "btnCerca");
-    EXPECT_EQ(trova<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
+    scrivi(&r, "txtCerca", "uff");
+    clic(&r, "btnCerca");
+    EXPECT_EQ(figlio<ui::VetraGrid>(&r, "Grid")->righeMostrate(), 1);
 }
 
 TEST_F(Tabelle, CompletamentoNellEditor) {
@@ -273,7 +266,7 @@ TEST_F(Tabelle, CompletamentoNellEditor) {
         db->Execute(std::string("INSERT INTO TipiSpesa (ID, DescTipoSpesa) VALUES (") + tipo + ")");
     frmTipiSpesaEdita e;
     e.EditaRecordset(0, true);
-    auto* box = trova<ui::VText>(&e, "VText1");
+    auto* box = figlio<ui::VText>(&e, "VText1");
     QTest::keyClicks(box, "Consul");
     EXPECT_EQ(box->text(), "Consulenza");
     EXPECT_EQ(box->selectedText(), "enza");
@@ -287,7 +280,7 @@ TEST_F(Tabelle, CompletamentoNellEditor) {
     box->clear();
     QTest::keyClicks(box, "L'a");
     EXPECT_EQ(box->text(), "L'affitto");
-    EXPECT_TRUE(script->messaggi().empty());
+    EXPECT_TRUE(p.script->messaggi().empty());
 }
 
 }  // namespace

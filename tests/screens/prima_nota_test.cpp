@@ -31,10 +31,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class PrimaNota : public ::testing::Test {
+class PrimaNota : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         store::fissaOrologio(store::DateSerial(2026, 3, 15));
         auto& s = core::session();
         s.dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
@@ -48,12 +48,8 @@ protected:
         Riga(6, "14/03/2026", "SALDO PRECEDENTE", 999, 0, 0, 0);
         s.dbArchivio->Execute("Insert Into Pagamenti (ID,Fornitore,DescPagamento,DataPagamento,ImportoPagamento,"
                               "TipoPagamento) VALUES (7,1,'Pagamento fattura Bianchi','10/03/2026',49.5,'Bonifico')");
-        core::installaStampa([this](const core::RichiestaStampa& r) { stampe.push_back(r); });
     }
-    void TearDown() override {
-        core::installaStampa(nullptr);
-        store::fissaOrologio(std::nullopt);
-    }
+    void TearDown() override { store::fissaOrologio(std::nullopt); }
 
     static void Riga(long id, const char* data, const char* testo, double importo, int tipo, int dest, long pag) {
         core::Archivio().Execute("Insert Into PrimaNota (ID,Data,Descrizione,Importo,Tipo,Destinazione,Pagamento,"
@@ -61,7 +57,6 @@ protected:
                                  "'," + core::NumeroSql(importo) + "," + std::to_string(tipo) + "," +
                                  std::to_string(dest) + "," + std::to_string(pag) + ",'Bonifico','IT60X')");
     }
-    static long conta(const std::string& sql) { return contaRighe(core::Archivio(), sql); }
     static std::string testo(QLabel* l) { return l->text().toStdString(); }
     static std::vector<std::string> cifre(frmPrimaNota& r) {
         return {testo(r.lblSaldoPrecedente), testo(r.lblTotEntrate), testo(r.lblTotUscite), testo(r.lblSaldoAttuale)};
@@ -83,8 +78,7 @@ protected:
         });
     }
 
-    ProgrammaDiProva p;
-    std::vector<core::RichiestaStampa> stampe;
+    StampeRaccolte stampe;
     bool tipoNascosto = false;
 };
 

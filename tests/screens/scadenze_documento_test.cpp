@@ -30,8 +30,8 @@ protected:
     void SetUp() override {
         Acquisti::SetUp();
         db->Execute("Insert Into Clienti (ID,DescCliente) VALUES (1,'Rossi Impianti Srl')");
-        documento(1, 1, "03/10/2026", 300);
-        documento(2, 2, "03/11/2026", 50);
+        documento(1, 1, "03/10/2026", 1, 5, 300);
+        documento(2, 2, "03/11/2026", 1, 5, 50);
         for (long s : {1, 2, 3})
             db->Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza,Rata,Rate,"
                         "Pagata) VALUES (" + std::to_string(s) + ",1,1,'Rata " + std::to_string(s) + "',#0" +
@@ -41,11 +41,6 @@ protected:
         db->Execute("Insert Into PrimaNota (ID,Pagamento,Importo) VALUES (9,0,5)");
     }
 
-    void documento(long id, long numero, const char* data, double totale, long tipo = 5) {
-        db->Execute("Insert Into Documenti (ID,Tipo,Numero,Prefisso,Suffisso,Data,Cliente,ImportoTotale,Pagato) VALUES (" +
-                    std::to_string(id) + "," + std::to_string(tipo) + "," + std::to_string(numero) + ",'',''," + "#" +
-                    data + "#,1," + core::NumeroSql(totale) + ",False)");
-    }
     void pagamento(long id, long scadenza, double importo) {
         const std::string s = std::to_string(id);
         db->Execute("Insert Into Pagamenti (ID,Documento,Scadenza,Cliente,DescPagamento,DataPagamento,ImportoPagamento) "
@@ -135,11 +130,7 @@ TEST_F(TabScadenze, ComandiDelleScadenze) {
     // A new one on the free fattura 2: the document comes picked with all of it left, and the row
     // is written with its counterpart; the tab lists it at once.
     auto r = registro(2);
-    p.script->schermo("frmScadenzeEdita", [](QWidget* w) {
-        static_cast<frmScadenzeEdita*>(w)->pkData->setTesto("30/04/2026");
-        clic(w, "btnConferma");
-        return true;
-    });
+    confermaCon<frmScadenzeEdita>(*p.script, [](frmScadenzeEdita* e) { e->pkData->setTesto("30/04/2026"); });
     clic(r.get(), "btnNuovaScadenza");
     EXPECT_EQ(conta("Select * from Scadenze where Documento=2 and Cliente=1 and ImportoScadenza=50 and "
                     "DescScadenza Like 'Saldo Fattura*'"), 1);
@@ -178,7 +169,7 @@ TEST_F(TabScadenze, EliminazioneDiUnPagamento) {
 // The instalment editor's confirm: each check with its text, on a document of 100.00 with 60.00
 // already scheduled (40.00 left).
 TEST_F(TabScadenze, ControlliDellaScadenza) {
-    documento(3, 3, "03/12/2026", 100);
+    documento(3, 3, "03/12/2026", 1, 5, 100);
     db->Execute("Insert Into Scadenze (ID,Documento,Cliente,DescScadenza,DataScadenza,ImportoScadenza) "
                 "VALUES (10,3,1,'Acconto',#04/12/2026#,60)");
     struct Caso {

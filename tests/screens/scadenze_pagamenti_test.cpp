@@ -33,10 +33,7 @@ protected:
         store::fissaOrologio(store::DateSerial(2026, 3, 20) + 0.4);
         dati();
     }
-    void TearDown() override {
-        store::fissaOrologio(std::nullopt);
-        core::installaStampa(nullptr);
-    }
+    void TearDown() override { store::fissaOrologio(std::nullopt); }
 
     void dati() {
         for (const char* t : {"Clienti", "Documenti", "Spese", "Scadenze", "Pagamenti", "PrimaNota"})
@@ -253,8 +250,7 @@ TEST_F(Registri, PagamentiComandiEDiritti) {
 }
 
 TEST_F(Registri, PagamentiModiRicercaEStampa) {
-    std::vector<core::RichiestaStampa> stampe;
-    core::installaStampa([&stampe](const core::RichiestaStampa& s) { stampe.push_back(s); });
+    StampeRaccolte stampe;
     // The description between two dates; an empty picker sets no limit.
     core::ImpostaModoSchermo(frmPagamenti::Nome, payments::RegistroPagamenti);
     frmPagamenti r;

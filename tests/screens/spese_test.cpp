@@ -29,12 +29,6 @@ using namespace prova;
 
 namespace {
 
-// Types into a box as the keyboard does, so that its accepted characters and its point count.
-void digita(ui::VText* box, const QString& testo) {
-    box->clear();
-    QTest::keyClicks(box, testo);
-}
-
 TEST_F(Acquisti, SpesaEditorControlliDellaTestata) {
     spesa(1, "7", "03/20/2026");   // 20 March
     struct Caso {
@@ -92,16 +86,13 @@ TEST_F(Acquisti, SpesaEditorControlliDellaTestata) {
 TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
     frmSpese r;
     r.show();
-    p.script->schermo("frmSpeseEdita", [](QWidget* w) {
-        auto* e = static_cast<frmSpeseEdita*>(w);
+    confermaCon<frmSpeseEdita>(*p.script, [](frmSpeseEdita* e) {
         e->pkData->setTesto("10/04/2026");
         e->txtNum->setText("15/A");
         e->cbFornitore->setValore(store::Value::Long(1));
         e->cbTipoSpesa->setValore(store::Value::Long(1));
         e->cbClassificazione->setValore(store::Value::Long(1));
         digita(e->VText1, "20");
-        clic(e, "btnConferma");
-        return true;
     });
     clic(&r, "btnNuovo");
     ASSERT_EQ(conta("Select * from Spese"), 1);
@@ -117,13 +108,10 @@ TEST_F(Acquisti, SpesaDallInserimentoAlleScadenze) {
                           {"Buste", "12a,34", 2},
                           {"Reso carta", "-10,00", 1}};
     for (const Riga& riga : righe) {
-        p.script->schermo("frmSpeseMovEdita", [riga](QWidget* w) {
-            auto* e = static_cast<frmSpeseMovEdita*>(w);
+        confermaCon<frmSpeseMovEdita>(*p.script, [riga](frmSpeseMovEdita* e) {
             e->txtDesc->setText(riga.desc);
             digita(e->txtImporto, riga.importo);
             e->cbIva->setValore(store::Value::Long(riga.iva));
-            clic(e, "btnConferma");
-            return true;
         });
         clic(&r, "btnNuovoMov");
     }

@@ -31,10 +31,10 @@ const char* kReport = R"(<?xml version="1.0" encoding="UTF-8"?>
 </report>
 )";
 
-class Stampa : public ::testing::Test {
+class Stampa : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         cartella = core::CartellaReport();
         fs::create_directories(cartella);
         auto& m = *core::session().dbAziende;
@@ -90,7 +90,6 @@ protected:
         return m;
     }
 
-    ProgrammaDiProva p;
     std::string cartella;
 };
 

@@ -25,16 +25,15 @@ using namespace prova;
 
 namespace {
 
-class Strumenti : public ::testing::Test {
+class Strumenti : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
+        EsercizioAperto::SetUp();
         auto& s = core::session();
         s.dbTemp = store::Workspace::Default().OpenDatabase((p.programma / "temp.mdb").string());
         s.dbUtilita = store::Workspace::Default().OpenDatabase((p.programma / "Utilità.mdb").string());
     }
 
-    long contaArchivio(const std::string& sql) { return contaRighe(*core::session().dbArchivio, sql); }
     std::string valore(store::Database& db, const std::string& sql) {
         auto rs = db.OpenRecordset(sql);
         return rs->Eof() ? "(nessuna riga)" : store::ConcatText(rs->Fields(0).value());
@@ -53,8 +52,6 @@ protected:
         a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (3,2,1,'D''Amico',5)");
         a.Execute("Insert Into NoteDettagli (ID,[Note],Campo,Valore,Record) Values (4,1,3,'Ferramenta Neri',9)");
     }
-
-    ProgrammaDiProva p;
 };
 
 // ---- notes ----------------------------------------------------------------------------------------
@@ -73,30 +70,26 @@ TEST_F(Strumenti, Schede) {
     ui::VetraGrid* g = f.griglia();
 
     // New: the record takes the next number across all categories (9 is another category's).
-    p.script->schermo("frmNoteDettagliEdita", [](QWidget* e) {
+    confermaCon<frmNoteDettagliEdita>(*p.script, [](frmNoteDettagliEdita* e) {
         figlio<ui::VText>(e, "txtCampo1")->setText("Verdi");
         figlio<QPlainTextEdit>(e, "txtCampoMemo2")->setPlainText("Fornitore d'ufficio");
-        clic(e, "btnConferma");
-        return true;
     });
     clic(&f, "btnNuovo");
-    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=10 and [Note]=2"), 2);
+    EXPECT_EQ(conta("Select * from NoteDettagli where Record=10 and [Note]=2"), 2);
     EXPECT_EQ(valore(a, "Select Valore from NoteDettagli where Record=10 and Campo=2"), "Fornitore d'ufficio");
     EXPECT_EQ(g->righeMostrate(), 3);
     EXPECT_EQ(store::ConcatText(g->valore("Nome")), "Verdi");   // shown current
 
     // Changed: a record made before its second field gets that value added, the other changed.
     g->vaiAId(5);
-    p.script->schermo("frmNoteDettagliEdita", [](QWidget* e) {
+    confermaCon<frmNoteDettagliEdita>(*p.script, [](frmNoteDettagliEdita* e) {
         EXPECT_EQ(figlio<ui::VText>(e, "txtCampo1")->text().toStdString(), "D'Amico");
         EXPECT_EQ(figlio<ui::VText>(e, "txtCampo1")->maxLength(), 20);
         figlio<ui::VText>(e, "txtCampo1")->setText("D'Amico Srl");
         figlio<QPlainTextEdit>(e, "txtCampoMemo2")->setPlainText("Nuovo");
-        clic(e, "btnConferma");
-        return true;
     });
     clic(&f, "btnModifica");
-    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=5 and ((Campo=1 and Valore='D''Amico Srl') or "
+    EXPECT_EQ(conta("Select * from NoteDettagli where Record=5 and ((Campo=1 and Valore='D''Amico Srl') or "
                             "(Campo=2 and Valore='Nuovo'))"), 2);
     EXPECT_EQ(g->idCorrente(), 5);
 
@@ -104,9 +97,9 @@ TEST_F(Strumenti, Schede) {
     p.script->rispondiSi();
     clic(&f, "btnElimina");
     EXPECT_EQ(testiMostrati(*p.script), std::vector<std::string>{"Eliminare la scheda selezionata?"});
-    EXPECT_EQ(contaArchivio("Select * from NoteDettagli where Record=5"), 0);
+    EXPECT_EQ(conta("Select * from NoteDettagli where Record=5"), 0);
     EXPECT_EQ(g->righeMostrate(), 2);
-    EXPECT_EQ(contaArchivio("Select * from NoteDettagli"), 5);
+    EXPECT_EQ(conta("Select * from NoteDettagli"), 5);
 
     // Values are written only for the category's own fields and within their size; a refusal
     // writes nothing at all.
@@ -121,9 +114,9 @@ TEST_F(Strumenti, Schede) {
     for (const auto& c : casi) {
         EXPECT_EQ(tools::ControllaScheda(a, 2, c.valori), c.messaggio);
         if (*c.messaggio == 0) continue;
-        const long prima = contaArchivio("Select * from NoteDettagli");
+        const long prima = conta("Select * from NoteDettagli");
         EXPECT_THROW(tools::SalvaScheda(a, 2, 4, c.valori), store::JetError);
-        EXPECT_EQ(contaArchivio("Select * from NoteDettagli"), prima);
+        EXPECT_EQ(conta("Select * from NoteDettagli"), prima);
         EXPECT_EQ(valore(a, "Select Valore from NoteDettagli where Record=4 and Campo=1"), "Bianchi");
     }
 }
@@ -137,11 +130,9 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
     p.script->schermo("frmNoteEdita", [this](QWidget* e) {
         figlio<ui::VText>(e, "VText1")->setText("Auto aziendali");
         figlio<QCheckBox>(e, "chkPredefinita")->setChecked(true);
-        p.script->schermo("frmCampiEdita", [](QWidget* c) {
-            figlio<ui::VText>(c, "VText1")->setText("Targa");
-            figlio<ui::VText>(c, "VText2")->setText("10");
-            clic(c, "btnConferma");
-            return true;
+        confermaCon<frmCampiEdita>(*p.script, [](frmCampiEdita* c) {
+            c->VText1->setText("Targa");
+            c->VText2->setText("10");
         });
         clic(e, "btnNuovoDettaglio");
         clic(e, "btnConferma");
@@ -149,8 +140,8 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
     });
     clic(&f, "imgNew");
     EXPECT_EQ(valore(a, "Select Descrizione from [Note] where Predefinita=True"), "Auto aziendali");
-    EXPECT_EQ(contaArchivio("Select * from [Note] where Predefinita=True"), 1);
-    EXPECT_EQ(contaArchivio("Select * from NoteCampi where [Note]=3 and NomeCampo='Targa' and Dimensione=10"), 1);
+    EXPECT_EQ(conta("Select * from [Note] where Predefinita=True"), 1);
+    EXPECT_EQ(conta("Select * from NoteCampi where [Note]=3 and NomeCampo='Targa' and Dimensione=10"), 1);
     EXPECT_EQ(f.cbCat->currentText().toStdString(), "Auto aziendali");
     EXPECT_EQ(f.cbCat->itemText(0).toStdString(), "Auto aziendali");
 
@@ -187,13 +178,13 @@ TEST_F(Strumenti, CategoriaConISuoiCampi) {
     p.script->rispondiSi();
     p.script->rispondiNo();
     clic(&f, "Image1");
-    EXPECT_EQ(contaArchivio("Select * from [Note] where ID=2"), 1);
+    EXPECT_EQ(conta("Select * from [Note] where ID=2"), 1);
     p.script->rispondiSi();
     p.script->rispondiSi();
     clic(&f, "Image1");
-    EXPECT_EQ(contaArchivio("Select * from [Note] where ID=2"), 0);
-    EXPECT_EQ(contaArchivio("Select * from NoteCampi where [Note]=2"), 0);
-    EXPECT_EQ(contaArchivio("Select * from NoteDettagli"), 1);   // the other category's
+    EXPECT_EQ(conta("Select * from [Note] where ID=2"), 0);
+    EXPECT_EQ(conta("Select * from NoteCampi where [Note]=2"), 0);
+    EXPECT_EQ(conta("Select * from NoteDettagli"), 1);   // the other category's
     EXPECT_EQ(f.cbCat->count(), 2);
 }
 

@@ -24,11 +24,10 @@ namespace {
 
 const char* const kOrario = "Inserire un orario valido (per esempio 14.30)!";
 
-class VisiteSchermi : public ::testing::Test {
+class VisiteSchermi : public EsercizioAperto {
 protected:
     void SetUp() override {
-        apriEsercizioDiProva(p);
-        db = core::ArchivioAperto();
+        EsercizioAperto::SetUp();
         for (const char* riga : {"CodiciIva (ID,DescIva,AliquotaIva) VALUES (1,'Iva 22%',22)",
                                  "CondizioniPagamento (ID,DescPagamento,Rate) VALUES (1,'Rimessa diretta',0)",
                                  "Clienti (ID,DescCliente,CondizioniPagamento) VALUES (1,'Rossi Impianti',1)",
@@ -44,8 +43,6 @@ protected:
                     core::NumeroSql(km) + "," + (fattura ? "True" : "False") + ")");
     }
 
-    long conta(const std::string& sql) { return contaRighe(*db, sql); }
-
     // The customer's register on Rossi's visits tab, shown so that the tab reads its rows.
     std::unique_ptr<frmClienti> registro() {
         auto r = std::make_unique<frmClienti>();
@@ -54,9 +51,6 @@ protected:
         r->sTab->setCurrentIndex(5);
         return r;
     }
-
-    ProgrammaDiProva p;
-    store::DatabasePtr db;
 };
 
 // A visit added from the customer's tab: the customer preset, an end before the start refused, then
@@ -66,11 +60,8 @@ TEST_F(VisiteSchermi, NuovaVisitaDalCliente) {
     p.script->schermo(frmAssistenzeEdita::Nome, [this](QWidget* w) {
         auto* e = static_cast<frmAssistenzeEdita*>(w);
         const auto orari = [e](const QString& inizio, const QString& fine, const QString& km) {
-            for (auto [nome, testo] : {std::pair{"VText2", inizio}, {"VText3", fine}, {"VText1", km}}) {
-                auto* t = figlio<ui::VText>(e, nome);
-                t->clear();
-                QTest::keyClicks(t, testo);
-            }
+            for (auto [nome, testo] : {std::pair{"VText2", inizio}, {"VText3", fine}, {"VText1", km}})
+                scrivi(e, nome, testo);
         };
         EXPECT_EQ(e->cbClienti->testo(), "Rossi Impianti");
         e->pkData->setTesto("14/03/2026");
@@ -119,12 +110,9 @@ TEST_F(VisiteSchermi, ModificaEdEliminaDalCliente) {
     auto r = registro();
     ui::VetraGrid* g = r->GridAssistenze->griglia();
     ASSERT_TRUE(g->vaiAId(2));
-    p.script->schermo(frmAssistenzeEdita::Nome, [](QWidget* w) {
-        auto* e = static_cast<frmAssistenzeEdita*>(w);
+    confermaCon<frmAssistenzeEdita>(*p.script, [](frmAssistenzeEdita* e) {
         EXPECT_EQ(e->VText3->text(), "14.45");
         e->VText3->setText("15.30");
-        clic(e, "btnConferma");
-        return true;
     });
     clic(r.get(), "btnModificaAssistenza");
     EXPECT_EQ(conta("Select * from qrAssistenze where ID=2 and TempoIntervento=90"), 1);

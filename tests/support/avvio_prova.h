@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -16,6 +17,7 @@
 #include <string>
 
 #include "core/avvio.h"
+#include "core/archivio_sql.h"
 #include "core/aziende.h"
 #include "core/esercizi.h"
 #include "core/impostazioni.h"
@@ -26,6 +28,7 @@
 #include "app/screens/frmConfigurazione.h"
 #include "app/screens/frmMain.h"
 #include "core/session.h"
+#include "core/stampa.h"
 #include "store/convert.h"
 #include "support/DialoghiScript.h"
 #include "support/cartella_temporanea.h"
@@ -107,6 +110,18 @@ inline void apriEsercizioDiProva(ProgrammaDiProva& p) {
     s.NomeUtente = "admin";
 }
 
+// A test on the period of apriEsercizioDiProva, its archive at hand.
+class EsercizioAperto : public ::testing::Test {
+protected:
+    void SetUp() override {
+        apriEsercizioDiProva(p);
+        db = core::ArchivioAperto();
+    }
+
+    ProgrammaDiProva p;
+    store::DatabasePtr db;
+};
+
 template <class W>
 W* figlio(QWidget* schermo, const char* nome) {
     W* w = schermo ? schermo->findChild<W*>(nome) : nullptr;
@@ -116,6 +131,17 @@ W* figlio(QWidget* schermo, const char* nome) {
 
 inline void clic(QWidget* schermo, const char* nome) {
     if (auto* b = figlio<QAbstractButton>(schermo, nome)) b->click();
+}
+
+// Types into a box as the keyboard does, so that its accepted characters count.
+inline void digita(QLineEdit* box, const QString& testo) {
+    box->clear();
+    QTest::keyClicks(box, testo);
+}
+
+// The same into the box of that name.
+inline void scrivi(QWidget* schermo, const char* nome, const QString& testo) {
+    if (auto* box = figlio<QLineEdit>(schermo, nome)) digita(box, testo);
 }
 
 // The data folder chosen, its master file holding the companies "Alfa" (1) and "Beta" (2).
@@ -178,6 +204,24 @@ void cercaCon(ScriptedDialogs& script, std::function<void(Dialogo*)> compila, co
     });
 }
 
+// The next showing of an editor: filled in by compila, then confirmed.
+template <class Editor>
+void confermaCon(ScriptedDialogs& script, std::function<void(Editor*)> compila,
+                 const std::string& nome = Editor::Nome) {
+    script.schermo(nome, [compila](QWidget* w) {
+        auto* e = static_cast<Editor*>(w);
+        compila(e);
+        clic(e, "btnConferma");
+        return true;
+    });
+}
+
+// The print requests made while it lives, collected instead of printed.
+struct StampeRaccolte : std::vector<core::RichiestaStampa> {
+    StampeRaccolte() { core::installaStampa([this](const core::RichiestaStampa& r) { push_back(r); }); }
+    ~StampeRaccolte() { core::installaStampa(nullptr); }
+};
+
 // The refusal of a command without its right.
 inline const char* const kNegato = "Non si dispone dei privilegi necessari per questa operazione!";
 
@@ -186,6 +230,15 @@ inline long contaRighe(store::Database& db, const std::string& sql) {
     long n = 0;
     for (auto rs = db.OpenRecordset(sql); !rs->Eof(); rs->MoveNext()) ++n;
     return n;
+}
+
+// How many rows a statement returns on the open archive.
+inline long conta(const std::string& sql) { return contaRighe(*core::session().dbArchivio, sql); }
+
+// A field of the first row of a statement on the open archive; Null when there is no row.
+inline store::Value campo(const std::string& sql, const std::string& nome) {
+    auto rs = core::session().dbArchivio->OpenRecordset(sql);
+    return rs->Eof() ? store::Value::Null() : rs->get(nome);
 }
 
 // The texts of the messages shown so far.
